@@ -1,0 +1,62 @@
+# Settings and helpers of every target.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+endif()
+
+option(MV_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(MV_BENCH "Build the benchmarks" OFF)
+
+# Every program and library lies in one folder, as an installed driver's files do.
+set(MV_BIN ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${MV_BIN})
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${MV_BIN})
+set(CMAKE_BUILD_RPATH $ORIGIN)
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Werror)
+# COM interfaces have no virtual destructors; g++ warns of every class that implements one.
+add_compile_options($<$<CXX_COMPILER_ID:Clang>:-Wnon-virtual-dtor>)
+add_compile_definitions(NOMINMAX WIN32_LEAN_AND_MEAN)
+if(WIN32)
+    add_compile_definitions(MV_WIDE_PREFIX=L _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+    # Nothing but the driver's own files has to lie beside it.
+    add_link_options(-static)
+else()
+    add_compile_definitions(MV_WIDE_PREFIX=u)
+    # A library with symbols that are unique in the process could never be unloaded.
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+    add_link_options(-Wl,--no-undefined)
+endif()
+if(MV_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
+# A shared library of the driver family: NAME.dll on both hosts.
+function(mv_driver_library name)
+    cmake_parse_arguments(ARG "" "EXPORTS" "SOURCES;LINK" ${ARGN})
+    add_library(${name} SHARED ${ARG_SOURCES})
+    set_target_properties(${name} PROPERTIES PREFIX "" SUFFIX ".dll" IMPORT_PREFIX "lib" IMPORT_SUFFIX ".dll.a")
+    if(ARG_EXPORTS)
+        target_compile_definitions(${name} PRIVATE ${ARG_EXPORTS})
+    endif()
+    target_link_libraries(${name} ${ARG_LINK})
+endfunction()
+
+# A test program over GoogleTest; it runs from the folder of the programs.
+function(mv_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} mv_gtest)
+    add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${MV_BIN})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()
