@@ -1,0 +1,103 @@
+// BSTR and VARIANT.
+#include <livecounts.h>
+#include <oleauto.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+constinit std::atomic<long> liveBstrs{0};
+
+// Eight bytes keep the text as aligned as allocated memory; the length fills the last four of them.
+constexpr std::size_t prefixBytes = 8;
+constexpr std::size_t lengthBytes = sizeof(UINT);
+
+UINT ByteLength(const WCHAR* text) {
+    UINT bytes = 0;
+    if (text) std::memcpy(&bytes, reinterpret_cast<const char*>(text) - lengthBytes, lengthBytes);
+    return bytes;
+}
+
+// Copies the bytes, or makes zeroed text of that size when there is nothing to copy. Null for lack of memory.
+BSTR Allocate(const void* source, std::size_t bytes) {
+    constexpr std::size_t longest = 0x7FFFFFFF - prefixBytes - sizeof(WCHAR);
+    if (bytes > longest) return nullptr;
+    char* block = static_cast<char*>(std::calloc(1, prefixBytes + bytes + sizeof(WCHAR)));
+    if (!block) return nullptr;
+    const UINT length = static_cast<UINT>(bytes);
+    std::memcpy(block + prefixBytes - lengthBytes, &length, lengthBytes);
+    if (source) std::memcpy(block + prefixBytes, source, bytes);
+    ++liveBstrs;
+    return reinterpret_cast<BSTR>(block + prefixBytes);
+}
+
+bool IsObject(VARTYPE type) { return type == VT_DISPATCH || type == VT_UNKNOWN; }
+
+// True for the types of which a copy of the 24 bytes is a value of its own.
+bool IsPlain(VARTYPE type) {
+    constexpr VARTYPE variant = 12, unassigned = 15, lastNumber = 23, byReference = 0x4000;
+    if (type & byReference) return true;
+    return type <= lastNumber && type != VT_BSTR && !IsObject(type) && type != variant && type != unassigned;
+}
+
+}  // namespace
+
+long LiveBstrCount() noexcept { return liveBstrs.load(); }
+
+extern "C" {
+
+BSTR WINAPI SysAllocString(const OLECHAR* text) {
+    return text ? Allocate(text, std::char_traits<WCHAR>::length(text) * sizeof(WCHAR)) : nullptr;
+}
+
+BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT length) {
+    return Allocate(text, std::size_t{length} * sizeof(WCHAR));
+}
+
+void WINAPI SysFreeString(BSTR text) {
+    if (!text) return;
+    --liveBstrs;
+    std::free(reinterpret_cast<char*>(text) - prefixBytes);
+}
+
+UINT WINAPI SysStringLen(BSTR text) { return ByteLength(text) / sizeof(WCHAR); }
+
+void WINAPI VariantInit(VARIANT* value) { *value = {}; }
+
+HRESULT WINAPI VariantClear(VARIANT* value) {
+    if (!value) return E_INVALIDARG;
+    const VARIANT held = *value;
+    if (!IsPlain(held.vt) && held.vt != VT_BSTR && !IsObject(held.vt)) return DISP_E_BADVARTYPE;
+    // Emptied first: what the object does when it goes may come back to this variant.
+    *value = {};
+    if (held.vt == VT_BSTR) SysFreeString(held.bstrVal);
+    if (IsObject(held.vt) && held.punkVal) held.punkVal->Release();
+    return S_OK;
+}
+
+HRESULT WINAPI VariantCopy(VARIANT* destination, VARIANT* source) {
+    if (!destination || !source) return E_INVALIDARG;
+    if (destination == source) return S_OK;
+    VARIANT copy = *source;
+    if (source->vt == VT_BSTR) {
+        if (source->bstrVal) copy.bstrVal = Allocate(source->bstrVal, ByteLength(source->bstrVal));
+        if (source->bstrVal && !copy.bstrVal) return E_OUTOFMEMORY;
+    } else if (IsObject(source->vt)) {
+        if (source->punkVal) source->punkVal->AddRef();
+    } else if (!IsPlain(source->vt)) {
+        return DISP_E_BADVARTYPE;
+    }
+    const HRESULT cleared = VariantClear(destination);
+    if (FAILED(cleared)) {
+        VariantClear(&copy);
+        return cleared;
+    }
+    *destination = copy;
+    return S_OK;
+}
+
+}  // extern "C"

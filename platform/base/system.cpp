@@ -1,0 +1,66 @@
+// The error of the last call, interface ids, COM memory, critical sections, version, process and debugger.
+#include <livecounts.h>
+#include <objbase.h>
+#include <oleauto.h>
+#include "widechars.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+
+namespace {
+constinit thread_local DWORD lastError = ERROR_SUCCESS;
+
+std::recursive_mutex& Mutex(LPCRITICAL_SECTION section) {
+    return *static_cast<std::recursive_mutex*>(section->section);
+}
+}  // namespace
+
+bool operator==(const GUID& a, const GUID& b) { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
+
+extern "C" {
+
+extern const IID IID_IUnknown = {0x00000000, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+extern const IID IID_IDispatch = {0x00020400, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+
+DWORD WINAPI GetLastError() { return lastError; }
+void WINAPI SetLastError(DWORD error) { lastError = error; }
+
+LPVOID WINAPI CoTaskMemAlloc(SIZE_T bytes) { return std::malloc(bytes ? bytes : 1); }
+void WINAPI CoTaskMemFree(LPVOID block) { std::free(block); }
+
+void WINAPI InitializeCriticalSection(LPCRITICAL_SECTION section) { section->section = new std::recursive_mutex; }
+void WINAPI EnterCriticalSection(LPCRITICAL_SECTION section) { Mutex(section).lock(); }
+void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION section) { Mutex(section).unlock(); }
+void WINAPI DeleteCriticalSection(LPCRITICAL_SECTION section) {
+    delete &Mutex(section);
+    section->section = nullptr;
+}
+
+BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW information) {
+    if (!information || information->dwOSVersionInfoSize != sizeof(OSVERSIONINFOW)) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return FALSE;
+    }
+    *information = {};
+    information->dwOSVersionInfoSize = sizeof(OSVERSIONINFOW);
+    information->dwMajorVersion = 10;
+    information->dwBuildNumber = 19045;
+    information->dwPlatformId = VER_PLATFORM_WIN32_NT;
+    return TRUE;
+}
+
+DWORD WINAPI GetCurrentProcessId() { return static_cast<DWORD>(getpid()); }
+DWORD WINAPI GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
+
+void WINAPI OutputDebugStringW(LPCWSTR text) {
+    if (text && std::getenv("MVPT_DEBUG")) std::fputs(mvplatform::Utf8FromWide(text).c_str(), stderr);
+}
+
+void WINAPI DebugBreak() { raise(SIGTRAP); }
+
+}  // extern "C"

@@ -1,0 +1,93 @@
+// The process's store and its open registry keys.
+#include "openkeys.h"
+
+#include <store.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+namespace mvplatform {
+namespace {
+
+constexpr std::uintptr_t handleStep = 4;  // no handle can be taken for a predefined key
+
+// A predefined key's number, with its upper half either way that a cast can leave it; nothing for other handles.
+std::optional<KeyId> PredefinedKey(HKEY handle) {
+    const auto number = reinterpret_cast<std::intptr_t>(handle);
+    const auto is = [&](HKEY key) {
+        const auto predefined = reinterpret_cast<std::intptr_t>(key);
+        return number == predefined || number == static_cast<std::intptr_t>(static_cast<DWORD>(predefined));
+    };
+    if (is(HKEY_CURRENT_USER)) return currentUserKey;
+    if (is(HKEY_LOCAL_MACHINE)) return localMachineKey;
+    return std::nullopt;
+}
+
+}  // namespace
+
+OpenKeys& OpenKeys::Instance() {
+    // Never destroyed: libraries may use the registry while the process ends.
+    static OpenKeys& instance = *new OpenKeys;
+    return instance;
+}
+
+RegistryStore& OpenKeys::Store() {
+    if (!store_) store_ = std::make_unique<RegistryStore>(":memory:");
+    return *store_;
+}
+
+void OpenKeys::Replace(std::unique_ptr<RegistryStore> store) noexcept {
+    keys_.clear();
+    store_ = std::move(store);
+}
+
+KeyId OpenKeys::Find(HKEY handle, REGSAM wanted) const {
+    if (const std::optional<KeyId> predefined = PredefinedKey(handle)) return *predefined;
+    const auto found = keys_.find(reinterpret_cast<std::uintptr_t>(handle));
+    if (found == keys_.end()) throw RegistryError(ERROR_INVALID_HANDLE, "there is no such open key");
+    if ((found->second.access & wanted) != wanted)
+        throw RegistryError(ERROR_ACCESS_DENIED, "the key was not opened for this");
+    return found->second.id;
+}
+
+HKEY OpenKeys::Add(KeyId id, REGSAM access) {
+    const std::uintptr_t handle = nextHandle_;
+    keys_.emplace(handle, Key{id, access});
+    nextHandle_ += handleStep;
+    return reinterpret_cast<HKEY>(handle);  // NOLINT(performance-no-int-to-ptr): a handle is a number
+}
+
+bool OpenKeys::Remove(HKEY handle) {
+    return PredefinedKey(handle) || keys_.erase(reinterpret_cast<std::uintptr_t>(handle)) != 0;
+}
+
+}  // namespace mvplatform
+
+void OpenStore(const std::string& folderUtf8) {
+    namespace fs = std::filesystem;
+    std::string file = folderUtf8;
+    if (file.empty()) throw std::runtime_error("The store needs the name of a folder.");
+    if (file != ":memory:") {
+        std::error_code error;
+        const fs::path folder = fs::absolute(folderUtf8, error);
+        if (!error) fs::create_directories(folder, error);
+        if (error)
+            throw std::runtime_error("The store's folder " + folderUtf8 + " cannot be made: " + error.message() + ".");
+        file = (folder / "registry.sqlite").string();
+    }
+    try {
+        auto store = std::make_unique<mvplatform::RegistryStore>(file);
+        mvplatform::OpenKeys& keys = mvplatform::OpenKeys::Instance();
+        const std::lock_guard lock(keys.Mutex());
+        keys.Replace(std::move(store));
+    } catch (const mvplatform::RegistryError& error) {
+        throw std::runtime_error("The store " + file + " cannot be opened: " + error.what() + ".");
+    }
+}
+
+void CloseStore() noexcept {
+    mvplatform::OpenKeys& keys = mvplatform::OpenKeys::Instance();
+    const std::lock_guard lock(keys.Mutex());
+    keys.Replace(nullptr);
+}

@@ -1,0 +1,7 @@
+// Wide literals on both hosts: W("...") is L"..." where wchar_t has 16 bits and u"..." elsewhere.
+#pragma once
+
+// Two steps, so that W(__FILE__) works. MV_WIDE_PREFIX comes from the build.
+#define MV_WIDE_PASTE(prefix, literal) prefix##literal
+#define MV_WIDE_EXPAND(prefix, literal) MV_WIDE_PASTE(prefix, literal)
+#define W(literal) MV_WIDE_EXPAND(MV_WIDE_PREFIX, literal)

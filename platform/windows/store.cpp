@@ -1,0 +1,85 @@
+// The store on Windows: a subtree of the current user's hive stands in for both predefined keys.
+#include <store.h>
+#include <uniquehandle.h>
+#include <widetext.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+const std::wstring storesPath = W("Software\\MvptHostStores\\");
+constexpr std::size_t longestKeyName = 255;
+
+// The path of the subtree to delete at the end; empty when the store stays.
+std::wstring temporaryPath;
+
+// A key name says which folder it stands for: '|' is in no path. Long names are cut and told apart by a hash.
+std::wstring KeyName(const std::string& folderUtf8) {
+    const std::u8string utf8(folderUtf8.begin(), folderUtf8.end());
+    std::wstring name = std::filesystem::absolute(std::filesystem::path(utf8)).lexically_normal().wstring();
+    while (name.size() > 1 && (name.back() == W('\\') || name.back() == W('/'))) name.pop_back();
+    std::replace_if(
+        name.begin(), name.end(), [](wchar_t c) { return c == W('\\') || c == W('/'); }, W('|'));
+    if (name.size() <= longestKeyName) return name;
+    std::uint64_t hash = 0xCBF29CE484222325u;  // FNV-1a
+    for (const wchar_t unit : name) hash = (hash ^ unit) * 0x100000001B3u;
+    name.resize(longestKeyName - 17);
+    name += W('|');
+    for (int shift = 60; shift >= 0; shift -= 4) name += W("0123456789abcdef")[(hash >> shift) & 0xF];
+    return name;
+}
+
+void UndoOverride() noexcept {
+    RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+}
+
+UniqueKey CreateKey(const std::wstring& path, const std::string& folder) {
+    UniqueKey key;
+    const LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                           KEY_ALL_ACCESS, nullptr, key.Put(), nullptr);
+    if (status != ERROR_SUCCESS)
+        throw std::runtime_error("The store " + folder + " cannot be opened: the registry answers error " +
+                                 std::to_string(status) + ".");
+    return key;
+}
+
+}  // namespace
+
+void OpenStore(const std::string& folderUtf8) {
+    if (folderUtf8.empty()) throw std::runtime_error("The store needs the name of a folder.");
+    CloseStore();
+    std::wstring path = storesPath;
+    if (folderUtf8 == ":memory:") {
+        for (const char digit : "process " + std::to_string(GetCurrentProcessId())) path += static_cast<wchar_t>(digit);
+        // What a process of the same number left when it was killed.
+        RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
+        static const int registered = std::atexit([] { CloseStore(); });
+        if (registered != 0) throw std::runtime_error("The store cannot be opened: out of memory.");
+        temporaryPath = path;
+    } else {
+        path += KeyName(folderUtf8);
+    }
+    const UniqueKey user = CreateKey(path + W("\\User"), folderUtf8);
+    const UniqueKey machine = CreateKey(path + W("\\Machine"), folderUtf8);
+    LSTATUS status = RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine.Get());
+    if (status == ERROR_SUCCESS) status = RegOverridePredefKey(HKEY_CURRENT_USER, user.Get());
+    if (status == ERROR_SUCCESS) return;
+    CloseStore();
+    throw std::runtime_error("The store " + folderUtf8 + " cannot be opened: the registry answers error " +
+                             std::to_string(status) + ".");
+}
+
+void CloseStore() noexcept {
+    UndoOverride();
+    if (temporaryPath.empty()) return;
+    RegDeleteTreeW(HKEY_CURRENT_USER, temporaryPath.c_str());
+    temporaryPath.clear();
+}

@@ -1,0 +1,83 @@
+// BSTRs and VARIANTs.
+#include <bstr.h>
+#include <livecounts.h>
+#include <widetext.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace {
+
+using View = std::basic_string_view<WCHAR>;
+
+// Counts its references; lives on the stack.
+struct CountedObject final : IUnknown {
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+    ULONG references = 1;
+};
+
+TEST(Bstr, CarriesItsLengthInBytesAndEndsWithNul) {
+    const View texts[] = {W(""), W("A4"), View(W("a\0b"), 3), W("\xD83D\xDE00"), View(W("\xD800"), 1)};
+    for (const View text : texts) {
+        const Bstr bstr(text);
+        UINT bytes = 0;
+        std::memcpy(&bytes, reinterpret_cast<const char*>(bstr.Get()) - 4, 4);
+        EXPECT_EQ(bytes, text.size() * 2);
+        EXPECT_EQ(bstr.View(), text);
+        EXPECT_EQ(bstr.Get()[text.size()], 0);
+    }
+    EXPECT_EQ(SysStringLen(nullptr), 0u);
+    EXPECT_EQ(SysAllocString(nullptr), nullptr);
+    SysFreeString(nullptr);
+}
+
+TEST(Bstr, WithoutSourceTextIsZeroed) {
+    Bstr bstr;
+    *bstr.Put() = SysAllocStringLen(nullptr, 3);
+    EXPECT_EQ(bstr.View(), View(W("\0\0\0"), 3));
+}
+
+TEST(Variant, CopyOwnsItsText) {
+    Variant copy;
+    {
+        const Variant original(View(W("a\0b"), 3));
+        VARIANT source = original.Get();
+        ASSERT_EQ(VariantCopy(copy.Put(), &source), S_OK);
+        EXPECT_NE(copy.Get().bstrVal, source.bstrVal);
+    }
+    EXPECT_EQ(copy.Text(), View(W("a\0b"), 3));
+    VARIANT empty;
+    VariantInit(&empty);
+    ASSERT_EQ(VariantCopy(copy.Put(), &empty), S_OK);
+    EXPECT_EQ(copy.Get().vt, VT_EMPTY);
+}
+
+TEST(Variant, CountsReferencesToObjects) {
+    CountedObject object;
+    VARIANT value;
+    VariantInit(&value);
+    value.vt = VT_UNKNOWN;
+    value.punkVal = &object;
+    {
+        Variant copy;
+        ASSERT_EQ(VariantCopy(copy.Put(), &value), S_OK);
+        EXPECT_EQ(object.references, 2u);
+    }
+    EXPECT_EQ(object.references, 1u);
+    EXPECT_EQ(VariantClear(&value), S_OK);
+    EXPECT_EQ(object.references, 0u);
+    EXPECT_EQ(value.vt, VT_EMPTY);
+}
+
+TEST(Variant, RefusesTypesThatItCannotOwn) {
+    VARIANT value;
+    VariantInit(&value);
+    value.vt = 0x0FFF;
+    EXPECT_EQ(VariantClear(&value), DISP_E_BADVARTYPE);
+    EXPECT_EQ(value.vt, 0x0FFF);
+}
+
+}  // namespace
