@@ -1,0 +1,127 @@
+// Changes below a node: insertion, removal, moves between documents, copies, and new content.
+#include "domname.h"
+#include "domnode.h"
+
+namespace dom {
+namespace {
+
+bool CanHold(const xmlNode* parent, const xmlNode* child, const xmlNode* replaced) {
+    const bool isContent = child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE;
+    const bool isRemark = child->type == XML_COMMENT_NODE || child->type == XML_PI_NODE;
+    if (parent->type == XML_ELEMENT_NODE) return isContent || isRemark || child->type == XML_ELEMENT_NODE;
+    if (parent->type != XML_DOCUMENT_NODE) return false;
+    if (child->type != XML_ELEMENT_NODE) return isRemark;
+    for (const xmlNode* other = parent->children; other; other = other->next) {
+        if (other->type == XML_ELEMENT_NODE && other != child && other != replaced) return false;  // one root
+    }
+    return true;
+}
+
+// A comment or processing instruction has no way to write these.
+bool CanSay(xmlElementType type, const std::string& content) {
+    if (type == XML_COMMENT_NODE) return content.find("--") == std::string::npos && !content.ends_with('-');
+    if (type == XML_PI_NODE) return content.find("?>") == std::string::npos;
+    return true;
+}
+
+void Share(const NodeCore& node, IXMLDOMNode** out) {
+    if (out) *out = ComPtr<IXMLDOMNode>::Share(node.Face()).Detach();
+}
+
+}  // namespace
+
+HRESULT NodeCore::CheckInsertion(const NodeCore& child, const xmlNode* replaced) const {
+    if (!CanHold(node_, child.node_, replaced)) return E_FAIL;
+    for (const xmlNode* ancestor = node_; ancestor; ancestor = ancestor->parent) {
+        if (ancestor == child.node_) return E_FAIL;
+    }
+    return S_OK;
+}
+
+HRESULT NodeCore::Insert(IXMLDOMNode* newChild, xmlNode* before, const xmlNode* replaced) {
+    NodeCore* const child = Of(newChild);
+    if (!child) return E_INVALIDARG;
+    if (const HRESULT result = CheckInsertion(*child, replaced); FAILED(result)) return result;
+    if (before == child->node_) before = before->next;
+    const std::shared_ptr<DomTree> from = child->tree_;
+    from->Detach(child->node_);
+    if (from != tree_) tree_->TakeOver(*from, child->node_, tree_);
+    tree_->Attach(node_, before, child->node_);
+    return S_OK;
+}
+
+HRESULT NodeCore::InsertBefore(IXMLDOMNode* newChild, const VARIANT& reference, IXMLDOMNode** outNewChild) {
+    xmlNode* before = nullptr;
+    if (reference.vt == VT_DISPATCH || reference.vt == VT_UNKNOWN) {
+        if (reference.punkVal) {  // the same pointer in either kind
+            const NodeCore* const sibling = Of(reference.punkVal);
+            if (!sibling || sibling->node_->parent != node_ || IsAttribute(sibling->node_)) return E_INVALIDARG;
+            before = sibling->node_;
+        }
+    } else if (reference.vt != VT_EMPTY && reference.vt != VT_NULL) {
+        return E_INVALIDARG;
+    }
+    const HRESULT result = Insert(newChild, before, nullptr);
+    if (SUCCEEDED(result)) Share(*Of(newChild), outNewChild);
+    return result;
+}
+
+HRESULT NodeCore::AppendChild(IXMLDOMNode* newChild, IXMLDOMNode** outNewChild) {
+    const HRESULT result = Insert(newChild, nullptr, nullptr);
+    if (SUCCEEDED(result)) Share(*Of(newChild), outNewChild);
+    return result;
+}
+
+HRESULT NodeCore::ReplaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild, IXMLDOMNode** outOldChild) {
+    const NodeCore* const old = Of(oldChild);
+    const NodeCore* const child = Of(newChild);
+    if (!old || !child || old->node_->parent != node_ || IsAttribute(old->node_)) return E_INVALIDARG;
+    if (old != child) {
+        if (const HRESULT result = Insert(newChild, old->node_, old->node_); FAILED(result)) return result;
+        tree_->Detach(old->node_);
+    }
+    Share(*old, outOldChild);
+    return S_OK;
+}
+
+HRESULT NodeCore::RemoveChild(IXMLDOMNode* child, IXMLDOMNode** outOldChild) {
+    const NodeCore* const old = Of(child);
+    if (!old || old->node_->parent != node_ || IsAttribute(old->node_)) return E_INVALIDARG;
+    tree_->Detach(old->node_);
+    Share(*old, outOldChild);
+    return S_OK;
+}
+
+HRESULT NodeCore::CloneNode(VARIANT_BOOL deep, IXMLDOMNode** clone) const {
+    if (!clone) return E_INVALIDARG;
+    if (node_->type != XML_DOCUMENT_NODE) {
+        return ReturnNode(tree_->AddOrphan(CopyNode(*tree_, node_, deep != VARIANT_FALSE)), clone);
+    }
+    const auto copy = std::make_shared<DomTree>();
+    copy->settings = tree_->settings;
+    copy->Document()->standalone = tree_->Document()->standalone;
+    for (xmlNode* child = deep != VARIANT_FALSE ? node_->children : nullptr; child; child = child->next) {
+        LinkLast(AsNode(copy->Document()), CopyNode(*copy, child, true));
+    }
+    *clone = Wrap(copy, AsNode(copy->Document())).Detach();
+    return S_OK;
+}
+
+HRESULT NodeCore::PutContent(const std::string& content) {
+    if (node_->type == XML_DOCUMENT_NODE || !CanSay(node_->type, content)) return E_FAIL;
+    if (node_->type != XML_ELEMENT_NODE && !IsAttribute(node_)) {
+        xmlNodeSetContent(node_, XmlChars(content.c_str()));
+        return S_OK;
+    }
+    if (node_->type == kDeclarationType && node_->parent) {
+        const xmlAttr* const declaration = AsAttribute(node_);
+        if (!CanDeclare(node_->parent, declaration, declaration, content)) return E_FAIL;
+    }
+    xmlNode* const text =
+        content.empty() ? nullptr : tree_->AddOrphan(NewContentNode(node_->doc, XML_TEXT_NODE, std::string(), content));
+    while (node_->children) tree_->Discard(node_->children);
+    if (text) tree_->Attach(node_, nullptr, text);
+    return S_OK;
+}
+
+}  // namespace dom

@@ -1,0 +1,271 @@
+// Ownership of nodes: the document, orphans, wrappers and the tree's namespace records.
+#include "domtree.h"
+
+#include "domnode.h"
+#include "domxpath.h"
+
+#include <libxml/parser.h>
+
+#include <atomic>
+#include <new>
+
+namespace dom {
+namespace {
+
+template <class Node>
+Node* Made(Node* node) {
+    if (!node) throw std::bad_alloc();
+    return node;
+}
+
+OwnedNode Owned(xmlNode* node) { return OwnedNode(Made(node)); }
+
+// libxml2's tables are made once, before the first document on any thread.
+void InitialiseLibrary() {
+    static const bool done = (xmlInitParser(), true);
+    static_cast<void>(done);
+}
+
+xmlNode* RootOf(xmlNode* node) {
+    while (node->parent) node = node->parent;
+    return node;
+}
+
+std::size_t WrappersIn(xmlNode* top) {
+    std::size_t count = 0;
+    ForEachNode(top, [&count](const xmlNode* node) { count += node->_private ? 1 : 0; });
+    return count;
+}
+
+// libxml2's own linking functions merge neighbouring texts and free the one that was handed in; these do not. The list
+// is that of the children or, for an attribute, of the attributes, which knows no last one.
+struct Siblings {
+    Siblings(xmlNode* parent, bool attributes)
+        : first(attributes ? reinterpret_cast<xmlNode**>(&parent->properties) : &parent->children),
+          last(attributes ? nullptr : &parent->last) {}
+    xmlNode* Last() const {
+        if (last) return *last;
+        xmlNode* node = *first;
+        while (node && node->next) node = node->next;
+        return node;
+    }
+    xmlNode** first;
+    xmlNode** last;
+};
+
+void Link(xmlNode* parent, xmlNode* before, xmlNode* node) noexcept {
+    const Siblings siblings(parent, IsAttribute(node));
+    node->parent = parent;
+    node->next = before;
+    node->prev = before ? before->prev : siblings.Last();
+    (node->prev ? node->prev->next : *siblings.first) = node;
+    if (before) {
+        before->prev = node;
+    } else if (siblings.last) {
+        *siblings.last = node;
+    }
+}
+
+void Unlink(xmlNode* node) noexcept {
+    const Siblings siblings(node->parent, IsAttribute(node));
+    (node->prev ? node->prev->next : *siblings.first) = node->next;
+    if (node->next) {
+        node->next->prev = node->prev;
+    } else if (siblings.last) {
+        *siblings.last = node->prev;
+    }
+    node->parent = node->next = node->prev = nullptr;
+}
+
+}  // namespace
+
+void NodeDeleter::operator()(xmlNode* node) const noexcept {
+    if (IsAttribute(node)) {
+        xmlFreeProp(AsAttribute(node));
+    } else {
+        xmlFreeNode(node);
+    }
+}
+
+DomTree::DomTree() : document_((InitialiseLibrary(), Made(xmlNewDoc(XmlChars("1.0"))))) {
+    document_->standalone = -1;  // no XML declaration was seen
+    SetEncoding();
+    NoteChange();
+}
+
+void DomTree::NoteChange() noexcept {
+    static std::atomic<std::uint64_t> last = 0;
+    changes_ = ++last;
+}
+
+DomTree::~DomTree() { FreeAll(); }
+
+void DomTree::FreeAll() noexcept {
+    selector.reset();
+    for (const auto& [root, wrappers] : orphans_) NodeDeleter()(root);
+    orphans_.clear();
+    xmlFreeDoc(document_);
+}
+
+void DomTree::TakeDocument(xmlDoc* document) noexcept {
+    FreeAll();
+    document_ = document;
+    NoteChange();
+    SetEncoding();
+}
+
+// Whatever a document was read from, it is written as UTF-8; without this, attributes would come out as references.
+void DomTree::SetEncoding() noexcept {
+    xmlFree(const_cast<xmlChar*>(document_->encoding));
+    document_->encoding = xmlStrdup(XmlChars("UTF-8"));
+}
+
+xmlNs* DomTree::Namespace(std::string_view prefix, std::string_view uri) {
+    if (uri.empty()) return nullptr;
+    const auto [entry, isNew] = namespaces_.try_emplace({std::string(prefix), std::string(uri)});
+    xmlNs& record = entry->second;
+    if (isNew) {
+        record = xmlNs();
+        record.type = XML_LOCAL_NAMESPACE;
+        record.href = XmlChars(entry->first.second.c_str());
+        record.prefix = prefix.empty() ? nullptr : XmlChars(entry->first.first.c_str());
+    }
+    return &record;
+}
+
+xmlNode* DomTree::AddOrphan(OwnedNode node) {
+    orphans_.emplace(node.get(), 0);
+    return node.release();
+}
+
+void DomTree::Detach(xmlNode* node) {
+    if (!node->parent) return;
+    xmlNode* const root = RootOf(node);
+    const std::size_t wrappers = WrappersIn(node);
+    orphans_.emplace(node, wrappers);
+    Unlink(node);
+    NoteChange();
+    const auto left = orphans_.find(root);
+    if (left == orphans_.end()) return;  // the document
+    left->second -= wrappers;
+    if (left->second == 0) FreeOrphan(root);
+}
+
+void DomTree::Discard(xmlNode* node) {
+    Detach(node);
+    if (orphans_.at(node) == 0) FreeOrphan(node);
+}
+
+void DomTree::Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan) {
+    const auto entry = orphans_.find(orphan);
+    const std::size_t wrappers = entry->second;
+    orphans_.erase(entry);
+    Link(parent, before, orphan);
+    NoteChange();
+    if (const auto whole = orphans_.find(RootOf(parent)); whole != orphans_.end()) whole->second += wrappers;
+}
+
+void DomTree::TakeOver(DomTree& other, xmlNode* orphan, const std::shared_ptr<DomTree>& self) {
+    // What can fail comes first, so that the node never stands between two trees.
+    ForEachNode(orphan, [this](const xmlNode* node) {
+        if ((node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) && node->ns) {
+            Namespace(ViewOf(node->ns->prefix), ViewOf(node->ns->href));
+        }
+    });
+    orphans_.emplace(orphan, other.orphans_.at(orphan));
+    other.orphans_.erase(orphan);
+    ForEachNode(orphan, [this, &self](xmlNode* node) {
+        node->doc = document_;
+        if ((node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) && node->ns) {
+            node->ns = Namespace(ViewOf(node->ns->prefix), ViewOf(node->ns->href));
+        }
+        if (node->_private) static_cast<NodeCore*>(node->_private)->MoveTo(self);
+    });
+}
+
+void DomTree::WrapperMade(xmlNode* node) noexcept {
+    if (const auto orphan = orphans_.find(RootOf(node)); orphan != orphans_.end()) ++orphan->second;
+}
+
+void DomTree::WrapperGone(xmlNode* node) noexcept {
+    const auto orphan = orphans_.find(RootOf(node));
+    if (orphan != orphans_.end() && --orphan->second == 0) FreeOrphan(orphan->first);
+}
+
+void DomTree::FreeOrphan(xmlNode* root) noexcept {
+    orphans_.erase(root);
+    NodeDeleter()(root);
+}
+
+xmlNode* LinkLast(xmlNode* parent, OwnedNode node) noexcept {
+    Link(parent, nullptr, node.get());
+    return node.release();
+}
+
+OwnedNode NewElement(xmlDoc* document, xmlNs* space, const std::string& localName) {
+    return Owned(xmlNewDocNode(document, space, XmlChars(localName.c_str()), nullptr));
+}
+
+OwnedNode NewAttribute(xmlDoc* document, xmlElementType type, xmlNs* space, const std::string& name) {
+    OwnedNode attribute = Owned(AsNode(xmlNewDocProp(document, XmlChars(name.c_str()), nullptr)));
+    attribute->type = type;
+    attribute->ns = space;
+    return attribute;
+}
+
+OwnedNode NewContentNode(xmlDoc* document, xmlElementType type, const std::string& name, const std::string& content) {
+    const xmlChar* const text = XmlChars(content.c_str());
+    switch (type) {
+        case XML_CDATA_SECTION_NODE:
+            return Owned(xmlNewCDataBlock(document, text, static_cast<int>(content.size())));
+        case XML_COMMENT_NODE:
+            return Owned(xmlNewDocComment(document, text));
+        case XML_PI_NODE:
+            return Owned(xmlNewDocPI(document, XmlChars(name.c_str()), text));
+        default:
+            return Owned(xmlNewDocText(document, text));
+    }
+}
+
+namespace {
+
+std::string Text(const xmlChar* text) { return std::string(ViewOf(text)); }
+
+xmlNs* NamespaceIn(DomTree& tree, const xmlNs* space) {
+    return space ? tree.Namespace(ViewOf(space->prefix), ViewOf(space->href)) : nullptr;
+}
+
+// The node with its attributes, or the attribute with its text.
+OwnedNode CopyAlone(DomTree& into, xmlNode* original) {
+    xmlDoc* const document = into.Document();
+    OwnedNode copy;
+    if (IsAttribute(original)) {
+        copy = NewAttribute(document, original->type, NamespaceIn(into, original->ns), Text(original->name));
+        for (xmlNode* text = original->children; text; text = text->next) {
+            LinkLast(copy.get(), CopyAlone(into, text));
+        }
+    } else if (original->type == XML_ELEMENT_NODE) {
+        copy = NewElement(document, NamespaceIn(into, original->ns), Text(original->name));
+        for (xmlAttr* attribute = original->properties; attribute; attribute = attribute->next) {
+            LinkLast(copy.get(), CopyAlone(into, AsNode(attribute)));
+        }
+    } else {
+        copy = NewContentNode(document, original->type, Text(original->name), Text(original->content));
+    }
+    return copy;
+}
+
+}  // namespace
+
+OwnedNode CopyNode(DomTree& into, xmlNode* original, bool deep) {
+    OwnedNode top = CopyAlone(into, original);
+    if (!deep || IsAttribute(original)) return top;
+    xmlNode* parent = nullptr;  // the copy under which the node that is entered goes
+    const auto enter = [&](xmlNode* node) {
+        parent = node == original ? top.get() : LinkLast(parent, CopyAlone(into, node));
+    };
+    WalkSubtree(original, enter, [&parent](xmlNode*) { parent = parent->parent; });
+    return top;
+}
+
+}  // namespace dom

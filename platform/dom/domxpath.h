@@ -1,0 +1,39 @@
+// Queries: XPath 1.0 from a node, with the prefixes of the document's property SelectionNamespaces.
+#pragma once
+
+#include "domtree.h"
+
+#include <libxml/xpath.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace dom {
+
+// A document's evaluation context; kept with the tree, for making one costs more than a query.
+class Selector {
+public:
+    explicit Selector(DomTree& tree);
+    void Register(const std::string& prefix, const std::string& uri);
+    HRESULT Select(xmlNode* from, const std::string& query, std::vector<xmlNode*>* found);
+
+private:
+    bool KnowsFunction(const std::string& name) const;
+    bool KnowsNamesOf(const std::string& query) const;
+
+    struct Deleter {
+        void operator()(xmlXPathContext* context) const noexcept { xmlXPathFreeContext(context); }
+    };
+    std::unique_ptr<xmlXPathContext, Deleter> context_;
+};
+
+// The nodes that the query selects, in document order. E_INVALIDARG for a null or empty query, E_FAIL for one that is
+// malformed, uses a prefix that is not bound, or does not select nodes.
+HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::vector<xmlNode*>* found);
+
+// Sets the property: declarations as in a start tag, in either kind of quotes. E_FAIL, and nothing is changed, when the
+// text is anything else.
+HRESULT SetSelectionNamespaces(DomTree& tree, const std::string& declarations);
+
+}  // namespace dom

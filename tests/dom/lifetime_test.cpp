@@ -1,0 +1,140 @@
+// Who keeps what alive: nodes and documents live as long as anyone holds either. (The test program's main also checks
+// that nothing is left after each test.)
+#include "domtest.h"
+
+#include <thread>
+#include <vector>
+
+namespace {
+
+TEST(Lifetime, ANodeKeepsItsDocument) {
+    Document document = Load("<a><b><c/></b></a>");
+    const Node c = Select(document.Get(), "//c");
+    document.Reset();
+    EXPECT_EQ(Xml(Select(c.Get(), "ancestor::a").Get()), "<a><b><c/></b></a>");
+    ComPtr<IXMLDOMDocument> again;
+    EXPECT_EQ(c->get_ownerDocument(again.Put()), S_OK);
+    EXPECT_EQ(DumpInfoset(again.Get()), "  {}a\n    {}b\n      {}c\n");
+}
+
+TEST(Lifetime, ARemovedSubtreeLivesWhileAPartOfItIsHeld) {
+    const Document document = Load("<a><b x='1'><c><d/></c></b><e/></a>");
+    Node b = Select(document.Get(), "//b"), d = Select(document.Get(), "//d"), x = Select(document.Get(), "//@x");
+    EXPECT_EQ(Root(document)->removeChild(b.Get(), nullptr), S_OK);
+    b.Reset();
+    Node parent;
+    EXPECT_EQ(d->get_parentNode(parent.Put()), S_OK);
+    EXPECT_EQ(Xml(parent.Get()), "<c><d/></c>");
+    EXPECT_EQ(Value(x.Get()), "1");
+    // Out of the removed subtree and back into the document: the rest may go.
+    EXPECT_EQ(Select(document.Get(), "//e")->appendChild(d.Get(), nullptr), S_OK);
+    parent.Reset();
+    x.Reset();
+    EXPECT_EQ(RootXml(document), "<a><e><d/></e></a>");
+    EXPECT_EQ(Root(document)->put_text(nullptr), S_OK);
+    EXPECT_EQ(Name(d.Get()), "d");
+}
+
+TEST(Lifetime, ListsKeepTheirNodes) {
+    const Document document = Load("<a><b n='1'/><b n='2'><b n='3'/></b></a>");
+    ComPtr<IXMLDOMNodeList> list;
+    EXPECT_EQ(document->selectNodes(B("//b").Get(), list.Put()), S_OK);
+    ComPtr<IXMLDOMNamedNodeMap> map = Attributes(Select(document.Get(), "//b").Get());
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    EXPECT_EQ(document->loadXML(B("<new/>").Get(), &loaded), S_OK);
+    LONG length = 0;
+    EXPECT_EQ(list->get_length(&length), S_OK);
+    EXPECT_EQ(length, 3);
+    Node node;
+    EXPECT_EQ(list->get_item(1, node.Put()), S_OK);
+    EXPECT_EQ(Xml(node.Get()), "<b n=\"2\"><b n=\"3\"/></b>");
+    EXPECT_EQ(map->nextNode(node.Put()), S_OK);
+    EXPECT_EQ(Value(node.Get()), "1");
+    EXPECT_EQ(RootXml(document), "<new/>");
+}
+
+TEST(Lifetime, ANodeHasOneIdentityAndTheDocumentsCountIsItsOwn) {
+    const Document document = Load("<a><b/></a>");
+    const auto count = [&document] {
+        document->AddRef();
+        return document->Release();
+    };
+    const ULONG before = count();
+    const Node first = Select(document.Get(), "//b"), second = Select(Root(document).Get(), "b");
+    EXPECT_EQ(first.Get(), second.Get());
+    EXPECT_EQ(first.As<IUnknown>(IID_IUnknown).Get(),
+              first.As<IXMLDOMElement>(IID_IXMLDOMElement).As<IUnknown>(IID_IUnknown).Get());
+    EXPECT_FALSE(first.As<IUnknown>(IID_IXMLDOMAttribute));
+    EXPECT_FALSE(first.As<IUnknown>(IID_IXMLDOMDocument));
+    EXPECT_EQ(count(), before) << "nodes do not count on the document's object";
+}
+
+TEST(Lifetime, NodesMoveBetweenDocuments) {
+    const Document to = Load("<to xmlns:p='urn:1'/>");
+    Document from = Load("<q:from xmlns:q='urn:1'><q:b q:x='1' xmlns:r='urn:2'>t<r:c/></q:b></q:from>");
+    const Node b = Select(from.Get(), "/*/*"), c = Select(from.Get(), "/*/*/*");
+    const Node attribute = Create(from, NODE_ATTRIBUTE, "s:y", "urn:3");
+    EXPECT_EQ(Root(to)->appendChild(b.Get(), nullptr), S_OK);
+    EXPECT_EQ(Attributes(Root(to).Get())->setNamedItem(attribute.Get(), nullptr), S_OK);
+    EXPECT_EQ(RootXml(from), "<q:from xmlns:q=\"urn:1\"/>");
+    from.Reset();
+    EXPECT_EQ(DumpInfoset(to.Get(), kIgnoreDeclarations),
+              "  {}to {urn:3}y=\"\"\n    {urn:1}b {urn:1}x=\"1\"\n      \"t\"\n      {urn:2}c\n");
+    EXPECT_EQ(RootXml(to),
+              "<to xmlns:s=\"urn:3\" xmlns:p=\"urn:1\" s:y=\"\">"
+              "<q:b xmlns:q=\"urn:1\" q:x=\"1\" xmlns:r=\"urn:2\">t<r:c/></q:b></to>");
+    ComPtr<IXMLDOMDocument> owner;
+    EXPECT_EQ(c->get_ownerDocument(owner.Put()), S_OK);
+    EXPECT_EQ(owner.Get(), static_cast<IXMLDOMDocument*>(to.Get()));
+}
+
+TEST(Lifetime, CopiesStandAlone) {
+    const Document document = Load("<!--x--><p:a xmlns:p='urn:1' x='1'><b>t<![CDATA[u]]></b></p:a>");
+    Node shallow, deep, whole;
+    EXPECT_EQ(Root(document)->cloneNode(VARIANT_FALSE, shallow.Put()), S_OK);
+    EXPECT_EQ(Root(document)->cloneNode(VARIANT_TRUE, deep.Put()), S_OK);
+    EXPECT_EQ(document->cloneNode(VARIANT_TRUE, whole.Put()), S_OK);
+    EXPECT_EQ(DumpInfoset(whole.Get()), DumpInfoset(document.Get()));
+    EXPECT_EQ(Root(document)->put_text(nullptr), S_OK);
+    EXPECT_EQ(Xml(shallow.Get()), "<p:a xmlns:p=\"urn:1\" x=\"1\"/>");
+    EXPECT_EQ(Xml(deep.Get()), "<p:a xmlns:p=\"urn:1\" x=\"1\"><b>t<![CDATA[u]]></b></p:a>");
+    Node parent;
+    EXPECT_EQ(deep->get_parentNode(parent.Put()), S_FALSE);
+}
+
+TEST(Lifetime, NodesThatNobodyUsesDoNotGather) {
+    // A long-lived document whose content is replaced again and again, as conversions do.
+    const Document document = Load("<a/>");
+    const long before = LiveDomObjectCount();
+    for (int i = 0; i < 1000; ++i) {
+        const Node child = Create(document, NODE_ELEMENT, "b"), grandchild = Create(document, NODE_ELEMENT, "c");
+        EXPECT_EQ(child->appendChild(grandchild.Get(), nullptr), S_OK);
+        EXPECT_EQ(Root(document)->appendChild(child.Get(), nullptr), S_OK);
+        EXPECT_EQ(Root(document)->removeChild(child.Get(), nullptr), S_OK);
+    }
+    EXPECT_EQ(LiveDomObjectCount(), before);
+    EXPECT_EQ(RootXml(document), "<a/>");
+}
+
+TEST(Lifetime, DocumentsOnSeveralThreadsDoNotMeet) {
+    std::vector<std::thread> threads;
+    std::vector<std::string> results(4);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        threads.emplace_back([&result = results[i], i] {
+            for (int round = 0; round < 50; ++round) {
+                const std::string number = std::to_string(i);
+                const Document document = Load("<a><b n='" + number + "'/></a>");
+                const Document broken = NewDocument();
+                std::string error;
+                LoadDomDocument(broken.Get(), "<a><b>", 6, &error);
+                Node node;
+                broken->selectSingleNode(B("][").Get(), node.Put());
+                result = Value(Select(document.Get(), "//@n").Get()) + (error.empty() ? "?" : "");
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(results[i], std::to_string(i));
+}
+
+}  // namespace

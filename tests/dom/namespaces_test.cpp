@@ -1,0 +1,151 @@
+// Namespace declarations as attributes, and names that keep their namespaces.
+#include "domtest.h"
+
+namespace {
+
+TEST(Declarations, AreListedAsWritten) {
+    const Document document =
+        Load("<p:a version='1' xmlns:p='urn:1' q:x='2' xmlns='urn:0' xmlns:q='urn:2'><b xmlns:r='urn:3'/></p:a>");
+    EXPECT_EQ(AttributeNames(Root(document).Get()), "version xmlns:p q:x xmlns xmlns:q ");
+    const auto map = Attributes(Root(document).Get());
+    LONG length = 0;
+    EXPECT_EQ(map->get_length(&length), S_OK);
+    EXPECT_EQ(length, 5);
+    Node node;
+    EXPECT_EQ(map->getNamedItem(B("xmlns:q").Get(), node.Put()), S_OK);
+    EXPECT_EQ(Value(node.Get()), "urn:2");
+    EXPECT_EQ(Text(node.Get()), "urn:2");
+    Bstr text;
+    EXPECT_EQ(node->get_prefix(text.Put()), S_OK);
+    EXPECT_EQ(S(text), "xmlns");
+    EXPECT_EQ(node->get_baseName(text.Put()), S_OK);
+    EXPECT_EQ(S(text), "q");
+    EXPECT_EQ(Xml(node.Get()), "xmlns:q=\"urn:2\"");
+    EXPECT_EQ(map->get_item(3, node.Put()), S_OK);
+    EXPECT_EQ(Name(node.Get()), "xmlns");
+    EXPECT_EQ(map->getQualifiedItem(B("x").Get(), B("urn:2").Get(), node.Put()), S_OK);
+    EXPECT_EQ(Name(node.Get()), "q:x");
+    EXPECT_EQ(map->getNamedItem(B("xmlns:r").Get(), node.Put()), S_FALSE) << "only the element's own";
+    EXPECT_FALSE(node);
+}
+
+TEST(Declarations, AreNoAttributesToQueries) {
+    const Document document = Load("<a xmlns:name='urn:1' xmlns='urn:0' xmlns:p='urn:2'><b name='1'/></a>");
+    const std::pair<const char*, bool> queries[] = {
+        {"/*/@*", false}, {"/*/@node()", false}, {"/*/@name", false}, {"/*/@xmlns", false}, {"//*[@name]", true}};
+    for (const auto& [query, found] : queries)
+        EXPECT_EQ(static_cast<bool>(Select(document.Get(), query)), found) << query;
+}
+
+TEST(Declarations, AreAddedAndRemovedByName) {
+    const Document document = Load("<p:a xmlns:p='urn:1' xmlns:old='urn:2' p:x='1'/>");
+    const auto root = Root(document);
+    EXPECT_EQ(Put(document, root.Get(), "xmlns:mk", "", "urn:2"), S_OK);
+    Node taken;
+    EXPECT_EQ(Attributes(root.Get())->removeNamedItem(B("xmlns:old").Get(), taken.Put()), S_OK);
+    EXPECT_EQ(Value(taken.Get()), "urn:2");
+    EXPECT_EQ(RootXml(document), "<p:a xmlns:p=\"urn:1\" p:x=\"1\" xmlns:mk=\"urn:2\"/>");
+    EXPECT_EQ(Attributes(root.Get())->removeNamedItem(B("xmlns:old").Get(), taken.Put()), S_FALSE);
+    EXPECT_FALSE(taken);
+    EXPECT_EQ(root->setAttribute(B("xmlns:s").Get(), Variant(W("urn:3")).Get()), S_OK);
+    EXPECT_EQ(root->removeAttribute(B("xmlns:mk").Get()), S_OK);
+    EXPECT_EQ(AttributeNames(root.Get()), "xmlns:p p:x xmlns:s ");
+}
+
+TEST(Declarations, NamesKeepTheirNamespaceWhenOneGoes) {
+    const char* const xml = "<p:a xmlns:p='urn:1' xmlns:q='urn:2' q:x='1'><p:b q:y='2'><c/></p:b><p:d/></p:a>";
+    const Document document = Load(xml);
+    const std::string before = DumpInfoset(document.Get(), kIgnoreDeclarations);
+    for (const char* const name : {"xmlns:p", "xmlns:q"}) {
+        EXPECT_EQ(Attributes(Root(document).Get())->removeNamedItem(B(name).Get(), nullptr), S_OK);
+    }
+    EXPECT_EQ(DumpInfoset(document.Get(), kIgnoreDeclarations), before);
+    EXPECT_EQ(DumpInfoset(Load(Serialised(document)).Get(), kIgnoreDeclarations), before);
+    EXPECT_EQ(AttributeNames(Root(document).Get()), "q:x ") << "writing leaves no declaration behind";
+    EXPECT_EQ(Xml(Select(document.Get(), "/*/*[2]").Get()), "<p:d xmlns:p=\"urn:1\"/>");
+    // Another URI for a prefix that is in use further down: the names below stay what they are.
+    EXPECT_EQ(Put(document, Root(document).Get(), "xmlns:r", "", "urn:3"), S_OK);
+    EXPECT_EQ(DumpInfoset(Load(Serialised(document)).Get(), kIgnoreDeclarations), before);
+}
+
+TEST(Declarations, ThatContradictTheElementAreRefused) {
+    struct Row {
+        const char* name;
+        const char* uri;
+        const char* value;
+        HRESULT result;
+    };
+    const Row rows[] = {
+        {"xmlns:p", "", "urn:1", S_OK},       {"xmlns:p", "", "urn:other", E_FAIL},
+        {"xmlns:q", "", "urn:other", E_FAIL}, {"xmlns:p", "", "", E_FAIL},
+        {"xmlns:new", "", "urn:other", S_OK}, {"xmlns:new", "http://www.w3.org/2000/xmlns/", "urn:5", S_OK},
+        {"xmlns", "", "urn:other", S_OK},     {"p:y", "urn:other", "1", E_FAIL},
+        {"q:y", "urn:2", "1", S_OK},          {"r:y", "urn:2", "1", S_OK},
+        {"xml:lang", "", "de", S_OK},         {"type", "urn:2", "1", S_OK},
+    };
+    for (const Row& row : rows) {
+        const Document document = Load("<p:a xmlns:p='urn:1' q:x='1' xmlns:q='urn:2'/>");
+        const auto root = Root(document);
+        EXPECT_EQ(Put(document, root.Get(), row.name, row.uri, row.value), row.result) << row.name << ' ' << row.value;
+        const std::string written = Serialised(document);
+        EXPECT_EQ(DumpInfoset(Load(written).Get(), kIgnoreDeclarations).substr(0, 8), "  {urn:1") << written;
+    }
+    const Document document = Load("<p:a xmlns:p='urn:1'/>");
+    const Node declaration = Node::Share(nullptr);
+    Node found;
+    EXPECT_EQ(Attributes(Root(document).Get())->getNamedItem(B("xmlns:p").Get(), found.Put()), S_OK);
+    EXPECT_EQ(found->put_text(B("urn:other").Get()), E_FAIL);
+    EXPECT_EQ(Value(found.Get()), "urn:1");
+}
+
+TEST(NewNodes, AreWrittenSoThatTheyReadBack) {
+    struct Row {
+        const char* name;
+        const char* uri;
+        const char* written;  // under <p:a xmlns:p="urn:1">
+    };
+    const Row rows[] = {
+        {"p:b", "urn:1", "<p:b/>"},
+        {"p:b", "urn:2", "<p:b xmlns:p=\"urn:2\"/>"},
+        {"q:b", "urn:1", "<q:b xmlns:q=\"urn:1\"/>"},
+        {"Value", "urn:1", "<Value xmlns=\"urn:1\"/>"},
+        {"Value", "", "<Value/>"},
+    };
+    for (const Row& row : rows) {
+        const Document document = Load("<p:a xmlns:p='urn:1'/>");
+        const Node child = Create(document, NODE_ELEMENT, row.name, row.uri);
+        EXPECT_EQ(Name(child.Get()), row.name);
+        EXPECT_EQ(Root(document)->appendChild(child.Get(), nullptr), S_OK);
+        EXPECT_EQ(RootXml(document), std::string("<p:a xmlns:p=\"urn:1\">") + row.written + "</p:a>");
+    }
+    const Document document = Load("<a xmlns='urn:1'/>");
+    EXPECT_EQ(Root(document)->appendChild(Create(document, NODE_ELEMENT, "b").Get(), nullptr), S_OK);
+    EXPECT_EQ(Put(document, Root(document).Get(), "xsi:type", "urn:xsi", "xsd:integer"), S_OK);
+    EXPECT_EQ(Put(document, Root(document).Get(), "type", "urn:xsi", "x"), S_OK);
+    EXPECT_EQ(RootXml(document),
+              "<a xmlns:xsi=\"urn:xsi\" xmlns=\"urn:1\" xsi:type=\"xsd:integer\" type=\"x\">"
+              "<b xmlns=\"\"/></a>");
+}
+
+TEST(NewNodes, NeedANameThatGoesWithItsNamespace) {
+    const Document document = Load("<a xmlns:p='urn:1'/>");
+    const std::pair<const char*, const char*> rows[] = {
+        {"", ""},   {"p:b", ""},        {":b", "urn:1"},  {"p:", "urn:1"}, {"a b", ""},
+        {"1b", ""}, {"a:b:c", "urn:1"}, {"xmlns:b", "u"}, {"xml:b", "u"},  {"p:b", "http://www.w3.org/2000/xmlns/"},
+    };
+    for (const auto& [name, uri] : rows) {
+        for (const DOMNodeType type : {NODE_ELEMENT, NODE_ATTRIBUTE}) {
+            IXMLDOMNode* const before = document.Get();
+            IXMLDOMNode* node = before;
+            EXPECT_EQ(document->createNode(Variant(static_cast<LONG>(type)).Get(), B(name).Get(), B(uri).Get(), &node),
+                      E_INVALIDARG)
+                << name;
+            EXPECT_EQ(node, before) << "the out pointer is left alone";
+        }
+    }
+    EXPECT_EQ(Root(document)->setAttribute(B("q:x").Get(), Variant(W("1")).Get()), E_FAIL) << "q is not bound";
+    EXPECT_EQ(Root(document)->setAttribute(B("p:x").Get(), Variant(W("1")).Get()), S_OK);
+    EXPECT_EQ(DumpInfoset(document.Get()), "  {}a {urn:1}x=\"1\" xmlns:p=\"urn:1\"\n");
+}
+
+}  // namespace

@@ -1,0 +1,185 @@
+// In and out: what a document says survives, whatever form it comes in; what is no document is refused.
+#include "domtest.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+std::string Utf16(std::string_view ascii, bool bigEndian, bool mark) {
+    std::string bytes;
+    const auto add = [&](unsigned unit) {
+        const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
+        bytes += bigEndian ? std::string{high, low} : std::string{low, high};
+    };
+    if (mark) add(0xFEFF);
+    for (const char c : ascii) add(static_cast<unsigned char>(c));
+    return bytes;
+}
+
+void ExpectRoundTrip(const std::string& bytes) {
+    const Document document = Load(bytes);
+    const std::string infoset = DumpInfoset(document.Get());
+    const std::string written = Serialised(document);
+    EXPECT_TRUE(written.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"")) << written.substr(0, 60);
+    EXPECT_EQ(DumpInfoset(Load(written).Get()), infoset);
+    // And through the text that get_xml gives.
+    const Document again = NewDocument();
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    Bstr xml;
+    EXPECT_EQ(document->get_xml(xml.Put()), S_OK);
+    EXPECT_EQ(again->put_preserveWhiteSpace(VARIANT_TRUE), S_OK);
+    EXPECT_EQ(again->loadXML(xml.Get(), &loaded), S_OK);
+    EXPECT_EQ(loaded, VARIANT_TRUE);
+    EXPECT_EQ(DumpInfoset(again.Get()), infoset);
+}
+
+TEST(Parsing, KeepsTheInfosetOfPeculiarDocuments) {
+    const char* const documents[] = {
+        "<a/>",
+        "<?xml version='1.0' encoding='UTF-8' standalone='yes'?>\n<!-- before --><?pi some data?>\n<a> x </a>\n<!-- "
+        "after -->",
+        "<p:a xmlns:p='urn:1' x='1' xmlns:q='urn:2' q:x='2'><p:b xmlns:p='urn:3' p:y='3'/><q:c/></p:a>",
+        "<a xmlns='urn:1'><b xmlns=''><c xmlns='urn:2'/></b><d/></a>",
+        "<a><![CDATA[<&>]]> tail <![CDATA[]]]]><![CDATA[>]]></a>",
+        "<a x='&lt;&amp;&#38;&quot;&apos;&#9;&#10;&#13;'>&lt;&amp;&#38;&gt;]]&gt;&#13;&#x1F600;</a>",
+        "<a xml:space='preserve' xml:lang='de'>  <b/>\t</a>",
+        "<a xmlns:unused=' urn:with blanks '><b xmlns:unused='urn:2'/></a>",
+        "\xEF\xBB\xBF<a t='\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80'>\xE6\xBC\xA2</a>",
+        "<?xml version='1.0' encoding='ISO-8859-1'?><a t='\xE4'>\xFC</a>",
+    };
+    for (const char* const document : documents) {
+        SCOPED_TRACE(document);
+        ExpectRoundTrip(document);
+    }
+    const std::string text = "<?xml version='1.0' encoding='utf-16'?><a b='1'>text</a>";
+    for (const bool bigEndian : {false, true}) {
+        ExpectRoundTrip(Utf16(text, bigEndian, true));
+        EXPECT_EQ(RootXml(Load(Utf16(text, bigEndian, false))), "<a b=\"1\">text</a>");
+    }
+}
+
+TEST(Parsing, KeepsTheInfosetOfDocumentsThatOtherSoftwareMade) {
+    if (!std::filesystem::is_directory(MV_SAMPLE_DOCUMENTS)) return;
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(MV_SAMPLE_DOCUMENTS)) {
+        if (entry.path().extension() != ".xml") continue;
+        SCOPED_TRACE(entry.path().string());
+        std::ifstream file(entry.path(), std::ios::binary);
+        ExpectRoundTrip(std::string(std::istreambuf_iterator<char>(file), {}));
+        ++count;
+    }
+    EXPECT_GT(count, 0);
+}
+
+TEST(Parsing, WritesAttributesAndDeclarationsInTheOrderRead) {
+    const std::string xml =
+        "<p:a version=\"1\" xmlns:q=\"urn:2\" q:y=\"2\" xmlns:p=\"urn:1\" z=\"\xC3\xA4 &amp; "
+        "&#10;\"><b/>\xE6\xBC\xA2</p:a>";
+    EXPECT_EQ(Serialised(Load(xml)), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + xml + "\n");
+}
+
+struct Refusal {
+    std::string bytes;
+    const char* sentence;  // what it must hold
+};
+
+TEST(Parsing, RefusesWithASentence) {
+    std::string deep;
+    for (int i = 0; i < 300; ++i) deep += "<a>";
+    const Refusal refusals[] = {
+        {"", "empty"},
+        {"no xml", "line 1, column"},
+        {"<a>\n<b>\n</a>", "line 3, column"},
+        {"<a b='1' b='2'/>", "redefined"},
+        {"<a>&unknown;</a>", "unknown"},
+        {"<!DOCTYPE a><a/>", "DOCTYPE"},
+        {"<!DOCTYPE a [<!ENTITY e 'x'>]><a>&e;</a>", "DOCTYPE"},
+        {"<!-- x --><!DOCTYPE a SYSTEM 'file:///etc/passwd'><a/>", "DOCTYPE"},
+        {"<p:a/>", "prefix 'p'"},
+        {"<a p:b='1'/>", "prefix 'p'"},
+        {"<a xmlns:p=''/>", "xmlns:p"},
+        {"<a xmlns:xml='urn:1'/>", "xmlns:xml"},
+        {"<a xmlns:xmlns='urn:1'/>", "xmlns:xmlns"},
+        {"<a:b:c xmlns:a='urn:1'/>", "qualified name"},
+        {"<a xmlns:p='u' xmlns:q='u' p:x='1' q:x='2'/>", "twice"},
+        {"<a>\x01</a>", "line 1"},
+        {"<a>\xFF\xFE</a>", "line 1"},
+        {deep, "depth"},
+    };
+    for (const Refusal& refusal : refusals) {
+        const Document document = NewDocument();
+        std::string error;
+        EXPECT_EQ(LoadDomDocument(document.Get(), refusal.bytes.data(), refusal.bytes.size(), &error), E_FAIL)
+            << refusal.bytes;
+        EXPECT_NE(error.find(refusal.sentence), std::string::npos) << refusal.bytes << "\ngives: " << error;
+        EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+        EXPECT_FALSE(Root(document));
+    }
+}
+
+TEST(Parsing, RefusesADocumentCutAtAnyByte) {
+    const std::string xml =
+        "<?xml version='1.0'?><!--c--><?p d?><p:a xmlns:p='urn:1' b='&amp;'><![CDATA[x]]>\xC3\xA4&#65;<c/></p:a>";
+    for (std::size_t length = 0; length < xml.size(); ++length) {
+        for (const bool wide : {false, true}) {
+            const std::string cut = wide ? Utf16(xml, false, true).substr(0, 2 * length + 1) : xml.substr(0, length);
+            const Document document = NewDocument();
+            std::string error;
+            EXPECT_EQ(LoadDomDocument(document.Get(), cut.data(), cut.size(), &error), E_FAIL) << length;
+            EXPECT_FALSE(error.empty());
+        }
+    }
+    ExpectRoundTrip(xml);
+}
+
+TEST(Parsing, LoadXmlAnswersAsPublished) {
+    const Document document = NewDocument();
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    ComPtr<IXMLDOMParseError> error;
+    LONG number = -1;
+    EXPECT_EQ(document->loadXML(B("<?xml version='1.0' encoding='utf-16'?><a> <b> x </b>\n</a>").Get(), &loaded), S_OK);
+    EXPECT_EQ(loaded, VARIANT_TRUE);
+    EXPECT_EQ(RootXml(document), "<a><b> x </b></a>") << "texts of nothing but white space go, unless they are to stay";
+    EXPECT_EQ(document->get_parseError(error.Put()), S_OK);
+    EXPECT_EQ(error->get_errorCode(&number), S_FALSE);
+    EXPECT_EQ(number, 0);
+
+    const WCHAR lone[] = {'<', 'a', '>', 0xD800, '<', '/', 'a', '>'};
+    for (const Bstr& text : {B("<a>\n<b></a>"), Bstr(), Bstr({lone, 8}), B("<a>\x01</a>")}) {
+        EXPECT_EQ(document->loadXML(text.Get(), &loaded), S_FALSE);
+        EXPECT_EQ(loaded, VARIANT_FALSE);
+        EXPECT_FALSE(Root(document));
+        EXPECT_EQ(document->get_parseError(error.Put()), S_OK);
+        EXPECT_EQ(error->get_errorCode(&number), S_OK);
+        EXPECT_EQ(static_cast<HRESULT>(number), E_XML_NOTWF);
+        Bstr reason;
+        EXPECT_EQ(error->get_reason(reason.Put()), S_OK);
+        EXPECT_FALSE(reason.IsEmpty());
+    }
+}
+
+TEST(Parsing, TextThatXmlCannotHoldIsReplacedAsItEnters) {
+    const WCHAR raw[] = {'a', 0x0001, 0xD800, 'b', 0xDC00, 0xFFFE, 0, 0xD83D, 0xDE00, 0x1F};
+    const std::string kept =
+        "a\xEF\xBF\xBD\xEF\xBF\xBD"
+        "b\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD";
+    const Bstr text({raw, std::size(raw)});
+    const Document document = Load("<a/>");
+    EXPECT_EQ(Root(document)->put_text(text.Get()), S_OK);
+    EXPECT_EQ(Text(Root(document).Get()), kept);
+    EXPECT_EQ(Root(document)->setAttribute(B("b").Get(), Variant(text.View()).Get()), S_OK);
+    const Document again = Load(Serialised(document));
+    EXPECT_EQ(Text(Root(again).Get()), kept);
+    EXPECT_EQ(Value(Select(again.Get(), "/a/@b").Get()), kept);
+}
+
+TEST(Parsing, AnEmptyDocumentHasNothingToWrite) {
+    std::string utf8 = "kept";
+    EXPECT_EQ(SerialiseDomDocument(NewDocument().Get(), &utf8), E_FAIL);
+    EXPECT_EQ(SerialiseDomDocument(nullptr, &utf8), E_INVALIDARG);
+    EXPECT_EQ(utf8, "kept");
+    EXPECT_EQ(CreateDomDocument(nullptr), E_INVALIDARG);
+}
+
+}  // namespace

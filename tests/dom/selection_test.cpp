@@ -1,0 +1,165 @@
+// Queries: what they select, what they refuse, and that their cost grows with the document, not faster.
+#include "domtest.h"
+
+#include <chrono>
+
+namespace {
+
+constexpr const char* kTicket =
+    "<f:T xmlns:f='urn:f' xmlns:k='urn:k'>"
+    "<f:Feature name='k:A'><f:Option name='k:X'><f:Value>1</f:Value></f:Option></f:Feature>"
+    "<f:Feature name='k:B'><f:Feature name='k:C'><f:Option/></f:Feature></f:Feature>"
+    "<f:Scored name='k:A'/><plain name='k:P'/>"
+    "</f:T>";
+
+// The "name" attributes of the nodes found, or their names, each followed by a blank.
+std::string Found(IXMLDOMNode* from, std::string_view query) {
+    ComPtr<IXMLDOMNodeList> list;
+    if (const HRESULT result = from->selectNodes(B(query).Get(), list.Put()); FAILED(result)) return "failure";
+    std::string found;
+    LONG length = 0;
+    EXPECT_EQ(list->get_length(&length), S_OK);
+    for (LONG i = 0; i < length; ++i) {
+        Node node, next;
+        EXPECT_EQ(list->get_item(i, node.Put()), S_OK);
+        EXPECT_EQ(list->nextNode(next.Put()), S_OK);
+        EXPECT_EQ(node.Get(), next.Get());
+        const Node name = Select(node.Get(), "@name");
+        found += (name ? Value(name.Get()) : Name(node.Get())) + ' ';
+    }
+    return found;
+}
+
+TEST(Selection, FindsInDocumentOrder) {
+    struct Row {
+        const char* from;  // a query from the document
+        const char* query;
+        const char* found;
+    };
+    const Row rows[] = {
+        {"/", "//g:Feature", "k:A k:B k:C "},
+        {"/", "//g:Feature[@name = \"k:C\"]", "k:C "},
+        {"/", "//*[@name]", "k:A k:X k:B k:C k:A k:P "},
+        {"/", "//plain", "k:P "},
+        {"/", "//Feature", ""},
+        {"/", "//g:Scored | //g:Feature[@name = \"k:A\"]/g:Option", "k:X k:A "},
+        {"//g:Feature[2]", "./g:Feature[@name = \"k:C\"]", "k:C "},
+        {"//g:Feature[2]", ".//g:Option", "g:Option "},
+        {"//g:Feature[1]", "g:Option/g:Value", "f:Value "},
+        {"//g:Feature[1]", "//g:Scored", "k:A "},
+        {"//g:Option/g:Value", "ancestor::*", "f:T k:A k:X "},
+        {"//g:Option/g:Value", "text()", "#text "},
+        {"/", "//g:Feature[contains(@name, ':C') and not(g:Value)]", "k:C "},
+    };
+    const Document document = Load(kTicket);
+    EXPECT_EQ(SetProperty(document, "SelectionLanguage", "XPath"), S_OK);
+    EXPECT_EQ(SetProperty(document, "SelectionNamespaces", "xmlns:g='urn:f' xmlns:h=\"urn:k\""), S_OK);
+    for (const Row& row : rows) {
+        const std::string found = Found(Select(document.Get(), row.from).Get(), row.query);
+        if (row.found == std::string("g:Option ")) {
+            EXPECT_EQ(found, "f:Option ") << row.query;  // names are shown as they are written
+        } else {
+            EXPECT_EQ(found, row.found) << row.from << " and then " << row.query;
+        }
+    }
+}
+
+TEST(Selection, RefusesWhatIsNoQuery) {
+    const Document document = Load(kTicket);
+    EXPECT_EQ(SetProperty(document, "SelectionNamespaces", "xmlns:f='urn:f'"), S_OK);
+    const char* const queries[] = {"//[",
+                                   "//f:T[",
+                                   "//k:T",
+                                   "//nothing/k:T",
+                                   "//f:T[@k:x]",
+                                   "1 + 1",
+                                   "'text'",
+                                   "//f:T[unknown()]",
+                                   "//nothing[f:x()]",
+                                   "//f:T[@name = \"x]",
+                                   "/*/namespace::*",
+                                   "/f:T/"};
+    for (const char* const query : queries) {
+        EXPECT_EQ(Found(document.Get(), query), "failure") << query;
+        Node node;
+        EXPECT_EQ(document->selectSingleNode(B(query).Get(), node.Put()), E_FAIL) << query;
+    }
+    EXPECT_EQ(document->selectSingleNode(B("//f:T[@name = 'k:Q' or 'a:b']").Get(), Node().Put()), S_OK)
+        << "what looks like a prefix inside quotes is none";
+    ComPtr<IXMLDOMNodeList> list;
+    EXPECT_EQ(document->selectNodes(nullptr, list.Put()), E_INVALIDARG);
+    EXPECT_EQ(document->selectNodes(B("").Get(), list.Put()), E_INVALIDARG);
+    Node node;
+    EXPECT_EQ(document->selectSingleNode(B("//f:Nothing").Get(), node.Put()), S_FALSE);
+    EXPECT_FALSE(node);
+}
+
+TEST(Selection, PropertiesAreReadAsDeclarations) {
+    const Document document = Load(kTicket);
+    for (const char* const text :
+         {"xmlns:f='urn:f'", "xmlns:f=\"urn:f\"\n xmlns:g='urn:g'", " xmlns:f='urn:f' xmlns='x' "}) {
+        EXPECT_EQ(SetProperty(document, "SelectionNamespaces", text), S_OK) << text;
+        EXPECT_EQ(Found(document.Get(), "/f:T"), "f:T ") << text;
+    }
+    for (const char* const text : {"f='urn:f'", "xmlns:f=urn:f", "xmlns:f=''", "xmlns:f='a'/><x ",
+                                   "xmlns:f='a'>b</x><!--", "xmlns:f='a' xmlns:f='b'"}) {
+        EXPECT_EQ(SetProperty(document, "SelectionNamespaces", text), E_FAIL) << text;
+    }
+    EXPECT_EQ(Found(document.Get(), "/f:T"), "f:T ") << "a refused text changes nothing";
+    Variant value;
+    EXPECT_EQ(document->getProperty(B("SelectionNamespaces").Get(), value.Put()), S_OK);
+    EXPECT_EQ(Utf8Text(value.Text()), " xmlns:f='urn:f' xmlns='x' ");
+    EXPECT_EQ(SetProperty(document, "SelectionNamespaces", ""), S_OK);
+    EXPECT_EQ(Found(document.Get(), "/f:T"), "failure");
+    EXPECT_EQ(SetProperty(document, "SelectionLanguage", "XSLPattern"), E_FAIL);
+    EXPECT_EQ(SetProperty(document, "NoSuchProperty", "x"), E_FAIL);
+    EXPECT_EQ(document->setProperty(nullptr, Variant(LONG{1}).Get()), E_INVALIDARG);
+}
+
+TEST(Selection, IsASnapshot) {
+    const Document document = Load("<a><b/><b/><b/></a>");
+    ComPtr<IXMLDOMNodeList> list;
+    EXPECT_EQ(document->selectNodes(B("/a/b").Get(), list.Put()), S_OK);
+    for (Node node; list->nextNode(node.Put()) == S_OK;) {
+        EXPECT_EQ(Root(document)->removeChild(node.Get(), nullptr), S_OK);
+        EXPECT_EQ(Root(document)->appendChild(Create(document, NODE_ELEMENT, "b").Get(), nullptr), S_OK);
+    }
+    LONG length = 0;
+    EXPECT_EQ(list->get_length(&length), S_OK);
+    EXPECT_EQ(length, 3);
+    Node first;
+    EXPECT_EQ(list->reset(), S_OK);
+    EXPECT_EQ(list->nextNode(first.Put()), S_OK);
+    EXPECT_EQ(first->get_parentNode(first.Put()), S_FALSE);
+}
+
+double SecondsFor(int elements) {
+    std::string xml = "<a>";
+    for (int i = 0; i < elements; ++i) xml += "\n <b name='x'><c/></b>";
+    const Document document = Load(xml + "</a>");
+    const auto start = std::chrono::steady_clock::now();
+    for (const char* const query : {"//b[@name = \"x\"]", "//c", "/a/b/c"}) {
+        ComPtr<IXMLDOMNodeList> list;
+        EXPECT_EQ(document->selectNodes(B(query).Get(), list.Put()), S_OK);
+        LONG length = 0;
+        EXPECT_EQ(list->get_length(&length), S_OK);
+        EXPECT_EQ(length, elements);
+        for (LONG i = 0; i < length; ++i) EXPECT_EQ(list->get_item(i, Node().Put()), S_OK);
+    }
+    ComPtr<IXMLDOMNodeList> children;
+    EXPECT_EQ(Root(document)->get_childNodes(children.Put()), S_OK);
+    LONG length = 1;
+    for (LONG i = 0; i < length; ++i) {
+        EXPECT_EQ(children->get_item(i, Node().Put()), S_OK);
+        EXPECT_EQ(children->get_length(&length), S_OK);
+    }
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(Selection, CostsInProportionToTheDocument) {
+    SecondsFor(1000);  // warms up
+    const double small = SecondsFor(2000), large = SecondsFor(20000);
+    EXPECT_LT(large, 40 * small + 0.5) << "ten times the elements took " << large / small << " times as long";
+}
+
+}  // namespace
