@@ -1,0 +1,15 @@
+// User: the current user's own registry values of the driver family.
+#pragma once
+
+#include <mvutil/bytebuffer.h>
+
+#include <vector>
+
+// Keys are paths under the driver family's key of the current user.
+class MVUTIL_API User {
+public:
+    // Names of the keys directly under the key, in the registry's order; none when it does not exist.
+    static std::vector<CXString> EnumUserKeyNames(const CXString& key);
+    static LONG GetUserDataLongFromRegistry(const CXString& key, const CXString& name, LONG defaultValue);
+    static bool GetUserDataBooleanFromRegistry(const CXString& key, const CXString& name, bool defaultValue);
+};
