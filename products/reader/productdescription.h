@@ -1,0 +1,134 @@
+// ProductDescription: one product as its description file tells it, and the function that loads it.
+#pragma once
+
+#include <products/pagesizes.h>
+#include <products/reader/featurecatalogue.h>
+
+#include <array>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+// A file that cannot be read or is no product description. what() is "FILE:LINE: KEY: expected ..., got ...", UTF-8.
+class MVPROD_API ProductError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+    ProductError(const ProductError&) = default;
+    ProductError& operator=(const ProductError&) = default;
+    ~ProductError() override;
+};
+
+struct ProductPaper {
+    std::string keyword;     // Print Schema name; empty for a size of the product's own
+    std::string name;        // display name, at most 63 UTF-16 units
+    WORD number = 0;         // DEVMODE paper number; 256 for the custom size
+    DWORD value = 0;         // data-model value
+    DWORD type = 0;          // PageSizeRow::kCommon ...
+    DWORD displayUnits = 0;  // PageSizeRow::kUnitsMillimetres or kUnitsInches
+    LONG width = 0;          // micrometres; 0 for the custom size
+    LONG length = 0;         // micrometres; 0 for the custom size
+};
+
+struct ProductTray {
+    WORD number = 0;  // DEVMODE bin number
+    DWORD value = 0;
+    std::string name;  // at most 23 UTF-16 units
+};
+
+struct ProductMediaType {
+    DWORD number = 0;  // DEVMODE media type number
+    DWORD value = 0;
+    std::string name;  // at most 63 UTF-16 units
+};
+
+struct ProductResolution {
+    LONG crossFeed = 0;      // dots per inch
+    LONG feed = 0;           // dots per inch
+    bool isDefault = false;  // true of exactly one
+    std::string name;        // at most 31 UTF-16 units
+};
+
+struct ProductFeature {
+    DWORD id = 0;
+    std::vector<DWORD> path;  // from the root to the feature, itself included
+    ProductFeatureKind kind = ProductFeatureKind::Boolean;
+    std::vector<DWORD> values;      // options: what the product offers
+    LONG minimum = 0, maximum = 0;  // integers; dimensions in micrometres; the longest text of a string
+    LONG defaultNumber = 0;         // booleans 0 or 1, integers, dimensions, options
+    std::string defaultText;        // strings
+};
+
+struct ProductSetting {
+    enum class Kind { Boolean, Integer, Option, String };
+    Kind kind = Kind::Boolean;
+    LONG number = 0;  // booleans 0 or 1, integers, options
+    std::string text;
+};
+
+// What follows from the features and lists.
+struct ProductLimits {
+    LONG maximumCopies = 1;
+    bool collates = false;
+    bool printsDuplex = false;
+    bool printsColor = false;
+    bool staples = false;
+    LONG memory = 0;                           // KiB; 0 when the product does not tell
+    LONG pagesPerMinute = 0;                   // 0 when the product does not tell
+    LONG minimumWidth = 0, minimumLength = 0;  // tenths of a millimetre
+    LONG maximumWidth = 0, maximumLength = 0;  // tenths of a millimetre
+};
+
+// A field of the DEVMODE that the product sets by default.
+struct ProductDevmodeField {
+    std::string name;  // the member's name, "dmCopies"
+    LONG value = 0;
+    DWORD fieldBit = 0;  // its bit in dmFields
+};
+
+struct ProductDescription {
+    std::filesystem::path file;
+    std::string modelName;
+    DWORD controllerFamily = 0;
+    WORD driverVersion = 0;                                  // dmDriverVersion
+    int workflowLibraryIndex = 0;                            // 1 to 3
+    std::string workflowLibrary;                             // its file name
+    std::vector<std::string> dependentFiles;                 // file names, the workflow library not among them
+    std::vector<std::string> applicationsWithoutCustomSize;  // lower-case file names of programs
+    std::map<DWORD, ULONGLONG> capabilities;                 // driver capability words by number
+    std::map<int, std::string> info;                         // information items by number
+    std::map<int, std::filesystem::path> paths;              // files by kind, full paths; 15 is the margin file
+    std::map<DWORD, ProductSetting> settings;                // device settings by number
+    std::vector<ProductFeature> features;                    // ascending by id
+    std::vector<ProductPaper> papers;
+    std::vector<ProductTray> trays;
+    std::vector<ProductMediaType> mediaTypes;
+    std::vector<ProductResolution> resolutions;
+    std::vector<DWORD> pagesPerSheet;
+    std::vector<ProductDevmodeField> devmode;
+    std::map<DWORD, std::string> strings;  // product texts by number; a later file's text wins
+    ProductLimits limits;
+
+    // Null when the product does not list it.
+    const ProductFeature* FindFeature(DWORD id) const noexcept {
+        for (const ProductFeature& feature : features)
+            if (feature.id == id) return &feature;
+        return nullptr;
+    }
+    const ProductPaper* FindPaper(WORD number) const noexcept {
+        for (const ProductPaper& paper : papers)
+            if (paper.number == number) return &paper;
+        return nullptr;
+    }
+};
+
+// Library files by workflow index - 1.
+inline constexpr std::array<const char*, 3> kWorkflowLibraries = {"mvwftuC0.dll", "mvwfwuC0.dll", "mvwfuvC0.dll"};
+
+// The product of that file. Parsed once per process and state (path, size, time of change) of the files it is made of;
+// safe for many threads. Throws ProductError.
+MVPROD_API std::shared_ptr<const ProductDescription> LoadProduct(const std::filesystem::path& file);
+// The product files below a folder, by name: NAME/NAME.toml. None when there is no such folder.
+MVPROD_API std::vector<std::filesystem::path> FindProductFiles(const std::filesystem::path& folder);

@@ -1,0 +1,268 @@
+// The lists of a product file, its DEVMODE defaults, and what follows from them.
+#include "productlists.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr DWORD kAutomaticValue = 5001;
+constexpr WORD kCustomPaperNumber = 256;        // DMPAPER_USER
+constexpr std::int64_t kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
+
+// Numbers and values that a list has used.
+class UsedNumbers {
+public:
+    void Use(const TomlSection& section, std::string_view key, DWORD number, const std::string& whatIsWanted) {
+        if (!used_.insert(number).second) section.Fail(key, whatIsWanted);
+    }
+
+private:
+    std::set<DWORD> used_;
+};
+
+// A size of the Print Schema's list: { size = KEYWORD, number, name, units }; only the keyword is needed where it has a
+// paper number of its own.
+ProductPaper ReadKeywordPaper(TomlSection& section) {
+    const std::string keyword = section.GetText("size");
+    const PageSizeRow* row = FindPageSizeByName(keyword);
+    if (!row || row->IsRoll() || row->GetKind() == PageSizeRow::kPostScriptCustom)
+        section.Fail("size", "a page size of the Print Schema with width and length, or CustomMediaSize");
+    ProductPaper paper;
+    paper.keyword = keyword;
+    paper.name = section.GetTextIfGiven("name", 63).value_or(std::string(row->displayName));
+    paper.type = row->GetKind();
+    paper.width = row->width;
+    paper.length = row->length;
+    paper.displayUnits = row->GetDisplayUnits();
+    paper.value = row->IsCustom() ? PageSizeRow::kCustomSizeValue : row->value;
+    if (row->IsCustom())
+        paper.number = kCustomPaperNumber;
+    else if (row->paperNumber != 0 && !section.Has("number"))
+        paper.number = row->paperNumber;
+    else
+        paper.number = static_cast<WORD>(section.GetInteger("number", 1, 0x7FFF));
+    return paper;
+}
+
+// A size of the product's own: { name, number, value, width, length, units, type }, micrometres.
+ProductPaper ReadOwnPaper(TomlSection& section) {
+    ProductPaper paper;
+    paper.name = section.GetText("name", 63);
+    paper.number = static_cast<WORD>(section.GetInteger("number", 1, 0x7FFF));
+    paper.value = static_cast<DWORD>(section.GetInteger("value", 6400, 6730));
+    if (FindPageSizeByValue(paper.value)) section.Fail("value", "a value that no Print Schema size has");
+    paper.type =
+        static_cast<DWORD>(section.GetIntegerIfGiven("type", PageSizeRow::kDriverCustom, PageSizeRow::kPostScriptCustom)
+                               .value_or(PageSizeRow::kDriverCustom));
+    if (paper.type == PageSizeRow::kMappedForm)
+        section.Fail("type", "25003, 25005, 25006 or 25007 (25004 is for forms with the size of a keyword)");
+    paper.width = static_cast<LONG>(section.GetInteger("width", 100, kLongestSide));
+    paper.length = static_cast<LONG>(section.GetInteger("length", 100, kLongestSide));
+    paper.displayUnits = PageSizeRow::kUnitsMillimetres;
+    return paper;
+}
+
+void ReadPapers(TomlSection& root, ProductDescription& product) {
+    UsedNumbers numbers, values;
+    for (TomlSection& section : root.GetSections("papers")) {
+        ProductPaper paper = section.Has("size") ? ReadKeywordPaper(section) : ReadOwnPaper(section);
+        if (const auto units = section.GetTextIfGiven("units")) {
+            if (*units != "in" && *units != "mm") section.Fail("units", "\"mm\" or \"in\"");
+            paper.displayUnits = *units == "in" ? PageSizeRow::kUnitsInches : PageSizeRow::kUnitsMillimetres;
+        }
+        section.RefuseOtherKeys();
+        if (paper.number == kCustomPaperNumber && paper.type != PageSizeRow::kCustom)
+            section.Fail("number", "another number than 256, the custom size's");
+        values.Use(section, paper.keyword.empty() ? "value" : "size", paper.value, "each page size once");
+        numbers.Use(section, section.Has("number") ? "number" : "size", paper.number,
+                    "a paper number that no other paper of the product has");
+        product.papers.push_back(std::move(paper));
+    }
+    if (product.papers.empty()) root.Fail("papers", "at least one paper");
+}
+
+void ReadTrays(TomlSection& root, ProductDescription& product) {
+    UsedNumbers numbers, values;
+    for (TomlSection& section : root.GetSections("trays")) {
+        ProductTray tray;
+        tray.number = static_cast<WORD>(section.GetInteger("number", 1, 0x7FFF));
+        tray.value = static_cast<DWORD>(section.GetInteger("value", kAutomaticValue, 7199));
+        if (tray.value != kAutomaticValue && tray.value < 7100)
+            section.Fail("value", "a tray: 5001 or a whole number from 7100 to 7199");
+        tray.name = section.GetText("name", 23);
+        section.RefuseOtherKeys();
+        numbers.Use(section, "number", tray.number, "a number that no other tray has");
+        values.Use(section, "value", tray.value, "each tray once");
+        product.trays.push_back(std::move(tray));
+    }
+}
+
+// A DEVMODE knows the plain, transparent and glossy types by Windows' numbers.
+DWORD GetMediaNumber(DWORD value) noexcept {
+    switch (value) {
+        case 6800:
+            return 1;
+        case 6801:
+            return 2;
+        case 6820:
+            return 3;
+        default:
+            return value;
+    }
+}
+
+bool IsMediaType(DWORD value) noexcept {
+    constexpr DWORD kFirstUserDefined = 9636;
+    // 6811 to 6819 are reserved: they have no Print Schema name.
+    return value == kAutomaticValue || (value >= 6800 && value <= 6810) || (value >= 6820 && value <= 6869) ||
+           value >= kFirstUserDefined;
+}
+
+void ReadMediaTypes(TomlSection& root, ProductDescription& product) {
+    UsedNumbers values;
+    for (TomlSection& section : root.GetSections("media_types")) {
+        ProductMediaType media;
+        media.value = static_cast<DWORD>(section.GetInteger("value", kAutomaticValue));
+        if (!IsMediaType(media.value))
+            section.Fail("value", "a media type: 5001, 6800 to 6810, 6820 to 6869, or 9636 and above");
+        media.number = GetMediaNumber(media.value);
+        media.name = section.GetText("name", 63);
+        section.RefuseOtherKeys();
+        values.Use(section, "value", media.value, "each media type once");
+        product.mediaTypes.push_back(std::move(media));
+    }
+}
+
+void ReadResolutions(TomlSection& root, ProductDescription& product) {
+    constexpr std::int64_t kFinest = 32767;
+    std::set<std::pair<LONG, LONG>> used;
+    int defaults = 0;
+    for (TomlSection& section : root.GetSections("resolutions")) {
+        ProductResolution resolution;
+        resolution.crossFeed = static_cast<LONG>(section.GetInteger("x", 1, kFinest));
+        resolution.feed = static_cast<LONG>(section.GetInteger("y", 1, kFinest));
+        resolution.isDefault = section.GetBoolean("default", false);
+        resolution.name = section.GetText("name", 31);
+        section.RefuseOtherKeys();
+        if (!used.insert({resolution.crossFeed, resolution.feed}).second) section.Fail("x", "each resolution once");
+        if (resolution.isDefault && ++defaults > 1) section.Fail("default", "one default resolution");
+        product.resolutions.push_back(std::move(resolution));
+    }
+    if (defaults != 1) root.Fail("resolutions", "one resolution with default = true");
+}
+
+struct DevmodeField {
+    const char* name;
+    DWORD bit;
+    LONG lowest, highest;
+};
+
+constexpr LONG kShortest = -0x8000, kLongest = 0x7FFF;
+constexpr LONG kWidest = std::numeric_limits<LONG>::max();
+constexpr DevmodeField kDevmodeFields[] = {
+    {"dmOrientation", DM_ORIENTATION, DMORIENT_PORTRAIT, DMORIENT_LANDSCAPE},
+    {"dmPaperSize", DM_PAPERSIZE, 1, kLongest},
+    {"dmScale", DM_SCALE, 1, 1000},
+    {"dmCopies", DM_COPIES, 1, kLongest},
+    {"dmDefaultSource", DM_DEFAULTSOURCE, 1, kLongest},
+    {"dmPrintQuality", DM_PRINTQUALITY, kShortest, kLongest},
+    {"dmYResolution", DM_YRESOLUTION, 1, kLongest},
+    {"dmColor", DM_COLOR, DMCOLOR_MONOCHROME, DMCOLOR_COLOR},
+    {"dmDuplex", DM_DUPLEX, DMDUP_SIMPLEX, DMDUP_HORIZONTAL},
+    {"dmTTOption", DM_TTOPTION, 1, 4},
+    {"dmCollate", DM_COLLATE, DMCOLLATE_FALSE, DMCOLLATE_TRUE},
+    {"dmNup", DM_NUP, 1, kWidest},
+    {"dmICMMethod", DM_ICMMETHOD, DMICMMETHOD_NONE, kWidest},
+    {"dmICMIntent", DM_ICMINTENT, DMICM_SATURATE, kWidest},
+    {"dmMediaType", DM_MEDIATYPE, 1, kWidest},
+    {"dmDitherType", DM_DITHERTYPE, 1, kWidest},
+};
+
+template <class List, class Member>
+bool Offers(const List& list, Member member, LONG wanted) {
+    return std::any_of(list.begin(), list.end(),
+                       [&](const auto& item) { return static_cast<LONG>(item.*member) == wanted; });
+}
+
+void RequireOffered(const TomlSection& section, const ProductDescription& product, const ProductDevmodeField& field) {
+    bool offered = true;
+    if (field.name == "dmPaperSize") offered = product.FindPaper(static_cast<WORD>(field.value)) != nullptr;
+    if (field.name == "dmDefaultSource") offered = Offers(product.trays, &ProductTray::number, field.value);
+    if (field.name == "dmMediaType") offered = Offers(product.mediaTypes, &ProductMediaType::number, field.value);
+    if (field.name == "dmYResolution") offered = Offers(product.resolutions, &ProductResolution::feed, field.value);
+    if (field.name == "dmPrintQuality" && field.value > 0)
+        offered = Offers(product.resolutions, &ProductResolution::crossFeed, field.value);
+    if (!offered) section.Fail(field.name, "one that the product lists");
+}
+
+// Micrometres to the tenths of a millimetre that a DEVMODE holds.
+LONG ToTenths(LONG micrometres, double rounding) noexcept {
+    return static_cast<LONG>(std::min(std::floor(micrometres / 100.0 + rounding), 32767.0));
+}
+
+bool OffersValue(const ProductDescription& product, DWORD feature, DWORD first, DWORD last) {
+    const ProductFeature* found = product.FindFeature(feature);
+    return found && std::any_of(found->values.begin(), found->values.end(),
+                                [&](DWORD value) { return value >= first && value <= last; });
+}
+
+LONG DefaultOf(const ProductDescription& product, DWORD feature) {
+    const ProductFeature* found = product.FindFeature(feature);
+    return found ? found->defaultNumber : 0;
+}
+
+// The range of a custom page's side, else that of the papers'.
+void DeriveExtent(const ProductDescription& product, DWORD feature, LONG ProductPaper::*side, LONG& least, LONG& most) {
+    LONG lower = 0, upper = 0;
+    if (const ProductFeature* range = product.FindFeature(feature)) {
+        lower = range->minimum;
+        upper = range->maximum;
+    } else {
+        for (const ProductPaper& paper : product.papers) {
+            if (paper.type == PageSizeRow::kCustom) continue;
+            lower = lower == 0 ? paper.*side : std::min(lower, paper.*side);
+            upper = std::max(upper, paper.*side);
+        }
+    }
+    least = ToTenths(lower, 0.999);
+    most = ToTenths(upper, 0);
+}
+
+}  // namespace
+
+void ReadProductLists(TomlSection& root, ProductDescription& product) {
+    ReadPapers(root, product);
+    ReadTrays(root, product);
+    ReadMediaTypes(root, product);
+    ReadResolutions(root, product);
+    product.pagesPerSheet = root.GetIntegers("pages_per_sheet", 1, 64);
+}
+
+void ReadDevmodeDefaults(TomlSection& section, ProductDescription& product) {
+    for (const DevmodeField& known : kDevmodeFields) {
+        const auto value = section.GetIntegerIfGiven(known.name, known.lowest, known.highest);
+        if (!value) continue;
+        const ProductDevmodeField field{known.name, static_cast<LONG>(*value), known.bit};
+        RequireOffered(section, product, field);
+        product.devmode.push_back(field);
+    }
+    section.RefuseOtherKeys();
+}
+
+ProductLimits DeriveLimits(const ProductDescription& product) {
+    constexpr DWORD kCopies = 43, kCollation = 45, kSides = 46, kColor = 247, kMemory = 248, kPagesPerMinute = 249,
+                    kStapler = 252, kCustomWidth = 172, kCustomLength = 173;
+    ProductLimits limits;
+    if (const ProductFeature* copies = product.FindFeature(kCopies))
+        limits.maximumCopies = std::clamp<LONG>(copies->maximum, 1, 0x7FFF);
+    limits.collates = OffersValue(product, kCollation, 5410, 5410);
+    limits.printsDuplex = OffersValue(product, kSides, 5421, 5422);
+    limits.printsColor = OffersValue(product, kColor, 7730, 7730);
+    limits.staples = OffersValue(product, kStapler, 7720, 7720);
+    limits.memory = DefaultOf(product, kMemory);
+    limits.pagesPerMinute = DefaultOf(product, kPagesPerMinute);
+    DeriveExtent(product, kCustomWidth, &ProductPaper::width, limits.minimumWidth, limits.maximumWidth);
+    DeriveExtent(product, kCustomLength, &ProductPaper::length, limits.minimumLength, limits.maximumLength);
+    return limits;
+}

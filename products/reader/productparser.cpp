@@ -1,0 +1,222 @@
+// The parser of product files.
+#include "productparser.h"
+
+#include "productlists.h"
+#include "tomlsection.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace {
+
+std::string ToUtf8(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+std::filesystem::path FromUtf8(std::string_view text) { return std::u8string(text.begin(), text.end()); }
+
+toml::table ParseToml(const std::filesystem::path& file) {
+    const std::string name = ToUtf8(file);
+    try {
+        return toml::parse(ReadProductFile(file), name);
+    } catch (const toml::parse_error& error) {
+        throw ProductError(name + ":" + std::to_string(std::max<std::size_t>(1, error.source().begin.line)) +
+                           ": expected TOML, got: " + std::string(error.description()));
+    }
+}
+
+class ProductParser {
+public:
+    explicit ProductParser(const std::filesystem::path& file)
+        : name_(ToUtf8(file)), table_(ParseToml(file)), root_(name_, table_, "") {
+        product_.file = file;
+        files_.push_back(file);
+    }
+
+    ParsedProduct Parse() {
+        ReadIdentity();
+        ReadNumberedTexts();
+        ReadSettings();
+        ReadStrings();
+        ReadFeatures();
+        ReadProductLists(root_, product_);
+        if (auto section = root_.GetSection("devmode")) ReadDevmodeDefaults(*section, product_);
+        root_.RefuseOtherKeys();
+        product_.limits = DeriveLimits(product_);
+        return {std::move(product_), std::move(files_)};
+    }
+
+private:
+    void ReadIdentity() {
+        product_.modelName = root_.GetText("model", 63);
+        product_.controllerFamily = static_cast<DWORD>(root_.GetInteger("controller_family", 8430, 8434));
+        product_.driverVersion = static_cast<WORD>(root_.GetInteger("driver_version", 1, 0xFFFF));
+        product_.workflowLibrary = root_.GetText("workflow_library");
+        const auto library = std::find(kWorkflowLibraries.begin(), kWorkflowLibraries.end(), product_.workflowLibrary);
+        if (library == kWorkflowLibraries.end())
+            root_.Fail("workflow_library", "mvwftuC0.dll, mvwfwuC0.dll or mvwfuvC0.dll");
+        product_.workflowLibraryIndex = static_cast<int>(library - kWorkflowLibraries.begin()) + 1;
+        product_.dependentFiles = root_.GetTexts("dependent_files");
+        for (const std::string& name : product_.dependentFiles)
+            if (name.find_first_of("/\\:") != std::string::npos || CountUtf16Units(name) > 63)
+                root_.Fail("dependent_files", "file names without folder, at most 63 characters each");
+        product_.applicationsWithoutCustomSize = root_.GetTexts("applications_without_custom_size");
+        for (const std::string& name : product_.applicationsWithoutCustomSize)
+            if (std::any_of(name.begin(), name.end(), [](char c) { return c >= 'A' && c <= 'Z'; }))
+                root_.Fail("applications_without_custom_size", "file names of programs in lower case");
+    }
+
+    void ReadNumberedTexts() {
+        if (auto section = root_.GetSection("capabilities"))
+            for (const auto& [number, key] : section->GetNumbers(0xFFFF))
+                product_.capabilities[number] =
+                    static_cast<ULONGLONG>(section->GetInteger(key, 0, std::numeric_limits<std::int64_t>::max()));
+        if (auto section = root_.GetSection("info"))
+            for (const auto& [number, key] : section->GetNumbers(0xFFFF))
+                product_.info[static_cast<int>(number)] = section->GetText(key);
+        if (auto section = root_.GetSection("paths"))
+            for (const auto& [number, key] : section->GetNumbers(0xFFFF))
+                product_.paths[static_cast<int>(number)] = GetFileBeside(*section, key, section->GetText(key));
+    }
+
+    std::filesystem::path GetFileBeside(const TomlSection& section, std::string_view key, const std::string& name) {
+        const std::filesystem::path path = FromUtf8(name);
+        std::error_code error;
+        const std::filesystem::path full = (product_.file.parent_path() / path).lexically_normal();
+        if (path.is_absolute() || !std::filesystem::is_regular_file(full, error))
+            section.Fail(key, "a file by its path from the product's folder");
+        return full;
+    }
+
+    void ReadSettings() {
+        auto section = root_.GetSection("settings");
+        if (!section) return;
+        for (const auto& [number, key] : section->GetNumbers(0xFFFF)) {
+            const toml::node& node = *section->Find(key);
+            ProductSetting& setting = product_.settings[number];
+            if (node.is_boolean()) {
+                setting = {ProductSetting::Kind::Boolean, section->GetBoolean(key, false) ? 1 : 0, ""};
+            } else if (node.is_integer()) {
+                setting = {ProductSetting::Kind::Integer,
+                           static_cast<LONG>(section->GetInteger(key, std::numeric_limits<LONG>::min())), ""};
+            } else if (node.is_string()) {
+                setting = {ProductSetting::Kind::String, 0, *section->GetTextIfGiven(key)};
+            } else if (auto option = node.is_table() ? section->GetSection(key) : std::nullopt) {
+                setting = {ProductSetting::Kind::Option, static_cast<LONG>(option->GetInteger("option", 1)), ""};
+                option->RefuseOtherKeys();
+            } else {
+                section->Fail(key, "true, false, a whole number, a text or { option = NUMBER }");
+            }
+        }
+    }
+
+    // String files in their order, then the product's own [strings]; a later text replaces an earlier one.
+    void ReadStrings() {
+        for (const std::string& name : root_.GetTexts("string_files")) {
+            const std::filesystem::path file = GetFileBeside(root_, "string_files", name);
+            const std::string fileName = ToUtf8(file);
+            const toml::table table = ParseToml(file);
+            files_.push_back(file);
+            AddStrings(TomlSection(fileName, table, ""));
+        }
+        if (auto section = root_.GetSection("strings")) AddStrings(*section);
+    }
+
+    void AddStrings(TomlSection section) {
+        for (const auto& [number, key] : section.GetNumbers(99999)) {
+            const auto text = section.GetTextIfGiven(key);
+            product_.strings[number] = *text;
+        }
+    }
+
+    void ReadFeatures() {
+        auto section = root_.GetSection("features");
+        if (!section) return;
+        for (const auto& [id, key] : section->GetNumbers(0xFFFF)) {
+            const CatalogueFeature* known = FindCatalogueFeature(id);
+            if (!known) section->Fail(key, "a feature that exists");
+            if (known->source == CatalogueFeature::Source::Lists)
+                section->Fail(key, "papers, trays, media_types or resolutions, which this feature follows from");
+            if (known->source == CatalogueFeature::Source::User)
+                section->Fail(key, "a feature of the product, not one of the user's preferences");
+            if (known->parent != 0 && !product_.FindFeature(known->parent) &&
+                !section->Has(std::to_string(known->parent)))
+                section->Fail(key, "the list feature " + std::to_string(known->parent) + " beside it");
+            auto description = section->GetSection(key);
+            product_.features.push_back(ReadFeature(*description, *known));
+            description->RefuseOtherKeys();
+        }
+    }
+
+    static ProductFeature ReadFeature(TomlSection& section, const CatalogueFeature& known) {
+        ProductFeature feature;
+        feature.id = known.id;
+        feature.kind = known.kind;
+        feature.path = GetCataloguePath(known.id);
+        switch (known.kind) {
+            case ProductFeatureKind::Boolean:
+                feature.defaultNumber = section.GetBoolean("default", false) ? 1 : 0;
+                break;
+            case ProductFeatureKind::Integer:
+            case ProductFeatureKind::Dimension:
+                feature.minimum = static_cast<LONG>(section.GetInteger("minimum", std::numeric_limits<LONG>::min()));
+                feature.maximum = static_cast<LONG>(section.GetInteger("maximum", feature.minimum));
+                feature.defaultNumber =
+                    static_cast<LONG>(section.GetInteger("default", feature.minimum, feature.maximum));
+                break;
+            case ProductFeatureKind::String:
+                feature.maximum = static_cast<LONG>(section.GetIntegerIfGiven("longest", 0, 255).value_or(255));
+                feature.defaultText =
+                    section.GetTextIfGiven("default", static_cast<std::size_t>(feature.maximum)).value_or("");
+                break;
+            case ProductFeatureKind::Option:
+                ReadOptionValues(section, known, feature);
+                break;
+            case ProductFeatureKind::List:
+            case ProductFeatureKind::Resolution:
+                break;
+        }
+        return feature;
+    }
+
+    static void ReadOptionValues(TomlSection& section, const CatalogueFeature& known, ProductFeature& feature) {
+        constexpr std::int64_t kAutomatic = 5001;
+        feature.values = section.GetIntegers("values", std::min<std::int64_t>(kAutomatic, known.firstValue), 0xFFFF);
+        const auto exists = [&](DWORD value) {
+            return value == kAutomatic || (value >= known.firstValue && value <= known.lastValue);
+        };
+        if (feature.values.empty() || !std::all_of(feature.values.begin(), feature.values.end(), exists))
+            section.Fail("values", "values from " + std::to_string(known.firstValue) + " to " +
+                                       std::to_string(known.lastValue) + " or 5001");
+        feature.defaultNumber = static_cast<LONG>(section.GetInteger("default", kAutomatic));
+        if (std::find(feature.values.begin(), feature.values.end(), static_cast<DWORD>(feature.defaultNumber)) ==
+            feature.values.end())
+            section.Fail("default", "one of the values");
+    }
+
+    std::string name_;
+    toml::table table_;
+    TomlSection root_;
+    ProductDescription product_;
+    std::vector<std::filesystem::path> files_;
+};
+
+}  // namespace
+
+std::string ReadProductFile(const std::filesystem::path& file) {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(file, error);
+    std::ifstream stream(file, std::ios::binary);
+    if (error || !stream) throw ProductError(ToUtf8(file) + ":1: expected a readable product file, got none");
+    if (size > kLargestProductFile)
+        throw ProductError(ToUtf8(file) + ":1: expected at most " + std::to_string(kLargestProductFile) +
+                           " bytes, got " + std::to_string(size));
+    std::string text(static_cast<std::size_t>(size), '\0');
+    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+    if (static_cast<std::size_t>(stream.gcount()) != text.size())
+        throw ProductError(ToUtf8(file) + ":1: expected a readable product file, got an unreadable one");
+    return text;
+}
+
+ParsedProduct ParseProduct(const std::filesystem::path& file) { return ProductParser(file).Parse(); }

@@ -1,0 +1,181 @@
+// DeviceCapabilitiesW, answered as the core driver does.
+#include "capabilityanswers.h"
+#include "printerstore.h"
+#include "spoolererror.h"
+
+#include <array>
+#include <cstring>
+
+namespace {
+
+// The core driver's own part of a DEVMODE, and the driver family's private block behind it.
+constexpr int kDriverExtraBytes = 128 + 5956;
+constexpr int kLandscapeRotation = 90;  // degrees
+constexpr std::size_t kBinNameLength = 24, kNameLength = 64;
+
+// A number, or an array whose count is the number.
+struct Answer {
+    int number = 0;
+    std::vector<BYTE> array;
+};
+
+// The array of what "convert" makes of each item.
+template <class List, class Convert>
+Answer MakeArray(const List& list, Convert convert) {
+    using Element = decltype(convert(*list.begin()));
+    Answer answer;
+    answer.number = static_cast<int>(list.size());
+    answer.array.resize(list.size() * sizeof(Element));
+    BYTE* place = answer.array.data();
+    for (const auto& item : list) {
+        const Element element = convert(item);
+        std::memcpy(place, &element, sizeof element);
+        place += sizeof element;
+    }
+    return answer;
+}
+
+// A name in a field of fixed length: cut to the length less one, the rest NULs.
+template <std::size_t length>
+std::array<WCHAR, length> MakeName(const WideString& name) {
+    std::array<WCHAR, length> field{};
+    std::copy_n(name.begin(), std::min(name.size(), length - 1), field.begin());
+    return field;
+}
+
+// A printer's capabilities: each from its cache, else from the product.
+class PrinterCapabilities {
+public:
+    explicit PrinterCapabilities(const StoredPrinter& printer) : printer_(printer), caches_(printer.port) {}
+
+    Answer Get(WORD capability) {
+        switch (capability) {
+            case DC_PAPERS:
+                return MakeArray(GetPapersOf(), [](const PaperAnswer& paper) { return paper.number; });
+            case DC_PAPERSIZE:
+                return MakeArray(GetPapersOf(), [](const PaperAnswer& paper) {
+                    return POINT{paper.width, paper.length};
+                });
+            case DC_PAPERNAMES:
+                return MakeArray(GetPapersOf(),
+                                 [](const PaperAnswer& paper) { return MakeName<kNameLength>(paper.name); });
+            case DC_BINS:
+                return MakeArray(GetBinsOf(), [](const NumberedName& bin) { return static_cast<WORD>(bin.number); });
+            case DC_BINNAMES:
+                return MakeArray(GetBinsOf(),
+                                 [](const NumberedName& bin) { return MakeName<kBinNameLength>(bin.name); });
+            case DC_MEDIATYPES:
+                return MakeArray(GetMediaOf(), [](const NumberedName& media) { return media.number; });
+            case DC_MEDIATYPENAMES:
+                return MakeArray(GetMediaOf(),
+                                 [](const NumberedName& media) { return MakeName<kNameLength>(media.name); });
+            case DC_MEDIAREADY:
+                return MakeArray(Known(caches_.ReadPapersReady()), MakeName<kNameLength>);
+            case DC_FILEDEPENDENCIES:
+                return MakeArray(FromCacheOr(caches_.ReadDependentFiles(), GetDependentFiles), MakeName<kNameLength>);
+            case DC_ENUMRESOLUTIONS:
+                return MakeArray(FromCacheOr(caches_.ReadResolutions(), GetResolutions),
+                                 [](const ResolutionAnswer& resolution) { return resolution; });
+            case DC_NUP:
+                return MakeArray(GetProduct().pagesPerSheet, [](DWORD pages) { return pages; });
+            default:
+                return {GetNumber(capability), {}};
+        }
+    }
+
+private:
+    int GetNumber(WORD capability) {
+        switch (capability) {
+            case DC_MINEXTENT:
+                return GetLimit(&LimitAnswers::minimumExtent);
+            case DC_MAXEXTENT:
+                return GetLimit(&LimitAnswers::maximumExtent);
+            case DC_COPIES:
+                return GetLimit(&LimitAnswers::maximumCopies);
+            case DC_PRINTERMEM:
+                return GetLimit(&LimitAnswers::memory);
+            case DC_PRINTRATEPPM:
+                return GetLimit(&LimitAnswers::pagesPerMinute);
+            case DC_COLLATE:
+                return GetLimit(&LimitAnswers::collates);
+            case DC_COLORDEVICE:
+                return GetLimit(&LimitAnswers::printsColor);
+            case DC_DUPLEX:
+                return GetLimit(&LimitAnswers::printsDuplex);
+            case DC_STAPLE:
+                return FromCacheOr(caches_.ReadStaples(), [](const auto& product) { return product.limits.staples; });
+            case DC_ORIENTATION:
+                return kLandscapeRotation;
+            case DC_FIELDS:
+                return static_cast<int>(GetFields());
+            case DC_SIZE:
+                return static_cast<int>(sizeof(DEVMODEW));
+            case DC_EXTRA:
+                return kDriverExtraBytes;
+            case DC_VERSION:
+                return DM_SPECVERSION;
+            case DC_DRIVER:
+                return GetProduct().driverVersion;
+            default:
+                throw SpoolerError{ERROR_NOT_SUPPORTED};
+        }
+    }
+
+    std::vector<PaperAnswer> GetPapersOf() { return FromCacheOr(caches_.ReadPapers(), GetPapers); }
+    std::vector<NumberedName> GetBinsOf() { return FromCacheOr(caches_.ReadBins(), GetBins); }
+    std::vector<NumberedName> GetMediaOf() { return FromCacheOr(caches_.ReadMediaTypes(), GetMediaTypes); }
+
+    template <class Value>
+    int GetLimit(std::optional<Value> LimitAnswers::*limit) {
+        const auto cached = caches_.ReadLimits().*limit;
+        return static_cast<int>(Known(cached ? cached : GetLimits(GetProduct()).*limit));
+    }
+
+    // The members of a DEVMODE that the driver looks at.
+    DWORD GetFields() {
+        DWORD fields = DM_FORMNAME;
+        for (const ProductDevmodeField& field : GetProduct().devmode) fields |= field.fieldBit;
+        if (GetProduct().FindPaper(DMPAPER_USER)) fields |= DM_PAPERLENGTH | DM_PAPERWIDTH;
+        return fields;
+    }
+
+    template <class Value, class FromProduct>
+    Value FromCacheOr(std::optional<Value> cached, FromProduct fromProduct) {
+        return cached ? std::move(*cached) : fromProduct(GetProduct());
+    }
+
+    template <class Value>
+    static Value Known(std::optional<Value> value) {
+        Require(value.has_value(), ERROR_NOT_SUPPORTED);
+        return std::move(*value);
+    }
+
+    const ProductDescription& GetProduct() {
+        if (!product_) {
+            const auto driver = ReadDriver(printer_.driver);
+            Require(driver.has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
+            product_ = LoadProduct(GetFilePath(driver->dataFile));
+        }
+        return *product_;
+    }
+
+    const StoredPrinter& printer_;
+    CapabilityCaches caches_;
+    std::shared_ptr<const ProductDescription> product_;
+};
+
+}  // namespace
+
+// The port and the DEVMODE make no difference to this driver's answers, and neither is looked at.
+int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR, WORD capability, LPWSTR output, const DEVMODEW*) {
+    int result = -1;
+    AnswerGuarded([&] {
+        Require(device != nullptr, ERROR_INVALID_PRINTER_NAME);
+        const auto printer = ReadPrinter(device);
+        Require(printer.has_value(), ERROR_INVALID_PRINTER_NAME);
+        const Answer answer = PrinterCapabilities(*printer).Get(capability);
+        if (output && !answer.array.empty()) std::memcpy(output, answer.array.data(), answer.array.size());
+        result = answer.number;
+    });
+    return result;
+}

@@ -1,0 +1,150 @@
+// Installing a product as a printer, and removing it.
+#include "printerinstall.h"
+
+#include "cacheskey.h"
+
+#include <products/reader/productdescription.h>
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <winspool.h>
+
+#include <cstring>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+class OpenedPrinter {
+public:
+    explicit OpenedPrinter(HANDLE printer) noexcept : printer_(printer) {}
+    OpenedPrinter(const OpenedPrinter&) = delete;
+    OpenedPrinter& operator=(const OpenedPrinter&) = delete;
+    ~OpenedPrinter() {
+        if (printer_) ClosePrinter(printer_);
+    }
+    HANDLE Get() const noexcept { return printer_; }
+
+private:
+    HANDLE printer_;
+};
+
+struct InstalledPrinter {
+    WideString name, port, driver;
+};
+
+// The spooler's functions take texts that they do not change as writable ones.
+WCHAR* Writable(const WideString& text) { return const_cast<WCHAR*>(text.c_str()); }
+
+std::string Quoted(const WideString& text) { return "'" + NarrowToUtf8(text) + "'"; }
+
+[[noreturn]] void ThrowRefusal(const std::string& what) {
+    const DWORD error = GetLastError();
+    switch (error) {
+        case ERROR_INVALID_PRINTER_NAME:
+            throw std::runtime_error(what + ": a printer's name has 1 to 219 characters, without \\ , ! and controls");
+        case ERROR_PRINTER_ALREADY_EXISTS:
+            throw std::runtime_error(what + ": there is a printer of that name; remove it first or take another name");
+        default:
+            throw std::runtime_error(what + ": the spooler refused with error " + std::to_string(error));
+    }
+}
+
+std::vector<InstalledPrinter> ListPrinters() {
+    std::vector<BYTE> buffer;
+    DWORD needed = 0, count = 0;
+    while (!EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, buffer.data(), static_cast<DWORD>(buffer.size()), &needed,
+                          &count)) {
+        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) ThrowRefusal("The printers cannot be listed");
+        buffer.resize(needed);
+    }
+    std::vector<InstalledPrinter> printers;
+    for (DWORD index = 0; index < count; ++index) {
+        PRINTER_INFO_2W info;
+        std::memcpy(&info, buffer.data() + index * sizeof info, sizeof info);
+        printers.push_back({info.pPrinterName, info.pPortName, info.pDriverName});
+    }
+    return printers;
+}
+
+bool SharesCaches(const WideString& a, const WideString& b) { return EqualNoCase(GetCachesKey(a), GetCachesKey(b)); }
+
+bool IsPortUsed(const std::vector<InstalledPrinter>& printers, const WideString& port) {
+    return std::any_of(printers.begin(), printers.end(),
+                       [&](const InstalledPrinter& printer) { return SharesCaches(printer.port, port); });
+}
+
+WideString MakeOwnPort(const std::vector<InstalledPrinter>& printers) {
+    for (int number = 1;; ++number) {
+        WideString port = WidenUtf8("MV_" + std::to_string(number) + ":");
+        if (!IsPortUsed(printers, port)) return port;
+    }
+}
+
+// What is left of a printer that had the port before would be taken for the new one's capabilities.
+void ClearCaches(const WideString& port) {
+    for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) RegDeleteTreeW(hive, GetCachesKey(port).c_str());
+}
+
+void AddDriver(const ProductDescription& product, const WideString& driver) {
+    WideString dataFile = product.file.string<WCHAR>();
+    WideString files;
+    for (const std::string& file : product.dependentFiles) files += WidenUtf8(file) + W('\0');
+    files += WidenUtf8(product.workflowLibrary) + W('\0');
+    WideString driverPath = W("mvcored.dll"), configFile = W("mvcoreui.dll");
+    DRIVER_INFO_3W info{};
+    info.cVersion = 3;
+    info.pName = Writable(driver);
+    info.pDriverPath = Writable(driverPath);
+    info.pDataFile = Writable(dataFile);
+    info.pConfigFile = Writable(configFile);
+    info.pDependentFiles = Writable(files);
+    if (!AddPrinterDriverW(nullptr, 3, reinterpret_cast<LPBYTE>(&info)))
+        ThrowRefusal("The driver " + Quoted(driver) + " cannot be added");
+}
+
+void RemoveUnusedDriver(const WideString& driver) {
+    // A driver that another printer uses stays.
+    DeletePrinterDriverW(nullptr, nullptr, Writable(driver));
+}
+
+}  // namespace
+
+WideString InstallPrinter(const WideString& name, const std::filesystem::path& productFile, const WideString& port) {
+    const auto product = LoadProduct(std::filesystem::absolute(productFile));
+    const WideString driver = WidenUtf8(product->modelName);
+    const auto printers = ListPrinters();
+    const WideString ownPort = port.empty() ? MakeOwnPort(printers) : port;
+    for (const InstalledPrinter& other : printers)
+        if (SharesCaches(other.port, ownPort) && !EqualNoCase(other.driver, driver))
+            throw std::runtime_error("The port " + Quoted(ownPort) + " is used by the printer " + Quoted(other.name) +
+                                     " of another product; give another port or none");
+    AddDriver(*product, driver);
+    PRINTER_INFO_2W info{};
+    info.pPrinterName = Writable(name);
+    info.pPortName = Writable(ownPort);
+    info.pDriverName = Writable(driver);
+    const OpenedPrinter printer(AddPrinterW(nullptr, 2, reinterpret_cast<LPBYTE>(&info)));
+    if (!printer.Get()) {
+        const DWORD error = GetLastError();
+        RemoveUnusedDriver(driver);
+        SetLastError(error);
+        ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
+    }
+    if (!IsPortUsed(printers, ownPort)) ClearCaches(ownPort);
+    return ownPort;
+}
+
+void RemovePrinter(const WideString& name) {
+    const auto printers = ListPrinters();
+    const auto found = std::find_if(printers.begin(), printers.end(),
+                                    [&](const InstalledPrinter& printer) { return EqualNoCase(printer.name, name); });
+    if (found == printers.end()) throw std::runtime_error("There is no printer " + Quoted(name));
+    HANDLE handle = nullptr;
+    if (!OpenPrinterW(Writable(found->name), &handle, nullptr))
+        ThrowRefusal("The printer " + Quoted(name) + " cannot be opened");
+    const OpenedPrinter printer(handle);
+    if (!DeletePrinter(handle)) ThrowRefusal("The printer " + Quoted(name) + " cannot be removed");
+    if (!IsPortUsed(ListPrinters(), found->port)) ClearCaches(found->port);
+    RemoveUnusedDriver(found->driver);
+}

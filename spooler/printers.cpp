@@ -1,0 +1,166 @@
+// Opening, listing, adding and deleting printers, and their data.
+#include "infopacker.h"
+#include "printerhandles.h"
+#include "printerstore.h"
+#include "registryvalues.h"
+
+#include <algorithm>
+
+namespace {
+
+void AddPrinterInfo(InfoPacker<PRINTER_INFO_2W>& packer, const StoredPrinter& printer) {
+    PRINTER_INFO_2W info{};
+    info.Attributes = printer.attributes | PRINTER_ATTRIBUTE_LOCAL;
+    info.Priority = printer.priority;
+    info.DefaultPriority = printer.defaultPriority;
+    info.StartTime = printer.startTime;
+    info.UntilTime = printer.untilTime;
+    info.AveragePPM = printer.averagePagesPerMinute;
+    packer.AddItem(info);
+    packer.AddDevmode(&PRINTER_INFO_2W::pDevMode, printer.devmode);
+    packer.AddText(&PRINTER_INFO_2W::pPrinterName, printer.name);
+    packer.AddText(&PRINTER_INFO_2W::pShareName, printer.shareName);
+    packer.AddText(&PRINTER_INFO_2W::pPortName, printer.port);
+    packer.AddText(&PRINTER_INFO_2W::pDriverName, printer.driver);
+    packer.AddText(&PRINTER_INFO_2W::pComment, printer.comment);
+    packer.AddText(&PRINTER_INFO_2W::pLocation, printer.location);
+    packer.AddText(&PRINTER_INFO_2W::pSepFile, printer.separatorFile);
+    packer.AddText(&PRINTER_INFO_2W::pPrintProcessor, printer.printProcessor);
+    packer.AddText(&PRINTER_INFO_2W::pDatatype, printer.datatype);
+    packer.AddText(&PRINTER_INFO_2W::pParameters, printer.parameters);
+}
+
+void AddPrinterInfo(InfoPacker<PRINTER_INFO_4W>& packer, const StoredPrinter& printer) {
+    PRINTER_INFO_4W info{};
+    info.Attributes = printer.attributes | PRINTER_ATTRIBUTE_LOCAL;
+    packer.AddItem(info);
+    packer.AddText(&PRINTER_INFO_4W::pPrinterName, printer.name);
+}
+
+template <class Information>
+DWORD PackPrinters(LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+    InfoPacker<Information> packer;
+    for (const StoredPrinter& printer : ReadPrinters()) AddPrinterInfo(packer, printer);
+    packer.Pack(buffer, bytes, needed);
+    return packer.GetCount();
+}
+
+StoredPrinter GetPrinterToAdd(const PRINTER_INFO_2W& info) {
+    StoredPrinter printer;
+    printer.name = TextOrEmpty(info.pPrinterName);
+    printer.shareName = TextOrEmpty(info.pShareName);
+    printer.port = TextOrEmpty(info.pPortName);
+    printer.driver = TextOrEmpty(info.pDriverName);
+    printer.comment = TextOrEmpty(info.pComment);
+    printer.location = TextOrEmpty(info.pLocation);
+    printer.separatorFile = TextOrEmpty(info.pSepFile);
+    printer.printProcessor = info.pPrintProcessor ? info.pPrintProcessor : W("winprint");
+    printer.datatype = info.pDatatype ? info.pDatatype : W("RAW");
+    printer.parameters = TextOrEmpty(info.pParameters);
+    printer.attributes = info.Attributes;
+    printer.priority = std::clamp<DWORD>(info.Priority, 1, 99);
+    printer.defaultPriority = info.DefaultPriority;
+    printer.startTime = info.StartTime;
+    printer.untilTime = info.UntilTime;
+    printer.averagePagesPerMinute = info.AveragePPM;
+    if (const DEVMODEW* devmode = info.pDevMode) {
+        const auto* bytes = reinterpret_cast<const BYTE*>(devmode);
+        printer.devmode.assign(bytes, bytes + devmode->dmSize + devmode->dmDriverExtra);
+    }
+    return printer;
+}
+
+UniqueKey OpenPrinterData(HANDLE printer, bool forWriting) {
+    const WideString path = GetPrinterKey(GetPrinterOf(printer).name) + W("\\PrinterDriverData");
+    return forWriting ? CreateKey(path) : OpenKey(path);
+}
+
+}  // namespace
+
+// Names no printer: the local print server.
+BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE printer, LPPRINTER_DEFAULTSW) {
+    return AnswerGuarded([&] {
+        Require(printer != nullptr, ERROR_INVALID_PARAMETER);
+        *printer = nullptr;
+        if (!name || !*name) {
+            *printer = OpenHandle({});
+            return;
+        }
+        const auto stored = ReadPrinter(name);
+        Require(stored.has_value(), ERROR_INVALID_PRINTER_NAME);
+        *printer = OpenHandle(stored->name);
+    });
+}
+
+BOOL WINAPI ClosePrinter(HANDLE printer) {
+    return AnswerGuarded([&] { CloseHandleOf(printer); });
+}
+
+BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+    return AnswerGuarded([&] {
+        const StoredPrinter stored = GetPrinterOf(printer);
+        Require(level == 2, ERROR_INVALID_LEVEL);
+        InfoPacker<PRINTER_INFO_2W> packer;
+        AddPrinterInfo(packer, stored);
+        packer.Pack(buffer, bytes, needed);
+    });
+}
+
+BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR name, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed,
+                          LPDWORD returned) {
+    return AnswerGuarded([&] {
+        Require(needed && returned, ERROR_INVALID_PARAMETER);
+        *returned = 0;
+        Require(level == 2 || level == 4, ERROR_INVALID_LEVEL);
+        Require((flags & PRINTER_ENUM_LOCAL) != 0 && (!name || !*name), ERROR_INVALID_PARAMETER);
+        *returned = level == 2 ? PackPrinters<PRINTER_INFO_2W>(buffer, bytes, needed)
+                               : PackPrinters<PRINTER_INFO_4W>(buffer, bytes, needed);
+    });
+}
+
+HANDLE WINAPI AddPrinterW(LPWSTR server, DWORD level, LPBYTE information) {
+    HANDLE handle = nullptr;
+    AnswerGuarded([&] {
+        Require(level == 2, ERROR_INVALID_LEVEL);
+        Require(information && (!server || !*server), ERROR_INVALID_PARAMETER);
+        const StoredPrinter printer = GetPrinterToAdd(*reinterpret_cast<const PRINTER_INFO_2W*>(information));
+        Require(IsPrinterName(printer.name), ERROR_INVALID_PRINTER_NAME);
+        Require(!printer.port.empty() && printer.port.size() <= 255, ERROR_UNKNOWN_PORT);
+        Require(ReadDriver(printer.driver).has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
+        CreatePrinter(printer);
+        handle = OpenHandle(printer.name);
+    });
+    return handle;
+}
+
+BOOL WINAPI DeletePrinter(HANDLE printer) {
+    return AnswerGuarded([&] { RemoveStoredPrinter(GetPrinterOf(printer).name); });
+}
+
+DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR name, LPDWORD type, LPBYTE data, DWORD bytes, LPDWORD needed) {
+    return RunGuarded([&] {
+        Require(name && needed, ERROR_INVALID_PARAMETER);
+        const UniqueKey key = OpenPrinterData(printer, false);
+        const auto value = key ? ReadValue(key, name) : std::nullopt;
+        Require(value.has_value(), ERROR_FILE_NOT_FOUND);
+        if (type) *type = value->type;
+        *needed = static_cast<DWORD>(value->bytes.size());
+        Require(bytes >= *needed && (data || *needed == 0), ERROR_MORE_DATA);
+        std::copy(value->bytes.begin(), value->bytes.end(), data);
+    });
+}
+
+DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR name, DWORD type, LPBYTE data, DWORD bytes) {
+    return RunGuarded([&] {
+        Require(name && *name && (data || bytes == 0), ERROR_INVALID_PARAMETER);
+        WriteValue(OpenPrinterData(printer, true), name, type, data, bytes);
+    });
+}
+
+DWORD WINAPI DeletePrinterDataW(HANDLE printer, LPWSTR name) {
+    return RunGuarded([&] {
+        Require(name != nullptr, ERROR_INVALID_PARAMETER);
+        const LSTATUS status = RegDeleteValueW(OpenPrinterData(printer, true).Get(), name);
+        Require(status == ERROR_SUCCESS, static_cast<DWORD>(status));
+    });
+}

@@ -1,0 +1,43 @@
+// Printers and drivers as the registry keeps them, where the system's own spooler keeps its.
+#pragma once
+
+#include "spoolertext.h"
+
+#include <optional>
+#include <vector>
+
+inline constexpr const WCHAR* kPrintKey = W("SYSTEM\\CurrentControlSet\\Control\\Print");
+inline constexpr const WCHAR* kPrintersKey = W("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers");
+inline constexpr const WCHAR* kDriversKey =
+    W("SYSTEM\\CurrentControlSet\\Control\\Print\\Environments\\Windows x64\\Drivers\\Version-3");
+inline constexpr const WCHAR* kFormsKey = W("SYSTEM\\CurrentControlSet\\Control\\Print\\Forms");
+inline constexpr const WCHAR* kEnvironment = W("Windows x64");
+inline constexpr DWORD kDriverVersion = 3;
+
+struct StoredPrinter {
+    WideString name, shareName, port, driver, comment, location, separatorFile, printProcessor, datatype, parameters;
+    DWORD attributes = 0, priority = 0, defaultPriority = 0, startTime = 0, untilTime = 0, averagePagesPerMinute = 0;
+    std::vector<BYTE> devmode;  // default DEVMODE; empty when it has none
+};
+
+struct StoredDriver {
+    WideString name, driverPath, dataFile, configFile, helpFile, monitor, datatype;
+    WideString dependentFiles;  // each name with its NUL
+};
+
+// Names that the registry can keep and a program can say: 1 to 219 characters, none of them "\", ",", "!" or a control.
+bool IsPrinterName(const WideString& name) noexcept;
+bool IsDriverName(const WideString& name) noexcept;
+
+WideString GetPrinterKey(const WideString& name);
+std::optional<StoredPrinter> ReadPrinter(const WideString& name);
+std::vector<StoredPrinter> ReadPrinters();
+void CreatePrinter(const StoredPrinter& printer);  // ERROR_PRINTER_ALREADY_EXISTS; nothing is left after a failure
+void RemoveStoredPrinter(const WideString& name);
+
+std::optional<StoredDriver> ReadDriver(const WideString& name);
+void WriteDriver(const StoredDriver& driver);
+void RemoveStoredDriver(const WideString& name);
+
+// The printer that an open handle stands for. ERROR_INVALID_HANDLE, also for the print server; ERROR_PRINTER_DELETED.
+StoredPrinter GetPrinterOf(HANDLE handle);

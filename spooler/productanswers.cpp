@@ -1,0 +1,69 @@
+// What a product's description says of its capabilities.
+#include "capabilityanswers.h"
+
+namespace {
+
+// Micrometres to tenths of a millimetre, to the nearest.
+LONG ToTenths(LONG micrometres) noexcept { return (micrometres + 49) / 100; }
+
+int PackExtent(LONG width, LONG length) { return static_cast<WORD>(width) | static_cast<WORD>(length) << 16; }
+
+// The custom size shows with the dimensions of the product's default paper.
+const ProductPaper& GetDefaultPaper(const ProductDescription& product) {
+    for (const ProductDevmodeField& field : product.devmode)
+        if (field.name == "dmPaperSize")
+            if (const ProductPaper* paper = product.FindPaper(static_cast<WORD>(field.value))) return *paper;
+    return product.papers.front();
+}
+
+}  // namespace
+
+std::vector<PaperAnswer> GetPapers(const ProductDescription& product) {
+    std::vector<PaperAnswer> papers;
+    for (const ProductPaper& paper : product.papers) {
+        if (paper.type == PageSizeRow::kHidden) continue;
+        const ProductPaper& sized = paper.type == PageSizeRow::kCustom ? GetDefaultPaper(product) : paper;
+        papers.push_back({paper.number, ToTenths(sized.width), ToTenths(sized.length), WidenUtf8(paper.name)});
+    }
+    return papers;
+}
+
+std::vector<NumberedName> GetBins(const ProductDescription& product) {
+    std::vector<NumberedName> bins;
+    for (const ProductTray& tray : product.trays) bins.push_back({tray.number, WidenUtf8(tray.name)});
+    return bins;
+}
+
+std::vector<NumberedName> GetMediaTypes(const ProductDescription& product) {
+    std::vector<NumberedName> types;
+    for (const ProductMediaType& type : product.mediaTypes) types.push_back({type.number, WidenUtf8(type.name)});
+    return types;
+}
+
+std::vector<WideString> GetDependentFiles(const ProductDescription& product) {
+    std::vector<WideString> names;
+    for (const std::string& name : product.dependentFiles) names.push_back(WidenUtf8(name));
+    names.push_back(WidenUtf8(product.workflowLibrary));
+    return names;
+}
+
+std::vector<ResolutionAnswer> GetResolutions(const ProductDescription& product) {
+    std::vector<ResolutionAnswer> resolutions;
+    for (const ProductResolution& resolution : product.resolutions)
+        resolutions.push_back({resolution.crossFeed, resolution.feed});
+    return resolutions;
+}
+
+LimitAnswers GetLimits(const ProductDescription& product) {
+    const ProductLimits& known = product.limits;
+    LimitAnswers limits;
+    limits.maximumCopies = known.maximumCopies;
+    if (known.memory != 0) limits.memory = known.memory;
+    if (known.pagesPerMinute != 0) limits.pagesPerMinute = known.pagesPerMinute;
+    limits.collates = known.collates;
+    limits.printsColor = known.printsColor;
+    limits.printsDuplex = known.printsDuplex;
+    limits.minimumExtent = PackExtent(known.minimumWidth, known.minimumLength);
+    limits.maximumExtent = PackExtent(known.maximumWidth, known.maximumLength);
+    return limits;
+}

@@ -1,0 +1,265 @@
+// Product files: what is read from them, what is refused and where, and how long a parsed product is kept.
+#include <products/reader/productdescription.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <thread>
+
+namespace {
+
+// A folder of this test's own; gone with the object.
+class TestFolder {
+public:
+    TestFolder() : path_(std::filesystem::temp_directory_path() / ("mvproducts" + std::to_string(++count_))) {
+        std::filesystem::remove_all(path_);
+        std::filesystem::create_directories(path_);
+    }
+    ~TestFolder() {
+        std::error_code error;
+        std::filesystem::remove_all(path_, error);
+    }
+    std::filesystem::path Write(const std::string& name, const std::string& text) const {
+        std::ofstream(path_ / name, std::ios::binary) << text;
+        return path_ / name;
+    }
+
+private:
+    static inline int count_ = 0;
+    std::filesystem::path path_;
+};
+
+constexpr const char* kProduct =
+    /*  1 */
+    "model = \"Morvane Test\"\n"
+    /*  2 */
+    "controller_family = 8430\n"
+    /*  3 */
+    "driver_version = 1\n"
+    /*  4 */
+    "workflow_library = \"mvwfwuC0.dll\"\n"
+    /*  5 */
+    "papers = [\n"
+    /*  6 */
+    "    { size = \"ISOA4\" },\n"
+    /*  7 */
+    "    { size = \"ISOSRA3\", number = 300 },\n"
+    /*  8 */
+    "    { name = \"Banner\", number = 301, value = 6700, width = 300000, length = 900000 },\n"
+    /*  9 */
+    "    { size = \"CustomMediaSize\" },\n"
+    /* 10 */
+    "]\n"
+    /* 11 */
+    "trays = [{ number = 15, value = 5001, name = \"Auto\" }]\n"
+    /* 12 */
+    "media_types = [{ value = 6800, name = \"Plain\" }]\n"
+    /* 13 */
+    "resolutions = [{ x = 600, y = 600, default = true, name = \"600\" }]\n"
+    /* 14 */
+    "[capabilities]\n"
+    /* 15 */
+    "1984 = 0x400\n"
+    /* 16 */
+    "[settings]\n"
+    /* 17 */
+    "720 = true\n"
+    /* 18 */
+    "422 = -5\n"
+    /* 19 */
+    "546 = { option = 8701 }\n"
+    /* 20 */
+    "[features]\n"
+    /* 21 */
+    "45 = { values = [5410, 5411], default = 5411 }\n"
+    /* 22 */
+    "477 = {}\n"
+    /* 23 */
+    "210 = {}\n"
+    /* 24 */
+    "43 = { minimum = 1, maximum = 99, default = 1 }\n"
+    /* 25 */
+    "[devmode]\n"
+    /* 26 */
+    "dmPaperSize = 9\n"
+    /* 27 */
+    "[strings]\n"
+    /* 28 */ "418 = \"Kopien \xC3\xA4\"\n";
+
+std::string Replaced(const std::string& from, const std::string& to) {
+    std::string text = kProduct;
+    const auto at = text.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return text.replace(at, from.size(), to);
+}
+
+std::string ErrorOf(const std::filesystem::path& file) {
+    try {
+        LoadProduct(file);
+    } catch (const ProductError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+}  // namespace
+
+TEST(ProductReader, ReadsEveryKindOfEntry) {
+    const TestFolder folder;
+    const auto product = LoadProduct(folder.Write("good.toml", kProduct));
+    EXPECT_EQ(product->modelName, "Morvane Test");
+    EXPECT_EQ(product->workflowLibraryIndex, 2);
+    EXPECT_EQ(product->capabilities.at(1984), 0x400u);
+    EXPECT_EQ(product->settings.at(720).kind, ProductSetting::Kind::Boolean);
+    EXPECT_EQ(product->settings.at(422).number, -5);
+    EXPECT_EQ(product->settings.at(546).kind, ProductSetting::Kind::Option);
+    EXPECT_EQ(product->settings.at(546).number, 8701);
+    EXPECT_EQ(product->strings.at(418), "Kopien \xC3\xA4");
+    EXPECT_EQ(product->FindFeature(210)->path, (std::vector<DWORD>{477, 210}));
+    EXPECT_EQ(product->limits.maximumCopies, 99);
+    EXPECT_TRUE(product->limits.collates);
+    EXPECT_FALSE(product->limits.staples);
+    EXPECT_EQ(product->limits.minimumWidth, 2100) << "without a range of custom sizes, the papers' own";
+    EXPECT_EQ(product->limits.maximumLength, 9000);
+
+    struct Row {
+        WORD number;
+        DWORD value, type, units;
+        LONG width;
+    };
+    const Row rows[] = {{9, 6436, 25001, 7491, 210000},
+                        {300, 6490, 25002, 7491, 320000},
+                        {301, 6700, 25003, 7491, 300000},
+                        {256, 6731, 25008, 7491, 0}};
+    ASSERT_EQ(product->papers.size(), std::size(rows));
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.number);
+        const ProductPaper* paper = product->FindPaper(row.number);
+        ASSERT_NE(paper, nullptr);
+        EXPECT_EQ(paper->value, row.value);
+        EXPECT_EQ(paper->type, row.type);
+        EXPECT_EQ(paper->displayUnits, row.units);
+        EXPECT_EQ(paper->width, row.width);
+    }
+}
+
+TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
+    struct Row {
+        const char *from, *to;
+        int line;
+        const char* told;
+    };
+    const Row rows[] = {
+        {"model = \"Morvane Test\"", "model = 5", 1, "model: expected a text without control characters, got 5"},
+        {"model = \"Morvane Test\"", "model = ", 1, "expected TOML"},
+        {"= 8430", "= 5001", 2, "controller_family: expected a whole number from 8430 to 8434, got 5001"},
+        {"driver_version = 1", "driver_version = 1.5", 3, "got a number with a fraction"},
+        {"driver_version = 1\n", "", 1, "driver_version: expected a whole number from 1 to 65535, got nothing"},
+        {"mvwfwuC0.dll", "mvother.dll", 4, "workflow_library: expected mvwftuC0.dll, mvwfwuC0.dll or mvwfuvC0.dll"},
+        {"ISOA4", "ISOA44", 6, "papers[0].size: expected a page size of the Print Schema"},
+        {"\"ISOA4\"", "\"Roll54Inch\", number = 5", 6, "papers[0].size"},
+        {"number = 300", "nummer = 300", 7, "papers[1].number: expected a whole number from 1 to 32767, got nothing"},
+        {"number = 300", "number = 9", 7, "papers[1].number: expected a paper number that no other paper"},
+        {"number = 300", "number = 256", 7, "papers[1].number: expected another number than 256"},
+        {"\"ISOSRA3\", number = 300", "\"ISOA4\", number = 300", 7, "papers[1].size: expected each page size once"},
+        {"value = 6700", "value = 6436", 8, "papers[2].value: expected a value that no Print Schema size has"},
+        {"width = 300000", "width = 99000000", 8, "papers[2].width: expected a whole number from 100 to 3276700"},
+        {"length = 900000", "length = 900000, colour = 1", 8, "papers[2].colour: expected no such key"},
+        {"value = 5001, name", "value = 6800, name", 11, "trays[0].value: expected a tray"},
+        {"value = 6800", "value = 6811", 12, "media_types[0].value: expected a media type"},
+        {"default = true", "default = false", 13, "resolutions: expected one resolution with default = true"},
+        {"1984 =", "x1984 =", 15, "capabilities.x1984: expected a key that is a whole number"},
+        {"0x400", "-1", 15, "capabilities.1984: expected a whole number from 0"},
+        {"720 = true", "720 = 2024-01-01", 17, "settings.720: expected true, false"},
+        {"[5410, 5411]", "[5410, 5420]", 21, "features.45.values: expected values from 5410 to 5419"},
+        {"[5410, 5411]", "[5410, 5410]", 21, "features.45.values: expected each number once"},
+        {"default = 5411", "default = 5412", 21, "features.45.default: expected one of the values"},
+        {"45 = {", "9999 = {", 21, "features.9999: expected a feature that exists"},
+        {"45 = {", "168 = {", 21, "features.168: expected papers, trays"},
+        {"477 = {}", "", 23, "features.210: expected the list feature 477 beside it"},
+        {"default = 1 }", "default = 100 }", 24, "features.43.default: expected a whole number from 1 to 99, got 100"},
+        {"dmPaperSize = 9", "dmPaperSize = 8", 26, "devmode.dmPaperSize: expected one that the product lists, got 8"},
+        {"dmPaperSize", "dmPapersize", 26, "devmode.dmPapersize: expected no such key"},
+        {"418 = \"Kopien \xC3\xA4\"", "418 = \"\\u0000\"", 28,
+         "strings.418: expected a text without control characters"},
+        {"\xC3\xA4", "\xC3", 28, "expected TOML"},
+        {"[strings]", "[paths]\n15 = \"none.ini\"\n[strings]", 28, "paths.15: expected a file by its path"},
+        {"papers", "string_files = [\"none.toml\"]\npapers", 5, "string_files: expected a file by its path"},
+    };
+    const TestFolder folder;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.from << " -> " << row.to);
+        const auto file = folder.Write("broken.toml", Replaced(row.from, row.to));
+        const std::string error = ErrorOf(file);
+        EXPECT_EQ(error.find(file.string() + ":" + std::to_string(row.line) + ": "), 0u) << error;
+        EXPECT_NE(error.find(row.told), std::string::npos) << error;
+    }
+    EXPECT_NE(ErrorOf("no/such/file.toml").find("file.toml:1: expected a readable product file"), std::string::npos);
+}
+
+TEST(ProductReader, LoadsTheProductsBesideThePrograms) {
+    struct Row {
+        const char* name;
+        DWORD family;
+        ULONGLONG flags;
+        bool color;
+        std::size_t papers, mediaTypes;
+    };
+    const Row rows[] = {{"office8430", 8430, 0, false, 12, 8},
+                        {"press8434", 8434, 0x400, true, 40, 30},
+                        {"script8432", 8432, 0x200, true, 12, 8}};
+    const auto files = FindProductFiles("products");
+    ASSERT_EQ(files.size(), std::size(rows));
+    for (std::size_t index = 0; index < files.size(); ++index) {
+        SCOPED_TRACE(rows[index].name);
+        EXPECT_EQ(files[index].stem(), rows[index].name);
+        const auto product = LoadProduct(files[index]);
+        EXPECT_EQ(product->controllerFamily, rows[index].family);
+        EXPECT_EQ(product->capabilities.at(1984) & 0x600, rows[index].flags);
+        EXPECT_EQ(product->limits.printsColor, rows[index].color);
+        EXPECT_GE(product->papers.size(), rows[index].papers);
+        EXPECT_GE(product->mediaTypes.size(), rows[index].mediaTypes);
+        EXPECT_TRUE(std::filesystem::exists(product->paths.at(15)));
+        for (const DWORD setting : {422, 423, 424, 425})
+            EXPECT_EQ(product->settings.at(setting).kind, ProductSetting::Kind::Integer);
+        for (const DWORD text : {418, 10210, 10211, 10214, 41065, 41066, 41067, 41068, 41069, 41075, 10146, 264, 41033,
+                                 40373, 10027, 10290, 10029, 41034, 41035})
+            EXPECT_FALSE(product->strings.at(text).empty()) << text;
+        for (const WORD paper : {WORD{1}, WORD{9}, WORD{256}}) EXPECT_NE(product->FindPaper(paper), nullptr) << paper;
+    }
+}
+
+TEST(ProductReader, ParsesAgainOnlyWhenAFileHasChanged) {
+    const TestFolder folder;
+    folder.Write("texts.toml", "418 = \"Copies\"\n264 = \"Automatic\"\n");
+    const auto file = folder.Write("good.toml", Replaced("papers", "string_files = [\"texts.toml\"]\npapers"));
+    const auto first = LoadProduct(file);
+    EXPECT_EQ(LoadProduct(file), first);
+    EXPECT_EQ(first->strings.at(264), "Automatic");
+    EXPECT_EQ(first->strings.at(418), "Kopien \xC3\xA4") << "the product's own text wins";
+
+    folder.Write("texts.toml", "264 = \"Automatically\"\n");
+    EXPECT_EQ(LoadProduct(file)->strings.at(264), "Automatically");
+    EXPECT_EQ(first->strings.at(264), "Automatic") << "a description in use does not change";
+
+    folder.Write("good.toml", "model = ");
+    EXPECT_NE(ErrorOf(file), "no error") << "a file that broke is not served from the cache";
+}
+
+TEST(ProductReader, KeepsABoundedNumberOfProducts) {
+    const TestFolder folder;
+    const std::weak_ptr<const ProductDescription> first = LoadProduct(folder.Write("first.toml", kProduct));
+    EXPECT_FALSE(first.expired());
+    for (int index = 0; index < 40; ++index) LoadProduct(folder.Write(std::to_string(index) + ".toml", kProduct));
+    EXPECT_TRUE(first.expired());
+}
+
+TEST(ProductReader, GivesEveryThreadTheSameProduct) {
+    const TestFolder folder;
+    const auto file = folder.Write("good.toml", kProduct);
+    std::vector<std::shared_ptr<const ProductDescription>> products(8);
+    std::vector<std::thread> threads;
+    for (auto& product : products) threads.emplace_back([&] { product = LoadProduct(file); });
+    for (std::thread& thread : threads) thread.join();
+    for (const auto& product : products) EXPECT_EQ(product, products.front());
+}
