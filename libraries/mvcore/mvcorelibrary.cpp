@@ -1,0 +1,28 @@
+// The root object of mvcoreC0 and the library's one export.
+#include <mvcore/mvcorelibrary.h>
+
+#include <mvutil/crc32.h>
+#include <mvutil/textresources.h>
+
+#include "pagesizes.h"
+
+namespace {
+
+class CoreLibrary final : public MvCoreLibrary {
+public:
+    MvPageSizeDictionary* CreatePageSizeDictionary(ProductStringLoader* loader) override {
+        return MakePageSizeDictionary(loader);
+    }
+    DWORD GetCustomSizeMsId(const WCHAR* name) override {
+        const WideStringView text = name ? WideStringView(name) : WideStringView();
+        const DWORD crc = Crc32::GetCrc(text.data(), text.size() * sizeof(WCHAR));
+        return ((crc ^ (crc << 16)) & 0xFFFF0000u) | DMPAPER_USER;
+    }
+};
+
+}  // namespace
+
+MvCoreLibrary* GetMvCoreLibrary() {
+    static CoreLibrary library;
+    return &library;
+}

@@ -1,0 +1,103 @@
+// The dictionary of page sizes: entries made once from the table, shared by all dictionaries.
+#include "pagesizes.h"
+
+#include <mvutil/textresources.h>
+#include <products/pagesizes.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr double kRounding = 0.499999;
+
+// Sizes are the same when they are equal in whole millimetres.
+LONG WholeMillimetres(const Dimension& dimension) {
+    return dimension.GetValue(Dimension::Millimetres).GetLongValue(kRounding);
+}
+
+class Entry final : public PageSizeDictionaryEntry {
+public:
+    explicit Entry(const PageSizeRow& row)
+        : row_(&row),
+          name_(row.name.begin(), row.name.end()),
+          displayName_(row.displayName.begin(), row.displayName.end()),
+          wholeWidth_(WholeMillimetres(Dimension(row.width, Dimension::Micrometres))),
+          wholeLength_(WholeMillimetres(Dimension(row.length, Dimension::Micrometres))) {}
+
+    const WCHAR* GetMsPageMediaSizeOptionName() const override { return name_.c_str(); }
+    bool IsPredefinedMsOptionName() const override { return true; }  // the table holds keywords only
+    ValueId GetValueId() const override { return ValueId(row_->value); }
+    PageSizeTypeEnum GetPageSizeType() const override { return static_cast<PageSizeTypeEnum>(row_->GetKind()); }
+    LONG GetWidthInMicrometres() const override { return row_->width; }
+    LONG GetLengthInMicrometres() const override { return row_->length; }
+    WORD GetMsId() const override { return row_->paperNumber; }
+    const WCHAR* GetDisplayName() const override { return displayName_.c_str(); }
+
+    bool IsOfSize(LONG wholeWidth, LONG wholeLength) const noexcept {
+        return !row_->IsCustom() && wholeWidth_ == wholeWidth && wholeLength_ == wholeLength;
+    }
+    void SetDisplayName(const WideString& name) { displayName_ = name; }
+
+private:
+    const PageSizeRow* row_;
+    WideString name_;
+    WideString displayName_;
+    LONG wholeWidth_;
+    LONG wholeLength_;
+};
+
+const std::vector<Entry>& SharedEntries() {
+    static const std::vector<Entry> entries(GetPageSizeTable().begin(), GetPageSizeTable().end());
+    return entries;
+}
+
+// The shared entries with the product's own names for the sizes.
+std::vector<Entry> NamedEntries(const ProductStringLoader& loader) {
+    std::vector<Entry> entries = SharedEntries();
+    for (Entry& entry : entries) {
+        const CXString name = loader.LoadStringW(entry.GetValueId().GetValueEnum());
+        if (!name.IsEmpty()) entry.SetDisplayName(name.AsWideString());
+    }
+    return entries;
+}
+
+class Dictionary final : public MvPageSizeDictionary {
+public:
+    Dictionary() : entries_(SharedEntries()) {}
+    explicit Dictionary(const ProductStringLoader& loader) : own_(NamedEntries(loader)), entries_(own_) {}
+
+    void Destroy() noexcept override { std::default_delete<Dictionary>()(this); }
+    std::size_t GetCount() const override { return entries_.size(); }
+    const PageSizeDictionaryEntry* GetEntry(std::size_t index) const override {
+        return index < entries_.size() ? &entries_[index] : nullptr;
+    }
+    std::size_t FindSize(const Dimension& width, const Dimension& length, std::size_t from) const override {
+        const LONG wholeWidth = WholeMillimetres(width);
+        const LONG wholeLength = WholeMillimetres(length);
+        return Find(from, [&](const Entry& entry) { return entry.IsOfSize(wholeWidth, wholeLength); });
+    }
+    std::size_t FindType(PageSizeTypeEnum type, std::size_t from) const override {
+        return Find(from, [&](const Entry& entry) { return entry.GetPageSizeType() == type; });
+    }
+
+private:
+    template <class Predicate>
+    std::size_t Find(std::size_t from, Predicate matches) const {
+        const auto begin = entries_.begin() + static_cast<std::ptrdiff_t>(std::min(from, entries_.size()));
+        return static_cast<std::size_t>(std::find_if(begin, entries_.end(), matches) - entries_.begin());
+    }
+
+    std::vector<Entry> own_;
+    std::span<const Entry> entries_;
+};
+
+}  // namespace
+
+MvPageSizeDictionary* MakePageSizeDictionary(const ProductStringLoader* loader) {
+    return (loader ? std::make_unique<Dictionary>(*loader) : std::make_unique<Dictionary>()).release();
+}

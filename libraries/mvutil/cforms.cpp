@@ -1,0 +1,64 @@
+// CForms: the forms that the spooler knows for a printer.
+#include <mvutil/cforms.h>
+
+#include <mvutil/printer.h>
+
+#include "sizedread.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <winspool.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr DWORD kMaximumForms = 0xFFFF;  // a form's number has 16 bits
+
+_MVN_FORM_INFO MakeForm(const FORM_INFO_1W& source, const CXString& name, WORD number) {
+    _MVN_FORM_INFO form = {};
+    form.formIndex = number;
+    form.isUserForm = source.Flags == FORM_USER ? 1 : 0;
+    form.width = source.Size.cx;
+    form.length = source.Size.cy;
+    form.imageableLeft = source.ImageableArea.left;
+    form.imageableTop = source.ImageableArea.top;
+    form.imageableRight = source.ImageableArea.right;
+    form.imageableBottom = source.ImageableArea.bottom;
+    form.flags = source.Flags;
+    const std::size_t length = std::min(name.GetLength(), std::size(form.name) - 1);
+    std::copy_n(name.GetString(), length, form.name);
+    return form;
+}
+
+}  // namespace
+
+CForms::CForms(HANDLE printer, bool allForms) {
+    if (!Printer::IsValidHandle(printer)) return;
+    SizedBytes records;
+    DWORD count = 0;
+    const DWORD error = records.ReadWithLastError(
+        [&](BYTE* buffer, DWORD size, DWORD* needed) { return EnumFormsW(printer, 1, buffer, size, needed, &count); });
+    if (error != ERROR_SUCCESS) return;
+    const FORM_INFO_1W* const forms = records.As<FORM_INFO_1W>();
+    const std::size_t usable = std::min<std::size_t>(records.CountRecords<FORM_INFO_1W>(count), kMaximumForms);
+    forms_.reserve(usable);
+    for (std::size_t index = 0; index < usable; ++index) {
+        const FORM_INFO_1W& form = forms[index];
+        if (!allForms && form.Size.cx > form.Size.cy) continue;
+        forms_.push_back(MakeForm(form, records.Text(form.pName), static_cast<WORD>(index + 1)));
+    }
+}
+
+const _MVN_FORM_INFO* CForms::GetFormW(const CXString& name) const {
+    const auto found = std::find_if(forms_.begin(), forms_.end(),
+                                    [&](const _MVN_FORM_INFO& form) { return name.CompareNoCase(form.name) == 0; });
+    return found == forms_.end() ? nullptr : &*found;
+}
+
+const _MVN_FORM_INFO* CForms::GetFormW(WORD index) const {
+    const auto found =
+        std::find_if(forms_.begin(), forms_.end(), [&](const _MVN_FORM_INFO& form) { return form.formIndex == index; });
+    return found == forms_.end() ? nullptr : &*found;
+}

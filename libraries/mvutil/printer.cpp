@@ -1,0 +1,68 @@
+// Printer: name, port and printer data through the spooler.
+#include <mvutil/printer.h>
+
+#include <mvutil/morvaneexception.h>
+
+#include "sizedread.h"
+#include "throwfailure.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <winspool.h>
+
+namespace {
+
+[[noreturn]] void ThrowPrinterFailure(const WCHAR* methodName, DWORD error, LONG line = __builtin_LINE()) {
+    CXString message;
+    message.Format(W("The print spooler answered with error %u"), error);
+    ThrowFailure(GetExceptionPrinterFailure, message, W("printer"), methodName, line);
+}
+
+SizedBytes ReadPrinter(HANDLE printer, const WCHAR* methodName) {
+    if (!Printer::IsValidHandle(printer)) ThrowPrinterFailure(methodName, ERROR_INVALID_HANDLE);
+    SizedBytes record;
+    const DWORD error = record.ReadWithLastError(
+        [&](BYTE* buffer, DWORD size, DWORD* needed) { return GetPrinterW(printer, 2, buffer, size, needed); });
+    if (error != ERROR_SUCCESS) ThrowPrinterFailure(methodName, error);
+    if (!record.As<PRINTER_INFO_2W>()) ThrowPrinterFailure(methodName, ERROR_INVALID_DATA);
+    return record;
+}
+
+}  // namespace
+
+Printer::Printer(HANDLE printer) : printer_(printer) {}
+
+bool Printer::IsValidHandle(HANDLE printer) noexcept { return printer && printer != INVALID_HANDLE_VALUE; }
+
+CXString Printer::GetPrinterName() const {
+    const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterName"));
+    return record.Text(record.As<PRINTER_INFO_2W>()->pPrinterName);
+}
+
+CXString Printer::GetPrinterPort() const {
+    const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterPort"));
+    return record.Text(record.As<PRINTER_INFO_2W>()->pPortName);
+}
+
+bool Printer::GetPrinterDataW(const CXString& name, DWORD& type, ByteBuffer& value) const {
+    constexpr const WCHAR* kMethod = W("Printer::GetPrinterDataW");
+    if (!IsValidHandle(printer_)) ThrowPrinterFailure(kMethod, ERROR_INVALID_HANDLE);
+    SizedBytes bytes;
+    DWORD valueType = REG_NONE;
+    const DWORD error = bytes.Read([&](BYTE* buffer, DWORD size, DWORD* needed) {
+        return ::GetPrinterDataW(printer_, const_cast<LPWSTR>(name.GetString()), &valueType, buffer, size, needed);
+    });
+    if (error == ERROR_FILE_NOT_FOUND) return false;
+    if (error != ERROR_SUCCESS) ThrowPrinterFailure(kMethod, error);
+    type = valueType;
+    value.setWithLpbyte(bytes.Get().data(), bytes.Get().size());
+    return true;
+}
+
+void Printer::SetPrinterDataW(const CXString& name, DWORD type, const void* value, DWORD bytes) const {
+    constexpr const WCHAR* kMethod = W("Printer::SetPrinterDataW");
+    if (!IsValidHandle(printer_)) ThrowPrinterFailure(kMethod, ERROR_INVALID_HANDLE);
+    const auto data = const_cast<LPBYTE>(static_cast<const BYTE*>(value));
+    const DWORD error = ::SetPrinterDataW(printer_, const_cast<LPWSTR>(name.GetString()), type, data, bytes);
+    if (error != ERROR_SUCCESS) ThrowPrinterFailure(kMethod, error);
+}

@@ -1,0 +1,85 @@
+// Reading what the spooler and the registry give in buffers whose size can change between two calls.
+#pragma once
+
+#include <mvutil/cxstring.h>
+
+#include <windows.h>
+
+#include <vector>
+
+// The bytes of one answer. Pointers of a spooler record lie inside them.
+class SizedBytes {
+public:
+    static constexpr DWORD kMaximum = 16u << 20;  // no value that this library reads comes near
+
+    // Calls read(buffer, bytes, needed) until the buffer is large enough. The call gives a Win32 error code and stores
+    // the size that it needs or has used. The last error code; the bytes are empty unless that is ERROR_SUCCESS.
+    template <class Call>
+    DWORD Read(Call read) {
+        DWORD size = 1024;
+        for (int attempt = 0; attempt < 8; ++attempt) {
+            bytes_.resize(size);
+            DWORD needed = 0;
+            const DWORD error = read(bytes_.data(), size, &needed);
+            if (error == ERROR_SUCCESS && needed <= size) {
+                bytes_.resize(needed);
+                return ERROR_SUCCESS;
+            }
+            const bool tooSmall =
+                error == ERROR_SUCCESS || error == ERROR_MORE_DATA || error == ERROR_INSUFFICIENT_BUFFER;
+            if (!tooSmall || needed <= size || needed > kMaximum) return Fail(tooSmall ? ERROR_INVALID_DATA : error);
+            size = needed;
+        }
+        return Fail(ERROR_INVALID_DATA);
+    }
+    // The same for a call that returns a BOOL and sets the last error.
+    template <class Call>
+    DWORD ReadWithLastError(Call read) {
+        return Read([&](BYTE* buffer, DWORD size, DWORD* needed) -> DWORD {
+            if (read(buffer, size, needed)) return ERROR_SUCCESS;
+            const DWORD error = GetLastError();
+            return error ? error : ERROR_INVALID_DATA;
+        });
+    }
+
+    const std::vector<BYTE>& Get() const noexcept { return bytes_; }
+    // How many records of the kind fit in the bytes, at most the number claimed.
+    template <class Record>
+    std::size_t CountRecords(std::size_t claimed) const noexcept {
+        const std::size_t room = bytes_.size() / sizeof(Record);
+        return claimed < room ? claimed : room;
+    }
+    template <class Record>
+    const Record* As() const noexcept {
+        return bytes_.size() < sizeof(Record) ? nullptr : reinterpret_cast<const Record*>(bytes_.data());
+    }
+    // The NUL-terminated text at a pointer of the record, cut at the end of the bytes; empty when it points elsewhere.
+    CXString Text(const WCHAR* text) const {
+        const auto begin = reinterpret_cast<UINT_PTR>(bytes_.data());
+        const auto at = reinterpret_cast<UINT_PTR>(text);
+        if (!text || at < begin || at >= begin + bytes_.size()) return CXString();
+        const std::size_t room = (begin + bytes_.size() - at) / sizeof(WCHAR);
+        std::size_t length = 0;
+        while (length < room && text[length]) ++length;
+        return CXString(text, length);
+    }
+    // The texts of a list that an empty one ends.
+    std::vector<CXString> Texts(const WCHAR* list) const {
+        std::vector<CXString> texts;
+        while (list) {
+            const CXString text = Text(list);
+            if (text.IsEmpty()) break;
+            texts.push_back(text);
+            list += text.GetLength() + 1;
+        }
+        return texts;
+    }
+
+private:
+    DWORD Fail(DWORD error) {
+        bytes_.clear();
+        return error;
+    }
+
+    std::vector<BYTE> bytes_;
+};

@@ -1,0 +1,45 @@
+// Texts by number: the utility library's own table, and the current product's texts.
+#include <mvutil/textresources.h>
+
+#include "currentproduct.h"
+#include "productofprinter.h"
+
+namespace {
+
+struct TextResource {
+    DWORD id;
+    const WCHAR* text;
+};
+// clang-format off
+constexpr TextResource kTexts[] = {
+    {  103, W("Custom Size")},
+    {10133, W("Automatically Select")},
+    {11103, W("%i x %i dpi")},                    // cross-feed, feed; dots per inch
+    {11104, W("%i x %i dots per centimeter")},    // cross-feed, feed
+    {31591, W("envelope")},                       // as form names spell it
+    {32009, W("env")},
+};
+// clang-format on
+
+thread_local std::shared_ptr<const ProductDescription> currentProduct;
+
+}  // namespace
+
+std::shared_ptr<const ProductDescription> GetCurrentProduct() { return currentProduct; }
+
+void TextResourceLoader::Initialize(HANDLE printer, bool) {
+    // Descriptions are kept parsed, and parsed anew when a file has changed, so there is nothing to force.
+    currentProduct = LoadProductOfPrinter(printer);
+}
+
+CXString TextResourceLoader::LoadStringW(DWORD id) {
+    for (const TextResource& resource : kTexts)
+        if (resource.id == id) return resource.text;
+    return CXString();
+}
+
+CXString ProductStringLoader::LoadStringW(DWORD id) const {
+    if (!currentProduct) return CXString();
+    const auto found = currentProduct->strings.find(id);
+    return found == currentProduct->strings.end() ? CXString() : CXString::FromUtf8(found->second);
+}

@@ -1,0 +1,40 @@
+// User: the current user's registry values of the driver family.
+#include <mvutil/user.h>
+
+#include <mvutil/cachelocation.h>
+
+#include "registryvalue.h"
+
+#include <iterator>
+
+namespace {
+
+constexpr DWORD kMaximumKeys = 4096;  // more are no list that a user made
+
+CXString UserPath(const CXString& key) { return CXString(kDriverFamilyKey) + W("\\") + key; }
+
+}  // namespace
+
+std::vector<CXString> User::EnumUserKeyNames(const CXString& key) {
+    std::vector<CXString> names;
+    const UniqueKey parent = OpenKey(HKEY_CURRENT_USER, UserPath(key), KEY_READ);
+    if (!parent) return names;
+    for (DWORD index = 0; index < kMaximumKeys; ++index) {
+        WCHAR name[256];  // a key's name has at most 255 characters
+        DWORD length = static_cast<DWORD>(std::size(name));
+        const LSTATUS status = RegEnumKeyExW(parent.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr);
+        if (status != ERROR_SUCCESS) break;
+        names.emplace_back(name, length);
+    }
+    return names;
+}
+
+LONG User::GetUserDataLongFromRegistry(const CXString& key, const CXString& name, LONG defaultValue) {
+    ByteBuffer value;
+    if (!ReadRegistryValue(HKEY_CURRENT_USER, UserPath(key), name, value)) return defaultValue;
+    return value.getDword() == sizeof(LONG) ? value.getAsLongValue() : defaultValue;
+}
+
+bool User::GetUserDataBooleanFromRegistry(const CXString& key, const CXString& name, bool defaultValue) {
+    return GetUserDataLongFromRegistry(key, name, defaultValue ? 1 : 0) != 0;
+}

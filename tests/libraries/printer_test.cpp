@@ -1,0 +1,161 @@
+// What the spooler tells of a printer, its driver and its forms.
+#include <support/printerfixture.h>
+
+#include <mvutil/cforms.h>
+#include <mvutil/morvaneexception.h>
+#include <mvutil/morvaneutilities.h>
+#include <mvutil/operatingsystem.h>
+#include <mvutil/printdriver.h>
+#include <mvutil/printer.h>
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <winspool.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+class PrinterTest : public testing::Test {
+protected:
+    TestStore store_;
+    TestPrinter printer_{kOffice};
+    const HANDLE handle_ = printer_.GetHandle();
+};
+
+TEST_F(PrinterTest, TellsNamePortAndData) {
+    const Printer printer(handle_);
+    EXPECT_EQ(printer.GetPrinterName(), printer_.GetName());
+    const TestPrinter other(kOffice, W("Other"));
+    EXPECT_FALSE(printer.GetPrinterPort().IsEmpty());
+    EXPECT_NE(printer.GetPrinterPort(), Printer(other.GetHandle()).GetPrinterPort());
+    DWORD type = 7;
+    ByteBuffer value;
+    EXPECT_FALSE(printer.GetPrinterDataW(W("XNone"), type, value));
+    EXPECT_EQ(type, 7u);
+    const std::string large(5000, 'x');
+    printer.SetPrinterDataW(W("XLarge"), REG_BINARY, large.data(), static_cast<DWORD>(large.size()));
+    ASSERT_TRUE(printer.GetPrinterDataW(W("XLarge"), type, value));
+    EXPECT_EQ(type, DWORD(REG_BINARY));
+    EXPECT_EQ(value, ByteBuffer(large.data(), large.size()));
+}
+
+TEST_F(PrinterTest, AnUnknownPrinterIsAFailure) {
+    for (const HANDLE bad : {HANDLE(), INVALID_HANDLE_VALUE, reinterpret_cast<HANDLE>(0x7FFF)}) {
+        const Printer printer(bad);
+        DWORD type = 0;
+        ByteBuffer value;
+        EXPECT_THROW(printer.GetPrinterName(), ExceptionPrinterFailure);
+        EXPECT_THROW(printer.GetPrinterPort(), ExceptionPrinterFailure);
+        EXPECT_THROW(printer.GetPrinterDataW(W("X"), type, value), ExceptionPrinterFailure);
+        EXPECT_THROW(printer.SetPrinterDataW(W("X"), REG_DWORD, &type, sizeof type), ExceptionPrinterFailure);
+        EXPECT_THROW(PrintDriver().GetDriverFiles(bad, 9, CXString()), ExceptionPrintDriverFailure);
+        EXPECT_THROW(PrintDriver::GetMorvaneDriverDataFilePathFromHandle(bad), ExceptionPrintDriverFailure);
+        EXPECT_EQ(PrintDriver().GetDriverCapability(bad, 1984), 0u);
+        EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(bad), 0);
+        EXPECT_TRUE(CForms(bad, true).GetForms().empty());
+    }
+}
+
+TEST_F(PrinterTest, TheDriversFilesAreListedByKindInLowerCase) {
+    const CXString main = PrintDriver().GetDriverFiles(handle_, 1, CXString());
+    const CXString dependent = PrintDriver().GetDriverFiles(handle_, 8, CXString());
+    EXPECT_NE(main.Find(W("office8430.toml\n")), -1);
+    EXPECT_EQ(main.Find(W("mvwfwuc0.dll")), -1);
+    EXPECT_NE(dependent.Find(W("mvwfwuc0.dll\n")), -1);
+    EXPECT_EQ(PrintDriver().GetDriverFiles(handle_, 9, CXString()), main + dependent);
+    const CXString one = PrintDriver().GetDriverFiles(handle_, 9, W("mvWFwuC0"));
+    EXPECT_NE(one.Find(W("mvwfwuc0.dll")), -1);
+    EXPECT_EQ(one.Find(W("mvutil")), -1);
+}
+
+TEST_F(PrinterTest, AReadableDataFileCompletesAnInstallation) {
+    EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(handle_), PrintDriver::kInstallationComplete);
+    EXPECT_EQ(PrintDriver().GetDriverCapability(handle_, 1984), 1u);
+    EXPECT_EQ(PrintDriver().GetDriverCapability(handle_, 1), 0u);
+    // A private copy of the product, then damaged.
+    const std::filesystem::path file = std::filesystem::temp_directory_path() /
+                                       ("mvproduct-" + std::to_string(GetCurrentProcessId())) / "own" / "own.toml";
+    std::filesystem::create_directories(file.parent_path());
+    const std::filesystem::path source = ProductFile(kOffice);
+    std::filesystem::copy(source.parent_path(), file.parent_path());
+    std::filesystem::rename(file.parent_path() / source.filename(), file);
+    std::filesystem::copy_file(source.parent_path().parent_path() / "strings.toml",
+                               file.parent_path().parent_path() / "strings.toml");
+    {
+        const TestPrinter own(W("Own"), file);
+        EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), 4);
+        std::ofstream(file) << "model = 5\n";
+        EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), 3);
+        EXPECT_EQ(PrintDriver().GetDriverCapability(own.GetHandle(), 1984), 0u);
+    }
+    std::filesystem::remove_all(file.parent_path().parent_path());
+}
+
+TEST_F(PrinterTest, FormsAreNumberedFromOneInTheSpoolersOrder) {
+    WCHAR name[] = W("A User's Form");
+    FORM_INFO_1W form = {};
+    form.Flags = FORM_USER;
+    form.pName = name;
+    form.Size = {100000, 70000};
+    form.ImageableArea = {0, 0, 100000, 70000};
+    ASSERT_TRUE(AddFormW(handle_, 1, reinterpret_cast<LPBYTE>(&form)));
+
+    const CForms all(handle_, true);
+    const CForms tall(handle_, false);
+    ASSERT_GT(all.GetForms().size(), 100u);
+    for (std::size_t index = 0; index < all.GetForms().size(); ++index)
+        ASSERT_EQ(all.GetForms()[index].formIndex, index + 1);
+    const _MVN_FORM_INFO* const a4 = all.GetFormW(W("a4"));
+    ASSERT_NE(a4, nullptr);
+    EXPECT_EQ(a4->formIndex, 9) << "a built-in form's number is its paper number";
+    EXPECT_EQ(a4->width, 210000);
+    EXPECT_EQ(a4->length, 297000);
+    EXPECT_EQ(a4->isUserForm, 0u);
+    EXPECT_EQ(all.GetFormW(WORD(9)), a4);
+    EXPECT_EQ(all.GetFormW(WORD(0)), nullptr);
+    const _MVN_FORM_INFO* const own = all.GetFormW(name);
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(own->isUserForm, 1u);
+    EXPECT_EQ(tall.GetFormW(name), nullptr) << "wider than long";
+    ASSERT_NE(tall.GetFormW(W("A4")), nullptr);
+    EXPECT_EQ(tall.GetFormW(W("A4"))->formIndex, 9) << "leaving forms out moves no number";
+}
+
+TEST(OperatingSystem, FollowsTheUsersConventions) {
+    const TestStore store;
+    struct Row {
+        const WCHAR *paper, *measure;
+        bool english, metric;
+    };
+    const Row rows[] = {{W("1"), W("1"), true, false},
+                        {W("5"), W("0"), true, true},
+                        {W("9"), W("0"), false, true},
+                        {W("8"), W("1"), false, false}};
+    for (const Row& row : rows) {
+        UniqueKey key;
+        ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, W("Control Panel\\International"), 0, nullptr, 0, KEY_WRITE,
+                                  nullptr, key.Put(), nullptr),
+                  ERROR_SUCCESS);
+        const auto set = [&](const WCHAR* name, const WCHAR* text) {
+            RegSetValueExW(key.Get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), 2 * sizeof(WCHAR));
+        };
+        set(W("iPaperSize"), row.paper);
+        set(W("iMeasure"), row.measure);
+        EXPECT_EQ(OperatingSystem::UseEnglishPaperSizes(), row.english) << CXString(row.paper).ToUtf8();
+        EXPECT_EQ(OperatingSystem::IsMetricCountry(), row.metric) << CXString(row.measure).ToUtf8();
+    }
+}
+
+TEST(MorvaneUtilities, SplitsPaths) {
+    EXPECT_EQ(MorvaneUtilities::getPathFromFileName(W("C:\\a\\b.dll")), W("C:\\a\\"));
+    EXPECT_EQ(MorvaneUtilities::getPathFromFileName(W("a/b.dll")), W("a/"));
+    EXPECT_EQ(MorvaneUtilities::getPathFromFileName(W("b.dll")), W(""));
+    EXPECT_NE(MorvaneUtilities::getModulePath(nullptr).Find(W("libraries_test")), -1);
+    EXPECT_TRUE(MorvaneUtilities::getModulePath(reinterpret_cast<HMODULE>(0x10)).IsEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,160 @@
+// What the libraries take from a printer's product: texts, device settings, and the workflow object's answers.
+#include <support/printerfixture.h>
+
+#include <mvutil/crc32.h>
+#include <mvutil/datacache.h>
+#include <mvutil/devicesettings.h>
+#include <mvutil/operatingsystem.h>
+#include <mvutil/persistentattributes.h>
+#include <mvutil/textresources.h>
+#include <workflow/workflowlibrary.h>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <thread>
+
+namespace {
+
+class ProductTest : public testing::Test {
+protected:
+    ~ProductTest() override { TextResourceLoader::Initialize(nullptr, false); }
+
+    TestStore store_;
+    TestPrinter office_{kOffice, W("Office")};
+    TestPrinter script_{kScript, W("Script")};
+};
+
+// The unloaded state of a value is told apart from false and 0.
+std::optional<bool> BooleanOf(DeviceSettingsManager& settings, DWORD feature) {
+    bool value = false;
+    if (!settings.GetBooleanValueFromAttributeBytes(feature, value)) return std::nullopt;
+    return value;
+}
+std::optional<LONG> IntegerOf(DeviceSettingsManager& settings, DWORD feature) {
+    LONG value = 0;
+    if (!settings.GetIntegerValueFromAttributeBytes(feature, value)) return std::nullopt;
+    return value;
+}
+
+TEST_F(ProductTest, EachThreadHasTheTextsOfItsOwnProduct) {
+    const TestPrinter press(kPress, W("Press"));
+    const ProductStringLoader loader(8430);
+    EXPECT_TRUE(loader.LoadStringW(264).IsEmpty()) << "no product was given yet";
+    std::thread other([&] {
+        for (int round = 0; round < 100; ++round) {
+            TextResourceLoader::Initialize(round % 2 ? script_.GetHandle() : press.GetHandle(), false);
+            EXPECT_EQ(loader.LoadStringW(264), round % 2 ? W("Automatic") : W("Press Automatic"));
+        }
+    });
+    for (int round = 0; round < 100; ++round) {
+        TextResourceLoader::Initialize(office_.GetHandle(), round % 2 != 0);
+        EXPECT_EQ(loader.LoadStringW(264), W("Automatic"));
+    }
+    other.join();
+    EXPECT_TRUE(loader.LoadStringW(1).IsEmpty());
+    TextResourceLoader::Initialize(INVALID_HANDLE_VALUE, false);
+    EXPECT_TRUE(loader.LoadStringW(264).IsEmpty());
+}
+
+TEST_F(ProductTest, SomeProgramsAreNotOfferedTheCustomSize) {
+    struct Row {
+        HANDLE printer;
+        const WCHAR* program;
+        bool removed;
+    };
+    const Row rows[] = {{office_.GetHandle(), W("FormLetter.EXE"), true},
+                        {office_.GetHandle(), W("editor.exe"), false},
+                        {script_.GetHandle(), W("formletter.exe"), false},
+                        {nullptr, W("formletter.exe"), false}};
+    for (const Row& row : rows) {
+        TextResourceLoader::Initialize(row.printer, false);
+        Application::SetExecutableName(row.program);
+        EXPECT_EQ(Application::DoesApplicationNeedCustomSizeRemovedFromPrintCapabilitiesXml(), row.removed);
+    }
+    Application::SetExecutableName(CXString());
+}
+
+TEST_F(ProductTest, TheLibraryHasTextsOfItsOwn) {
+    for (const DWORD id : {103u, 10133u, 11103u, 11104u, 31591u, 32009u})
+        EXPECT_FALSE(TextResourceLoader::LoadStringW(id).IsEmpty()) << id;
+    EXPECT_TRUE(TextResourceLoader::LoadStringW(1).IsEmpty());
+    CXString text;
+    text.Format(TextResourceLoader::LoadStringW(11103), 600, 1200);
+    EXPECT_EQ(text, W("600 x 1200 dpi"));
+}
+
+TEST_F(ProductTest, StoredSettingsGoOverTheProducts) {
+    DeviceSettingsManager office{Printer(office_.GetHandle())};
+    DeviceSettingsManager script{Printer(script_.GetHandle())};
+    EXPECT_EQ(BooleanOf(office, 720), true);
+    EXPECT_EQ(BooleanOf(script, 720), false);
+    EXPECT_EQ(IntegerOf(office, 422), 423);
+    EXPECT_EQ(IntegerOf(office, 546), std::nullopt);
+    ByteBuffer data, again, stored;
+    DWORD check = 0, checkAgain = 0;
+    ASSERT_TRUE(office.GetDeviceSettingsDataFromStorage(data, check));
+    ASSERT_TRUE(
+        DeviceSettingsManager(Printer(office_.GetHandle())).GetDeviceSettingsDataFromStorage(again, checkAgain));
+    EXPECT_FALSE(data.isEmpty());
+    EXPECT_EQ(data, again);
+    EXPECT_EQ(check, checkAgain);
+
+    AttributeBytesRawList list;
+    list.Append(AttributeBytesFeatureId(720), AttributeBytesBooleanValue(false));
+    list.Append(AttributeBytesFeatureId(239), AttributeBytesStringValue(W("here")));
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
+    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
+    attributes.SetAttributeBytesNameSpaces(nameSpaces);
+    attributes.GetPersistentAttributesState(stored);
+    DataCache cache(office_.GetHandle(), office_.GetCacheKey(), 0, true);
+    ASSERT_TRUE(cache.SetCachedValue(W("XDeviceSettings"), stored, false));
+    DeviceSettingsManager overlaid{Printer(office_.GetHandle())};
+    EXPECT_EQ(BooleanOf(overlaid, 720), false);
+    EXPECT_EQ(IntegerOf(overlaid, 422), 423);
+    CXString text;
+    EXPECT_TRUE(overlaid.GetStringValueFromAttributeBytes(239, text));
+    EXPECT_EQ(text, W("here"));
+    ASSERT_TRUE(overlaid.GetDeviceSettingsDataFromStorage(again, checkAgain));
+    EXPECT_NE(check, checkAgain);
+
+    cache.SetCachedValue(W("XDeviceSettings"), ByteBuffer("damaged", 7), false);
+    DeviceSettingsManager damaged{Printer(office_.GetHandle())};
+    EXPECT_EQ(BooleanOf(damaged, 720), true) << "bytes that are no image count as none";
+    DeviceSettingsManager unknown{Printer(INVALID_HANDLE_VALUE)};
+    EXPECT_EQ(BooleanOf(unknown, 720), std::nullopt);
+    EXPECT_FALSE(unknown.GetDeviceSettingsDataFromStorage(data, check));
+}
+
+TEST_F(ProductTest, EachWorkflowLibraryTellsTheProductOfItsPrinter) {
+    for (const char* file : {"mvwftuC0.dll", "mvwfwuC0.dll", "mvwfuvC0.dll"}) {
+        SCOPED_TRACE(file);
+        const UniqueModule library(LoadLibraryExW((ProgramFolder() / file).make_preferred().string<WCHAR>().c_str(),
+                                                  nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+        ASSERT_TRUE(library);
+        const auto find = [&](const char* name) {
+            return reinterpret_cast<void (*)()>(GetProcAddress(library.Get(), name));
+        };
+        const auto get = reinterpret_cast<GetWorkflowObjectFunction>(find(kGetWorkflowObjectExport));
+        const auto release = reinterpret_cast<ReleaseWorkflowObjectFunction>(find(kReleaseWorkflowObjectExport));
+        ASSERT_TRUE(get && release);
+        MvWorkflow* const workflow = get(nullptr);
+        ASSERT_NE(workflow, nullptr);
+        const ProductData& product = *workflow->GetWorkflowProductData();
+        EXPECT_EQ(product.GetControllerFamily(), 5001u);
+        workflow->SetPrinterHandle(script_.GetHandle());
+        EXPECT_EQ(product.GetControllerFamily(), 8432u);
+        EXPECT_EQ(product.GetInfo(ProductData::kInfoColorCapability), W("Color"));
+        EXPECT_TRUE(product.GetInfo(99).IsEmpty());
+        EXPECT_NE(product.GetPath(ProductData::kPathMarginFile).Find(W("margin.ini")), -1);
+        EXPECT_TRUE(product.GetPath(99).IsEmpty());
+        EXPECT_FALSE(product.GetModelName().IsEmpty());
+        workflow->SetPrinterHandle(INVALID_HANDLE_VALUE);
+        EXPECT_EQ(product.GetControllerFamily(), 5001u);
+        EXPECT_TRUE(product.GetModelName().IsEmpty());
+        release(workflow);
+    }
+}
+
+}  // namespace

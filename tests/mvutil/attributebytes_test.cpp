@@ -1,0 +1,233 @@
+// Attribute lists and their byte image, whole and damaged.
+#include <mvutil/persistentattributes.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+using Id = AttributeBytesFeatureId;
+
+AttributeBytesRawList ListOf(std::initializer_list<AttributeBytesRawList::Item> items) {
+    AttributeBytesRawList list;
+    for (const auto& [feature, value] : items) list.Append(feature, value);
+    return list;
+}
+
+// One value of every kind, with two levels of collections.
+AttributeBytesRawList EveryKind() {
+    const AttributeBytesRawList media =
+        ListOf({{Id(175), AttributeBytesOptionValue(AttributeBytesValueId(6801), true)}});
+    return ListOf({{Id(286), AttributeBytesBooleanValue(true)},
+                   {Id(12), AttributeBytesIntegerValue(-40000)},
+                   {Id(175), AttributeBytesOptionValue(AttributeBytesValueId(5001), false)},
+                   {Id(176), AttributeBytesOptionValue(AttributeBytesNewValueId(W("My \u20AC paper")), true)},
+                   {Id(300), AttributeBytesStringValue(CXString())},
+                   {Id(301), AttributeBytesDataBlobValue(ByteBuffer("\0\1\2", 3))},
+                   {Id(477), AttributeBytesListValue(1, ListOf({{Id(210), AttributeBytesListValue(0, media)}}))}});
+}
+
+ByteBuffer ImageOf(const std::vector<std::pair<DWORD, AttributeBytesRawList>>& lists) {
+    AttributeBytesNameSpaces nameSpaces;
+    for (const auto& [id, list] : lists) nameSpaces.SetNameSpaceAttributes(id, list);
+    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
+    attributes.SetAttributeBytesNameSpaces(nameSpaces);
+    ByteBuffer image;
+    attributes.GetPersistentAttributesState(image);
+    return image;
+}
+
+std::map<DWORD, AttributeBytesRawList> ListsOf(const ByteBuffer& image) {
+    return PersistentAttributes(image, false, nullptr).GetNameSpaces().GetNameSpaces();
+}
+
+std::size_t CountOf(const ByteBuffer& image) { return ListsOf(image).size(); }
+
+constexpr DWORD kHeaderBytes = 10;  // of an image: mark, version, unpacked length
+
+TEST(AttributeLists, ReadBackByFeatureAndKind) {
+    AttributeBytesIndexedList list;
+    list.ImportFromRawList(EveryKind());
+    bool boolean = false;
+    LONG integer = 0;
+    DWORD option = 0;
+    CXString text(W("kept"));
+    ByteBuffer blob;
+    EXPECT_TRUE(list.GetBooleanValue(Id(286), boolean) && boolean);
+    EXPECT_TRUE(list.GetIntegerValue(Id(12), integer) && integer == -40000);
+    EXPECT_TRUE(list.GetOptionValue(Id(175), option) && option == 5001);
+    EXPECT_TRUE(list.GetDataBlobValue(Id(301), blob) && blob.getDword() == 3);
+    EXPECT_FALSE(list.GetStringValue(Id(176), text));
+    EXPECT_FALSE(list.GetOptionValue(Id(176), option));
+    EXPECT_FALSE(list.GetIntegerValue(Id(286), integer));
+    EXPECT_EQ(text, W("kept"));
+    EXPECT_TRUE(list.GetOptionValueOrNewId(Id(176), option, text));
+    EXPECT_EQ(option, 0u);
+    EXPECT_EQ(text, W("My \u20AC paper"));
+    EXPECT_TRUE(list.GetOptionValueOrNewId(Id(175), option, text));
+    EXPECT_EQ(option, 5001u);
+    EXPECT_TRUE(text.IsEmpty());
+    EXPECT_TRUE(list.GetStringValue(Id(300), text));
+    EXPECT_FALSE(list.Find(Id(175))->IsSet());
+}
+
+TEST(AttributeLists, CollectionsAreCopiesAndGoBackAsValues) {
+    AttributeBytesIndexedList list, outer, inner;
+    list.ImportFromRawList(EveryKind());
+    ASSERT_TRUE(list.GetCollection(Id(477), outer) && outer.GetCollection(Id(210), inner));
+    inner.SetAttributeBytes(Id(175), AttributeBytesOptionValue(AttributeBytesValueId(6803), true));
+    EXPECT_EQ(list.Find(Id(477))->GetList(), EveryKind().GetItems().back().second.GetList());
+    AttributeBytesRawList raw;
+    raw.ImportFromIndexedList(inner);
+    outer.SetAttributeBytes(Id(210), AttributeBytesListValue(1, raw));
+    DWORD option = 0;
+    ASSERT_TRUE(outer.GetCollection(Id(210), outer) && outer.GetOptionValue(Id(175), option));
+    EXPECT_EQ(option, 6803u);
+    EXPECT_FALSE(list.GetCollection(Id(286), outer));
+    EXPECT_TRUE(outer.IsEmpty());
+    EXPECT_TRUE(list.RemoveAttributeBytes(Id(477)));
+    EXPECT_FALSE(list.RemoveAttributeBytes(Id(477)));
+}
+
+TEST(AttributeLists, TheFirstOfTwoCountsAndTheOrderAscends) {
+    AttributeBytesIndexedList list;
+    list.ImportFromRawList(ListOf({{Id(9), AttributeBytesIntegerValue(1)},
+                                   {Id(3), AttributeBytesIntegerValue(2)},
+                                   {Id(9), AttributeBytesIntegerValue(3)}}));
+    AttributeBytesRawList raw;
+    raw.ImportFromIndexedList(list);
+    EXPECT_EQ(raw, ListOf({{Id(3), AttributeBytesIntegerValue(2)}, {Id(9), AttributeBytesIntegerValue(1)}}));
+}
+
+TEST(AttributeLists, TellTheDebuggerWhatTheyHold) {
+    AttributeBytesIndexedList list;
+    list.ImportFromRawList(EveryKind());
+    EXPECT_EQ(list.GetDumpText(true).ToUtf8(),
+              "12: integer -40000\n175: option 5001 (automatic)\n176: option \"My \xE2\x82\xAC paper\"\n"
+              "286: boolean true\n300: text \"\"\n301: data of 3 bytes\n477: list of 1\n  210: list of 1\n"
+              "    175: option 6801\n");
+}
+
+TEST(AttributeListBytes, NestNoDeeperThanAllowed) {
+    AttributeBytesRawList list = ListOf({{Id(1), AttributeBytesBooleanValue(true)}});
+    while (list.GetDepth() < AttributeBytesRawList::kMaximumDepth)
+        list = ListOf({{Id(1), AttributeBytesListValue(1, list)}});
+    EXPECT_THROW(AttributeBytesListValue(1, list), std::invalid_argument);
+    ByteBuffer bytes;
+    list.Encode(bytes);
+    AttributeBytesRawList decoded;
+    EXPECT_TRUE(decoded.Decode(bytes.getLpbyte(), bytes.getDword()));
+    EXPECT_EQ(decoded, list);
+    ByteBuffer bomb;
+    for (int level = 0; level < 100000; ++level) bomb.appendLpbyte("\1\0\0\0\1\0\0\0\6\1", 10);  // one item: a list
+    bomb.append(bytes);
+    EXPECT_FALSE(decoded.Decode(bomb.getLpbyte(), bomb.getDword()));
+    EXPECT_TRUE(decoded.IsEmpty());
+}
+
+TEST(AttributeListBytes, AreAListWholeOrNotAtAll) {
+    const AttributeBytesRawList list = EveryKind();
+    ByteBuffer bytes;
+    list.Encode(bytes);
+    AttributeBytesRawList decoded;
+    for (DWORD length = 0; length < bytes.getDword(); ++length) {
+        EXPECT_FALSE(decoded.Decode(bytes.getLpbyte(), length)) << length;
+    }
+    for (DWORD at = 0; at < bytes.getDword(); ++at) {
+        for (const BYTE mask : {0x01, 0x80, 0xFF}) {
+            ByteBuffer damaged = bytes;
+            damaged.getLpbyte()[at] ^= mask;
+            ByteBuffer again;
+            if (decoded.Decode(damaged.getLpbyte(), damaged.getDword())) {
+                decoded.Encode(again);  // what was taken for a list is one, bit for bit
+                EXPECT_EQ(again, damaged) << at;
+            } else {
+                EXPECT_TRUE(decoded.IsEmpty());
+            }
+        }
+    }
+    bytes.appendLpbyte("", 1);
+    EXPECT_FALSE(decoded.Decode(bytes.getLpbyte(), bytes.getDword()));
+}
+
+TEST(PersistentAttributes, KeepTheListsOfEveryNameSpace) {
+    const DWORD documents = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+    const DWORD capabilities = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
+    EXPECT_NE(documents, capabilities);
+    const ByteBuffer image = ImageOf({{documents, EveryKind()}, {capabilities, {}}});
+    EXPECT_EQ(image, ImageOf({{capabilities, {}}, {documents, EveryKind()}}));
+    const PersistentAttributes attributes(image, false, nullptr);
+    AttributeBytesRawList list;
+    attributes.GetAttributeBytesListForNameSpace(documents, list);
+    EXPECT_EQ(list, EveryKind());
+    attributes.GetAttributeBytesListForNameSpace(77, list);
+    EXPECT_TRUE(list.IsEmpty());
+    EXPECT_EQ(CountOf(image), 2u);
+    EXPECT_EQ(CountOf(ImageOf({})), 0u);
+}
+
+TEST(PersistentAttributes, ADamagedImageHoldsNothing) {
+    const ByteBuffer image = ImageOf({{1, EveryKind()}, {2, {}}});
+    for (DWORD length = 0; length < image.getDword(); ++length) {
+        EXPECT_EQ(CountOf(ByteBuffer(image.getLpbyte(), length)), 0u) << length;
+    }
+    for (DWORD at = 0; at < image.getDword(); ++at) {
+        for (int bit = 0; bit < 8; ++bit) {
+            ByteBuffer damaged = image;
+            damaged.getLpbyte()[at] ^= static_cast<BYTE>(1 << bit);
+            // A bit that the packing does not use may change; nothing that is read may.
+            const auto lists = ListsOf(damaged);
+            EXPECT_TRUE(lists.empty() || (at >= kHeaderBytes && lists == ListsOf(image))) << at << "," << bit;
+        }
+    }
+    ByteBuffer longer = image;
+    longer.appendLpbyte("", 1);
+    EXPECT_EQ(CountOf(longer), 0u);
+}
+
+TEST(PersistentAttributes, UnpackNoMoreThanTheirBound) {
+    const auto blobOf = [](std::size_t length) {
+        ByteBuffer zeros;
+        zeros.resize(length);
+        return ListOf({{Id(1), AttributeBytesDataBlobValue(zeros)}});
+    };
+    constexpr std::size_t kAroundBlob = 4 + 8 + 4 + 10;  // counts, lengths, ids
+    const std::size_t largest = PersistentAttributes::kMaximumUnpackedBytes - kAroundBlob;
+    ByteBuffer image = ImageOf({{1, blobOf(largest)}});
+    EXPECT_LT(image.getDword(), 5400u);
+    EXPECT_EQ(CountOf(image), 1u);
+    EXPECT_THROW(ImageOf({{1, blobOf(largest + 1)}}), std::length_error);
+    image.getLpbyte()[6] = 1;  // claims one byte more than the bound, then one less than there is
+    EXPECT_EQ(CountOf(image), 0u);
+    const BYTE less[] = {0xFF, 0xFF, 0x0F, 0x00};
+    std::copy(std::begin(less), std::end(less), image.getLpbyte() + 6);
+    EXPECT_EQ(CountOf(image), 0u);
+}
+
+TEST(Readers, AskTheirDocumentList) {
+    struct Reader final : AttributeBytesReader {
+        AttributeBytesIndexedList* GetDocPropAttributeBytesIndexedList() override { return list; }
+        void OnPrivateDataCommitted() override {}
+        AttributeBytesIndexedList* GetAttributeBytesIndexedList(const AttributeBytesNameSpaceId&) override {
+            return list;
+        }
+        AttributeBytesIndexedList* GetAttributeBytesIndexedList(DWORD) override { return list; }
+        AttributeBytesIndexedList* list = nullptr;
+    } reader;
+    LONG value = 5;
+    EXPECT_FALSE(reader.GetIntegerValueFromAttributeBytes(12, value));
+    AttributeBytesIndexedList list;
+    list.ImportFromRawList(EveryKind());
+    reader.list = &list;
+    DWORD option = 0;
+    EXPECT_FALSE(reader.GetIntegerValueFromAttributeBytes(175, value));
+    EXPECT_EQ(value, 5);
+    EXPECT_TRUE(reader.GetIntegerValueFromAttributeBytes(12, value) && value == -40000);
+    EXPECT_TRUE(reader.GetOptionValueFromAttributeBytes(175, option) && option == 5001);
+}
+
+}  // namespace

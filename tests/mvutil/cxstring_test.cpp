@@ -1,0 +1,128 @@
+// CXString: formatting, edits, and the way to and from UTF-8.
+#include <mvutil/morvaneutilities.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <stdexcept>
+
+namespace {
+
+template <class... Arguments>
+std::string Formatted(const WCHAR* format, const Arguments&... arguments) {
+    return MorvaneUtilities::SafeFormatString(format, arguments...).ToUtf8();
+}
+
+TEST(Formatting, WritesWhatPrintfWould) {
+    EXPECT_EQ(Formatted(W("100%%")), "100%");
+    EXPECT_EQ(Formatted(W("%d|%i|%5d|%-5d|%05d|%+d|% d|%.3d"), 7, -7, 42, 42, -42, 3, 3, 5),
+              "7|-7|   42|42   |-0042|+3| 3|005");
+    EXPECT_EQ(Formatted(W("[%.0d]%3.0u"), 0, 0u), "[]   ");
+    EXPECT_EQ(Formatted(W("%I64d %lld %ld"), std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}, LONG{5}),
+              "-9223372036854775808 -1 5");
+    EXPECT_EQ(Formatted(W("%f|%.2f|%8.1f|%-8.1f|%08.3f|%.0f"), 1.5, 2.345, -0.25, 3.0, -1.5, 1e22),
+              "1.500000|2.35|    -0.2|3.0     |-001.500|10000000000000000000000");
+    EXPECT_EQ(Formatted(W("%05f"), std::numeric_limits<double>::infinity()), "  inf");
+    EXPECT_EQ(Formatted(W("%c%c"), W('x'), 0x20AC), "x\xE2\x82\xAC");
+    EXPECT_EQ(Formatted(W("xmlns:%s='%s'"), CXString("psf"), W("uri")), "xmlns:psf='uri'");
+    EXPECT_EQ(Formatted(W("[%5s][%-5s][%.2s][%s]"), W("ab"), W("ab"), W("abc"), static_cast<const WCHAR*>(nullptr)),
+              "[   ab][ab   ][ab][]");
+    EXPECT_EQ(Formatted(W("%p"), reinterpret_cast<const void*>(std::uintptr_t{0xAB})), "00000000000000AB");
+    EXPECT_EQ(MorvaneUtilities::SafeFormatString("%s%u", W("CustomType_"), DWORD{0xFFFFFFFF}).ToUtf8(),
+              "CustomType_4294967295");
+}
+
+TEST(Formatting, ShowsIntegersInTheirOwnWidth) {
+    EXPECT_EQ(Formatted(W("%08X %x %u"), static_cast<HRESULT>(0x80004005), std::int16_t{-1}, std::int8_t{-1}),
+              "80004005 ffff 255");
+    EXPECT_EQ(Formatted(W("%d %d %d"), DWORD{0xFFFFFFFF}, WORD{0xFFFF}, true), "-1 65535 1");
+    EXPECT_EQ(Formatted(W("%u"), std::uint64_t{0xFFFFFFFFFFFFFFFF}), "18446744073709551615");
+}
+
+TEST(Formatting, ReadsNoFurtherThanThePrecision) {
+    const WCHAR field[3] = {W('a'), W('b'), W('c')};  // without a terminator, as in fixed records
+    EXPECT_EQ(Formatted(W("%.3s"), static_cast<const WCHAR*>(field)), "abc");
+}
+
+TEST(Formatting, RefusesWhatDoesNotFitAndKeepsTheText) {
+    const FormatArgument integer(1);
+    const FormatArgument real(1.0);
+    const FormatArgument text(W("x"));
+    const struct {
+        const WCHAR* format;
+        const FormatArgument& argument;
+        std::size_t count;
+    } cases[] = {{W("%s"), integer, 1},  {W("%d"), text, 1},       {W("%f"), integer, 1},   {W("%u"), real, 1},
+                 {W("%p"), text, 1},     {W("%c"), text, 1},       {W("%d"), integer, 0},   {W("%d%d"), integer, 1},
+                 {W("%"), integer, 1},   {W("%5"), integer, 1},    {W("%n"), integer, 1},   {W("%*d"), integer, 1},
+                 {W("%4097d"), text, 1}, {W("%.99999f"), real, 1}, {W("%I32d"), integer, 1}};
+    for (const auto& item : cases) {
+        CXString kept(W("kept"));
+        EXPECT_THROW(kept.FormatList(item.format, &item.argument, item.count), std::invalid_argument)
+            << CXString(item.format).ToUtf8();
+        EXPECT_EQ(kept.ToUtf8(), "kept");
+    }
+}
+
+TEST(Formatting, TakesItsOwnTextAsAnArgument) {
+    CXString text(W("inner"));
+    text.Format(W("<%s>"), text);
+    EXPECT_EQ(text.ToUtf8(), "<inner>");
+}
+
+TEST(CXStringEdits, CutCountsToTheText) {
+    const CXString text(W("abcabc"));
+    EXPECT_EQ(text.Left(99) + text.Left(-1), text);
+    EXPECT_EQ(text.Mid(4) + text.Mid(9) + text.Mid(-3, 1) + text.Mid(1, 2), W("bcabc"));
+    EXPECT_EQ(text.Find(W("ca")), 2);
+    EXPECT_EQ(text.Find(W('a'), 1), 3);
+    EXPECT_EQ(text.Find(W("abc"), 7), -1);
+    EXPECT_EQ(text.Find(W('a'), -1), -1);
+    CXString edited = text;
+    EXPECT_EQ(edited.Replace(W("bc"), W("bcbc")), 2);
+    EXPECT_EQ(edited.Replace(CXString(), W("x")), 0);
+    EXPECT_EQ(edited.Delete(1, 4), 6);
+    EXPECT_EQ(edited.Delete(4, 99), 4);
+    EXPECT_EQ(edited.Delete(4), 4);
+    EXPECT_EQ(edited, W("aabc"));
+    EXPECT_EQ(edited + W('/') + W("x"), W("aabc/x"));
+}
+
+TEST(CXStringEdits, CompareAndFoldAsciiAndLatin1) {
+    EXPECT_LT(CXString(W("a")).Compare(W("b")), 0);
+    EXPECT_GT(CXString(W("\uFF01")).Compare(W("\u00E9")), 0);
+    EXPECT_EQ(CXString().Compare(nullptr), 0);
+    EXPECT_EQ(CXString(W("Excel.EXE\u00C9")).CompareNoCase(W("excel.exe\u00E9")), 0);
+    EXPECT_NE(CXString(W("\u00D7")).CompareNoCase(W("\u00F7")), 0);  // the signs of multiplication and division
+    EXPECT_GT(CXString(W("ab")).CompareNoCase(W("A")), 0);
+    CXString text("\xC0Z\xDF");
+    text.MakeLower();
+    EXPECT_EQ(text, W("\u00E0z\u00DF"));
+    EXPECT_TRUE(CXString(W("0129")).IsContainNumericCharsOnly());
+    EXPECT_FALSE(CXString(W("1\u0661")).IsContainNumericCharsOnly());
+    EXPECT_FALSE(CXString().IsContainNumericCharsOnly());
+}
+
+TEST(Utf8, GoesBothWaysAndReplacesWhatIsMalformed) {
+    const CXString all(W("A\u00E9\u20AC\U0001F5A8"));
+    EXPECT_EQ(all.ToUtf8(), "A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x96\xA8");
+    EXPECT_EQ(CXString::FromUtf8(all.ToUtf8()), all);
+    const WCHAR lone[] = {0xD800, W('a'), 0xDC00, 0xD83D};
+    EXPECT_EQ(CXString(lone, 4).ToUtf8(),
+              "\xEF\xBF\xBD"
+              "a"
+              "\xEF\xBF\xBD\xEF\xBF\xBD");
+    const struct {
+        const char* bytes;
+        const WCHAR* text;
+    } malformed[] = {{"\xC0\xAF", W("\uFFFD\uFFFD")},  // overlong
+                     {"\xE0\x80z", W("\uFFFD\uFFFDz")},
+                     {"\xED\xA0\x80", W("\uFFFD\uFFFD\uFFFD")},  // a surrogate
+                     {"\xF4\x90\x80\x80", W("\uFFFD\uFFFD\uFFFD\uFFFD")},
+                     {"\xE2\x82q", W("\uFFFDq")},  // cut short
+                     {"\xF0\x9F\x96", W("\uFFFD")},
+                     {"\xFF", W("\uFFFD")}};
+    for (const auto& item : malformed) EXPECT_EQ(CXString::FromUtf8(item.bytes), item.text) << item.bytes;
+}
+
+}  // namespace
