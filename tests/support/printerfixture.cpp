@@ -1,0 +1,38 @@
+// The shared fixture of tests that need a printer.
+#include <support/printerfixture.h>
+
+#include <spooler/printerinstall.h>
+#include <store.h>
+
+#include <mvutil/morvaneutilities.h>
+#include <mvutil/printer.h>
+#include <winspool.h>
+
+#include <stdexcept>
+
+std::filesystem::path ProgramFolder() {
+    CXString folder = MorvaneUtilities::getPathFromFileName(MorvaneUtilities::getModulePath(nullptr));
+    folder.Replace(W("\\"), W("/"));
+    return std::filesystem::path(folder.AsWideString());
+}
+
+std::filesystem::path ProductFile(const std::string& product) {
+    return ProgramFolder() / "products" / product / (product + ".toml");
+}
+
+TestStore::TestStore() { OpenStore(":memory:"); }
+TestStore::~TestStore() { CloseStore(); }
+
+TestPrinter::TestPrinter(const std::string& product, const WCHAR* name) : TestPrinter(name, ProductFile(product)) {}
+
+TestPrinter::TestPrinter(const WCHAR* name, const std::filesystem::path& productFile) : name_(name) {
+    InstallPrinter(name_.AsWideString(), productFile, {});
+    if (!OpenPrinterW(const_cast<WCHAR*>(name_.GetString()), &handle_, nullptr))
+        throw std::runtime_error("the test printer does not open");
+}
+
+TestPrinter::~TestPrinter() { ClosePrinter(handle_); }
+
+CXString TestPrinter::GetCacheKey() const {
+    return MorvaneUtilities::ConvertPortNameToRegistryKey(Printer(handle_).GetPrinterPort());
+}
