@@ -1,0 +1,78 @@
+// Text and lookup helpers shared by the Print Schema document classes; nobody else includes them.
+#pragma once
+
+#include <mvutil/cxstring.h>
+#include <throwscheme.h>
+
+#include <bstr.h>
+#include <comptr.h>
+#include <msxml2.h>
+
+// The text; a null one is empty.
+inline WideStringView ViewOf(const WCHAR* text) noexcept { return text ? WideStringView(text) : WideStringView(); }
+inline bool IsEmpty(const WCHAR* text) noexcept { return !text || !*text; }
+
+// A new text of both, one after the other.
+inline Bstr Join(WideStringView left, WideStringView right) {
+    WideString text;
+    text.reserve(left.size() + right.size());
+    text.append(left).append(right);
+    return Bstr(text);
+}
+
+// Integers as documents hold them.
+inline CXString FormatInteger(LONG value) {
+    CXString text;
+    text.Format(W("%i"), value);
+    return text;
+}
+inline CXString FormatUnsignedInteger(ULONG value) {
+    CXString text;
+    text.Format(W("%u"), value);
+    return text;
+}
+
+// A new copy; lack of memory is the method's own failure, E_OUTOFMEMORY.
+inline Bstr CopyText(const ComChecks& checks, WideStringView text, LONG line = __builtin_LINE()) {
+    Bstr copy;
+    *copy.Put() = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+    checks.Require(copy.Get() != nullptr, E_OUTOFMEMORY, line);
+    return copy;
+}
+
+// Throws the failure of a lookup; else says whether it found anything.
+template <class T>
+bool Found(const ComChecks& checks, HRESULT hr, const ComPtr<T>& result, LONG line = __builtin_LINE()) {
+    return checks.Succeeds(hr, line) != S_FALSE && result;
+}
+
+// The object's other interface, which it must have.
+template <class U, class T>
+ComPtr<U> QueryFor(const ComChecks& checks, T* object, REFIID iid, LONG line = __builtin_LINE()) {
+    ComPtr<U> other;
+    checks.Succeeds(object->QueryInterface(iid, other.PutVoid()), line);
+    return other;
+}
+
+// The node's typed value as text. MSXML gives other than text only to values of its own data types.
+inline Bstr GetTypedValue(const ComChecks& checks, IXMLDOMNode* node, LONG line = __builtin_LINE()) {
+    Variant value;
+    checks.Succeeds(node->get_nodeTypedValue(value.Put()), line);
+    if (value.IsText()) return CopyText(checks, value.Text(), line);
+    Bstr text;
+    checks.Succeeds(node->get_text(text.Put()), line);
+    return text;
+}
+
+inline LONG CountOf(const ComChecks& checks, IXMLDOMNodeList* nodes, LONG line = __builtin_LINE()) {
+    LONG count = 0;
+    checks.Succeeds(nodes->get_length(&count), line);
+    return count;
+}
+
+inline ComPtr<IXMLDOMNode> NodeAt(const ComChecks& checks, IXMLDOMNodeList* nodes, LONG index,
+                                  LONG line = __builtin_LINE()) {
+    ComPtr<IXMLDOMNode> node;
+    checks.Require(Found(checks, nodes->get_item(index, node.Put()), node, line), E_FAIL, line);
+    return node;
+}

@@ -1,0 +1,215 @@
+// What a document's wrapper learns on construction, what it finds, makes and deletes.
+#include <ptpcprovider/printcapabilitiesxmldocument.h>
+#include <ptpcprovider/printticketxmldocument.h>
+
+#include "printschema/documents.h"
+
+namespace {
+
+std::string PrefixesOf(const PrintSchemaXmlDocument& document) {
+    return Utf8(document.GetFrameworkPrefix()) + " " + Utf8(document.GetKeywordsPrefix()) + " " +
+           Utf8(document.GetPrivatePrefix());
+}
+
+TEST(PrintSchemaDocument, LearnsPrefixesFromTheRootOrRefusesIt) {
+    struct Case {
+        const char* what;
+        const char* xml;
+        const char* expected;  // the prefixes, or what the constructor does
+    };
+    const Case cases[] = {
+        {"usual", "<psf:PrintTicket xmlns:psf='{psf}' xmlns:psk='{psk}' xmlns:mk='{mk}'/>", "psf: psk: mk:"},
+        {"others, attributes among them, a comment before the root",
+         "<!-- c --><a:PrintTicket version='1' xmlns:b='{psk}' xmlns:a='{psf}'/>", "a: b: ns0000:"},
+        {"no keywords", "<psf:PrintTicket xmlns:psf='{psf}'/>", "psf:  ns0000:"},
+        {"keywords declared below the root only",
+         "<psf:PrintTicket xmlns:psf='{psf}'><psf:Feature xmlns:psk='{psk}'/></psf:PrintTicket>", "psf:  ns0000:"},
+        {"two prefixes for the framework", "<q:PrintTicket xmlns:p='{psf}' xmlns:q='{psf}'/>", "p:  ns0000:"},
+        {"framework as default namespace", "<PrintTicket xmlns='{psf}'/>", "throws E_FAIL"},
+        {"keywords as default namespace", "<psf:PrintTicket xmlns='{psk}' xmlns:psf='{psf}'/>", "throws E_FAIL"},
+        {"private as default namespace", "<psf:PrintTicket xmlns:psf='{psf}' xmlns='{mk}'/>", "throws E_FAIL"},
+        {"another root", "<psf:PrintCapabilities xmlns:psf='{psf}'/>", "throws S_FALSE"},
+        {"another namespace", "<psf:PrintTicket xmlns:psf='{psf}/other'/>", "throws S_FALSE"},
+        {"inside another document", "<a><psf:PrintTicket xmlns:psf='{psf}'/></a>", "throws S_FALSE"},
+    };
+    for (const Case& test : cases) {
+        const auto document = Load(test.xml);
+        std::string prefixes;
+        const std::string outcome = Outcome([&] {
+            prefixes = PrefixesOf(PrintTicketXmlDocument(document.Get()));
+            return S_OK;
+        });
+        EXPECT_EQ(outcome == "S_OK" ? prefixes : outcome, test.expected) << test.what;
+    }
+}
+
+TEST(PrintSchemaDocument, MakesThePrivatePrefixMkWhereThatChangesNoMeaning) {
+    struct Case {
+        const char* what;
+        std::string before;
+        const char* after;  // null: unchanged
+        const char* prefix;
+    };
+    const Case cases[] = {
+        {"names, every occurrence, and nothing but names",
+         " xmlns:n1=\"{mk}\"><psf:Option name=\"n1:A-n1:B\"/><psf:Option name=\"n11:C\"/><psf:Value>n1:E</psf:Value>",
+         " xmlns:mk=\"{mk}\"><psf:Option name=\"mk:A-mk:B\"/><psf:Option name=\"n11:C\"/><psf:Value>n1:E</psf:Value>",
+         "mk:"},
+        {"mk already", " xmlns:mk=\"{mk}\"><psf:Option name=\"mk:A\"/>", nullptr, "mk:"},
+        {"mk behind the prefix found first",
+         " xmlns:a=\"{mk}\" xmlns:mk=\"{mk}\"><psf:Option name=\"a:A\"/><psf:Option name=\"mk:B\"/>",
+         " xmlns:mk=\"{mk}\"><psf:Option name=\"mk:A\"/><psf:Option name=\"mk:B\"/>", "mk:"},
+        {"mk taken at the root",
+         " xmlns:a=\"{mk}\" xmlns:mk=\"urn:o\"><psf:Option name=\"a:A\"/><psf:Option name=\"mk:B\"/>", nullptr, "a:"},
+        {"mk taken around a private name",
+         " xmlns:a=\"{mk}\"><psf:Option name=\"a:A\"/><psf:Feature xmlns:mk=\"urn:o\"><psf:Option name=\"a:A\"/>"
+         "</psf:Feature>",
+         nullptr, "a:"},
+        {"mk taken elsewhere",
+         " xmlns:a=\"{mk}\"><psf:Feature xmlns:mk=\"urn:o\" name=\"mk:F\"/><psf:Option name=\"a:A\"/>",
+         " xmlns:mk=\"{mk}\"><psf:Feature xmlns:mk=\"urn:o\" name=\"mk:F\"/><psf:Option name=\"mk:A\"/>", "mk:"},
+        {"undeclared, and ns0000 somebody else's", " xmlns:ns0000=\"urn:o\"><psf:Option name=\"ns0000:A\"/>", nullptr,
+         "ns0000:"},
+    };
+    const std::string head = "<psf:PrintTicket xmlns:psf=\"{psf}\"", tail = "</psf:PrintTicket>";
+    for (const Case& test : cases) {
+        const auto document = Load(head + test.before + tail);
+        EXPECT_EQ(Utf8(PrintTicketXmlDocument(document.Get()).GetPrivatePrefix()), test.prefix) << test.what;
+        EXPECT_EQ(TextOf(document), Expand(head + (test.after ? test.after : test.before) + tail)) << test.what;
+    }
+}
+
+TEST(PrintSchemaDocument, FindsNodesAndValues) {
+    const auto dom = LoadUsual("PrintTicket",
+                               "<psf:Property name='psk:Own'><psf:Value>one</psf:Value></psf:Property>"
+                               "<psf:Property name='psk:Empty'><psf:Value/></psf:Property>"
+                               "<psf:Property name='psk:Bare'/>"
+                               "<psf:Property name='psk:Ref'><psf:ParameterRef name='psk:P\"'/></psf:Property>"
+                               "<psf:Property name='psk:Dangling'><psf:ParameterRef name='psk:p'/></psf:Property>"
+                               "<psf:Property name='psk:Unnamed'><psf:ParameterRef/></psf:Property>"
+                               "<psf:Feature><psf:ParameterInit name='psk:P&quot;'>\n <psf:Value>two</psf:Value>\n"
+                               "</psf:ParameterInit></psf:Feature><psf:ParameterInit name='psk:P&quot;'/>");
+    PrintTicketXmlDocument document(dom.Get());
+    const std::pair<const WCHAR*, std::string> cases[] = {
+        {W("Own"), "S_OK one"},       {W("Empty"), "S_OK null"},       {W("Bare"), "S_FALSE null"},
+        {W("Ref"), "S_OK two"},       {W("Dangling"), "S_FALSE null"}, {W("Unnamed"), "S_FALSE null"},
+        {W("Absent"), "S_FALSE null"}};
+    for (const auto& [name, expected] : cases) {
+        CXString query;
+        query.Format(W("//psf:Property[@name = \"psk:%s\"]"), name);
+        Bstr text(W("old"));
+        const std::string outcome = Outcome([&] { return document.GetNodeValue(query, &text); });
+        EXPECT_EQ(outcome + " " + (text.Get() ? Utf8(text) : "null"), expected) << Utf8(Bstr(name));
+    }
+    ComPtr<IXMLDOMNodeList> parameters;
+    LONG count = 0;
+    EXPECT_EQ(document.GetNodes(W("ParameterInit"), parameters.Put()), S_OK);
+    EXPECT_EQ(parameters->get_length(&count), S_OK);
+    EXPECT_EQ(count, 2);
+    Bstr version;
+    EXPECT_EQ(document.GetAttributeValue(document.GetRootNode(), W("version"), &version), S_OK);
+    EXPECT_EQ(Utf8(version), "1");
+    EXPECT_EQ(document.GetAttributeValue(document.GetRootNode(), W("Version"), &version), S_FALSE);
+    EXPECT_EQ(document.GetAttributeValue(dom.Get(), W("version"), &version), S_FALSE) << "a node without attributes";
+}
+
+TEST(PrintSchemaDocument, DeletesByName) {
+    const auto features = [](const char* numbers) {
+        std::string text = "<psf:Property name=\"psk:P\"><psf:Property name=\"psk:P\"/></psf:Property>";
+        for (const char* number = numbers; *number; ++number) {
+            text += std::string("<psf:Feature name=\"psk:F\" id=\"") + *number + "\"/>";
+        }
+        return text;
+    };
+    for (const auto& [before, after] : {std::pair{"1", "1"}, {"12", "2"}, {"123", "23"}}) {
+        const auto dom = LoadUsual("PrintTicket", features(before));
+        PrintTicketXmlDocument document(dom.Get());
+        EXPECT_EQ(document.DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")), S_OK);
+        EXPECT_EQ(ContentOf(dom), features(after));
+    }
+    const auto dom = LoadUsual("PrintTicket", features("12"));
+    PrintTicketXmlDocument document(dom.Get());
+    EXPECT_EQ(document.DeletePropertyNodesIfExist(W("psk:"), W("P")), S_OK);
+    ComPtr<IXMLDOMNode> feature;
+    EXPECT_EQ(document.GetFeatureNode(W("psk:"), W("F"), feature.Put()), S_OK);
+    EXPECT_EQ(document.DeleteFeatureNodeIfExists(W("psk:"), W("F")), S_OK);
+    EXPECT_EQ(ContentOf(dom), "<psf:Feature name=\"psk:F\" id=\"2\"/>");
+    EXPECT_EQ(document.DeleteNode(feature.Get()), S_FALSE) << "detached by now";
+    EXPECT_EQ(document.DeleteFeatureNodeIfExists(W("psk:"), W("F")), S_OK);
+    EXPECT_EQ(document.DeleteFeatureNodeIfExists(W("psk:"), W("F")), S_FALSE);
+}
+
+TEST(PrintSchemaDocument, BuildsElementsInTheDocumentsOwnPrefixes) {
+    const auto build = [](const ComPtr<IXMLDOMDocument2>& dom) {
+        PrintTicketXmlDocument document(dom.Get());
+        IXMLDOMNode* const root = document.GetRootNode();
+        document.AppendChildIntegerProperty(root, W("A"), -5);
+        document.AppendChildIntegerScoredProperty(root, W("B"), 5);
+        document.AppendChildQNameScoredProperty(root, W("C"), W("Y"));
+        document.AppendChildParameterRefScoredProperty(root, document.GetKeywordsPrefix().Get(), W("D"), W("q:"),
+                                                       W("R"));
+        ComPtr<IXMLDOMElement> property;
+        document.CreateProperty(NamespaceKind::Private, W("E"), W("string"), W(""), property.Put());
+        document.AppendChildToRootNode(property.Get());
+        return ContentOf(dom);
+    };
+    EXPECT_EQ(
+        build(LoadUsual("PrintTicket", "")),
+        "<psf:Property name=\"psk:A\"><psf:Value xsi:type=\"xsd:integer\">-5</psf:Value></psf:Property>"
+        "<psf:ScoredProperty name=\"psk:B\"><psf:Value xsi:type=\"xsd:integer\">5</psf:Value></psf:ScoredProperty>"
+        "<psf:ScoredProperty name=\"psk:C\"><psf:Value xsi:type=\"xsd:QName\">psk:Y</psf:Value>"
+        "</psf:ScoredProperty>"
+        "<psf:ScoredProperty name=\"psk:D\"><psf:ParameterRef name=\"q:R\"/></psf:ScoredProperty>"
+        "<psf:Property name=\"mk:E\"><psf:Value xsi:type=\"xsd:string\"/></psf:Property>");
+    EXPECT_EQ(build(Load("<a:PrintTicket xmlns:a='{psf}' xmlns:c='{xsi}'></a:PrintTicket>")),
+              "<a:Property name=\"A\"><a:Value c:type=\"integer\">-5</a:Value></a:Property>"
+              "<a:ScoredProperty name=\"B\"><a:Value c:type=\"integer\">5</a:Value></a:ScoredProperty>"
+              "<a:ScoredProperty name=\"C\"><a:Value c:type=\"QName\">Y</a:Value></a:ScoredProperty>"
+              "<a:ScoredProperty name=\"D\"><a:ParameterRef name=\"q:R\"/></a:ScoredProperty>"
+              "<a:Property name=\"ns0000:E\"><a:Value c:type=\"string\"/></a:Property>");
+}
+
+TEST(PrintSchemaDocument, ChecksItsArguments) {
+    const auto dom = LoadUsual("PrintTicket", "");
+    PrintTicketXmlDocument document(dom.Get());
+    PrintTicketXmlDocument empty(nullptr);
+    IXMLDOMNode* const root = document.GetRootNode();
+    EXPECT_TRUE(document.HasDocument() && !empty.HasDocument() && !empty.GetRootNode());
+    ComPtr<IXMLDOMNode> node;
+    ComPtr<IXMLDOMNodeList> nodes;
+    ComPtr<IXMLDOMElement> element;
+    Bstr text;
+    EXPECT_OUTCOME("throws E_POINTER", document.GetNode(W("//*"), nullptr));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.GetNode(W(""), node.Put()));
+    EXPECT_OUTCOME("throws E_FAIL", document.GetNode(W("//nobody:*"), node.Put()));
+    EXPECT_OUTCOME("throws 0x8000000A", empty.GetNode(W("//*"), node.Put()));
+    EXPECT_OUTCOME("throws E_POINTER", document.GetNodes(W("Value"), nullptr));
+    EXPECT_OUTCOME("throws E_FAIL", document.GetNodes(W(""), nodes.Put()));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.GetFeatureNodeIfExists(W("psk:"), W(""), node.Put()));
+    EXPECT_OUTCOME("throws E_FAIL", document.GetFeatureNode(W("psk:"), W("F"), node.Put()));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.GetNodeValue(W(""), &text));
+    EXPECT_OUTCOME("throws E_POINTER", document.GetAttributeValue(nullptr, W("name"), &text));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.GetAttributeValue(root, W(""), &text));
+    EXPECT_OUTCOME("throws E_POINTER", document.GetPrefixFromURI(W("urn:o"), nullptr));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.GetPrefixFromURI(W(""), &text));
+    EXPECT_OUTCOME("throws E_FAIL", document.GetPrefixFromURI(W("1"), &text));
+    EXPECT_OUTCOME("throws E_INVALIDARG", (document.GetNsPrefix(static_cast<NamespaceKind>(3)), S_OK));
+    EXPECT_OUTCOME("throws E_POINTER", document.DeleteNode(nullptr));
+    EXPECT_OUTCOME("throws E_FAIL", document.DeletePropertyNodesIfExist(W("psk:"), W("")));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateXMLElement(nullptr, element.Put()));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.AppendXMLAttribute(nullptr, W("a"), nullptr, W("b")));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateProperty(NamespaceKind::Keywords, W(""), element.Put()));
+    EXPECT_OUTCOME("throws E_INVALIDARG",
+                   document.CreateProperty(NamespaceKind::Keywords, W("P"), W(""), W("v"), element.Put()));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateScoredProperty(W("P"), W("string"), W(""), element.Put()));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateParameterRef(W(""), W("P"), element.Put()));
+    EXPECT_OUTCOME("throws E_POINTER",
+                   document.CreateParameterRefScoredProperty(W("psk:"), W("P"), W("psk:"), W("R"), nullptr));
+    EXPECT_OUTCOME("throws E_POINTER", document.AppendChildToRootNode(nullptr));
+    EXPECT_OUTCOME("throws E_POINTER", document.AppendChild(nullptr, root));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.AppendChildIntegerProperty(nullptr, W("P"), 1));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.AppendChildQNameScoredProperty(nullptr, W("P"), W("V")));
+    EXPECT_OUTCOME("throws 0x8000000A", empty.AppendChildToRootNode(root));
+}
+
+}  // namespace
