@@ -1,0 +1,117 @@
+// Colour management: PageColorManagement and PageICMRenderingIntent, to and from the DEVMODE's ICM fields.
+#include "ptpcprovider/morvaneptprovider.h"
+
+#include <bstr.h>
+#include <comptr.h>
+#include <ptpcprovider/featureunit.h>
+#include <ptpcprovider/printcapabilitiesxmldocument.h>
+#include <ptpcprovider/printticketxmldocument.h>
+
+namespace {
+
+constexpr const WCHAR* kColorManagement = W("PageColorManagement");
+constexpr const WCHAR* kRenderingIntent = W("PageICMRenderingIntent");
+constexpr DWORD kColorManagementDisplay = 10214;
+constexpr DWORD kRenderingIntentDisplay = 41065;
+
+struct ColorOption {
+    const WCHAR* name;
+    DWORD devmodeValue;
+    DWORD displayString;  // 0: never offered
+};
+
+constexpr ColorOption kMethodNone = {W("None"), DMICMMETHOD_NONE, 10210};
+constexpr ColorOption kMethodSystem = {W("System"), DMICMMETHOD_SYSTEM, 10211};
+constexpr ColorOption kMethodDriver = {W("Driver"), DMICMMETHOD_DRIVER, 0};
+constexpr ColorOption kMethodDevice = {W("Device"), DMICMMETHOD_DEVICE, 41075};
+constexpr ColorOption kMethods[] = {kMethodNone, kMethodSystem, kMethodDriver, kMethodDevice};
+
+constexpr ColorOption kIntents[] = {
+    {W("AbsoluteColorimetric"), DMICM_ABS_COLORIMETRIC, 41066},
+    {W("RelativeColorimetric"), DMICM_COLORIMETRIC, 41067},
+    {W("Photographs"), DMICM_CONTRAST, 41068},
+    {W("BusinessGraphics"), DMICM_SATURATE, 41069},
+};
+constexpr const WCHAR* kDefaultIntent = W("Photographs");
+
+// The option that stands for the DEVMODE value, or the default.
+template <std::size_t Count>
+const WCHAR* NameOfValue(const ColorOption (&options)[Count], DWORD value, const WCHAR* defaultName) {
+    for (const ColorOption& option : options)
+        if (option.devmodeValue == value) return option.name;
+    return defaultName;
+}
+
+// Puts the feature with the chosen option, both keywords, in place of what the ticket holds of it.
+void ReplaceFeature(PrintTicketXmlDocument& ticket, const WCHAR* feature, const WCHAR* option) {
+    const Bstr keywords = ticket.GetKeywordsPrefix();
+    DeleteEvery([&] { return ticket.DeleteFeatureNodeIfExists(keywords.Get(), feature); });
+    ComPtr<IXMLDOMElement> featureElement, optionElement;
+    ticket.CreateFeatureOptionPair(feature, true, option, featureElement.Put(), optionElement.Put());
+    ticket.AppendChildToRootNode(featureElement.Get());
+}
+
+}  // namespace
+
+bool MorvanePtProvider::HasColorFeatures() {
+    return controllerFamily == DataModelIds::kControllerFamily8434 && IsColorDevice();
+}
+
+HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities) {
+    return RunFeatureUnit([&] {
+        if (!HasColorFeatures()) return S_OK;
+        const Bstr keywords = capabilities.GetKeywordsPrefix();
+        const auto createFeature = [&](const WCHAR* name, DWORD display) {
+            DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), name); });
+            ComPtr<IXMLDOMElement> feature;
+            capabilities.CreateFeature(name, GetProductStringLoader().LoadStringW(display), feature.Put());
+            return feature;
+        };
+        const auto offer = [&](const ComPtr<IXMLDOMElement>& feature, const ColorOption& option) {
+            capabilities.AppendChildOption(option.name, keywords.Get(),
+                                           GetProductStringLoader().LoadStringW(option.displayString), W("None"),
+                                           feature.Get());
+        };
+
+        const auto management = createFeature(kColorManagement, kColorManagementDisplay);
+        if (IsAtLeastOsVersion6()) offer(management, kMethodNone);
+        if (driverCapabilityFlags & kPostScriptDeviceFlag) offer(management, kMethodDevice);
+        if (!(driverCapabilityFlags & kPrivateNamespaceFlag) && IsAtLeastOsVersion6()) offer(management, kMethodSystem);
+        capabilities.AppendChildToRootNode(management.Get());
+
+        if (!IsAtLeastOsVersion6()) {
+            DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), kRenderingIntent); });
+            return S_OK;
+        }
+        const auto intents = createFeature(kRenderingIntent, kRenderingIntentDisplay);
+        for (const ColorOption& intent : kIntents) offer(intents, intent);
+        return capabilities.AppendChildToRootNode(intents.Get());
+    });
+}
+
+// The rendering intent is not read in this direction.
+HRESULT MorvanePtProvider::ConvertColorFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                                         AttributeBytesIndexedList*, bool*) {
+    return RunFeatureUnit([&] {
+        if (!HasColorFeatures()) return S_OK;
+        Bstr option, prefix;
+        if (ticket.GetFeatureOption(kColorManagement, &option, &prefix) != S_OK) return S_OK;
+        if (!IsAtLeastOsVersion6()) {
+            devmode->dmICMMethod = DMICMMETHOD_DEVICE;
+            return S_OK;
+        }
+        if (prefix.View() != ticket.GetKeywordsPrefix().View()) return S_OK;
+        for (const ColorOption& method : kMethods)
+            if (option.View() == method.name) devmode->dmICMMethod = method.devmodeValue;
+        return S_OK;
+    });
+}
+
+HRESULT MorvanePtProvider::ConvertDevmodeToColorFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode&) {
+    return RunFeatureUnit([&] {
+        if (!HasColorFeatures() || !IsAtLeastOsVersion6()) return S_OK;
+        ReplaceFeature(ticket, kColorManagement, NameOfValue(kMethods, devmode->dmICMMethod, kMethodDevice.name));
+        ReplaceFeature(ticket, kRenderingIntent, NameOfValue(kIntents, devmode->dmICMIntent, kDefaultIntent));
+        return S_OK;
+    });
+}

@@ -1,0 +1,115 @@
+// The five conversion operations: fixed scripts over the feature units, behind one exception wall.
+#include "ptpcprovider/morvaneptprovider.h"
+
+#include <mscacheddevicecapabilities.h>
+#include <mvutil/morvaneexception.h>
+#include <ptpcprovider/printcapabilitiesxmldocument.h>
+#include <ptpcprovider/printticketxmldocument.h>
+#include <xdevmode.h>
+
+#include <cstring>
+#include <new>
+
+namespace {
+
+void Report(const std::exception* failure, const WCHAR* operation, LONG line) {
+    MorvaneException::DisplayExceptionMessage(false, false, failure, W("morvaneptprovider"), line, operation,
+                                              UtilitiesDllPerThreadStorage::GetExecutionContextStack(), nullptr,
+                                              CXString(), CXString());
+}
+
+// Runs an operation's script; whatever escapes it is reported once and becomes E_FAIL.
+template <class Script>
+HRESULT RunOperation(const WCHAR* operation, Script script, LONG line = __builtin_LINE()) {
+    try {
+        return script();
+    } catch (const std::bad_alloc&) {
+        const std::bad_alloc lackOfMemory;
+        Report(&lackOfMemory, operation, line);
+    } catch (const std::exception& failure) {
+        Report(&failure, operation, line);
+    } catch (...) {
+        Report(nullptr, operation, line);
+    }
+    return E_FAIL;
+}
+
+// Whether the bytes handed in hold a DEVMODE as it describes itself, with every public field that is read here.
+bool HoldsWholeDevmode(ULONG bytes, const DEVMODEW* devmode) {
+    constexpr ULONG kPublicFieldsEnd = offsetof(DEVMODEW, dmICMIntent) + sizeof(devmode->dmICMIntent);
+    static_assert(kPublicFieldsEnd == 196);
+    if (bytes < kPublicFieldsEnd) return false;
+    WORD publicBytes, extraBytes;
+    std::memcpy(&publicBytes, &devmode->dmSize, sizeof(publicBytes));
+    std::memcpy(&extraBytes, &devmode->dmDriverExtra, sizeof(extraBytes));
+    return publicBytes >= kPublicFieldsEnd && ULONG{publicBytes} + extraBytes <= bytes;
+}
+
+}  // namespace
+
+HRESULT MorvanePtProvider::ConvertPrintTicketToDevMode(IXMLDOMDocument2* ticketDom, ULONG devmodeBytes,
+                                                       PDEVMODEW devmode, ULONG, PVOID) {
+    if (devmodeBytes == 0 || !devmode || !ticketDom || !HoldsWholeDevmode(devmodeBytes, devmode)) return E_INVALIDARG;
+    return RunOperation(W("MorvanePtProvider::ConvertPrintTicketToDevMode"), [&] {
+        PrintTicketXmlDocument ticket(ticketDom);
+        MsCachedDeviceCapabilities deviceCapabilities(devmode);
+        XDevmode xdevmode(devmode);
+        // The restored block comes first, so that what the units write replaces what it held.
+        GetMorvaneDriverDataFromPrintTicketAndUpdateDevmode(ticket, xdevmode);
+        bool changed = false;
+        const auto list = CreateDataModelDataAttributeBytesIndexedList(xdevmode);
+
+        ConvertColorFeaturesToDevmode(ticket, devmode, list.get(), &changed);
+        ConvertMiscFeaturesToDevmode(ticket, devmode, list.get(), &changed);
+
+        if (changed) CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(xdevmode, list.get());
+        return S_OK;
+    });
+}
+
+HRESULT MorvanePtProvider::ConvertDevModeToPrintTicket(ULONG devmodeBytes, PDEVMODEW devmode, ULONG, PVOID,
+                                                       IXMLDOMDocument2* ticketDom) {
+    if (devmodeBytes == 0 || !devmode || !ticketDom || !HoldsWholeDevmode(devmodeBytes, devmode)) return E_INVALIDARG;
+    return RunOperation(W("MorvanePtProvider::ConvertDevModeToPrintTicket"), [&] {
+        PrintTicketXmlDocument ticket(ticketDom);
+        MsCachedDeviceCapabilities deviceCapabilities(devmode);
+        XDevmode xdevmode(devmode);
+
+        ConvertDevmodeToColorFeatures(ticket, devmode, xdevmode);
+        ConvertDevmodeToMiscFeatures(ticket, devmode, xdevmode);
+
+        SetMorvaneDriverDataInPrintTicket(ticket, xdevmode);  // the root's last child
+        return S_OK;
+    });
+}
+
+HRESULT MorvanePtProvider::CompletePrintCapabilities(IXMLDOMDocument2* ticketDom, IXMLDOMDocument2* capabilitiesDom) {
+    if (!capabilitiesDom) return E_INVALIDARG;
+    return RunOperation(W("MorvanePtProvider::CompletePrintCapabilities"), [&] {
+        PrintCapabilitiesXmlDocument capabilities(capabilitiesDom);
+        PrintTicketXmlDocument ticket(ticketDom);  // may be without a document
+        MsCachedDeviceCapabilities deviceCapabilities(nullptr);
+
+        AddOrReplaceColorFeaturesCapabilities(capabilities);
+        AddOrReplaceMiscFeaturesCapabilities(capabilities, deviceCapabilities);
+
+        AddMorvaneDriverDataCapabilities(capabilities);  // the root's last child
+        return S_OK;
+    });
+}
+
+HRESULT MorvanePtProvider::ExpandIntentOptions(IXMLDOMDocument2* ticketDom) {
+    if (!ticketDom) return E_INVALIDARG;
+    return RunOperation(W("MorvanePtProvider::ExpandIntentOptions"), [&] {
+        PrintTicketXmlDocument ticket(ticketDom);  // nothing is expanded; only the private prefix is normalised
+        return S_OK;
+    });
+}
+
+HRESULT MorvanePtProvider::ValidatePrintTicket(IXMLDOMDocument2* ticketDom) {
+    if (!ticketDom) return E_INVALIDARG;
+    return RunOperation(W("MorvanePtProvider::ValidatePrintTicket"), [&] {
+        PrintTicketXmlDocument ticket(ticketDom);  // no constraint is evaluated; only the private prefix is normalised
+        return S_NO_CONFLICT;
+    });
+}

@@ -1,0 +1,65 @@
+// Copies: the parameter JobCopiesAllDocuments, to and from dmCopies.
+#include "ptpcprovider/morvaneptprovider.h"
+
+#include <bstr.h>
+#include <comptr.h>
+#include <mscacheddevicecapabilities.h>
+#include <mvutil/printer.h>
+#include <ptpcprovider/featureunit.h>
+#include <ptpcprovider/printcapabilitiesxmldocument.h>
+#include <ptpcprovider/printticketxmldocument.h>
+#include <throwscheme.h>
+#include <winspool.h>
+
+namespace {
+
+constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/miscfeaturesimpl");
+constexpr const WCHAR* kCopies = W("JobCopiesAllDocuments");
+constexpr DWORD kCopiesDisplay = 418;
+
+}  // namespace
+
+HRESULT MorvanePtProvider::AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities,
+                                                                MsCachedDeviceCapabilities& deviceCapabilities) {
+    return RunFeatureUnit([&] {
+        const CXString printerName = Printer(printerHandle).GetPrinterName();
+        const int maximumCopies =
+            DeviceCapabilitiesW(printerName, nullptr, DC_COPIES, nullptr, deviceCapabilities.GetDevmode());
+
+        const Bstr keywords = capabilities.GetKeywordsPrefix();
+        DeleteEvery([&] { return capabilities.DeleteParameterDefNodeIfExists(keywords.Get(), kCopies); });
+        ComPtr<IXMLDOMElement> definition;
+        capabilities.CreateIntegerParameterDef(keywords.Get(), kCopies, W("Unconditional"),
+                                               GetProductStringLoader().LoadStringW(kCopiesDisplay), 1, 1,
+                                               maximumCopies, 1, W("copies"), definition.Put());
+        return ComChecks(W("MorvanePtProvider::AddOrReplaceMiscFeaturesCapabilities"), kSourceUnit)
+            .Succeeds(capabilities.GetRootNode()->appendChild(definition.Get(), nullptr), 55);
+    });
+}
+
+HRESULT MorvanePtProvider::ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                                        AttributeBytesIndexedList*, bool*) {
+    return RunFeatureUnit([&] {
+        ComPtr<IXMLDOMNode> value;
+        const HRESULT hr =
+            ticket.GetParameterInitValueNodeIfExists(ticket.GetPrivatePrefix().Get(), kCopies, value.Put());
+        if (hr != S_OK) return hr;
+        Bstr text;
+        ComChecks(W("MorvanePtProvider::ConvertMiscFeaturesToDevmode"), kSourceUnit)
+            .Succeeds(value->get_text(text.Put()), 88);
+        if (!text.IsEmpty()) devmode->dmCopies = static_cast<SHORT>(ReadDecimalInteger(text.View()));
+        return S_OK;
+    });
+}
+
+HRESULT MorvanePtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode&) {
+    return RunFeatureUnit([&] {
+        const Bstr prefix = ticket.GetPrivatePrefix();
+        DeleteEvery([&] { return ticket.DeleteParameterInitNodeIfExists(prefix.Get(), kCopies); });
+        ComPtr<IXMLDOMElement> copies;
+        ticket.CreateIntegerParameterInit(prefix.Get(), kCopies, static_cast<unsigned>(devmode->dmCopies),
+                                          copies.Put());
+        return ComChecks(W("MorvanePtProvider::ConvertDevmodeToMiscFeatures"), kSourceUnit)
+            .Succeeds(ticket.GetRootNode()->appendChild(copies.Get(), nullptr), 128);
+    });
+}

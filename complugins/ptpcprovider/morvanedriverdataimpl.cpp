@@ -1,0 +1,147 @@
+// The private driver data: the whole private block, carried in the private parameter JobMorvaneDriverData.
+#include "ptpcprovider/morvaneptprovider.h"
+
+#include <bstr.h>
+#include <comptr.h>
+#include <mvutil/crc32.h>
+#include <mvutil/morvaneutilities.h>
+#include <mvutil/persistentattributes.h>
+#include <privateblock.h>
+#include <ptpcprovider/featureunit.h>
+#include <ptpcprovider/printcapabilitiesxmldocument.h>
+#include <ptpcprovider/printticketxmldocument.h>
+#include <throwscheme.h>
+#include <xdevmode.h>
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/morvanedriverdataimpl");
+constexpr const WCHAR* kDriverData = W("JobMorvaneDriverData");
+constexpr int kMaximumDriverDataLength = 20000;  // characters of base64 text
+constexpr int kChecksumBytes = 4;                // before the payload
+// A larger property 1 would not leave room for the block's other entries.
+constexpr DWORD kMaximumPropertyBytes = 5400;
+
+// Whether the bytes can stand at a block's start: they cover its header and say what a block says of itself.
+bool IsBlockPayload(const BYTE* payload, std::size_t bytes) {
+    return bytes >= privateblock::kEntriesOffset && bytes <= privateblock::kBytes &&
+           privateblock::ReadDword(payload + privateblock::kSizeOffset) == privateblock::kBytes &&
+           privateblock::ReadDword(payload + privateblock::kSignatureOffset) == privateblock::kSignature;
+}
+
+void DeleteEveryDriverData(PrintTicketXmlDocument& ticket, const Bstr& prefix) {
+    DeleteEvery([&] { return ticket.DeleteParameterInitNodeIfExists(prefix.Get(), kDriverData); });
+}
+
+}  // namespace
+
+HRESULT MorvanePtProvider::AddMorvaneDriverDataCapabilities(PrintCapabilitiesXmlDocument& capabilities) {
+    return RunFeatureUnit([&] {
+        const Bstr prefix = capabilities.GetPrivatePrefix();
+        DeleteEvery([&] { return capabilities.DeleteParameterDefNodeIfExists(prefix.Get(), kDriverData); });
+        ComPtr<IXMLDOMElement> definition;
+        capabilities.CreateStringParameterDef(prefix.Get(), kDriverData, W("Optional"), CXString(), CXString(), 0,
+                                              kMaximumDriverDataLength, W("base64"), definition.Put());
+        return ComChecks(W("MorvanePtProvider::AddMorvaneDriverDataCapabilities"), kSourceUnit)
+            .Succeeds(capabilities.GetRootNode()->appendChild(definition.Get(), nullptr));
+    });
+}
+
+HRESULT MorvanePtProvider::SetMorvaneDriverDataInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& xdevmode) {
+    return RunFeatureUnit([&]() -> HRESULT {
+        const Bstr prefix = ticket.GetPrivatePrefix();
+        const BYTE* block = xdevmode.GetOemDevmode();
+        if (!block) {  // another driver's DEVMODE: driver data in the ticket cannot be its own
+            DeleteEveryDriverData(ticket, prefix);
+            return S_FALSE;
+        }
+        const std::size_t payloadBytes = xdevmode.GetPrivateDataSize();
+        std::vector<BYTE> data(kChecksumBytes + payloadBytes);
+        privateblock::WriteDword(data.data(), Crc32::GetCrc(block, payloadBytes));
+        std::memcpy(data.data() + kChecksumBytes, block, payloadBytes);
+
+        const int bytes = static_cast<int>(data.size());
+        constexpr DWORD kFlags = MorvaneUtilities::kBase64NoLineBreaks;
+        std::basic_string<WCHAR> text(MorvaneUtilities::Base64EncodeGetRequiredLength(bytes, kFlags), W('\0'));
+        int characters = static_cast<int>(text.size());
+        if (!MorvaneUtilities::Base64Encode(data.data(), bytes, text.data(), &characters, kFlags)) return E_FAIL;
+        text.resize(std::min(text.size(), static_cast<std::size_t>(characters)));
+
+        DeleteEveryDriverData(ticket, prefix);
+        ComPtr<IXMLDOMElement> parameter;
+        ticket.CreateStringParameterInit(prefix.Get(), kDriverData, CXString(text), parameter.Put());
+        return ComChecks(W("MorvanePtProvider::SetMorvaneDriverDataInPrintTicket"), kSourceUnit)
+            .Succeeds(ticket.GetRootNode()->appendChild(parameter.Get(), nullptr));
+    });
+}
+
+HRESULT MorvanePtProvider::GetMorvaneDriverDataFromPrintTicketAndUpdateDevmode(PrintTicketXmlDocument& ticket,
+                                                                               XDevmode& xdevmode) {
+    return RunFeatureUnit([&]() -> HRESULT {
+        ComPtr<IXMLDOMNode> value;
+        const HRESULT found =
+            ticket.GetParameterInitValueNodeIfExists(ticket.GetPrivatePrefix().Get(), kDriverData, value.Put());
+        if (found != S_OK) return found;
+        Bstr text;
+        const HRESULT read = value->get_text(text.Put());
+        if (FAILED(read)) return read;
+
+        BYTE* block = xdevmode.GetOemDevmode();
+        if (!block) return S_OK;  // nothing to restore into
+        const int characters = static_cast<int>(text.View().size());
+        std::vector<BYTE> data(MorvaneUtilities::Base64DecodeGetRequiredLength(characters));
+        int bytes = static_cast<int>(data.size());
+        MorvaneUtilities::Base64Decode(text.Get(), characters, data.data(), &bytes);
+
+        // A payload with a wrong checksum, or one that is no block, is ignored.
+        if (bytes < kChecksumBytes) return S_OK;
+        const BYTE* payload = data.data() + kChecksumBytes;
+        const std::size_t payloadBytes = bytes - kChecksumBytes;
+        if (!IsBlockPayload(payload, payloadBytes)) return S_OK;
+        if (privateblock::ReadDword(data.data()) != Crc32::GetCrc(payload, payloadBytes)) return S_OK;
+        std::memset(block, 0, privateblock::kBytes);
+        std::memcpy(block, payload, payloadBytes);
+        xdevmode.SetDevmode(xdevmode.GetDevmode());  // reads the restored entries afresh
+        return S_OK;
+    });
+}
+
+std::unique_ptr<AttributeBytesIndexedList> MorvanePtProvider::CreateDataModelDataAttributeBytesIndexedList(
+    XDevmode& xdevmode) {
+    const auto property = xdevmode.GetProperty(privateblock::kAttributeStateKey);
+    if (!property) return nullptr;
+    AttributeBytesRawList stored;
+    PersistentAttributes(*property, false, nullptr)
+        .GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId(), stored);
+    auto list = std::make_unique<AttributeBytesIndexedList>();
+    list->ImportFromRawList(stored);
+    return list;
+}
+
+void MorvanePtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(
+    XDevmode& xdevmode, const AttributeBytesIndexedList* list) {
+    const auto property = xdevmode.GetProperty(privateblock::kAttributeStateKey);
+    if (!property || !list) return;
+    PersistentAttributes attributes(*property, false, nullptr);
+    AttributeBytesRawList documentProperties, deviceCapabilities;
+    documentProperties.ImportFromIndexedList(*list);
+    attributes.GetAttributeBytesListForNameSpace(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId(),
+                                                 deviceCapabilities);
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetDataModelDocPropNameSpaceId(), documentProperties);
+    nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId(), deviceCapabilities);
+    attributes.SetAttributeBytesNameSpaces(nameSpaces);
+    ByteBuffer image;
+    try {
+        attributes.GetPersistentAttributesState(image);
+    } catch (const std::length_error&) {
+        return;  // beyond what any image may hold
+    }
+    if (image.getDword() <= kMaximumPropertyBytes) xdevmode.SetAttributeBytesState(image);
+}

@@ -1,0 +1,127 @@
+// The COM object: identity, binding to a printer, and what the feature units ask of the printer's product.
+#include "ptpcprovider/morvaneptprovider.h"
+
+#include <bstr.h>
+#include <comptr.h>
+#include <mvutil/morvaneexception.h>
+#include <mvutil/printdriver.h>
+#include <objbase.h>
+#include <printsubsystem/printschema.h>
+#include <throwscheme.h>
+
+namespace {
+
+constexpr const WCHAR* kSourceUnit = W("morvaneptprovider");
+constexpr INT kInterfaceVersion = 1;
+constexpr int kDriverCapabilityFlags = 1984;
+
+}  // namespace
+
+MorvanePtProvider::MorvanePtProvider()
+    : refCount(1),
+      printerHandle(nullptr),
+      driverCapabilityFlags(0),
+      osMajorVersion(0),
+      osMinorVersion(0),
+      controllerFamily(DataModelIds::kNotSet) {}
+
+// The helper goes first; then the members in reverse order: the workflow library, the dictionary, the strings.
+MorvanePtProvider::~MorvanePtProvider() { coreHelper.Reset(); }
+
+HRESULT MorvanePtProvider::QueryInterface(REFIID iid, void** object) {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IPrintOemPrintTicketProvider)) return E_NOINTERFACE;
+    *object = static_cast<IPrintOemPrintTicketProvider*>(this);
+    AddRef();
+    return S_OK;
+}
+
+ULONG MorvanePtProvider::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refCount)); }
+
+ULONG MorvanePtProvider::Release() {
+    const LONG count = InterlockedDecrement(&refCount);
+    if (count == 0) delete this;
+    return static_cast<ULONG>(count);
+}
+
+HRESULT MorvanePtProvider::GetSupportedVersions(HANDLE, INT** versions, INT* count) {
+    if (!versions || !count) return E_INVALIDARG;
+    *count = 0;
+    *versions = static_cast<INT*>(CoTaskMemAlloc(sizeof(INT)));
+    if (!*versions) return E_OUTOFMEMORY;
+    **versions = kInterfaceVersion;
+    *count = 1;
+    return S_OK;
+}
+
+HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS options, INT* namespaceCount,
+                                       BSTR** namespaces) try {
+    if (!options || !namespaceCount || !namespaces || !printer) return E_INVALIDARG;
+    *namespaceCount = 0;
+    *namespaces = nullptr;
+    if (version != kInterfaceVersion) return E_VERSION_NOT_SUPPORTED;
+
+    printerHandle = printer;
+    driverCapabilityFlags = PrintDriver().GetDriverCapability(printer, kDriverCapabilityFlags);
+    OSVERSIONINFOW system = {};
+    system.dwOSVersionInfoSize = sizeof(system);
+    static_assert(sizeof(system) == 276);
+    GetVersionExW(&system);
+    osMajorVersion = system.dwMajorVersion;
+    osMinorVersion = system.dwMinorVersion;
+    // A printer without its workflow library still binds; what needs product data fails later.
+    workflowObject.InitializeWorkflowObject(printer, this, &controllerFamily);
+
+    *options = OEMPT_DEFAULT;
+    if (!(driverCapabilityFlags & kPrivateNamespaceFlag)) return S_OK;
+    *namespaceCount = 1;
+    *namespaces = static_cast<BSTR*>(CoTaskMemAlloc(sizeof(BSTR)));
+    if (!*namespaces) return E_OUTOFMEMORY;
+    **namespaces = SysAllocString(kPrivateKeywordsNamespace);
+    return **namespaces ? S_OK : E_OUTOFMEMORY;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+} catch (...) {
+    return E_FAIL;
+}
+
+HRESULT MorvanePtProvider::PublishPrintTicketHelperInterface(IUnknown* helper) {
+    if (!helper) return E_INVALIDARG;
+    if (coreHelper) return S_OK;
+    const HRESULT hr = helper->QueryInterface(IID_IPrintCoreHelper, coreHelper.PutVoid());
+    return hr == E_NOINTERFACE ? S_OK : hr;  // the interface is optional
+}
+
+HRESULT MorvanePtProvider::QueryDeviceDefaultNamespace(BSTR* namespaceUri) {
+    if (!namespaceUri) return E_INVALIDARG;
+    if (!(driverCapabilityFlags & kPrivateNamespaceFlag)) return E_NOTIMPL;
+    *namespaceUri = SysAllocString(kPrivateKeywordsNamespace);
+    return *namespaceUri ? S_OK : E_OUTOFMEMORY;
+}
+
+void MorvanePtProvider::ProvideDataSources(std::vector<std::pair<DataSourceProviderTypes, DataSource*>>&) {}
+
+ProductStringLoader& MorvanePtProvider::GetProductStringLoader() {
+    if (!workflowObject.IsInitialized())
+        ThrowComException(W("MorvanePtProvider::GetProductStringLoader"), E_FAIL, kSourceUnit);
+    productStringLoader = std::make_unique<ProductStringLoader>(controllerFamily);
+    TextResourceLoader::Initialize(printerHandle, false);
+    return *productStringLoader;
+}
+
+ProductData& MorvanePtProvider::GetProductData() {
+    if (!workflowObject.IsInitialized()) ThrowComException(W("MorvanePtProvider::GetProductData"), E_FAIL, kSourceUnit);
+    return *workflowObject.GetProductDataObj();
+}
+
+PageSizeDictionary& MorvanePtProvider::GetPageSizeDictionary() {
+    if (!pageSizeDictionary) pageSizeDictionary = std::make_unique<PageSizeDictionary>(nullptr);
+    return *pageSizeDictionary;
+}
+
+bool MorvanePtProvider::IsColorDevice() {
+    CXString capability = GetProductData().GetInfo(ProductData::kInfoColorCapability);
+    capability.MakeLower();
+    return capability.Compare(W("color")) == 0;
+}

@@ -1,0 +1,162 @@
+// The COM object: identity, counting, binding, and what it answers before and after.
+#include "boundprovider.h"
+
+#include <fstream>
+
+namespace {
+
+using Provider = ComPtr<MorvanePtProvider>;
+
+Provider MakeProvider() { return Provider::Adopt(new MorvanePtProvider); }
+
+TEST(Provider, AnswersForItsTwoInterfacesAndNoOther) {
+    const Provider provider = MakeProvider();
+    const std::pair<IID, bool> cases[] = {{IID_IUnknown, true},
+                                          {IID_IPrintOemPrintTicketProvider, true},
+                                          {IID_IPrintCoreHelper, false},
+                                          {IID_IDispatch, false}};
+    for (const auto& [iid, answers] : cases) {
+        void* object = &object;
+        EXPECT_EQ(provider->QueryInterface(iid, &object), answers ? S_OK : E_NOINTERFACE);
+        EXPECT_EQ(object, answers ? static_cast<IPrintOemPrintTicketProvider*>(provider.Get()) : nullptr);
+        if (answers) {
+            EXPECT_EQ(provider->Release(), 1u);
+        }
+    }
+    EXPECT_EQ(provider->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+}
+
+// The print subsystem calls through the table of slots.
+TEST(Provider, HasThePublishedOperationsInItsFirstTwelveSlots) {
+    const Provider provider = MakeProvider();
+    void* self = static_cast<IPrintOemPrintTicketProvider*>(provider.Get());
+    void** slots = *static_cast<void***>(self);
+    const auto slot = [&]<class... Arguments>(int index, Arguments... arguments) {
+        return reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)(void*, Arguments...)>(slots[index])(self, arguments...);
+    };
+    EXPECT_EQ(slot(1), 2);  // AddRef
+    EXPECT_EQ(slot(1), 3);
+    EXPECT_EQ(slot(2), 2);  // Release
+    EXPECT_EQ(slot(2), 1);
+    INT* versions = nullptr;
+    INT count = 0;
+    EXPECT_EQ(slot(3, HANDLE{}, &versions, &count), S_OK);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(*versions, 1);
+    CoTaskMemFree(versions);
+    EXPECT_EQ(slot(3, HANDLE{}, static_cast<INT**>(nullptr), &count), E_INVALIDARG);
+    OEMPTOPTS options = OEMPT_NOSNAPSHOT;
+    BSTR* namespaces = nullptr;
+    EXPECT_EQ(slot(4, &options, INT{2}, &options, &count, &namespaces), E_VERSION_NOT_SUPPORTED);
+    EXPECT_EQ(slot(5, static_cast<IUnknown*>(nullptr)), E_INVALIDARG);
+    BSTR uri = nullptr;
+    EXPECT_EQ(slot(6, &uri), E_NOTIMPL);  // not bound yet
+    EXPECT_EQ(slot(7, nullptr, ULONG{0}, nullptr, ULONG{0}, nullptr), E_INVALIDARG);
+    EXPECT_EQ(slot(8, ULONG{0}, nullptr, ULONG{0}, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(slot(9, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(slot(10, nullptr), E_INVALIDARG);
+    const auto ticket = LoadUsual("PrintTicket", "");
+    EXPECT_EQ(slot(10, ticket.Get()), S_OK);
+    EXPECT_EQ(slot(11, ticket.Get()), S_NO_CONFLICT);
+}
+
+TEST(Provider, BindsEachProductWithTheNamespacesThatItsCapabilityWordAsksFor) {
+    const TestStore store;
+    const std::pair<const char*, bool> products[] = {{kPress, true}, {kOffice, false}, {kScript, false}};
+    for (const auto& [product, hasNamespace] : products) {
+        SCOPED_TRACE(product);
+        const TestPrinter printer(product, CXString(product));
+        const Provider provider = MakeProvider();
+        OEMPTOPTS options = OEMPT_NOSNAPSHOT;
+        INT count = 7;
+        BSTR* namespaces = nullptr;
+        EXPECT_EQ(provider->BindPrinter(nullptr, 1, &options, &count, &namespaces), E_INVALIDARG);
+        EXPECT_EQ(count, 7) << "a refused call touches nothing";
+        EXPECT_EQ(provider->BindPrinter(printer.GetHandle(), 2, &options, &count, &namespaces), E_VERSION_NOT_SUPPORTED);
+        EXPECT_EQ(count, 0);
+        ASSERT_EQ(provider->BindPrinter(printer.GetHandle(), 1, &options, &count, &namespaces), S_OK);
+        EXPECT_EQ(options, OEMPT_DEFAULT);
+        Bstr uri;
+        EXPECT_EQ(provider->QueryDeviceDefaultNamespace(uri.Put()), hasNamespace ? S_OK : E_NOTIMPL);
+        ASSERT_EQ(count, hasNamespace ? 1 : 0);
+        if (!hasNamespace) continue;
+        Bstr bound;
+        *bound.Put() = namespaces[0];
+        CoTaskMemFree(namespaces);
+        EXPECT_EQ(bound.View(), kPrivateKeywordsNamespace);
+        EXPECT_EQ(uri.View(), kPrivateKeywordsNamespace);
+    }
+}
+
+// An IUnknown that has the core helper interface or not, and counts what is asked of it.
+struct FakeHelper final : IPrintCoreHelper {
+    explicit FakeHelper(HRESULT result) : answer(result) {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        EXPECT_EQ(iid, IID_IPrintCoreHelper);
+        ++queries;
+        if (SUCCEEDED(answer)) {
+            *object = this;
+            AddRef();
+        }
+        return answer;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+    HRESULT answer;
+    int queries = 0;
+    ULONG references = 1;
+};
+
+TEST(Provider, TakesOneCoreHelperAndReleasesItAtItsEnd) {
+    FakeHelper without(E_NOINTERFACE), broken(E_FAIL), helper(S_OK), second(S_OK);
+    Provider provider = MakeProvider();
+    EXPECT_EQ(provider->PublishPrintTicketHelperInterface(&without), S_OK);
+    EXPECT_EQ(provider->PublishPrintTicketHelperInterface(&broken), E_FAIL);
+    EXPECT_EQ(provider->PublishPrintTicketHelperInterface(&helper), S_OK);
+    EXPECT_EQ(provider->PublishPrintTicketHelperInterface(&second), S_OK);
+    EXPECT_EQ(second.queries, 0);
+    EXPECT_EQ(helper.references, 2u);
+    provider.Reset();
+    EXPECT_EQ(helper.references, 1u);
+}
+
+TEST(Provider, KnowsAColorDeviceByTheProductsOwnWord) {
+    const std::pair<const char*, bool> words[] = {{"color", true},  {"COLOR", true},   {"CoLoR", true}, {"colored", false},
+                                                  {"color ", false}, {"monochrome", false}};
+    std::ifstream file(ProductFile(kPress));
+    const std::string product{std::istreambuf_iterator<char>(file), {}};
+    const std::size_t at = product.find("\"color\"");
+    ASSERT_NE(at, std::string::npos);
+    const auto copy = ProductFile(kPress).parent_path() / "other-color-word.toml";
+    for (const auto& [word, isColor] : words) {
+        SCOPED_TRACE(word);
+        std::ofstream(copy) << std::string(product).replace(at, 7, '"' + std::string(word) + '"') << "\n# " << word;
+        const TestStore ownStore;
+        const BoundProvider provider(W("Test Printer"), copy);
+        EXPECT_EQ(ProviderProbe::IsColorDevice(*provider), isColor);
+    }
+    std::filesystem::remove(copy);
+}
+
+TEST(Provider, MakesThePageSizeDictionaryOnceAndWithoutBinding) {
+    const Provider provider = MakeProvider();
+    PageSizeDictionary& dictionary = ProviderProbe::GetPageSizeDictionary(*provider.Get());
+    EXPECT_EQ(&dictionary, &ProviderProbe::GetPageSizeDictionary(*provider.Get()));
+    const auto entries = dictionary.GetPageSizeEntryRefs(Dimension(2100, 6), Dimension(2970, 6));
+    ASSERT_FALSE(entries.empty());
+    EXPECT_EQ(CXString(entries[0]->GetMsPageMediaSizeOptionName()).ToUtf8(), "ISOA4");
+}
+
+// A printer whose driver names no workflow library binds all the same; what needs product data then fails.
+TEST(Provider, WithoutAWorkflowLibraryFailsInsideTheUnitsOnly) {
+    const TestStore store;
+    const Provider provider = MakeProvider();
+    EXPECT_THROW(ProviderProbe::IsColorDevice(*provider.Get()), MorvaneComException);
+    const auto capabilities = LoadUsual("PrintCapabilities", "");
+    ReportCounter reports;
+    EXPECT_EQ(provider->CompletePrintCapabilities(nullptr, capabilities.Get()), E_FAIL) << "no printer to ask";
+    EXPECT_EQ(reports.count, 1);
+    EXPECT_EQ(reports.last.methodName.ToUtf8(), "MorvanePtProvider::CompletePrintCapabilities");
+}
+
+}  // namespace

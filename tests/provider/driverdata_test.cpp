@@ -1,0 +1,123 @@
+// The private block in a ticket: carried whole, restored byte for byte, or ignored.
+#include "boundprovider.h"
+
+#include <mvutil/crc32.h>
+#include <mvutil/morvaneutilities.h>
+
+namespace {
+
+const std::string kName = "mk:JobMorvaneDriverData";
+
+std::string Encode(const std::vector<BYTE>& payload) {
+    std::vector<BYTE> data(4);
+    privateblock::WriteDword(data.data(), Crc32::GetCrc(payload.data(), payload.size()));
+    data.insert(data.end(), payload.begin(), payload.end());
+    const int bytes = static_cast<int>(data.size());
+    WideString text(MorvaneUtilities::Base64EncodeGetRequiredLength(bytes, 2), W('\0'));
+    int length = static_cast<int>(text.size());
+    EXPECT_TRUE(MorvaneUtilities::Base64Encode(data.data(), bytes, text.data(), &length, 2));
+    return CXString(text.substr(0, length)).ToUtf8();
+}
+
+std::string Parameter(const std::string& value) {
+    return "<psf:ParameterInit name='" + kName + "'><psf:Value xsi:type='xsd:string'>" + value +
+           "</psf:Value></psf:ParameterInit>";
+}
+
+TEST(DriverData, RestoresAZeroedBlockByteForByte) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    struct Case {
+        const char* what;
+        std::vector<BYTE> block;
+    };
+    std::vector<Case> cases = {{"entries", MakeTestDevmode(3).CopyBlock()},
+                               {"no entries", MakePrivateBlock({})},
+                               {"one key twice", MakePrivateBlock({{2, TextBytes(W("a"))}, {2, TextBytes(W("bcd"))}})}};
+    std::vector<BYTE> trailing = MakePrivateBlock({{2, TextBytes(W("a"))}});
+    trailing[5000] = 0x5A;  // behind the last entry
+    privateblock::WriteDword(&trailing[privateblock::kChecksumOffset], privateblock::ComputeChecksum(trailing.data()));
+    cases.push_back({"bytes behind the entries", trailing});
+    std::vector<BYTE> damaged = cases[0].block;
+    damaged[100] ^= 1;
+    cases.push_back({"a wrong checksum", damaged});
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.what);
+        TestDevmode devmode(test.block), other = MakeTestDevmode(77);
+        const auto ticket = LoadUsual("PrintTicket", Parameter("old") + Parameter("older"));
+        ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+        const std::string text = ValueOf(ticket, "ParameterInit", kName);
+        EXPECT_TRUE(TextOf(ticket).ends_with(text + "</psf:Value></psf:ParameterInit></psf:PrintTicket>"));
+        ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+        EXPECT_EQ(ValueOf(ticket, "ParameterInit", kName), text) << "a second conversion gives the same text";
+        ASSERT_EQ(office.ToDevmode(ticket, other), S_OK);
+        EXPECT_EQ(other.CopyBlock(), test.block);
+    }
+}
+
+TEST(DriverData, ThatIsNotABlockLeavesTheBlockAlone) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    const std::vector<BYTE> good = MakeTestDevmode(3).CopyBlock();
+    std::vector<BYTE> wrongSize = good, wrongSignature = good, tooLong = good;
+    wrongSize[0] ^= 1;
+    wrongSignature[4] ^= 1;
+    tooLong.push_back(0);
+    std::string flipped = Encode(good);
+    flipped[100] = flipped[100] == 'A' ? 'B' : 'A';
+    const std::pair<const char*, std::string> cases[] = {
+        {"one character changed", flipped},
+        {"not base64", "!" + Encode(good)},
+        {"empty", ""},
+        {"three bytes", "AAAA"},
+        {"a checksum and nothing", Encode({})},
+        {"cut before the entries", Encode(std::vector<BYTE>(good.begin(), good.begin() + 61))},
+        {"another size", Encode(wrongSize)},
+        {"another signature", Encode(wrongSignature)},
+        {"longer than a block", Encode(tooLong)},
+    };
+    for (const auto& [what, text] : cases) {
+        SCOPED_TRACE(what);
+        TestDevmode devmode = MakeTestDevmode(5);
+        const std::vector<BYTE> before = devmode.CopyBlock();
+        const auto ticket = LoadUsual("PrintTicket", Parameter(text));
+        ASSERT_EQ(office.ToDevmode(ticket, devmode), S_OK);
+        EXPECT_EQ(devmode.CopyBlock(), before);
+    }
+    // The shortest payload is a header alone; line breaks and indentation are white space.
+    std::string header = Encode(std::vector<BYTE>(good.begin(), good.begin() + 62));
+    header.insert(8, "\n    ");
+    TestDevmode devmode = MakeTestDevmode(5);
+    ASSERT_EQ(office.ToDevmode(LoadUsual("PrintTicket", Parameter(header)), devmode), S_OK);
+    EXPECT_TRUE(std::equal(good.begin(), good.begin() + 62, devmode.Block()));
+    EXPECT_TRUE(std::all_of(devmode.Block() + 62, devmode.Block() + privateblock::kBytes, [](BYTE b) { return !b; }));
+}
+
+TEST(DriverData, OfADevmodeWithoutABlockIsNone) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    TestDevmode devmode(16);
+    const auto ticket = LoadUsual("PrintTicket", Parameter(Encode(MakePrivateBlock({}))));
+    EXPECT_EQ(office.ToDevmode(ticket, devmode), S_OK);
+    EXPECT_EQ(office.ToTicket(devmode, ticket), S_OK);
+    EXPECT_EQ(ValueOf(ticket, "ParameterInit", kName), "-");
+}
+
+TEST(DriverData, IsDeclaredLastWhateverTheProduct) {
+    const TestStore store;
+    for (const char* product : {kPress, kOffice, kScript}) {
+        SCOPED_TRACE(product);
+        const BoundProvider provider(product, CXString(product));
+        const auto capabilities = LoadUsual("PrintCapabilities", "");
+        ASSERT_EQ(provider->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+        const std::string once = TextOf(capabilities);
+        ASSERT_EQ(provider->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+        EXPECT_EQ(TextOf(capabilities), once) << "a second completion changes nothing";
+        const std::size_t at = once.rfind("<psf:ParameterDef ");
+        EXPECT_EQ(once.find(kName), at + std::string("<psf:ParameterDef name=\"").size());
+        EXPECT_NE(once.find("<psf:Property name=\"psf:MaxLength\"><psf:Value xsi:type=\"xsd:integer\">20000</psf:Value>",
+                            at), std::string::npos);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,140 @@
+// Colour management and copies, in both directions and in the capabilities.
+#include "boundprovider.h"
+
+#include <climits>
+
+namespace {
+
+std::string Option(const std::string& feature, const std::string& option) {
+    return "<psf:Feature name='psk:" + feature + "'><psf:Option name='" + option + "'/></psf:Feature>";
+}
+std::string Copies(const std::string& prefix, const std::string& value) {
+    return "<psf:ParameterInit name='" + prefix + "JobCopiesAllDocuments'><psf:Value xsi:type='xsd:integer'>" + value +
+           "</psf:Value></psf:ParameterInit>";
+}
+
+TEST(Color, IsWrittenFromTheDevmode) {
+    const TestStore store;
+    const BoundProvider press(kPress);
+    const struct {
+        DWORD method, intent;
+        const char *methodOption, *intentOption;
+    } cases[] = {{1, 1, "psk:None", "psk:BusinessGraphics"},      {2, 2, "psk:System", "psk:Photographs"},
+                 {3, 3, "psk:Driver", "psk:RelativeColorimetric"}, {4, 4, "psk:Device", "psk:AbsoluteColorimetric"},
+                 {0, 0, "psk:Device", "psk:Photographs"},          {99, 7, "psk:Device", "psk:Photographs"}};
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.method);
+        TestDevmode devmode = MakeTestDevmode();
+        devmode.Get()->dmICMMethod = test.method;
+        devmode.Get()->dmICMIntent = test.intent;
+        // Doubled on the way in, single on the way out.
+        const auto ticket = LoadUsual("PrintTicket", Option("PageColorManagement", "psk:None") +
+                                                         Option("PageColorManagement", "psk:None"));
+        ASSERT_EQ(press.ToTicket(devmode, ticket), S_OK);
+        EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), test.methodOption);
+        EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), test.intentOption);
+    }
+}
+
+TEST(Color, IsReadFromTheTicket) {
+    const TestStore store;
+    const BoundProvider press(kPress);
+    const struct {
+        const char* option;
+        DWORD osVersion, method;
+    } cases[] = {{"psk:None", 10, 1},   {"psk:System", 10, 2}, {"psk:Driver", 10, 3}, {"psk:Device", 10, 4},
+                 {"psk:device", 10, 9}, {"mk:None", 10, 9},    {"psk:Other", 10, 9},  {"psk:None", 5, 4},
+                 {"mk:Other", 5, 4}};
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.option);
+        ProviderProbe::SetOsMajorVersion(*press, test.osVersion);
+        TestDevmode devmode = MakeTestDevmode();
+        devmode.Get()->dmICMMethod = 9;
+        devmode.Get()->dmICMIntent = 9;
+        const auto ticket = LoadUsual("PrintTicket", Option("PageColorManagement", test.option) +
+                                                         Option("PageICMRenderingIntent", "psk:Photographs"));
+        ASSERT_EQ(press.ToDevmode(ticket, devmode), S_OK);
+        EXPECT_EQ(devmode.Get()->dmICMMethod, test.method);
+        EXPECT_EQ(devmode.Get()->dmICMIntent, 9u) << "the intent goes one way only";
+    }
+}
+
+TEST(Color, IsOfferedAsTheCapabilityWordAndTheSystemAllow) {
+    const TestStore store;
+    const BoundProvider press(kPress);
+    const struct {
+        ULONGLONG flags;
+        DWORD osVersion;
+        const char *methods, *intents;
+    } cases[] = {
+        {0x400, 10, "psk:None", "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
+        {0x200, 6, "psk:None psk:Device psk:System",
+         "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
+        {0x600, 5, "psk:Device", "-"},
+        {0x400, 5, "-", "-"}};
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.flags);
+        ProviderProbe::SetCapabilityFlags(*press, test.flags);
+        ProviderProbe::SetOsMajorVersion(*press, test.osVersion);
+        const auto capabilities = LoadUsual("PrintCapabilities", Option("PageICMRenderingIntent", "psk:Old"));
+        ASSERT_EQ(press->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+        EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageColorManagement"), test.methods);
+        EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageICMRenderingIntent"), test.intents);
+        EXPECT_NE(TextOf(capabilities).find("\"psk:PageColorManagement\""), std::string::npos);
+    }
+}
+
+TEST(Color, IsLeftAloneOnOtherFamilies) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    TestDevmode devmode = MakeTestDevmode();
+    devmode.Get()->dmICMMethod = 9;
+    const auto ticket = LoadUsual("PrintTicket", Option("PageColorManagement", "psk:None"));
+    ASSERT_EQ(office.ToDevmode(ticket, devmode), S_OK);
+    EXPECT_EQ(devmode.Get()->dmICMMethod, 9u);
+    ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+    EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), "psk:None");
+    EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), "-");
+}
+
+TEST(Copies, TravelInThePrivateNamespace) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    const struct {
+        const char *prefix, *text;
+        int copies;
+    } fromTicket[] = {{"mk:", "7", 7},     {"mk:", "70000", 4464}, {"mk:", " +12x", 12}, {"mk:", "-3", -3},
+                      {"mk:", "many", 0}, {"mk:", "", 5},          {"psk:", "7", 5}};
+    for (const auto& test : fromTicket) {
+        SCOPED_TRACE(test.text);
+        TestDevmode devmode = MakeTestDevmode();
+        devmode.Get()->dmCopies = 5;
+        const auto ticket = LoadUsual("PrintTicket", Copies(test.prefix, test.text));
+        ASSERT_EQ(office.ToDevmode(ticket, devmode), S_OK);
+        EXPECT_EQ(devmode.Get()->dmCopies, test.copies);
+    }
+    const std::pair<SHORT, const char*> fromDevmode[] = {{1, "1"}, {SHRT_MAX, "32767"}, {-1, "4294967295"}};
+    for (const auto& [copies, text] : fromDevmode) {
+        TestDevmode devmode = MakeTestDevmode();
+        devmode.Get()->dmCopies = copies;
+        const auto ticket = LoadUsual("PrintTicket", Copies("mk:", "3") + Copies("psk:", "2") + Copies("mk:", "4"));
+        ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+        EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), text);
+        EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:JobCopiesAllDocuments"), "2") << "the core driver's own";
+    }
+}
+
+TEST(Copies, AreDeclaredWithThePrintersLimit) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    const auto capabilities = LoadUsual("PrintCapabilities", "<psf:ParameterDef name='psk:JobCopiesAllDocuments'/>");
+    ASSERT_EQ(office->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+    const std::string text = ContentOf(capabilities);
+    EXPECT_NE(text.find("<psf:ParameterDef name=\"psk:JobCopiesAllDocuments\"><psf:Property name=\"psf:DataType\">"),
+              std::string::npos) << text;
+    EXPECT_NE(text.find("<psf:Property name=\"psf:MaxValue\"><psf:Value xsi:type=\"xsd:integer\">999</psf:Value>"),
+              std::string::npos) << text;
+    EXPECT_EQ(text.find("JobCopiesAllDocuments"), text.rfind("JobCopiesAllDocuments"));
+}
+
+}  // namespace
