@@ -1,0 +1,39 @@
+// The host's commands: each function adds a group of them to the command line.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <functional>
+#include <iosfwd>
+#include <string>
+
+// What a command works with. A command's callback stores its action; it runs once the whole command line is read.
+class HostContext {
+public:
+    explicit HostContext(std::ostream& output) : out(output) {}
+    ~HostContext();
+    HostContext(const HostContext&) = delete;
+    HostContext& operator=(const HostContext&) = delete;
+
+    // Opens the store that the command line, the environment or the user's data folder names; closed with the context.
+    // Throws InputError when there is none or it cannot be opened.
+    void UseStore();
+    void UseThrowawayStore();  // a store that ends with the context
+
+    std::ostream& out;
+    std::string storeFolder;  // as told by --store; empty when it was not
+    std::function<void()> action;
+
+private:
+    void Open(const std::string& folder);
+
+    bool open_ = false;
+};
+
+void AddDemoCommand(CLI::App& app, HostContext& context);
+void AddProductCommands(CLI::App& app, HostContext& context);
+void AddPrinterCommands(CLI::App& app, HostContext& context);
+void AddDevmodeCommands(CLI::App& app, HostContext& context);
+void AddConversionCommands(CLI::App& app, HostContext& context);
+void AddRegistryCommands(CLI::App& app, HostContext& context);

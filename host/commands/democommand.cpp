@@ -1,0 +1,96 @@
+// demo: the settings of a job on their way through the component, on each of the products.
+#include <printerinstall.h>
+#include <privateblock.h>
+#include <xdevmode.h>
+
+#include <algorithm>
+#include <memory>
+#include <ostream>
+
+#include "../devmodemaker.h"
+#include "../hosterror.h"
+#include "../hostfiles.h"
+#include "../hostplatform.h"
+#include "../printsession.h"
+#include "../productfiles.h"
+#include "../xmlfile.h"
+#include "commands.h"
+
+namespace {
+
+// What the job of the demonstration sets beside the product's defaults.
+const DevmodeSettings kJobSettings = {{{"dmCopies", "3"}, {"dmOrientation", "2"}}, {}};
+
+std::string FirstWords(const char* answer, bool yes) { return std::string(answer) + (yes ? ": yes" : ": no"); }
+
+bool HaveSamePublicPart(const DevmodeBuffer& a, const DevmodeBuffer& b) {
+    return a.GetPublicBytes() == b.GetPublicBytes() &&
+           a.GetBytesView().substr(0, a.GetPublicBytes()) == b.GetBytesView().substr(0, b.GetPublicBytes());
+}
+
+bool HaveSamePrivateBlock(DevmodeBuffer& a, DevmodeBuffer& b) {
+    const BYTE* first = XDevmode::GetOemDevmodeFromDevmode(a.Get());
+    const BYTE* second = XDevmode::GetOemDevmodeFromDevmode(b.Get());
+    return first && second && std::equal(first, first + privateblock::kBytes, second);
+}
+
+// Writes one file of the demonstration and tells its name and size.
+void Leave(std::ostream& out, const std::filesystem::path& folder, const char* name, std::string_view bytes,
+           const char* account) {
+    WriteWholeFile(folder / name, bytes);
+    out << "  " << name << std::string(18 - std::min<std::size_t>(18, std::string_view(name).size()), ' ') << bytes.size()
+        << " bytes  " << account << '\n';
+}
+
+// Whether everything came back as it went.
+bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, const std::filesystem::path& folder) {
+    const auto product = LoadProduct(productFile);
+    const CXString printer = CXString::FromUtf8("Demo " + PathToUtf8(productFile.stem()));
+    InstallPrinter(printer.AsWideString(), productFile, WideString());
+    const PrintSession session(printer);
+    std::filesystem::create_directories(folder);
+
+    out << product->modelName << ", installed as '" << printer.ToUtf8() << "':\n";
+    DevmodeBuffer devmode = MakeDevmode(*product, printer.AsWideString(), kJobSettings);
+    Leave(out, folder, "devmode.bin", devmode.GetBytesView(), "a job's settings, as programs hand them to the driver");
+
+    const PrintSession::Document ticket = session.MakeTicket(devmode);
+    Leave(out, folder, "ticket.xml", FormatDocument(ticket.Get()), "the same settings as a PrintTicket, made by the component");
+
+    DevmodeBuffer back = MakeDevmode(*product, printer.AsWideString(), {});
+    session.ApplyTicket(ticket.Get(), back);
+    Leave(out, folder, "devmode-back.bin", back.GetBytesView(), "a fresh DEVMODE to which the ticket was applied");
+
+    const PrintSession::Document capabilities = session.MakeCapabilities(ticket.Get());
+    Leave(out, folder, "capabilities.xml", FormatDocument(capabilities.Get()), "what the printer can do");
+
+    const bool samePublicPart = HaveSamePublicPart(devmode, back);
+    const bool samePrivateBlock = HaveSamePrivateBlock(devmode, back);
+    out << "  devmode.bin and devmode-back.bin have the " << FirstWords("same public fields", samePublicPart) << ", the "
+        << FirstWords("same private block", samePrivateBlock) << "\n\n";
+    return samePublicPart && samePrivateBlock;
+}
+
+void RunDemo(HostContext& context, const std::string& output) {
+    const std::vector<std::filesystem::path> products = FindOwnProductFiles();
+    if (products.empty()) throw InputError("there are no products beside the program; build or install it whole");
+    const std::filesystem::path folder = output.empty() ? MakeTemporaryFolder("mvpthost-demo-") : PathFromUtf8(output);
+    context.UseThrowawayStore();
+    context.out << "The settings of a print job travel from a DEVMODE to a PrintTicket and back,\n"
+                   "through the driver's PrintTicket provider, on "
+                << products.size() << " products.\n\n";
+    bool allSame = true;
+    for (const std::filesystem::path& product : products)
+        allSame = ShowProduct(context.out, product, folder / product.stem()) && allSame;
+    context.out << "The files are in " << PathToUtf8(folder) << "; 'mvpthost devmode show FILE' tells what a DEVMODE holds.\n";
+    if (!allSame) throw OperationError("a DEVMODE came back changed; compare the files named above");
+}
+
+}  // namespace
+
+void AddDemoCommand(CLI::App& app, HostContext& context) {
+    const auto folder = std::make_shared<std::string>();
+    CLI::App* demo = app.add_subcommand("demo", "Shows a job's settings travel through the component on each product");
+    demo->add_option("-o,--out", *folder, "Folder for the files (default: a new temporary one)");
+    demo->callback([&context, folder] { context.action = [&context, folder] { RunDemo(context, *folder); }; });
+}

@@ -1,0 +1,143 @@
+// printer add, printer list, printer show, printer remove
+#include <mvutil/printdriver.h>
+#include <mvutil/printer.h>
+#include <printerinstall.h>
+#include <winspool.h>
+
+#include <iomanip>
+#include <memory>
+#include <ostream>
+
+#include "../hosterror.h"
+#include "../hostplatform.h"
+#include "../hosttext.h"
+#include "../installedprinter.h"
+#include "../productfiles.h"
+#include "commands.h"
+
+namespace {
+
+constexpr int kDriverFlagsCapability = 1984;
+constexpr const WCHAR* kWorkflowValue = W("XWorkflowDLL");
+
+struct PrinterOptions {
+    std::string name, product, port;
+};
+
+// What the spooler tells of a printer.
+struct PrinterRow {
+    std::string name, port, driver;
+};
+
+// The installer tells in a sentence why it refuses; nothing is changed then.
+template <class Operation>
+void Install(Operation operation) {
+    try {
+        operation();
+    } catch (const ProductError&) {
+        throw;
+    } catch (const std::runtime_error& error) {
+        throw InputError(error.what());
+    }
+}
+
+std::vector<PrinterRow> ReadPrinters() {
+    std::vector<BYTE> buffer;
+    DWORD needed = 0, count = 0;
+    while (!EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, buffer.data(), static_cast<DWORD>(buffer.size()), &needed,
+                          &count)) {
+        const DWORD error = GetLastError();
+        if (error != ERROR_INSUFFICIENT_BUFFER) throw OperationError("EnumPrintersW", HRESULT_FROM_WIN32(error));
+        buffer.resize(needed);
+    }
+    const auto text = [](LPCWSTR field) { return field ? ToUtf8(field) : std::string(); };
+    std::vector<PrinterRow> rows;
+    const auto* printers = reinterpret_cast<const PRINTER_INFO_2W*>(buffer.data());
+    for (DWORD index = 0; index < count; ++index)
+        rows.push_back(
+            {text(printers[index].pPrinterName), text(printers[index].pPortName), text(printers[index].pDriverName)});
+    return rows;
+}
+
+void RunAdd(HostContext& context, const PrinterOptions& options) {
+    const std::filesystem::path product = FindProductFile(options.product);
+    const WideString name = ArgumentToWide(options.name);
+    context.UseStore();
+    Install([&] { InstallPrinter(name, product, ArgumentToWide(options.port)); });
+}
+
+void RunRemove(HostContext& context, const PrinterOptions& options) {
+    context.UseStore();
+    const WideString name = ArgumentToWide(options.name);
+    OpenInstalledPrinter(name);
+    Install([&] { RemovePrinter(name); });
+}
+
+void RunList(HostContext& context) {
+    context.UseStore();
+    for (const PrinterRow& row : ReadPrinters())
+        context.out << row.name << "  (" << row.driver << ", port " << row.port << ")\n";
+}
+
+std::string DescribeState(int state) {
+    constexpr const char* kStates[] = {"unknown printer", "no driver", "driver without data file", "data file unreadable",
+                                       "complete"};
+    const bool known = state >= 0 && state < static_cast<int>(std::size(kStates));
+    return std::to_string(state) + (known ? std::string(" (") + kStates[state] + ")" : std::string());
+}
+
+// The library that the component noted for the printer at the first binding.
+std::string DescribeWorkflowLibrary(const Printer& printer) {
+    DWORD type = REG_NONE;
+    ByteBuffer value;
+    if (!printer.GetPrinterDataW(kWorkflowValue, type, value)) return "not chosen yet; the first conversion chooses it";
+    const auto index = static_cast<DWORD>(value.getAsLongValue());
+    if (type != REG_DWORD || index < 1 || index > kWorkflowLibraries.size()) return "not valid";
+    return std::to_string(index) + " (" + kWorkflowLibraries[index - 1] + ")";
+}
+
+void RunShow(HostContext& context, const PrinterOptions& options) {
+    context.UseStore();
+    const WideString name = ArgumentToWide(options.name);
+    const auto handle = OpenInstalledPrinter(name);
+    const auto line = [&](const char* what, const std::string& value) {
+        context.out << std::left << std::setw(20) << what << value << '\n';
+    };
+    for (const PrinterRow& row : ReadPrinters()) {
+        if (row.name != Printer(handle.Get()).GetPrinterName().ToUtf8()) continue;
+        line("driver", row.driver);
+        line("port", row.port);
+    }
+    const int state = PrintDriver::GetInstallationStateFromHandle(handle.Get());
+    line("installation", DescribeState(state));
+    line("workflow library", DescribeWorkflowLibrary(Printer(handle.Get())));
+    if (state != PrintDriver::kInstallationComplete) return;
+    const InstalledPrinter printer(name);
+    line("data file", PathToUtf8(printer.GetProduct()->file));
+    line("controller family", std::to_string(printer.GetProduct()->controllerFamily));
+    line("capability word", FormatHex(PrintDriver().GetDriverCapability(handle.Get(), kDriverFlagsCapability), 3));
+}
+
+}  // namespace
+
+void AddPrinterCommands(CLI::App& app, HostContext& context) {
+    CLI::App* printer = app.add_subcommand("printer", "The printers of the store");
+    printer->require_subcommand(1);
+    const auto options = std::make_shared<PrinterOptions>();
+    const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const PrinterOptions&)) {
+        CLI::App* command = printer->add_subcommand(name, description);
+        command->add_option("NAME", options->name, "The printer's name")->required();
+        command->callback([&context, options, run] {
+            context.action = [&context, options, run] { run(context, *options); };
+        });
+        return command;
+    };
+    CLI::App* addCommand = add("add", "Installs a product as a printer", RunAdd);
+    addCommand->add_option("--product", options->product, "The product's name ('product list') or its file")->required();
+    addCommand->add_option("--port", options->port, "The port (default: one of the printer's own)");
+    add("show", "What a printer is made of", RunShow);
+    add("remove", "Removes a printer", RunRemove);
+    printer->add_subcommand("list", "One line a printer: name, driver, port")->callback([&context] {
+        context.action = [&context] { RunList(context); };
+    });
+}

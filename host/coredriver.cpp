@@ -1,0 +1,272 @@
+// CoreDriver: a small core printer driver, from the DEVMODE and the product to documents and back.
+#include "coredriver.h"
+
+#include <winspool.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <set>
+#include <span>
+
+#include "devmodefields.h"
+#include "hosttext.h"
+#include "schematext.h"
+#include "ticketreader.h"
+
+namespace {
+
+using namespace schematext;
+
+constexpr LONG kMicrometresPerTenth = 100;
+constexpr LONG kLargestShort = std::numeric_limits<SHORT>::max();
+// Comparable software takes two sizes for the same within half a millimetre.
+constexpr LONG kSizeTolerance = 500;
+
+// A DEVMODE field's value, the option that stands for it, and the option's display name.
+struct Choice {
+    SHORT value;
+    const char* keyword;
+    const char* displayName;
+};
+constexpr Choice kOrientations[] = {
+    {DMORIENT_PORTRAIT, "Portrait", "Portrait"},
+    {DMORIENT_LANDSCAPE, "Landscape", "Landscape"},
+};
+constexpr Choice kSides[] = {
+    {DMDUP_SIMPLEX, "OneSided", "One-sided"},
+    {DMDUP_VERTICAL, "TwoSidedLongEdge", "Two-sided, long edge"},
+    {DMDUP_HORIZONTAL, "TwoSidedShortEdge", "Two-sided, short edge"},
+};
+constexpr Choice kCollations[] = {
+    {DMCOLLATE_FALSE, "Uncollated", "Uncollated"},
+    {DMCOLLATE_TRUE, "Collated", "Collated"},
+};
+
+// A feature that is one 16-bit field of the DEVMODE.
+struct ChoiceFeature {
+    const char* keyword;
+    const char* displayName;
+    std::size_t offset;
+    DWORD flag;
+    WORD capability;  // of DeviceCapabilitiesW: whether there is more than the first choice
+    std::span<const Choice> choices;
+};
+constexpr ChoiceFeature kChoiceFeatures[] = {
+    {"PageOrientation", "Orientation", offsetof(DEVMODEW, dmOrientation), DM_ORIENTATION, DC_ORIENTATION, kOrientations},
+    {"JobDuplexAllDocumentsContiguously", "Two-sided printing", offsetof(DEVMODEW, dmDuplex), DM_DUPLEX, DC_DUPLEX,
+     kSides},
+    {"DocumentCollate", "Collation", offsetof(DEVMODEW, dmCollate), DM_COLLATE, DC_COLLATE, kCollations},
+};
+
+std::string Keyword(std::string_view name) { return "psk:" + std::string(name); }
+WideString WideKeyword(const char* name) { return *ToWide(name); }
+
+SHORT GetField(const DEVMODEW& devmode, const ChoiceFeature& feature) {
+    SHORT value;
+    std::memcpy(&value, reinterpret_cast<const BYTE*>(&devmode) + feature.offset, sizeof value);
+    return value;
+}
+
+void SetField(DEVMODEW& devmode, const ChoiceFeature& feature, SHORT value) {
+    std::memcpy(reinterpret_cast<BYTE*>(&devmode) + feature.offset, &value, sizeof value);
+    devmode.dmFields |= feature.flag;
+}
+
+std::string DisplayName(std::string_view name) { return Property("psk:DisplayName", ValueType::String, name); }
+
+std::string PickOneFeature(const char* keyword, std::string_view displayName, const std::string& options) {
+    if (options.empty()) return std::string();
+    return Feature(Keyword(keyword), Property("psf:SelectionType", ValueType::QName, "psk:PickOne") +
+                                         DisplayName(displayName) + options);
+}
+
+std::string OfferedOption(const std::string& name, std::string_view displayName, const std::string& scored) {
+    return Option(name, "psk:None", DisplayName(displayName) + scored);
+}
+
+std::string ScoredSize(const char* first, LONG firstValue, const char* second, LONG secondValue) {
+    std::string text;
+    if (firstValue > 0) text += ScoredProperty(Keyword(first), firstValue);
+    if (secondValue > 0) text += ScoredProperty(Keyword(second), secondValue);
+    return text;
+}
+std::string ScoredResolution(LONG x, LONG y) { return ScoredSize("ResolutionX", x, "ResolutionY", y); }
+std::string ScoredMediaSize(LONG width, LONG length) {
+    return ScoredSize("MediaSizeWidth", width, "MediaSizeHeight", length);
+}
+
+std::string WriteCopiesDefinition(LONG maximum) {
+    return ParameterDef("psk:JobCopiesAllDocuments",
+                        Property("psf:DataType", ValueType::QName, "xsd:integer") +
+                            Property("psf:UnitType", ValueType::String, "copies") +
+                            Property("psf:DefaultValue", ValueType::Integer, "1") +
+                            Property("psf:MaxValue", ValueType::Integer, std::to_string(maximum)) +
+                            Property("psf:MinValue", ValueType::Integer, "1") +
+                            Property("psf:Multiple", ValueType::Integer, "1") +
+                            Property("psf:Mandatory", ValueType::QName, "psk:Unconditional") + DisplayName("Copies"));
+}
+
+bool IsNear(LONG a, LONG b) { return std::abs(static_cast<std::int64_t>(a) - b) <= kSizeTolerance; }
+
+}  // namespace
+
+CoreDriver::CoreDriver(std::shared_ptr<const ProductDescription> product, const CXString& printer, const CXString& port)
+    : product_(std::move(product)), printer_(printer), port_(port) {}
+
+WideString CoreDriver::GetOwnNamespace() const {
+    return W("http://schemas.morvane.example/coredriver/") + *ToWide(std::to_string(product_->controllerFamily));
+}
+
+LONG CoreDriver::QueryNumber(WORD capability) const {
+    return static_cast<LONG>(DeviceCapabilitiesW(printer_, port_, capability, nullptr, nullptr));
+}
+
+std::vector<std::pair<LONG, LONG>> CoreDriver::QueryResolutions() const {
+    std::vector<std::pair<LONG, LONG>> resolutions;
+    const LONG count = QueryNumber(DC_ENUMRESOLUTIONS);
+    if (count <= 0) return resolutions;
+    // Another process may add resolutions between the two calls; the answer is taken for the first count alone.
+    std::vector<LONG> numbers(static_cast<std::size_t>(count) * 2);
+    if (DeviceCapabilitiesW(printer_, port_, DC_ENUMRESOLUTIONS, reinterpret_cast<LPWSTR>(numbers.data()), nullptr) !=
+        count)
+        return resolutions;
+    for (std::size_t at = 0; at < numbers.size(); at += 2) resolutions.emplace_back(numbers[at], numbers[at + 1]);
+    return resolutions;
+}
+
+// ---- documents --------------------------------------------------------------------------------------------------------
+
+std::string CoreDriver::WriteTicket(const DEVMODEW& devmode) const {
+    std::string content = ParameterInit("psk:JobCopiesAllDocuments", std::max<SHORT>(devmode.dmCopies, 1));
+    for (const ChoiceFeature& feature : kChoiceFeatures) {
+        const SHORT value = GetField(devmode, feature);
+        for (const Choice& choice : feature.choices)
+            if (choice.value == value)
+                content += Feature(Keyword(feature.keyword), Option(Keyword(choice.keyword), "", ""));
+    }
+    content += WriteResolution(devmode);
+    content += WriteMediaSize(devmode);
+    return Document("psf:PrintTicket", content);
+}
+
+std::string CoreDriver::WriteResolution(const DEVMODEW& devmode) const {
+    LONG x = devmode.dmPrintQuality;
+    LONG y = (devmode.dmFields & DM_YRESOLUTION) != 0 && devmode.dmYResolution > 0 ? devmode.dmYResolution : x;
+    // A quality that is no number of dots: the product's own resolution.
+    if (x <= 0) {
+        for (const ProductResolution& resolution : product_->resolutions) {
+            if (!resolution.isDefault) continue;
+            x = resolution.crossFeed;
+            y = resolution.feed;
+        }
+    }
+    if (x <= 0) return std::string();
+    return Feature("psk:PageResolution", Option("", "", ScoredResolution(x, y)));
+}
+
+std::string CoreDriver::WriteMediaSize(const DEVMODEW& devmode) const {
+    if ((devmode.dmFields & DM_PAPERSIZE) != 0) {
+        const ProductPaper* paper = product_->FindPaper(static_cast<WORD>(devmode.dmPaperSize));
+        if (paper && paper->width > 0)
+            return Feature("psk:PageMediaSize", Option(paper->keyword.empty() ? "" : Keyword(paper->keyword), "",
+                                                       ScoredMediaSize(paper->width, paper->length)));
+    }
+    if (devmode.dmPaperWidth <= 0 || devmode.dmPaperLength <= 0) return std::string();
+    return Feature("psk:PageMediaSize", Option("", "", ScoredMediaSize(devmode.dmPaperWidth * kMicrometresPerTenth,
+                                                                       devmode.dmPaperLength * kMicrometresPerTenth)));
+}
+
+std::string CoreDriver::WriteCapabilities() const {
+    std::string content;
+    for (const ChoiceFeature& feature : kChoiceFeatures) {
+        std::string options;
+        const std::size_t offered = QueryNumber(feature.capability) > 0 ? feature.choices.size() : 1;
+        for (const Choice& choice : feature.choices.first(offered))
+            options += OfferedOption(Keyword(choice.keyword), choice.displayName, "");
+        content += PickOneFeature(feature.keyword, feature.displayName, options);
+    }
+    content += WriteResolutionChoices();
+    content += WriteMediaSizeChoices();
+    content += WriteCopiesDefinition(std::max<LONG>(QueryNumber(DC_COPIES), 1));
+    return Document("psf:PrintCapabilities", content);
+}
+
+std::string CoreDriver::WriteResolutionChoices() const {
+    std::string options;
+    for (const auto& [x, y] : QueryResolutions())
+        options += OfferedOption("", std::to_string(x) + " x " + std::to_string(y) + " dots per inch", ScoredResolution(x, y));
+    return PickOneFeature("PageResolution", "Resolution", options);
+}
+
+// Sizes that the Print Schema names once each; other sizes have no name that the core driver could give them.
+std::string CoreDriver::WriteMediaSizeChoices() const {
+    std::string options;
+    std::set<std::string> written;
+    for (const ProductPaper& paper : product_->papers) {
+        if (paper.keyword.empty() || paper.width <= 0 || !written.insert(paper.keyword).second) continue;
+        options += OfferedOption(Keyword(paper.keyword), paper.name, ScoredMediaSize(paper.width, paper.length));
+    }
+    return PickOneFeature("PageMediaSize", "Paper size", options);
+}
+
+// ---- tickets ----------------------------------------------------------------------------------------------------------
+
+void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const {
+    const TicketReader ticket(document);
+    for (const ChoiceFeature& feature : kChoiceFeatures) {
+        const WideString keyword = ticket.FindOptionKeyword(WideKeyword(feature.keyword));
+        for (const Choice& choice : feature.choices)
+            if (keyword == WideKeyword(choice.keyword)) SetField(devmode, feature, choice.value);
+    }
+    if (const std::optional<LONG> copies = ticket.FindParameter(W("JobCopiesAllDocuments"));
+        copies && *copies >= 1 && *copies <= kLargestShort) {
+        devmode.dmCopies = static_cast<SHORT>(*copies);
+        devmode.dmFields |= DM_COPIES;
+    }
+    if (const ComPtr<IXMLDOMNode> option = ticket.FindOption(W("PageResolution"))) {
+        const LONG x = ticket.GetScoredInteger(option.Get(), W("ResolutionX")).value_or(0);
+        const LONG y = ticket.GetScoredInteger(option.Get(), W("ResolutionY")).value_or(x);
+        if (x > 0 && x <= kLargestShort && y > 0 && y <= kLargestShort) {
+            devmode.dmPrintQuality = static_cast<SHORT>(x);
+            devmode.dmYResolution = static_cast<SHORT>(y);
+            devmode.dmFields |= DM_PRINTQUALITY | DM_YRESOLUTION;
+        }
+    }
+    ReadMediaSize(ticket, devmode);
+}
+
+// By the size when the ticket tells it, else by the keyword.
+void CoreDriver::ReadMediaSize(const TicketReader& ticket, DEVMODEW& devmode) const {
+    const ComPtr<IXMLDOMNode> option = ticket.FindOption(W("PageMediaSize"));
+    if (!option) return;
+    const std::string keyword = ToUtf8(ticket.GetKeyword(option.Get()));
+    const LONG width = ticket.GetScoredInteger(option.Get(), W("MediaSizeWidth")).value_or(0);
+    const LONG length = ticket.GetScoredInteger(option.Get(), W("MediaSizeHeight")).value_or(0);
+
+    const ProductPaper* found = nullptr;
+    for (const ProductPaper& paper : product_->papers) {
+        const bool named = !keyword.empty() && paper.keyword == keyword;
+        if (paper.width <= 0 || (width > 0 && !named && !(IsNear(paper.width, width) && IsNear(paper.length, length))) ||
+            (width <= 0 && !named))
+            continue;
+        if (!found || named) found = &paper;
+        if (named) break;
+    }
+    if (found && found->number != 0) {
+        devmode.dmPaperSize = static_cast<SHORT>(found->number);
+        devmode.dmPaperWidth = static_cast<SHORT>(found->width / kMicrometresPerTenth);
+        devmode.dmPaperLength = static_cast<SHORT>(found->length / kMicrometresPerTenth);
+        SetDevmodeText(devmode, GetDevmodeField("dmFormName"), CXString::FromUtf8(found->name).AsWideString());
+        devmode.dmFields |= DM_PAPERSIZE | DM_FORMNAME;
+        return;
+    }
+    const LONG tenthsWide = width / kMicrometresPerTenth;
+    const LONG tenthsLong = length / kMicrometresPerTenth;
+    if (tenthsWide <= 0 || tenthsLong <= 0 || tenthsWide > kLargestShort || tenthsLong > kLargestShort) return;
+    devmode.dmPaperSize = DMPAPER_USER;
+    devmode.dmPaperWidth = static_cast<SHORT>(tenthsWide);
+    devmode.dmPaperLength = static_cast<SHORT>(tenthsLong);
+    devmode.dmFields |= DM_PAPERSIZE | DM_PAPERWIDTH | DM_PAPERLENGTH;
+}

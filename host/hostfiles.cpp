@@ -1,0 +1,44 @@
+// Files of the host: read whole with a bound, written whole or not at all.
+#include "hostfiles.h"
+
+#include <fstream>
+#include <random>
+
+#include "hosterror.h"
+#include "hostplatform.h"
+#include "hosttext.h"
+
+std::string ReadWholeFile(const std::filesystem::path& file) {
+    const std::string name = "'" + PathToUtf8(file) + "'";
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error)) throw InputError(name + " is a folder; name a file");
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) throw InputError("the file " + name + " cannot be opened; check that it exists and may be read");
+    std::string contents;
+    char buffer[65536];
+    while (stream.read(buffer, sizeof buffer) || stream.gcount() > 0) {
+        contents.append(buffer, static_cast<std::size_t>(stream.gcount()));
+        if (contents.size() > kMaximumInputBytes) throw InputError("the file " + name + " is too large to be what it should be");
+    }
+    if (stream.bad()) throw InputError("the file " + name + " cannot be read to its end");
+    return contents;
+}
+
+void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes) {
+    std::error_code error;
+    // A device or a pipe keeps its place.
+    const bool inPlace = std::filesystem::is_other(file, error);
+    std::filesystem::path temporary = file;
+    if (!inPlace) temporary += "." + ToLowerHex(std::random_device()(), 8) + ".part";
+    std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    bool written = !stream.fail();
+    if (!inPlace) {
+        if (written) std::filesystem::rename(temporary, file, error);
+        written = written && !error;
+        if (!written) std::filesystem::remove(temporary, error);
+    }
+    if (written) return;
+    throw OperationError("the file '" + PathToUtf8(file) + "' cannot be written; check the folder and its free space");
+}

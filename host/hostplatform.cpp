@@ -1,0 +1,94 @@
+// What the host asks of the system it runs on; the one place where the two hosts differ.
+#include "hostplatform.h"
+
+#include <windows.h>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+#endif
+
+#include <cstdlib>
+#include <random>
+
+#include "hosterror.h"
+#include "hosttext.h"
+
+#ifdef _WIN32
+
+std::vector<std::string> GetProgramArguments(int, char**) {
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+    SetConsoleOutputCP(CP_UTF8);
+    // The C runtime's arguments are in the system's code page; the system's own are UTF-16.
+    int count = 0;
+    std::vector<std::string> arguments;
+    if (LPWSTR* list = CommandLineToArgvW(GetCommandLineW(), &count)) {
+        for (int index = 1; index < count; ++index) arguments.push_back(ToUtf8(list[index]));
+        LocalFree(list);
+    }
+    return arguments;
+}
+
+std::optional<std::string> GetEnvironment(const char* name) {
+    const wchar_t* text = _wgetenv(WideString(name, name + std::char_traits<char>::length(name)).c_str());
+    if (!text || !*text) return std::nullopt;
+    return ToUtf8(text);
+}
+
+std::filesystem::path GetProgramFolder() {
+    WideString path(32768, W('\0'));
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return std::filesystem::path(path).parent_path();
+}
+
+std::optional<std::filesystem::path> GetUserDataFolder() {
+    if (const auto folder = GetEnvironment("LOCALAPPDATA")) return PathFromUtf8(*folder);
+    return std::nullopt;
+}
+
+#else
+
+std::vector<std::string> GetProgramArguments(int argc, char** argv) {
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+std::optional<std::string> GetEnvironment(const char* name) {
+    const char* text = std::getenv(name);
+    if (!text || !*text) return std::nullopt;
+    return text;
+}
+
+std::filesystem::path GetProgramFolder() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+std::optional<std::filesystem::path> GetUserDataFolder() {
+    if (const auto folder = GetEnvironment("XDG_DATA_HOME")) return PathFromUtf8(*folder);
+    if (const auto home = GetEnvironment("HOME")) return PathFromUtf8(*home) / ".local" / "share";
+    return std::nullopt;
+}
+
+#endif
+
+std::filesystem::path MakeTemporaryFolder(const std::string& prefix) {
+    std::error_code error;
+    const std::filesystem::path parent = std::filesystem::temp_directory_path(error);
+    std::random_device random;
+    for (int attempt = 0; attempt < 100 && !error; ++attempt) {
+        const std::filesystem::path folder = parent / (prefix + FormatHex(random(), 8).substr(2));
+        if (std::filesystem::create_directory(folder, error)) return folder;
+    }
+    throw OperationError("no temporary folder can be made below '" + PathToUtf8(parent) + "'; name a folder yourself");
+}
+
+std::filesystem::path PathFromUtf8(std::string_view text) {
+    return std::filesystem::path(std::u8string(text.begin(), text.end()));
+}
+
+std::string PathToUtf8(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return std::string(text.begin(), text.end());
+}

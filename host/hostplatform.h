@@ -1,0 +1,22 @@
+// What the host asks of the system it runs on; the one place where the two hosts differ.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The arguments behind the program's name, as UTF-8; also makes the standard streams carry bytes as they are.
+std::vector<std::string> GetProgramArguments(int argc, char** argv);
+// The variable's text as UTF-8; nothing when it is unset or empty.
+std::optional<std::string> GetEnvironment(const char* name);
+// The folder of the running program.
+std::filesystem::path GetProgramFolder();
+// The folder where programs keep the user's own data; nothing when the environment names none.
+std::optional<std::filesystem::path> GetUserDataFolder();
+// A new, empty folder for temporary files, named from the prefix. Throws OperationError when it cannot be made.
+std::filesystem::path MakeTemporaryFolder(const std::string& prefix);
+
+std::filesystem::path PathFromUtf8(std::string_view text);
+std::string PathToUtf8(const std::filesystem::path& path);

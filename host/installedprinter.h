@@ -1,0 +1,33 @@
+// InstalledPrinter: an open printer with the product that it was made of.
+#pragma once
+
+#include <mvutil/cxstring.h>
+#include <products/reader/productdescription.h>
+#include <uniquehandle.h>
+
+#include <memory>
+
+struct CloseSpoolerHandle {
+    void operator()(HANDLE printer) const noexcept;
+};
+
+class InstalledPrinter {
+public:
+    // Throws InputError for a printer that is not installed, ExceptionPrintDriverFailure when it has no driver with a
+    // data file, and ProductError when that is no product description.
+    explicit InstalledPrinter(const CXString& name);
+
+    HANDLE GetHandle() const noexcept { return handle_.Get(); }
+    const CXString& GetName() const noexcept { return name_; }
+    const CXString& GetPort() const noexcept { return port_; }
+    const std::shared_ptr<const ProductDescription>& GetProduct() const noexcept { return product_; }
+
+private:
+    CXString name_;
+    UniqueHandle<HANDLE, CloseSpoolerHandle> handle_;
+    CXString port_;
+    std::shared_ptr<const ProductDescription> product_;
+};
+
+// Opens the printer. Throws InputError, which says what to do, when it is not installed.
+UniqueHandle<HANDLE, CloseSpoolerHandle> OpenInstalledPrinter(const CXString& name);

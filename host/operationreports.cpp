@@ -1,0 +1,44 @@
+// OperationReports: the failures that the component reports while a command runs.
+#include "operationreports.h"
+
+#include "hresultnames.h"
+
+namespace {
+
+std::string DescribeReport(const ExceptionReport& report) {
+    std::string text = report.methodName.ToUtf8() + " (" + report.sourceFile.ToUtf8() + ", line " +
+                       std::to_string(report.line) + ") caught ";
+    text += report.className.IsEmpty() ? "an unknown exception" : report.className.ToUtf8();
+    if (!report.thrownFrom.IsEmpty()) text += " from " + report.thrownFrom.ToUtf8();
+    // Only an exception that carries an HRESULT tells where it was thrown and why in numbers.
+    if (report.className == CXString("MorvaneComException")) text += ": " + DescribeHresult(report.hresult);
+    if (!report.message.IsEmpty()) text += ": " + report.message.ToUtf8();
+    return text;
+}
+
+}  // namespace
+
+OperationReports::OperationReports()
+    : previous_(MorvaneException::SetReportHook([this](const ExceptionReport& report) {
+          try {
+              const std::lock_guard lock(mutex_);
+              reports_.push_back(report);
+          } catch (const std::exception&) {
+              // A report that there is no memory for is lost; the failure itself is told by the HRESULT.
+          }
+      })) {}
+
+OperationReports::~OperationReports() { MorvaneException::SetReportHook(std::move(previous_)); }
+
+std::vector<std::string> OperationReports::Describe() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> lines;
+    for (const ExceptionReport& report : reports_) lines.push_back(DescribeReport(report));
+    return lines;
+}
+
+std::string DescribeException(const MorvaneException& exception) {
+    std::string text = std::string(exception.GetClassName()) + " in " + exception.GetMethodName().ToUtf8();
+    if (!exception.GetMessageText().IsEmpty()) text += ": " + exception.GetMessageText().ToUtf8();
+    return text;
+}

@@ -1,0 +1,325 @@
+// Reads and writes the text of Windows .reg files.
+#include "regfile.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "hosterror.h"
+#include "hosttext.h"
+
+namespace {
+
+constexpr WideStringView kHeaderLine = W("Windows Registry Editor Version 5.00");
+constexpr WideStringView kBlanks = W(" \t");
+constexpr std::size_t kMaximumKeyNameCharacters = 255;
+constexpr std::size_t kMaximumValueNameCharacters = 16383;
+constexpr std::size_t kHexBytesPerLine = 25;
+
+struct Hive {
+    WideStringView name;
+    WideStringView shortName;
+    HKEY key;
+};
+
+// HKEY values are no constant expressions, so the table is made at run time.
+const std::vector<Hive>& Hives() {
+    static const std::vector<Hive> hives = {
+        {W("HKEY_LOCAL_MACHINE"), W("HKLM"), HKEY_LOCAL_MACHINE},
+        {W("HKEY_CURRENT_USER"), W("HKCU"), HKEY_CURRENT_USER},
+    };
+    return hives;
+}
+
+WideStringView Trim(WideStringView text) {
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == WideStringView::npos) return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// The lines of a file, cut at LF or CR LF.
+class LineReader {
+public:
+    explicit LineReader(std::string_view bytes) {
+        if (bytes.starts_with("\xFF\xFE")) {
+            SplitUtf16(bytes.substr(2), 0);
+        } else if (bytes.starts_with("\xFE\xFF")) {
+            SplitUtf16(bytes.substr(2), 1);
+        } else {
+            SplitUtf8(bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes);
+        }
+    }
+
+    // False at the end of the file.
+    bool Next(WideStringView& line) {
+        if (number_ == lines_.size()) return false;
+        line = lines_[number_++];
+        if (line.ends_with(W('\r'))) line.remove_suffix(1);
+        return true;
+    }
+
+    [[noreturn]] void Fail(const std::string& expected) const {
+        throw InputError("line " + std::to_string(std::max<std::size_t>(number_, 1)) + " of the registry file is bad: " + expected +
+                         "; correct it and import again, nothing was changed");
+    }
+
+private:
+    void SplitUtf16(std::string_view bytes, std::size_t lowByte) {
+        WideString text;
+        text.reserve(bytes.size() / 2);
+        for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+            const auto low = static_cast<BYTE>(bytes[at + lowByte]);
+            const auto high = static_cast<BYTE>(bytes[at + 1 - lowByte]);
+            text.push_back(static_cast<WCHAR>(low | (high << 8)));
+        }
+        for (WideStringView rest = text; !rest.empty();) {
+            const std::size_t end = std::min(rest.find(W('\n')), rest.size());
+            lines_.emplace_back(rest.substr(0, end));
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+        if (bytes.size() % 2 != 0) Fail("the UTF-16 text ends within a character");
+    }
+
+    void SplitUtf8(std::string_view bytes) {
+        while (!bytes.empty()) {
+            const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+            std::optional<WideString> line = ToWide(bytes.substr(0, end));
+            lines_.push_back(line ? *std::move(line) : WideString());
+            number_ = lines_.size();
+            if (!line) Fail("it is neither UTF-8 nor UTF-16 text");
+            bytes.remove_prefix(std::min(end + 1, bytes.size()));
+        }
+        number_ = 0;
+    }
+
+    std::vector<WideString> lines_;
+    std::size_t number_ = 0;  // of the line last read, from 1
+};
+
+class Parser {
+public:
+    explicit Parser(std::string_view bytes) : lines_(bytes) {}
+
+    RegFile Parse() {
+        WideStringView line;
+        if (!lines_.Next(line) || Trim(line) != kHeaderLine)
+            lines_.Fail("a registry file begins with '" + ToUtf8(kHeaderLine) + "'");
+        while (lines_.Next(line)) {
+            const WideStringView text = Trim(line);
+            if (text.empty() || text.starts_with(W(';'))) continue;
+            if (text.starts_with(W('['))) {
+                ParseKey(text);
+            } else if (file_.empty()) {
+                lines_.Fail("a key in brackets has to come before the first value");
+            } else if (file_.back().remove) {
+                lines_.Fail("a key that is deleted takes no values");
+            } else {
+                ParseValue(text);
+            }
+        }
+        return std::move(file_);
+    }
+
+private:
+    void ParseKey(WideStringView text) {
+        if (!text.ends_with(W(']'))) lines_.Fail("a key ends with ']'");
+        text = text.substr(1, text.size() - 2);
+        RegFileKey key;
+        key.remove = text.starts_with(W('-'));
+        if (key.remove) text.remove_prefix(1);
+        const std::size_t hiveEnd = std::min(text.find(W('\\')), text.size());
+        const WideString hive = ToLowerAscii(text.substr(0, hiveEnd));
+        for (const Hive& entry : Hives())
+            if (hive == ToLowerAscii(entry.name) || hive == ToLowerAscii(entry.shortName)) key.hive = entry.key;
+        if (!key.hive) lines_.Fail("a key begins with HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER");
+        key.path = text.substr(std::min(hiveEnd + 1, text.size()));
+        if (key.remove && key.path.empty()) lines_.Fail("a whole hive cannot be deleted");
+        CheckPath(key.path);
+        file_.push_back(std::move(key));
+    }
+
+    void CheckPath(WideStringView path) {
+        while (!path.empty()) {
+            const std::size_t end = std::min(path.find(W('\\')), path.size());
+            if (end == 0 || end > kMaximumKeyNameCharacters || end + 1 == path.size())
+                lines_.Fail("a key's name has 1 to " + std::to_string(kMaximumKeyNameCharacters) + " characters");
+            if (path.substr(0, end).find(W('\0')) != WideStringView::npos) lines_.Fail("a name holds no NUL");
+            path.remove_prefix(std::min(end + 1, path.size()));
+        }
+    }
+
+    void ParseValue(WideStringView text) {
+        RegFileValue value;
+        if (text.starts_with(W('@'))) {
+            text.remove_prefix(1);
+        } else if (!text.starts_with(W('"'))) {
+            lines_.Fail("expected a key, a value (\"name\"=..., @=...) or a comment");
+        } else {
+            value.name = TakeQuoted(text);
+            if (value.name.size() > kMaximumValueNameCharacters) lines_.Fail("the value's name is too long");
+        }
+        text = Trim(text);
+        if (!text.starts_with(W('='))) lines_.Fail("expected '=' behind the value's name");
+        text = Trim(text.substr(1));
+        if (text == W("-")) {
+            value.remove = true;
+        } else if (text.starts_with(W('"'))) {
+            value.type = REG_SZ;
+            WideString characters = TakeQuoted(text);
+            if (!Trim(text).empty()) lines_.Fail("expected nothing behind the closing quote");
+            characters.push_back(W('\0'));
+            for (const WCHAR character : characters) AppendLittleEndian(value.data, character, sizeof(WCHAR));
+        } else if (ToLowerAscii(text.substr(0, 6)) == W("dword:")) {
+            value.type = REG_DWORD;
+            const WideStringView digits = Trim(text.substr(6));
+            AppendLittleEndian(value.data, TakeHex(digits, 8), sizeof(DWORD));
+        } else if (ToLowerAscii(text.substr(0, 3)) == W("hex")) {
+            ParseHexValue(text.substr(3), value);
+        } else {
+            lines_.Fail("expected \"text\", dword:, hex:, hex(type): or - behind '='");
+        }
+        file_.back().values.push_back(std::move(value));
+    }
+
+    // ":01,02,..." or "(b):01,..."; a backslash at a line's end continues it on the next one.
+    void ParseHexValue(WideStringView text, RegFileValue& value) {
+        value.type = REG_BINARY;
+        if (text.starts_with(W('('))) {
+            const std::size_t end = text.find(W(')'));
+            if (end == WideStringView::npos) lines_.Fail("expected ')' behind the type's number");
+            value.type = TakeHex(text.substr(1, end - 1), 8);
+            text.remove_prefix(end + 1);
+        }
+        if (!text.starts_with(W(':'))) lines_.Fail("expected ':' behind hex");
+        text = Trim(text.substr(1));
+        bool more = false;  // a comma was read, so another byte has to come
+        for (;;) {
+            if (text == W("\\")) {
+                if (!lines_.Next(text)) lines_.Fail("the file ends where a line is to be continued");
+                text = Trim(text);
+                continue;
+            }
+            if (text.empty()) {
+                if (more) lines_.Fail("expected a byte behind the last comma");
+                return;
+            }
+            const std::size_t end = std::min(text.find(W(',')), text.size());
+            value.data.push_back(static_cast<BYTE>(TakeHex(Trim(text.substr(0, end)), 2)));
+            more = end < text.size();
+            text = Trim(text.substr(std::min(end + 1, text.size())));
+            if (!more && !text.empty()) lines_.Fail("expected a comma between bytes");
+        }
+    }
+
+    // Takes a quoted text with \\ and \" off the front.
+    WideString TakeQuoted(WideStringView& text) {
+        WideString result;
+        for (std::size_t at = 1; at < text.size(); ++at) {
+            WCHAR character = text[at];
+            if (character == W('"')) {
+                text.remove_prefix(at + 1);
+                return result;
+            }
+            if (character == W('\\')) {
+                if (++at == text.size()) break;
+                character = text[at];
+                if (character != W('\\') && character != W('"')) lines_.Fail("a backslash in a text is written \\\\");
+            }
+            if (character == W('\0')) lines_.Fail("a text holds no NUL");
+            result.push_back(character);
+        }
+        lines_.Fail("a closing quote is missing");
+    }
+
+    DWORD TakeHex(WideStringView text, std::size_t maximumDigits) {
+        const std::string digits = ToUtf8(text);
+        DWORD value = 0;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+        if (digits.empty() || digits.size() > maximumDigits || error != std::errc() || end != digits.data() + digits.size())
+            lines_.Fail("expected 1 to " + std::to_string(maximumDigits) + " hex digits");
+        return value;
+    }
+
+    static void AppendLittleEndian(std::vector<BYTE>& data, DWORD value, std::size_t bytes) {
+        for (; bytes > 0; --bytes, value >>= 8) data.push_back(static_cast<BYTE>(value));
+    }
+
+    LineReader lines_;
+    RegFile file_;
+};
+
+WideString Quote(WideStringView text) {
+    WideString result(1, W('"'));
+    for (const WCHAR character : text) {
+        if (character == W('"') || character == W('\\')) result.push_back(W('\\'));
+        result.push_back(character);
+    }
+    return result + W('"');
+}
+
+// The text of a REG_SZ that can be written between quotes: terminated once, no line ends.
+std::optional<WideString> PlainText(const RegFileValue& value) {
+    if (value.type != REG_SZ || value.data.empty() || value.data.size() % sizeof(WCHAR) != 0) return std::nullopt;
+    WideString text;
+    for (std::size_t at = 0; at < value.data.size(); at += sizeof(WCHAR))
+        text.push_back(static_cast<WCHAR>(value.data[at] | (value.data[at + 1] << 8)));
+    if (text.back() != W('\0')) return std::nullopt;
+    text.pop_back();
+    for (const WCHAR character : text)
+        if (character < W(' ')) return std::nullopt;
+    return text;
+}
+
+WideString Hex(std::uint64_t value, int digits) { return *ToWide(ToLowerHex(value, digits)); }
+
+void AppendHexBytes(WideString& text, const std::vector<BYTE>& data) {
+    for (std::size_t at = 0; at < data.size(); ++at) {
+        text += Hex(data[at], 2);
+        if (at + 1 == data.size()) break;
+        text += W(',');
+        if ((at + 1) % kHexBytesPerLine == 0) text += W("\\\r\n  ");
+    }
+}
+
+void AppendValue(WideString& text, const RegFileValue& value) {
+    text += value.name.empty() ? WideString(W("@")) : Quote(value.name);
+    text += W('=');
+    if (value.remove) {
+        text += W('-');
+    } else if (const std::optional<WideString> plain = PlainText(value)) {
+        text += Quote(*plain);
+    } else if (value.type == REG_DWORD && value.data.size() == sizeof(DWORD)) {
+        const std::vector<BYTE>& data = value.data;
+        text += W("dword:");
+        for (int byte = 3; byte >= 0; --byte) text += Hex(data[byte], 2);
+    } else {
+        text += W("hex");
+        if (value.type != REG_BINARY) text += W('(') + Hex(value.type, 0) + W(')');
+        text += W(':');
+        AppendHexBytes(text, value.data);
+    }
+    text += W("\r\n");
+}
+
+}  // namespace
+
+RegFile ParseRegFile(std::string_view bytes) { return Parser(bytes).Parse(); }
+
+std::string FormatRegFile(const RegFile& file) {
+    WideString text = W('\xFEFF') + WideString(kHeaderLine) + W("\r\n");
+    for (const RegFileKey& key : file) {
+        text += W("\r\n[");
+        if (key.remove) text += W('-');
+        for (const Hive& hive : Hives())
+            if (hive.key == key.hive) text += hive.name;
+        if (!key.path.empty()) text += W('\\') + key.path;
+        text += W("]\r\n");
+        for (const RegFileValue& value : key.values) AppendValue(text, value);
+    }
+    std::string bytes;
+    bytes.reserve(text.size() * sizeof(WCHAR));
+    for (const WCHAR character : text) {
+        bytes.push_back(static_cast<char>(character & 0xFF));
+        bytes.push_back(static_cast<char>(character >> 8));
+    }
+    return bytes;
+}

@@ -1,0 +1,126 @@
+// Command lines: what they print, their exit statuses, and what bad input leaves behind.
+#include "hostrun.h"
+
+namespace {
+
+constexpr const char* kTicket =
+    "<psf:PrintTicket xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework' "
+    "xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords' version='1'/>";
+
+TEST_F(HostRun, HelpIsThereForEveryCommand) {
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+             {},
+             {"demo"},
+             {"product"},
+             {"product", "list"},
+             {"printer", "add"},
+             {"printer", "list"},
+             {"printer", "show"},
+             {"printer", "remove"},
+             {"devmode", "new"},
+             {"devmode", "show"},
+             {"ticket"},
+             {"apply"},
+             {"capabilities"},
+             {"validate"},
+             {"registry", "export"},
+             {"registry", "import"}}) {
+        std::vector<std::string> arguments = command;
+        arguments.push_back("--help");
+        const std::string help = Do(arguments);
+        EXPECT_NE(help.find("Usage:"), std::string::npos) << help;
+        if (!command.empty()) EXPECT_NE(help.find(command.back()), std::string::npos) << help;
+    }
+    EXPECT_FALSE(Exists("store"));
+}
+
+// One sentence on standard error, nothing on standard output, no new file.
+TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
+    Do({"printer", "add", "P", "--product", "press8434"});
+    Do({"devmode", "new", "--printer", "P", "-o", File("good.bin")});
+    const std::string good = Read("good.bin");
+    Write("ticket.xml", kTicket);
+    Write("short.bin", good.substr(0, 70));
+    Write("cut.bin", good.substr(0, good.size() - 1));
+    Write("malformed.xml", "<psf:PrintTicket>");
+    Write("dtd.xml", std::string("<!DOCTYPE x [<!ENTITY e 'x'>]>") + kTicket);
+    Write("bad.toml", "model = 1\n");
+    Write("bad.reg", "Windows Registry Editor Version 5.00\n\nnonsense\n");
+    const std::string out = File("new");
+
+    struct Case {
+        std::vector<std::string> arguments;
+        const char* words;  // what the sentence has to tell
+    };
+    const std::vector<Case> cases = {
+        {{}, "subcommand"},
+        {{"nonsense"}, "nonsense"},
+        {{"ticket", "--printer", "P"}, "--devmode"},
+        {{"printer", "add", "Q", "--product", "nonsense"}, "press8434"},
+        {{"printer", "add", "Q", "--product", File("bad.toml")}, "bad.toml"},
+        {{"printer", "show", "Q"}, "no printer 'Q'"},
+        {{"printer", "remove", "Q"}, "no printer 'Q'"},
+        {{"devmode", "new", "--printer", "Q", "-o", out}, "no printer 'Q'"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmCopies=32768"}, "dmCopies"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmCopies=1x"}, "1x"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmCopies"}, "NAME=VALUE"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmNonsense=1"}, "dmNonsense"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmSize=1"}, "dmSize"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmFormName=" + std::string(32, 'x')}, "31"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--attribute", "477/x=1"}, "477/x"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--attribute", "286=maybe"}, "true or false"},
+        {{"devmode", "new", "--printer", "P", "-o", out, "--attribute", "1/2/3/4/5/6/7/8/9/10/11=1"}, "deep"},
+        {{"devmode", "show", File("short.bin")}, "too few"},
+        {{"devmode", "show", File("cut.bin")}, "cut short"},
+        {{"devmode", "show", File("absent")}, "absent"},
+        {{"ticket", "--printer", "P", "--devmode", File("cut.bin"), "-o", out}, "cut short"},
+        {{"ticket", "--printer", "P", "--devmode", File("good.bin"), "--in", File("malformed.xml"), "-o", out},
+         "malformed.xml"},
+        {{"ticket", "--printer", "Q", "--devmode", File("good.bin"), "-o", out}, "no printer 'Q'"},
+        {{"apply", "--printer", "P", "--devmode", File("good.bin"), "--ticket", File("dtd.xml"), "-o", out}, "dtd.xml"},
+        {{"apply", "--printer", "P", "--devmode", File("short.bin"), "--ticket", File("ticket.xml"), "-o", out},
+         "too few"},
+        {{"capabilities", "--printer", "P", "--in", File("malformed.xml"), "-o", out}, "malformed.xml"},
+        {{"validate", "--printer", "P", "--ticket", File("malformed.xml"), "-o", out}, "malformed.xml"},
+        {{"registry", "import", File("bad.reg")}, "line 3"},
+    };
+    const std::size_t files = CountFiles();
+    for (const Case& c : cases) {
+        const Outcome outcome = Run(c.arguments);
+        const std::string command = testing::PrintToString(c.arguments);
+        EXPECT_EQ(outcome.status, 2) << command << outcome.err;
+        EXPECT_EQ(outcome.out, "") << command;
+        EXPECT_NE(outcome.err.find(c.words), std::string::npos) << command << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << command << outcome.err;
+        EXPECT_EQ(CountFiles(), files) << command;
+    }
+    EXPECT_EQ(Do({"printer", "list"}).find("Q"), std::string::npos);
+}
+
+TEST_F(HostRun, PrintersComeAndGo) {
+    Do({"printer", "add", "Colour press", "--product", "press8434"});
+    Do({"printer", "add", "Büro", "--product", "office8430", "--port", "FILE7"});
+    const std::string list = Do({"printer", "list"});
+    EXPECT_NE(list.find("Colour press"), std::string::npos) << list;
+    EXPECT_NE(list.find("Büro"), std::string::npos) << list;
+
+    const std::string shown = Do({"printer", "show", "Büro"});
+    for (const char* word : {"office8430.toml", "FILE7", "8430", "mvwf", "4"})
+        EXPECT_NE(shown.find(word), std::string::npos) << word << " in " << shown;
+
+    // A port keeps the caches of one product.
+    EXPECT_NE(Run({"printer", "add", "Third", "--product", "press8434", "--port", "FILE7"}).status, 0);
+    EXPECT_NE(Run({"printer", "add", "Büro", "--product", "office8430"}).status, 0);
+
+    Do({"printer", "remove", "Colour press"});
+    EXPECT_EQ(Do({"printer", "list"}).find("Colour press"), std::string::npos);
+    EXPECT_EQ(Run({"printer", "show", "Colour press"}).status, 2);
+}
+
+TEST_F(HostRun, ProductsAreListedWithFamilyAndCapabilityWord) {
+    const std::string list = Do({"product", "list"});
+    for (const char* word : {"press8434.toml  8434", "office8430.toml  8430", "script8432.toml  8432"})
+        EXPECT_NE(list.find(word), std::string::npos) << word << " in " << list;
+}
+
+}  // namespace

@@ -1,0 +1,157 @@
+// The conversions from the command line, and what the host's core driver does before the component.
+#include "hostrun.h"
+
+namespace {
+
+class Conversions : public HostRun {
+protected:
+    void AddPrinter(const std::string& product) const { Do({"printer", "add", "P", "--product", product}); }
+    void MakeDevmode(const std::string& file, std::vector<std::string> settings = {}) const {
+        settings.insert(settings.begin(), {"devmode", "new", "--printer", "P", "-o", File(file)});
+        Do(settings);
+    }
+    std::string MakeTicket(const std::string& devmode) const {
+        return Do({"ticket", "--printer", "P", "--devmode", File(devmode)});
+    }
+    void Apply(const std::string& ticket, const std::string& devmode, const std::string& result) const {
+        Do({"apply", "--printer", "P", "--ticket", File(ticket), "--devmode", File(devmode), "-o", File(result)});
+    }
+
+    static bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+    static int Count(const std::string& text, const std::string& part) {
+        int count = 0;
+        for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+        return count;
+    }
+    static std::string ReplaceAll(std::string text, const std::string& part, const std::string& by) {
+        for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + by.size()))
+            text.replace(at, part.size(), by);
+        return text;
+    }
+};
+
+TEST_F(Conversions, TheDemonstrationBringsEveryBlockBack) {
+    const std::string account = Do({"demo", "-o", File("demo")});
+    EXPECT_EQ(Count(account, "same private block: yes"), 3) << account;
+    for (const char* product : {"press8434", "office8430", "script8432"})
+        for (const char* file : {"devmode.bin", "ticket.xml", "devmode-back.bin", "capabilities.xml"})
+            EXPECT_TRUE(Exists(std::string("demo/") + product + "/" + file)) << product << file;
+    EXPECT_FALSE(Exists("store")) << "the demonstration uses a store of its own";
+}
+
+TEST_F(Conversions, ColourCopiesAndBlockTravelToTheTicketAndBack) {
+    AddPrinter("press8434");
+    MakeDevmode("job.bin", {"--set", "dmICMMethod=2", "--set", "dmICMIntent=1", "--set", "dmCopies=7", "--set",
+                            "dmOrientation=2", "--set", "dmDuplex=3", "--set", "dmCollate=1", "--set", "dmPaperSize=1",
+                            "--attribute", "286=true"});
+    MakeDevmode("fresh.bin");
+    const std::string ticket = MakeTicket("job.bin");
+    for (const char* part :
+         {"name=\"psk:PageColorManagement\"><psf:Option name=\"psk:System\"",
+          "name=\"psk:PageICMRenderingIntent\"><psf:Option name=\"psk:BusinessGraphics\"",
+          "name=\"mk:JobCopiesAllDocuments\"><psf:Value xsi:type=\"xsd:integer\">7<", "name=\"mk:JobMorvaneDriverData\"",
+          "\"psk:Landscape\"", "\"psk:TwoSidedShortEdge\"", "\"psk:Collated\"", "\"psk:NorthAmericaLetter\""})
+        EXPECT_TRUE(Holds(ticket, part)) << part << " in " << ticket;
+
+    // All that the ticket tells comes back; what it does not tell stays as the fresh DEVMODE has it.
+    Write("ticket.xml", ticket);
+    Apply("ticket.xml", "fresh.bin", "back.bin");
+    const std::string job = Read("job.bin");
+    const std::string back = Read("back.bin");
+    EXPECT_TRUE(job.substr(220) == back.substr(220)) << "the driver's own part";
+    const std::string shown = Do({"devmode", "show", File("back.bin")});
+    for (const char* line : {"dmICMMethod         2\n", "dmCopies            7\n", "dmOrientation       2\n",
+                             "dmDuplex            3\n", "dmCollate           1\n", "dmPaperSize         1\n"})
+        EXPECT_TRUE(Holds(shown, line)) << line << " in " << shown;
+
+    // Prefixes mean nothing.
+    std::string renamed = ticket;
+    for (const char* prefix : {"psf", "psk", "xsi", "xsd", "mk"}) {
+        const std::string name(prefix);
+        renamed = ReplaceAll(renamed, "xmlns:" + name + "=", "xmlns:other" + name + "=");
+        renamed = ReplaceAll(renamed, name + ":", "other" + name + ":");
+    }
+    Write("renamed.xml", renamed);
+    Apply("renamed.xml", "fresh.bin", "renamed.bin");
+    EXPECT_TRUE(Read("renamed.bin") == back);
+}
+
+TEST_F(Conversions, DocumentsOfACoreDriverAreCompletedInPlace) {
+    AddPrinter("press8434");
+    MakeDevmode("job.bin");
+    // ns0000 is taken, and ns0001 stands in a name without being declared.
+    const std::string root =
+        " xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework'"
+        " xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'"
+        " xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xmlns:xsd='http://www.w3.org/2001/XMLSchema'"
+        " xmlns:ns0000='http://example.org/foreign' version='1'>";
+    Write("in.xml", "<psf:PrintTicket" + root +
+                        "<psf:ParameterInit name='ns0000:JobCopiesAllDocuments'><psf:Value xsi:type='xsd:integer'>5"
+                        "</psf:Value></psf:ParameterInit><psf:Feature name='ns0001:Odd'><psf:Option name='ns0001:One'/>"
+                        "</psf:Feature></psf:PrintTicket>");
+    const std::string ticket = Do({"ticket", "--printer", "P", "--devmode", File("job.bin"), "--in", File("in.xml")});
+    for (const char* part : {"\"ns0000:JobCopiesAllDocuments\"", "\"ns0001:Odd\"", "\"ns0001:One\"",
+                             "\"mk:JobCopiesAllDocuments\"", "xmlns:ns0000=\"http://example.org/foreign\""})
+        EXPECT_TRUE(Holds(ticket, part)) << part << " in " << ticket;
+
+    Write("caps.xml", "<psf:PrintCapabilities" + root + "</psf:PrintCapabilities>");
+    Write("ticket.xml", ticket);
+    const std::string capabilities =
+        Do({"capabilities", "--printer", "P", "--in", File("caps.xml"), "--ticket", File("ticket.xml")});
+    EXPECT_TRUE(Holds(capabilities, "\"mk:JobMorvaneDriverData\"")) << capabilities;
+    EXPECT_TRUE(Holds(capabilities, "\"psk:JobCopiesAllDocuments\"")) << capabilities;
+}
+
+TEST_F(Conversions, TheCoreDriversCapabilitiesFollowThePrinter) {
+    const struct {
+        const char* product;
+        std::vector<const char*> parts;
+    } cases[] = {
+        {"press8434", {"psk:TwoSidedLongEdge", "psk:Collated", "psk:ISOA4", "psk:ResolutionX", "psk:Landscape"}},
+        {"office8430", {"psk:TwoSidedLongEdge", "psk:ISOA4", "psk:ResolutionX", "psk:Landscape"}},
+        {"script8432", {"psk:ISOA4", "psk:ResolutionX"}},
+    };
+    for (const auto& c : cases) {
+        AddPrinter(c.product);
+        const std::string capabilities = Do({"capabilities", "--printer", "P"});
+        for (const char* part : c.parts) EXPECT_TRUE(Holds(capabilities, part)) << c.product << part;
+        for (const char* feature : {"PageOrientation", "DocumentCollate", "PageResolution", "PageMediaSize"})
+            EXPECT_EQ(Count(capabilities, std::string("Feature name=\"psk:") + feature + "\""), 1) << feature;
+        EXPECT_EQ(Count(capabilities, "<psf:Feature "), Count(capabilities, "\"psf:SelectionType\"")) << capabilities;
+        EXPECT_EQ(Count(capabilities, "\"psk:JobCopiesAllDocuments\""), 1);
+        Do({"printer", "remove", "P"});
+    }
+}
+
+TEST_F(Conversions, ValidationTellsResultsByName) {
+    AddPrinter("press8434");
+    const std::string ticket =
+        "<a:PrintTicket xmlns:a='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework' version='1'/>";
+    Write("good.xml", ticket);
+    EXPECT_TRUE(Holds(Do({"validate", "--printer", "P", "--ticket", File("good.xml"), "-o", File("out.xml")}),
+                      "ValidatePrintTicket: S_NO_CONFLICT (0x00040001)"));
+    EXPECT_TRUE(Holds(Read("out.xml"), "a:PrintTicket"));
+
+    Write("foreign.xml", ReplaceAll(ticket, "http:", "https:"));
+    const Outcome outcome =
+        Run({"validate", "--printer", "P", "--ticket", File("foreign.xml"), "-o", File("foreign-out.xml")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(Holds(outcome.out, "ValidatePrintTicket: E_FAIL (0x80004005)")) << outcome.out;
+    EXPECT_TRUE(Holds(outcome.err, "reported: MorvanePtProvider::ValidatePrintTicket")) << outcome.err;
+    EXPECT_FALSE(Exists("foreign-out.xml"));
+}
+
+TEST_F(Conversions, AnOperationThatFailsLeavesNoFile) {
+    AddPrinter("office8430");
+    MakeDevmode("job.bin");
+    // A public part that ends before the fields that the component reads.
+    std::string devmode = Read("job.bin");
+    devmode[68] = 100;
+    Write("old.bin", devmode);
+    const Outcome outcome = Run({"ticket", "--printer", "P", "--devmode", File("old.bin"), "-o", File("out.xml")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(Holds(outcome.err, "ConvertDevModeToPrintTicket answered E_INVALIDARG (0x80070057)")) << outcome.err;
+    EXPECT_FALSE(Exists("out.xml"));
+}
+
+}  // namespace

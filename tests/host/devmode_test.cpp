@@ -1,0 +1,131 @@
+// DEVMODEs that the host makes, and what it shows of them.
+#include <nlohmann/json.hpp>
+
+#include "hostrun.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+class DevmodeRun : public HostRun {
+protected:
+    static constexpr const char* kProducts[] = {"press8434", "office8430", "script8432"};
+
+    Json Make(const std::string& product, std::vector<std::string> settings) const {
+        if (Run({"printer", "show", product}).status != 0) Do({"printer", "add", product, "--product", product});
+        settings.insert(settings.begin(), {"devmode", "new", "--printer", product, "-o", File("d.bin")});
+        Do(settings);
+        return Show("d.bin");
+    }
+    Json Show(const std::string& file) const { return Json::parse(Do({"devmode", "show", "--json", File(file)})); }
+
+    // The attribute's entry, or null.
+    static Json FindAttribute(const Json& description, const std::string& path) {
+        for (const Json& nameSpace : description["privateBlock"]["namespaces"])
+            for (const Json& attribute : nameSpace["attributes"])
+                if (attribute["path"] == path) return attribute;
+        return nullptr;
+    }
+};
+
+TEST_F(DevmodeRun, ADevmodeOfEveryProductHoldsASoundBlock) {
+    for (const char* product : kProducts) {
+        const Json shown = Make(product, {});
+        const Json& fields = shown["fields"];
+        EXPECT_EQ(fields["dmDeviceName"], product);
+        EXPECT_EQ(fields["dmSpecVersion"], 0x0401);
+        EXPECT_EQ(fields["dmSize"], 220);
+        EXPECT_EQ(shown["bytes"], 220 + fields["dmDriverExtra"].get<int>());
+        EXPECT_NE(fields["dmFields"].get<unsigned>() & 0x100u, 0u) << "dmCopies is a field of " << product;
+
+        const Json& block = shown["privateBlock"];
+        ASSERT_FALSE(block.is_null()) << product;
+        EXPECT_EQ(block["size"], 5956);
+        EXPECT_EQ(block["signature"], 0x4D564431);
+        EXPECT_EQ(block["version"], 1);
+        EXPECT_TRUE(block["checksum"]["valid"].get<bool>());
+        ASSERT_EQ(block["entries"].size(), 3u);
+        EXPECT_EQ(block["entries"][0]["key"], 1);
+        EXPECT_EQ(block["entries"][1]["key"], 2);
+        EXPECT_EQ(block["entries"][1]["text"], "mvpthost.exe");
+        EXPECT_EQ(block["entries"][2]["key"], 4);
+        EXPECT_FALSE(block["namespaces"][0]["attributes"].empty());
+    }
+}
+
+TEST_F(DevmodeRun, FieldsAreSetByTheirNamesWithTheirFlags) {
+    const Json plain = Make("press8434", {})["fields"];
+    const Json fields = Make("press8434", {"--set", "dmCopies=7", "--set", "dmPrintQuality=-4", "--set", "dmTTOption=0xFFFE",
+                                           "--set", "dmMediaType=0x101", "--set", "dmFormName=Größe", "--set",
+                                           "dmDriverVersion=65535", "--set", "dmPaperSize=1"})["fields"];
+    EXPECT_EQ(fields["dmCopies"], 7);
+    EXPECT_EQ(fields["dmPrintQuality"], -4);
+    EXPECT_EQ(fields["dmTTOption"], -2);
+    EXPECT_EQ(fields["dmMediaType"], 0x101);
+    EXPECT_EQ(fields["dmFormName"], "Größe");
+    EXPECT_EQ(fields["dmDriverVersion"], 65535);
+    // The paper's size follows its number where it is not set itself.
+    EXPECT_EQ(fields["dmPaperWidth"], 2159);
+    EXPECT_EQ(fields["dmPaperLength"], 2794);
+    const auto flags = plain["dmFields"].get<unsigned>() | 0x02014502u;
+    EXPECT_EQ(fields["dmFields"].get<unsigned>(), flags);
+}
+
+TEST_F(DevmodeRun, AttributesTakeTheKindOfTheirFeature) {
+    const Json shown = Make("press8434", {"--attribute", "477/210/175=6801", "--attribute", "286=true", "--attribute",
+                                          "9999=true", "--attribute", "9998/3=12", "--attribute", "9997=grün"});
+    const struct {
+        const char* path;
+        Json expected;
+    } cases[] = {
+        {"477/210/175", {{"path", "477/210/175"}, {"kind", "option"}, {"value", 6801}, {"set", true}}},
+        {"286", {{"path", "286"}, {"kind", "boolean"}, {"value", true}}},
+        {"9999", {{"path", "9999"}, {"kind", "boolean"}, {"value", true}}},
+        {"9998/3", {{"path", "9998/3"}, {"kind", "option"}, {"value", 12}, {"set", true}}},
+        {"9997", {{"path", "9997"}, {"kind", "string"}, {"value", "grün"}}},
+    };
+    for (const auto& c : cases) EXPECT_EQ(FindAttribute(shown, c.path), c.expected) << c.path;
+}
+
+TEST_F(DevmodeRun, DamageAndAbsenceAreTold) {
+    const Json whole = Make("press8434", {});
+    const std::string bytes = Read("d.bin");
+    const auto offset = whole["privateBlock"]["offset"].get<std::size_t>();
+
+    std::string flipped = bytes;
+    flipped[offset + 100] ^= 1;
+    Write("flipped.bin", flipped);
+    EXPECT_FALSE(Show("flipped.bin")["privateBlock"]["checksum"]["valid"].get<bool>());
+    EXPECT_NE(Do({"devmode", "show", File("flipped.bin")}).find("damaged"), std::string::npos);
+
+    std::string unsigned_ = bytes;
+    unsigned_[offset + 4] ^= 1;
+    Write("unsigned.bin", unsigned_);
+    EXPECT_TRUE(Show("unsigned.bin")["privateBlock"].is_null());
+    EXPECT_NE(Do({"devmode", "show", File("unsigned.bin")}).find("no private block"), std::string::npos);
+
+    // A count of entries that the block cannot hold.
+    std::string crowded = bytes;
+    crowded[offset + 60] = crowded[offset + 61] = '\x7F';
+    Write("crowded.bin", crowded);
+    EXPECT_NE(Do({"devmode", "show", File("crowded.bin")}).find("run past"), std::string::npos);
+}
+
+// Whatever the bytes are, the answer is a description or one sentence.
+TEST_F(DevmodeRun, EveryTruncationAndEveryFlippedByteIsSurvived) {
+    Make("script8432", {});
+    const std::string bytes = Read("d.bin");
+    for (std::size_t length = 0; length < bytes.size(); length += 61) {
+        Write("t.bin", std::string_view(bytes).substr(0, length));
+        EXPECT_EQ(Run({"devmode", "show", File("t.bin")}).status, 2) << length;
+    }
+    for (std::size_t at = 0; at < 1200; at += 7) {
+        std::string changed = bytes;
+        changed[at] = static_cast<char>(~changed[at]);
+        Write("t.bin", changed);
+        const int status = Run({"devmode", "show", File("t.bin")}).status;
+        EXPECT_TRUE(status == 0 || status == 2) << at;
+    }
+}
+
+}  // namespace
