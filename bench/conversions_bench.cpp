@@ -1,0 +1,141 @@
+// How long the conversions take on each product, beside what libxml2 alone takes to parse and serialise the resulting
+// document, and how their throughput grows with threads that have a provider each.
+#include <benchmark/benchmark.h>
+#include <libxml/parser.h>
+
+#include <chrono>
+
+#include <domdocument.h>
+#include <mvutil/globalcaches.h>
+#include <spooler/printerinstall.h>
+#include <store.h>
+
+#include "devmodemaker.h"
+#include "printsession.h"
+#include "productfiles.h"
+#include "xmlfile.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// One product as a printer, with the documents that a conversion starts from.
+class Workload {
+public:
+    explicit Workload(const CXString& printer)
+        : session_(printer),
+          devmode_(MakeDevmode(session_.GetCoreDriver().GetProduct(), printer.AsWideString(), {})),
+          coreTicket_(session_.GetCoreDriver().WriteTicket(devmode_.CopyPublicPart())),
+          coreCapabilities_(session_.GetCoreDriver().WriteCapabilities()),
+          ticket_(ToText(session_.MakeTicket(devmode_))) {}
+
+    // The document that the operation leaves. What lies before and behind the provider's own call is not timed.
+    template <class Timed>
+    PrintSession::Document Ticket(Timed timed) {
+        auto document = Read(coreTicket_);
+        timed([&] { return session_.CallTicket(devmode_, document.Get()); });
+        return document;
+    }
+    template <class Timed>
+    PrintSession::Document Apply(Timed timed) {
+        auto document = Read(ticket_);
+        timed([&] { return session_.CallApply(document.Get(), devmode_); });
+        return document;
+    }
+    template <class Timed>
+    PrintSession::Document Capabilities(Timed timed) {
+        auto document = Read(coreCapabilities_);
+        timed([&] { return session_.CallCapabilities(nullptr, document.Get()); });
+        return document;
+    }
+
+    static std::string ToText(const PrintSession::Document& document) {
+        std::string text;
+        SerialiseDomDocument(document.Get(), &text);
+        return text;
+    }
+
+private:
+    PrintSession::Document Read(const std::string& text) const {
+        auto document = ReadDocumentBytes(text, "the benchmark's document");
+        session_.DeclareDeviceNamespace(document.Get());
+        return document;
+    }
+
+    PrintSession session_;
+    DevmodeBuffer devmode_;
+    std::string coreTicket_, coreCapabilities_, ticket_;
+};
+
+// Seconds that libxml2 takes to parse the text and serialise it again.
+double MeasureLibxml2(const std::string& text) {
+    constexpr int kRuns = 200;
+    const auto start = Clock::now();
+    for (int run = 0; run < kRuns; ++run) {
+        xmlDoc* document = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, XML_PARSE_NONET);
+        xmlChar* bytes = nullptr;
+        int length = 0;
+        xmlDocDumpMemory(document, &bytes, &length);
+        xmlFree(bytes);
+        xmlFreeDoc(document);
+    }
+    return std::chrono::duration<double>(Clock::now() - start).count() / kRuns;
+}
+
+// Times the provider's call alone. Counters: the ratio to libxml2 on the resulting document, its bytes, and how often
+// the process-wide caches missed.
+template <class Operation>
+void Run(benchmark::State& state, const CXString& printer, Operation operation) {
+    Workload workload(printer);
+    PrintSession::Document last;
+    double seconds = 0;
+    const auto timed = [&](auto call) {
+        const auto start = Clock::now();
+        const HRESULT result = call();
+        const std::chrono::duration<double> elapsed = Clock::now() - start;
+        seconds += elapsed.count();
+        state.SetIterationTime(elapsed.count());
+        if (FAILED(result)) state.SkipWithError("the provider failed");
+    };
+    const auto before = GlobalCaches::GetCounters();
+    for (auto _ : state) last = operation(workload, timed);
+    const auto after = GlobalCaches::GetCounters();
+    state.SetItemsProcessed(state.iterations());
+    if (state.threads() > 1 || !last) return;
+    const std::string text = Workload::ToText(last);
+    state.counters["vs_libxml2"] = seconds / static_cast<double>(state.iterations()) / MeasureLibxml2(text);
+    state.counters["bytes"] = static_cast<double>(text.size());
+    state.counters["parsed_blocks"] = static_cast<double>(after.propertyBagMisses - before.propertyBagMisses);
+    state.counters["decoded_lists"] = static_cast<double>(after.listMisses - before.listMisses);
+}
+
+template <class Operation>
+void Register(const std::string& name, const CXString& printer, Operation operation) {
+    const auto run = [printer, operation](benchmark::State& state) { Run(state, printer, operation); };
+    benchmark::RegisterBenchmark((name + '/' + printer.ToUtf8()).c_str(), run)->UseManualTime();
+    benchmark::RegisterBenchmark((name + '/' + printer.ToUtf8() + "/many").c_str(), run)
+        ->ThreadRange(1, 4)
+        ->UseRealTime();
+}
+
+void RegisterProducts() {
+    for (const auto& file : FindOwnProductFiles()) {
+        const CXString printer = CXString(file.stem().string().c_str());
+        InstallPrinter(printer, file, CXString());
+        Register("ticket", printer, [](Workload& work, auto timed) { return work.Ticket(timed); });
+        Register("apply", printer, [](Workload& work, auto timed) { return work.Apply(timed); });
+        Register("capabilities", printer, [](Workload& work, auto timed) { return work.Capabilities(timed); });
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    OpenStore(":memory:");
+    RegisterProducts();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    CloseStore();
+    return 0;
+}
