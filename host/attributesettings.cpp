@@ -27,15 +27,19 @@ void SetAtPath(AttributeBytesIndexedList& list, std::span<const DWORD> path, con
 
 std::optional<AttributeBytesValue> DefaultValue(const ProductFeature& feature) {
     switch (feature.kind) {
-        case ProductFeatureKind::Boolean: return AttributeBytesBooleanValue(feature.defaultNumber != 0);
+        case ProductFeatureKind::Boolean:
+            return AttributeBytesBooleanValue(feature.defaultNumber != 0);
         case ProductFeatureKind::Integer:
-        case ProductFeatureKind::Dimension: return AttributeBytesIntegerValue(feature.defaultNumber);
+        case ProductFeatureKind::Dimension:
+            return AttributeBytesIntegerValue(feature.defaultNumber);
         case ProductFeatureKind::Option:
             return AttributeBytesOptionValue(AttributeBytesValueId(static_cast<DWORD>(feature.defaultNumber)), false);
-        case ProductFeatureKind::String: return AttributeBytesStringValue(CXString::FromUtf8(feature.defaultText));
+        case ProductFeatureKind::String:
+            return AttributeBytesStringValue(CXString::FromUtf8(feature.defaultText));
         // Told by what they hold, and by the DEVMODE's public fields.
         case ProductFeatureKind::List:
-        case ProductFeatureKind::Resolution: break;
+        case ProductFeatureKind::Resolution:
+            break;
     }
     return std::nullopt;
 }
@@ -46,7 +50,8 @@ std::vector<DWORD> ParsePath(std::string_view text) {
         const std::size_t end = std::min(rest.find('/'), rest.size());
         const std::optional<std::int64_t> id = ParseNumber(rest.substr(0, end));
         if (!id || *id < 1 || *id > std::numeric_limits<LONG>::max())
-            throw InputError("'" + std::string(text) + "' is no path of a setting; give feature ids joined by '/', such as "
+            throw InputError("'" + std::string(text) +
+                             "' is no path of a setting; give feature ids joined by '/', such as "
                              "477/210/175");
         path.push_back(static_cast<DWORD>(*id));
         if (end == rest.size()) break;
@@ -87,22 +92,31 @@ std::optional<AttributeBytesValue> ParseValue(ProductFeatureKind kind, std::stri
             if (fits && *number >= 0)
                 return AttributeBytesOptionValue(AttributeBytesValueId(static_cast<DWORD>(*number)), true);
             break;
-        case ProductFeatureKind::String: return AttributeBytesStringValue(CXString(ArgumentToWide(text)));
+        case ProductFeatureKind::String:
+            return AttributeBytesStringValue(CXString(ArgumentToWide(text)));
         case ProductFeatureKind::List:
-        case ProductFeatureKind::Resolution: break;
+        case ProductFeatureKind::Resolution:
+            break;
     }
     return std::nullopt;
 }
 
 const char* DescribeKind(ProductFeatureKind kind) {
     switch (kind) {
-        case ProductFeatureKind::Boolean: return "true or false";
-        case ProductFeatureKind::Integer: return "a whole number";
-        case ProductFeatureKind::Dimension: return "a whole number of micrometres";
-        case ProductFeatureKind::Option: return "the number of an option's value";
-        case ProductFeatureKind::String: return "a text";
-        case ProductFeatureKind::Resolution: return "no value here; set dmPrintQuality and dmYResolution";
-        case ProductFeatureKind::List: break;
+        case ProductFeatureKind::Boolean:
+            return "true or false";
+        case ProductFeatureKind::Integer:
+            return "a whole number";
+        case ProductFeatureKind::Dimension:
+            return "a whole number of micrometres";
+        case ProductFeatureKind::Option:
+            return "the number of an option's value";
+        case ProductFeatureKind::String:
+            return "a text";
+        case ProductFeatureKind::Resolution:
+            return "no value here; set dmPrintQuality and dmYResolution";
+        case ProductFeatureKind::List:
+            break;
     }
     return "no value of its own; name a feature inside it";
 }
@@ -112,7 +126,8 @@ const char* DescribeKind(ProductFeatureKind kind) {
 AttributeBytesIndexedList MakeDefaultSettings(const ProductDescription& product) {
     AttributeBytesIndexedList settings;
     for (const ProductFeature& feature : product.features)
-        if (const std::optional<AttributeBytesValue> value = DefaultValue(feature)) SetAtPath(settings, feature.path, *value);
+        if (const std::optional<AttributeBytesValue> value = DefaultValue(feature))
+            SetAtPath(settings, feature.path, *value);
     return settings;
 }
 

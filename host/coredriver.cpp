@@ -54,7 +54,8 @@ struct ChoiceFeature {
     std::span<const Choice> choices;
 };
 constexpr ChoiceFeature kChoiceFeatures[] = {
-    {"PageOrientation", "Orientation", offsetof(DEVMODEW, dmOrientation), DM_ORIENTATION, DC_ORIENTATION, kOrientations},
+    {"PageOrientation", "Orientation", offsetof(DEVMODEW, dmOrientation), DM_ORIENTATION, DC_ORIENTATION,
+     kOrientations},
     {"JobDuplexAllDocumentsContiguously", "Two-sided printing", offsetof(DEVMODEW, dmDuplex), DM_DUPLEX, DC_DUPLEX,
      kSides},
     {"DocumentCollate", "Collation", offsetof(DEVMODEW, dmCollate), DM_COLLATE, DC_COLLATE, kCollations},
@@ -78,8 +79,8 @@ std::string DisplayName(std::string_view name) { return Property("psk:DisplayNam
 
 std::string PickOneFeature(const char* keyword, std::string_view displayName, const std::string& options) {
     if (options.empty()) return std::string();
-    return Feature(Keyword(keyword), Property("psf:SelectionType", ValueType::QName, "psk:PickOne") +
-                                         DisplayName(displayName) + options);
+    return Feature(Keyword(keyword),
+                   Property("psf:SelectionType", ValueType::QName, "psk:PickOne") + DisplayName(displayName) + options);
 }
 
 std::string OfferedOption(const std::string& name, std::string_view displayName, const std::string& scored) {
@@ -136,7 +137,8 @@ std::vector<std::pair<LONG, LONG>> CoreDriver::QueryResolutions() const {
     return resolutions;
 }
 
-// ---- documents --------------------------------------------------------------------------------------------------------
+// ---- documents
+// --------------------------------------------------------------------------------------------------------
 
 std::string CoreDriver::WriteTicket(const DEVMODEW& devmode) const {
     std::string content = ParameterInit("psk:JobCopiesAllDocuments", std::max<SHORT>(devmode.dmCopies, 1));
@@ -174,8 +176,9 @@ std::string CoreDriver::WriteMediaSize(const DEVMODEW& devmode) const {
                                                        ScoredMediaSize(paper->width, paper->length)));
     }
     if (devmode.dmPaperWidth <= 0 || devmode.dmPaperLength <= 0) return std::string();
-    return Feature("psk:PageMediaSize", Option("", "", ScoredMediaSize(devmode.dmPaperWidth * kMicrometresPerTenth,
-                                                                       devmode.dmPaperLength * kMicrometresPerTenth)));
+    return Feature("psk:PageMediaSize", Option("", "",
+                                               ScoredMediaSize(devmode.dmPaperWidth * kMicrometresPerTenth,
+                                                               devmode.dmPaperLength * kMicrometresPerTenth)));
 }
 
 std::string CoreDriver::WriteCapabilities() const {
@@ -196,7 +199,8 @@ std::string CoreDriver::WriteCapabilities() const {
 std::string CoreDriver::WriteResolutionChoices() const {
     std::string options;
     for (const auto& [x, y] : QueryResolutions())
-        options += OfferedOption("", std::to_string(x) + " x " + std::to_string(y) + " dots per inch", ScoredResolution(x, y));
+        options +=
+            OfferedOption("", std::to_string(x) + " x " + std::to_string(y) + " dots per inch", ScoredResolution(x, y));
     return PickOneFeature("PageResolution", "Resolution", options);
 }
 
@@ -211,7 +215,8 @@ std::string CoreDriver::WriteMediaSizeChoices() const {
     return PickOneFeature("PageMediaSize", "Paper size", options);
 }
 
-// ---- tickets ----------------------------------------------------------------------------------------------------------
+// ---- tickets
+// ----------------------------------------------------------------------------------------------------------
 
 void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const {
     const TicketReader ticket(document);
@@ -248,7 +253,8 @@ void CoreDriver::ReadMediaSize(const TicketReader& ticket, DEVMODEW& devmode) co
     const ProductPaper* found = nullptr;
     for (const ProductPaper& paper : product_->papers) {
         const bool named = !keyword.empty() && paper.keyword == keyword;
-        if (paper.width <= 0 || (width > 0 && !named && !(IsNear(paper.width, width) && IsNear(paper.length, length))) ||
+        if (paper.width <= 0 ||
+            (width > 0 && !named && !(IsNear(paper.width, width) && IsNear(paper.length, length))) ||
             (width <= 0 && !named))
             continue;
         if (!found || named) found = &paper;

@@ -84,9 +84,12 @@ bool Store(BYTE* bytes, std::int64_t number, bool hex) {
 std::size_t DevmodeField::GetBytes() const noexcept {
     switch (kind) {
         case Short:
-        case Word: return sizeof(WORD);
-        case Dword: return sizeof(DWORD);
-        case Text: break;
+        case Word:
+            return sizeof(WORD);
+        case Dword:
+            return sizeof(DWORD);
+        case Text:
+            break;
     }
     return kTextCharacters * sizeof(WCHAR);
 }
@@ -127,7 +130,8 @@ void SetDevmodeField(DEVMODEW& devmode, std::string_view name, std::string_view 
     if (field.kind == Text) {
         const WideString text = ArgumentToWide(value);
         if (text.size() >= kTextCharacters)
-            throw InputError(std::string(name) + " holds at most " + std::to_string(kTextCharacters - 1) + " characters");
+            throw InputError(std::string(name) + " holds at most " + std::to_string(kTextCharacters - 1) +
+                             " characters");
         SetDevmodeText(devmode, field, text);
     } else {
         const std::optional<std::int64_t> number = ParseNumber(value);
@@ -135,7 +139,7 @@ void SetDevmodeField(DEVMODEW& devmode, std::string_view name, std::string_view 
         BYTE* bytes = Bytes(devmode, field);
         stored = number && (field.kind == Short  ? Store<SHORT>(bytes, *number, hex)
                             : field.kind == Word ? Store<WORD>(bytes, *number, hex)
-                                                  : Store<DWORD>(bytes, *number, hex));
+                                                 : Store<DWORD>(bytes, *number, hex));
     }
     if (!stored)
         throw InputError("'" + std::string(value) + "' is no value for " + std::string(name) +

@@ -30,8 +30,8 @@ const DevmodeField& GetDevmodeField(std::string_view name);
 std::int64_t GetDevmodeNumber(const DEVMODEW& devmode, const DevmodeField& field);
 std::string GetDevmodeText(const DEVMODEW& devmode, const DevmodeField& field);
 
-// Sets the field of that name from a text: decimal or hex ("0x") for numbers, UTF-8 for texts; sets the field's flag too.
-// Throws InputError when there is no such field, or the value is no number or does not fit.
+// Sets the field of that name from a text: decimal or hex ("0x") for numbers, UTF-8 for texts; sets the field's flag
+// too. Throws InputError when there is no such field, or the value is no number or does not fit.
 void SetDevmodeField(DEVMODEW& devmode, std::string_view name, std::string_view value);
 // Sets a text field, cut to what it holds.
 void SetDevmodeText(DEVMODEW& devmode, const DevmodeField& field, std::basic_string_view<WCHAR> text);

@@ -19,13 +19,14 @@ DevmodeBuffer::DevmodeBuffer(WORD extraBytes) : bytes_(sizeof(DEVMODEW) + extraB
 DevmodeBuffer::DevmodeBuffer(std::vector<BYTE> bytes, std::string_view source) : bytes_(std::move(bytes)) {
     const std::string name = "'" + std::string(source) + "'";
     if (bytes_.size() < kSmallestPublicBytes)
-        throw InputError(name + " has " + std::to_string(bytes_.size()) + " bytes, too few for a DEVMODE; give a whole one");
+        throw InputError(name + " has " + std::to_string(bytes_.size()) +
+                         " bytes, too few for a DEVMODE; give a whole one");
     if (GetPublicBytes() < kSmallestPublicBytes)
         throw InputError(name + " is no DEVMODE: its dmSize is " + std::to_string(GetPublicBytes()));
     const std::size_t claimed = std::size_t{GetPublicBytes()} + GetExtraBytes();
     if (claimed > bytes_.size())
-        throw InputError(name + " is cut short: its DEVMODE claims " + std::to_string(claimed) + " bytes and the file has " +
-                         std::to_string(bytes_.size()));
+        throw InputError(name + " is cut short: its DEVMODE claims " + std::to_string(claimed) +
+                         " bytes and the file has " + std::to_string(bytes_.size()));
 }
 
 WORD DevmodeBuffer::GetPublicBytes() const noexcept {

@@ -43,14 +43,20 @@ std::optional<std::string> ReadText(const privateblock::Entry& entry) {
 Json DescribeValue(const AttributeBytesValue& value) {
     using Kind = AttributeBytesValue::Kind;
     switch (value.GetKind()) {
-        case Kind::Boolean: return {{"kind", "boolean"}, {"value", value.GetBoolean()}};
-        case Kind::Integer: return {{"kind", "integer"}, {"value", value.GetInteger()}};
-        case Kind::Option: return {{"kind", "option"}, {"value", value.GetOption()}, {"set", value.IsSet()}};
+        case Kind::Boolean:
+            return {{"kind", "boolean"}, {"value", value.GetBoolean()}};
+        case Kind::Integer:
+            return {{"kind", "integer"}, {"value", value.GetInteger()}};
+        case Kind::Option:
+            return {{"kind", "option"}, {"value", value.GetOption()}, {"set", value.IsSet()}};
         case Kind::NewOption:
             return {{"kind", "new option"}, {"value", value.GetText().ToUtf8()}, {"set", value.IsSet()}};
-        case Kind::String: return {{"kind", "string"}, {"value", value.GetText().ToUtf8()}};
-        case Kind::DataBlob: return {{"kind", "data"}, {"bytes", value.GetDataBlob().getDword()}};
-        case Kind::List: break;
+        case Kind::String:
+            return {{"kind", "string"}, {"value", value.GetText().ToUtf8()}};
+        case Kind::DataBlob:
+            return {{"kind", "data"}, {"bytes", value.GetDataBlob().getDword()}};
+        case Kind::List:
+            break;
     }
     return {{"kind", "list"}};
 }
@@ -163,7 +169,8 @@ void PrintBlock(const Json& block, std::ostream& out) {
 }  // namespace
 
 Json DescribeDevmode(DevmodeBuffer& devmode) {
-    return {{"bytes", devmode.GetBytes()}, {"fields", DescribeFields(devmode)}, {"privateBlock", DescribeBlock(devmode)}};
+    return {
+        {"bytes", devmode.GetBytes()}, {"fields", DescribeFields(devmode)}, {"privateBlock", DescribeBlock(devmode)}};
 }
 
 void PrintDevmodeDescription(const Json& description, std::ostream& out) {

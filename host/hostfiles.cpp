@@ -18,7 +18,8 @@ std::string ReadWholeFile(const std::filesystem::path& file) {
     char buffer[65536];
     while (stream.read(buffer, sizeof buffer) || stream.gcount() > 0) {
         contents.append(buffer, static_cast<std::size_t>(stream.gcount()));
-        if (contents.size() > kMaximumInputBytes) throw InputError("the file " + name + " is too large to be what it should be");
+        if (contents.size() > kMaximumInputBytes)
+            throw InputError("the file " + name + " is too large to be what it should be");
     }
     if (stream.bad()) throw InputError("the file " + name + " cannot be read to its end");
     return contents;

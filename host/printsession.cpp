@@ -52,9 +52,7 @@ private:
     ULONG before_;
 };
 
-PVOID PrivatePart(DevmodeBuffer& devmode) {
-    return reinterpret_cast<BYTE*>(devmode.Get()) + devmode.GetPublicBytes();
-}
+PVOID PrivatePart(DevmodeBuffer& devmode) { return reinterpret_cast<BYTE*>(devmode.Get()) + devmode.GetPublicBytes(); }
 
 struct Declaration {
     WideString prefix;
@@ -72,7 +70,8 @@ std::vector<Declaration> ReadDeclarations(IXMLDOMElement* root) {
         Variant value;
         if (attribute->get_nodeName(name.Put()) != S_OK || attribute->get_nodeValue(value.Put()) != S_OK) continue;
         if (name.View().starts_with(kDeclarationStart))
-            declarations.push_back({WideString(name.View().substr(kDeclarationStart.size())), WideString(value.Text())});
+            declarations.push_back(
+                {WideString(name.View().substr(kDeclarationStart.size())), WideString(value.Text())});
     }
 }
 
@@ -155,7 +154,8 @@ HRESULT PrintSession::CallValidate(IXMLDOMDocument2* ticket) const {
 
 PrintSession::Document PrintSession::MakeTicket(DevmodeBuffer& devmode, Document coreTicket) const {
     if (!coreTicket)
-        coreTicket = ReadDocumentBytes(coreDriver_.WriteTicket(devmode.CopyPublicPart()), "the core driver's PrintTicket");
+        coreTicket =
+            ReadDocumentBytes(coreDriver_.WriteTicket(devmode.CopyPublicPart()), "the core driver's PrintTicket");
     DeclareDeviceNamespace(coreTicket.Get());
     RequireSuccess("ConvertDevModeToPrintTicket", CallTicket(devmode, coreTicket.Get()));
     return coreTicket;

@@ -22,8 +22,8 @@ public:
     const InstalledPrinter& GetPrinter() const noexcept { return printer_; }
     const CoreDriver& GetCoreDriver() const noexcept { return coreDriver_; }
 
-    // The calls on the provider, as it answers them. Each throws OperationError when the provider keeps a reference to a
-    // document, or gives one away.
+    // The calls on the provider, as it answers them. Each throws OperationError when the provider keeps a reference to
+    // a document, or gives one away.
     HRESULT CallTicket(DevmodeBuffer& devmode, IXMLDOMDocument2* ticket) const;
     HRESULT CallApply(IXMLDOMDocument2* ticket, DevmodeBuffer& devmode) const;
     HRESULT CallCapabilities(IXMLDOMDocument2* ticket, IXMLDOMDocument2* capabilities) const;  // the ticket may be null
@@ -46,7 +46,7 @@ private:
     InstalledPrinter printer_;
     CoreDriver coreDriver_;
     ComPtr<IPrintOemPrintTicketProvider> provider_;  // goes before the printer's handle does
-    WideString deviceNamespace_;  // the provider's; empty when it has none
+    WideString deviceNamespace_;                     // the provider's; empty when it has none
 };
 
 // The document as UTF-8 with an XML declaration. Throws OperationError when it cannot be read.

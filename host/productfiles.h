@@ -7,5 +7,6 @@
 
 // Product files in the folder "products" beside the program, by name.
 std::vector<std::filesystem::path> FindOwnProductFiles();
-// The product file that a user means by a name, such as "press8434", or by a path. Throws InputError when there is none.
+// The product file that a user means by a name, such as "press8434", or by a path. Throws InputError when there is
+// none.
 std::filesystem::path FindProductFile(const std::string& nameOrPath);

@@ -58,7 +58,8 @@ public:
     }
 
     [[noreturn]] void Fail(const std::string& expected) const {
-        throw InputError("line " + std::to_string(std::max<std::size_t>(number_, 1)) + " of the registry file is bad: " + expected +
+        throw InputError("line " + std::to_string(std::max<std::size_t>(number_, 1)) +
+                         " of the registry file is bad: " + expected +
                          "; correct it and import again, nothing was changed");
     }
 
@@ -234,7 +235,8 @@ private:
         const std::string digits = ToUtf8(text);
         DWORD value = 0;
         const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
-        if (digits.empty() || digits.size() > maximumDigits || error != std::errc() || end != digits.data() + digits.size())
+        if (digits.empty() || digits.size() > maximumDigits || error != std::errc() ||
+            end != digits.data() + digits.size())
             lines_.Fail("expected 1 to " + std::to_string(maximumDigits) + " hex digits");
         return value;
     }

@@ -24,8 +24,7 @@ std::vector<RegFileValue> ReadValues(HKEY key, const WideString& path) {
         DWORD characters = kNameCharacters;
         DWORD bytes = 0;
         RegFileValue value;
-        LSTATUS status =
-            RegEnumValueW(key, index, name.data(), &characters, nullptr, &value.type, nullptr, &bytes);
+        LSTATUS status = RegEnumValueW(key, index, name.data(), &characters, nullptr, &value.type, nullptr, &bytes);
         if (status == ERROR_NO_MORE_ITEMS) return values;
         RequireSuccess(status, "enumerating the values", path);
         value.name.assign(name.data(), characters);
@@ -42,8 +41,7 @@ std::vector<WideString> ReadKeyNames(HKEY key, const WideString& path) {
     WideString name(kNameCharacters, W('\0'));
     for (DWORD index = 0;; ++index) {
         DWORD characters = kNameCharacters;
-        const LSTATUS status =
-            RegEnumKeyExW(key, index, name.data(), &characters, nullptr, nullptr, nullptr, nullptr);
+        const LSTATUS status = RegEnumKeyExW(key, index, name.data(), &characters, nullptr, nullptr, nullptr, nullptr);
         if (status == ERROR_NO_MORE_ITEMS) return names;
         RequireSuccess(status, "enumerating the keys", path);
         names.emplace_back(name.data(), characters);

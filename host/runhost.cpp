@@ -46,6 +46,10 @@ bool ReadCommandLine(CLI::App& app, const std::vector<std::string>& arguments, s
         return false;
     } catch (const CLI::ParseError& error) {
         std::string sentence = error.what();
+        // That a command is missing is only half of it when there is a word in its place.
+        const std::vector<std::string> words = app.remaining(true);
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) && !words.empty())
+            sentence = "'" + words.front() + "' is no command";
         std::replace(sentence.begin(), sentence.end(), '\n', ' ');
         throw InputError(sentence + "; '" + kProgram + " --help' shows the commands");
     }
@@ -55,7 +59,8 @@ int RunGuarded(const std::vector<std::string>& arguments, std::ostream& out, std
                const OperationReports& reports) {
     try {
         HostContext context(out);
-        CLI::App app("Does from the command line what the print subsystem does around the PrintTicket provider.", kProgram);
+        CLI::App app("Does from the command line what the print subsystem does around the PrintTicket provider.",
+                     kProgram);
         AddCommands(app, context);
         if (ReadCommandLine(app, arguments, out) && context.action) context.action();
         if (!out.flush()) return Fail(err, "the output cannot be written; check where it goes", kExitFailed);
@@ -63,8 +68,10 @@ int RunGuarded(const std::vector<std::string>& arguments, std::ostream& out, std
     } catch (const InputError& error) {
         return Fail(err, error.what(), error.GetExitStatus());
     } catch (const HostError& error) {
-        const int status = Fail(err, error.what(), error.GetExitStatus());
-        for (const std::string& line : reports.Describe()) err << "  reported: " << line << '\n';
+        const std::vector<std::string> lines = reports.Describe();
+        const int status = Fail(err, std::string(error.what()) + (lines.empty() ? "" : "; its report tells why"),
+                                error.GetExitStatus());
+        for (const std::string& line : lines) err << "  reported: " << line << '\n';
         return status;
     } catch (const ProductError& error) {
         return Fail(err, std::string("a product file is bad: ") + error.what(), kExitUsage);
@@ -86,7 +93,8 @@ HostContext::~HostContext() {
 void HostContext::UseStore() {
     if (!storeFolder.empty()) return Open(storeFolder);
     if (const std::optional<std::string> folder = GetEnvironment(kStoreVariable)) return Open(*folder);
-    if (const std::optional<std::filesystem::path> folder = GetUserDataFolder()) return Open(PathToUtf8(*folder / kProgram));
+    if (const std::optional<std::filesystem::path> folder = GetUserDataFolder())
+        return Open(PathToUtf8(*folder / kProgram));
     throw InputError("there is no place for the store; name a folder with --store");
 }
 

@@ -13,11 +13,20 @@ std::string Escape(std::string_view text) {
     std::string result;
     for (const char character : text) {
         switch (character) {
-            case '&': result += "&amp;"; break;
-            case '<': result += "&lt;"; break;
-            case '>': result += "&gt;"; break;
-            case '"': result += "&quot;"; break;
-            default: result += character;
+            case '&':
+                result += "&amp;";
+                break;
+            case '<':
+                result += "&lt;";
+                break;
+            case '>':
+                result += "&gt;";
+                break;
+            case '"':
+                result += "&quot;";
+                break;
+            default:
+                result += character;
         }
     }
     return result;
@@ -34,17 +43,19 @@ std::string Element(const std::string& name, std::string_view attributes, std::s
 }
 
 std::string Value(ValueType type, std::string_view value) {
-    const char* name = type == ValueType::String ? "xsd:string" : type == ValueType::Integer ? "xsd:integer" : "xsd:QName";
+    const char* name = type == ValueType::String    ? "xsd:string"
+                       : type == ValueType::Integer ? "xsd:integer"
+                                                    : "xsd:QName";
     return Element("psf:Value", Attribute("xsi:type", name), Escape(value));
 }
 
 }  // namespace
 
 std::string Document(std::string_view root, std::string_view content) {
-    const std::string attributes =
-        Attribute("xmlns:psf", ToUtf8(kFrameworkNamespace)) + Attribute("xmlns:psk", ToUtf8(kKeywordsNamespace)) +
-        Attribute("xmlns:xsi", ToUtf8(kXmlSchemaInstanceNamespace)) + Attribute("xmlns:xsd", ToUtf8(kXmlSchemaNamespace)) +
-        Attribute("version", "1");
+    const std::string attributes = Attribute("xmlns:psf", ToUtf8(kFrameworkNamespace)) +
+                                   Attribute("xmlns:psk", ToUtf8(kKeywordsNamespace)) +
+                                   Attribute("xmlns:xsi", ToUtf8(kXmlSchemaInstanceNamespace)) +
+                                   Attribute("xmlns:xsd", ToUtf8(kXmlSchemaNamespace)) + Attribute("version", "1");
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + Element(std::string(root), attributes, content) + "\n";
 }
 

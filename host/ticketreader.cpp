@@ -51,8 +51,8 @@ TicketReader::TicketReader(IXMLDOMDocument2* ticket) {
 }
 
 TicketReader::Nodes TicketReader::GetChildren(IXMLDOMNode* parent, WideStringView element) const {
-    const WideString query = W("*[local-name()='") + WideString(element) + W("' and namespace-uri()='") +
-                             kFrameworkNamespace + W("']");
+    const WideString query =
+        W("*[local-name()='") + WideString(element) + W("' and namespace-uri()='") + kFrameworkNamespace + W("']");
     Nodes nodes;
     ComPtr<IXMLDOMNodeList> list;
     if (FAILED(parent->selectNodes(Bstr(query).Get(), list.Put())) || !list) return nodes;

@@ -81,9 +81,8 @@ CLI::App* AddConversion(CLI::App& app, HostContext& context, const SharedOptions
                         const char* description, void (*run)(HostContext&, const ConversionOptions&)) {
     CLI::App* command = app.add_subcommand(name, description);
     command->add_option("--printer", options->printer, "The printer's name")->required();
-    command->callback([&context, options, run] {
-        context.action = [&context, options, run] { run(context, *options); };
-    });
+    command->callback(
+        [&context, options, run] { context.action = [&context, options, run] { run(context, *options); }; });
     return command;
 }
 
@@ -96,7 +95,8 @@ void AddConversionCommands(CLI::App& app, HostContext& context) {
 
     CLI::App* ticket = AddConversion(app, context, options, "ticket", "A DEVMODE becomes a PrintTicket", RunTicket);
     ticket->add_option("--devmode", options->devmode, "The DEVMODE's file")->required();
-    ticket->add_option("--in", options->in, "The PrintTicket as the core driver left it (default: mvpthost writes one)");
+    ticket->add_option("--in", options->in,
+                       "The PrintTicket as the core driver left it (default: mvpthost writes one)");
     ticket->add_option("-o,--out", options->out, kOutDocument);
 
     CLI::App* apply = AddConversion(app, context, options, "apply", "A PrintTicket is applied to a DEVMODE", RunApply);
@@ -104,8 +104,8 @@ void AddConversionCommands(CLI::App& app, HostContext& context) {
     apply->add_option("--devmode", options->devmode, "The file of the DEVMODE to start from")->required();
     apply->add_option("-o,--out", options->out, "The new DEVMODE's file (default: standard output)");
 
-    CLI::App* capabilities =
-        AddConversion(app, context, options, "capabilities", "What the printer can do, as PrintCapabilities", RunCapabilities);
+    CLI::App* capabilities = AddConversion(app, context, options, "capabilities",
+                                           "What the printer can do, as PrintCapabilities", RunCapabilities);
     capabilities->add_option("--ticket", options->ticket, "A PrintTicket that the capabilities are asked for");
     capabilities->add_option("--in", options->in,
                              "The PrintCapabilities as the core driver left it (default: mvpthost writes one)");

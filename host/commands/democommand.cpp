@@ -4,6 +4,7 @@
 #include <xdevmode.h>
 
 #include <algorithm>
+#include <iomanip>
 #include <memory>
 #include <ostream>
 
@@ -18,10 +19,10 @@
 
 namespace {
 
-// What the job of the demonstration sets beside the product's defaults.
-const DevmodeSettings kJobSettings = {{{"dmCopies", "3"}, {"dmOrientation", "2"}}, {}};
+// What the job of the demonstration sets beside the product's defaults: public fields, and the driver's own copy count.
+const DevmodeSettings kJobSettings = {{{"dmCopies", "3"}, {"dmOrientation", "2"}}, {{"43", "3"}}};
 
-std::string FirstWords(const char* answer, bool yes) { return std::string(answer) + (yes ? ": yes" : ": no"); }
+const char* Answer(bool yes) { return yes ? "yes" : "no"; }
 
 bool HaveSamePublicPart(const DevmodeBuffer& a, const DevmodeBuffer& b) {
     return a.GetPublicBytes() == b.GetPublicBytes() &&
@@ -38,8 +39,8 @@ bool HaveSamePrivateBlock(DevmodeBuffer& a, DevmodeBuffer& b) {
 void Leave(std::ostream& out, const std::filesystem::path& folder, const char* name, std::string_view bytes,
            const char* account) {
     WriteWholeFile(folder / name, bytes);
-    out << "  " << name << std::string(18 - std::min<std::size_t>(18, std::string_view(name).size()), ' ') << bytes.size()
-        << " bytes  " << account << '\n';
+    out << "  " << std::left << std::setw(18) << name << std::right << std::setw(6) << bytes.size() << " bytes  "
+        << account << '\n';
 }
 
 // Whether everything came back as it went.
@@ -55,19 +56,21 @@ bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, co
     Leave(out, folder, "devmode.bin", devmode.GetBytesView(), "a job's settings, as programs hand them to the driver");
 
     const PrintSession::Document ticket = session.MakeTicket(devmode);
-    Leave(out, folder, "ticket.xml", FormatDocument(ticket.Get()), "the same settings as a PrintTicket, made by the component");
+    Leave(out, folder, "ticket.xml", FormatDocument(ticket.Get()),
+          "the same settings as a PrintTicket, made by the component");
 
     DevmodeBuffer back = MakeDevmode(*product, printer.AsWideString(), {});
     session.ApplyTicket(ticket.Get(), back);
-    Leave(out, folder, "devmode-back.bin", back.GetBytesView(), "a fresh DEVMODE to which the ticket was applied");
+    Leave(out, folder, "devmode-back.bin", back.GetBytesView(),
+          "a DEVMODE of default settings, after the ticket was applied to it");
 
     const PrintSession::Document capabilities = session.MakeCapabilities(ticket.Get());
     Leave(out, folder, "capabilities.xml", FormatDocument(capabilities.Get()), "what the printer can do");
 
     const bool samePublicPart = HaveSamePublicPart(devmode, back);
     const bool samePrivateBlock = HaveSamePrivateBlock(devmode, back);
-    out << "  devmode.bin and devmode-back.bin have the " << FirstWords("same public fields", samePublicPart) << ", the "
-        << FirstWords("same private block", samePrivateBlock) << "\n\n";
+    out << "  devmode.bin and devmode-back.bin have the same public fields: " << Answer(samePublicPart)
+        << ", the same private block: " << Answer(samePrivateBlock) << "\n\n";
     return samePublicPart && samePrivateBlock;
 }
 
@@ -82,7 +85,8 @@ void RunDemo(HostContext& context, const std::string& output) {
     bool allSame = true;
     for (const std::filesystem::path& product : products)
         allSame = ShowProduct(context.out, product, folder / product.stem()) && allSame;
-    context.out << "The files are in " << PathToUtf8(folder) << "; 'mvpthost devmode show FILE' tells what a DEVMODE holds.\n";
+    context.out << "The files are in " << PathToUtf8(folder)
+                << "; 'mvpthost devmode show FILE' tells what a DEVMODE holds.\n";
     if (!allSame) throw OperationError("a DEVMODE came back changed; compare the files named above");
 }
 

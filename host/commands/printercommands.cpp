@@ -80,8 +80,8 @@ void RunList(HostContext& context) {
 }
 
 std::string DescribeState(int state) {
-    constexpr const char* kStates[] = {"unknown printer", "no driver", "driver without data file", "data file unreadable",
-                                       "complete"};
+    constexpr const char* kStates[] = {"unknown printer", "no driver", "driver without data file",
+                                       "data file unreadable", "complete"};
     const bool known = state >= 0 && state < static_cast<int>(std::size(kStates));
     return std::to_string(state) + (known ? std::string(" (") + kStates[state] + ")" : std::string());
 }
@@ -127,13 +127,13 @@ void AddPrinterCommands(CLI::App& app, HostContext& context) {
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const PrinterOptions&)) {
         CLI::App* command = printer->add_subcommand(name, description);
         command->add_option("NAME", options->name, "The printer's name")->required();
-        command->callback([&context, options, run] {
-            context.action = [&context, options, run] { run(context, *options); };
-        });
+        command->callback(
+            [&context, options, run] { context.action = [&context, options, run] { run(context, *options); }; });
         return command;
     };
     CLI::App* addCommand = add("add", "Installs a product as a printer", RunAdd);
-    addCommand->add_option("--product", options->product, "The product's name ('product list') or its file")->required();
+    addCommand->add_option("--product", options->product, "The product's name ('product list') or its file")
+        ->required();
     addCommand->add_option("--port", options->port, "The port (default: one of the printer's own)");
     add("show", "What a printer is made of", RunShow);
     add("remove", "Removes a printer", RunRemove);

@@ -17,7 +17,8 @@ void ListProducts(std::ostream& out) {
         const auto product = LoadProduct(file);
         const auto flags = product->capabilities.find(kDriverFlagsCapability);
         out << PathToUtf8(file.filename()) << "  " << product->controllerFamily << "  "
-            << FormatHex(flags == product->capabilities.end() ? 0 : flags->second, 3) << "  " << product->modelName << '\n';
+            << FormatHex(flags == product->capabilities.end() ? 0 : flags->second, 3) << "  " << product->modelName
+            << '\n';
     }
 }
 

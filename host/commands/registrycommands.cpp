@@ -20,7 +20,8 @@ void AddRegistryCommands(CLI::App& app, HostContext& context) {
         };
     });
 
-    CLI::App* importCommand = registry->add_subcommand("import", "Adds the keys and values of a .reg file to the store");
+    CLI::App* importCommand =
+        registry->add_subcommand("import", "Adds the keys and values of a .reg file to the store");
     importCommand->add_option("FILE", *file, "The file to read: version 5.00, UTF-16 or UTF-8")->required();
     importCommand->callback([&context, file] {
         context.action = [&context, file] {

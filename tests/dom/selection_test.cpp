@@ -127,10 +127,10 @@ TEST(Selection, IsASnapshot) {
     LONG length = 0;
     EXPECT_EQ(list->get_length(&length), S_OK);
     EXPECT_EQ(length, 3);
-    Node first;
+    Node first, parent;
     EXPECT_EQ(list->reset(), S_OK);
     EXPECT_EQ(list->nextNode(first.Put()), S_OK);
-    EXPECT_EQ(first->get_parentNode(first.Put()), S_FALSE);
+    EXPECT_EQ(first->get_parentNode(parent.Put()), S_FALSE);
 }
 
 double SecondsFor(int elements) {

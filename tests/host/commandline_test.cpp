@@ -8,28 +8,27 @@ constexpr const char* kTicket =
     "xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords' version='1'/>";
 
 TEST_F(HostRun, HelpIsThereForEveryCommand) {
-    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
-             {},
-             {"demo"},
-             {"product"},
-             {"product", "list"},
-             {"printer", "add"},
-             {"printer", "list"},
-             {"printer", "show"},
-             {"printer", "remove"},
-             {"devmode", "new"},
-             {"devmode", "show"},
-             {"ticket"},
-             {"apply"},
-             {"capabilities"},
-             {"validate"},
-             {"registry", "export"},
-             {"registry", "import"}}) {
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{{},
+                                                                                         {"demo"},
+                                                                                         {"product"},
+                                                                                         {"product", "list"},
+                                                                                         {"printer", "add"},
+                                                                                         {"printer", "list"},
+                                                                                         {"printer", "show"},
+                                                                                         {"printer", "remove"},
+                                                                                         {"devmode", "new"},
+                                                                                         {"devmode", "show"},
+                                                                                         {"ticket"},
+                                                                                         {"apply"},
+                                                                                         {"capabilities"},
+                                                                                         {"validate"},
+                                                                                         {"registry", "export"},
+                                                                                         {"registry", "import"}}) {
         std::vector<std::string> arguments = command;
         arguments.push_back("--help");
         const std::string help = Do(arguments);
         EXPECT_NE(help.find("Usage:"), std::string::npos) << help;
-        if (!command.empty()) EXPECT_NE(help.find(command.back()), std::string::npos) << help;
+        EXPECT_NE(help.find(command.empty() ? "mvpthost" : command.back()), std::string::npos) << help;
     }
     EXPECT_FALSE(Exists("store"));
 }
@@ -54,7 +53,8 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
     };
     const std::vector<Case> cases = {
         {{}, "subcommand"},
-        {{"nonsense"}, "nonsense"},
+        {{"nonsense"}, "'nonsense' is no command"},
+        {{"printer", "nonsense"}, "nonsense"},
         {{"ticket", "--printer", "P"}, "--devmode"},
         {{"printer", "add", "Q", "--product", "nonsense"}, "press8434"},
         {{"printer", "add", "Q", "--product", File("bad.toml")}, "bad.toml"},
@@ -104,8 +104,11 @@ TEST_F(HostRun, PrintersComeAndGo) {
     EXPECT_NE(list.find("Colour press"), std::string::npos) << list;
     EXPECT_NE(list.find("Büro"), std::string::npos) << list;
 
+    EXPECT_NE(Do({"printer", "show", "Büro"}).find("not chosen yet"), std::string::npos);
+    Do({"capabilities", "--printer", "Büro"});
     const std::string shown = Do({"printer", "show", "Büro"});
-    for (const char* word : {"office8430.toml", "FILE7", "8430", "mvwf", "4"})
+    for (const char* word :
+         {"Morvane Office 8430", "office8430.toml", "FILE7", "8430\n", "mvwf", "4 (complete)", "0x001"})
         EXPECT_NE(shown.find(word), std::string::npos) << word << " in " << shown;
 
     // A port keeps the caches of one product.

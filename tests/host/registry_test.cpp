@@ -97,7 +97,8 @@ TEST(RegistryFile, ABadLineIsNamed) {
             ADD_FAILURE() << "accepted: " << c.file;
         } catch (const InputError& error) {
             EXPECT_NE(std::string(error.what()).find("line " + std::to_string(c.line) + " "), std::string::npos)
-                << c.file << "\n" << error.what();
+                << c.file << "\n"
+                << error.what();
         }
     }
 }

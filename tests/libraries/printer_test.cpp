@@ -73,7 +73,7 @@ TEST_F(PrinterTest, TheDriversFilesAreListedByKindInLowerCase) {
 }
 
 TEST_F(PrinterTest, AReadableDataFileCompletesAnInstallation) {
-    EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(handle_), PrintDriver::kInstallationComplete);
+    EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(handle_), int{PrintDriver::kInstallationComplete});
     EXPECT_EQ(PrintDriver().GetDriverCapability(handle_, 1984), 1u);
     EXPECT_EQ(PrintDriver().GetDriverCapability(handle_, 1), 0u);
     // A private copy of the product, then damaged.
