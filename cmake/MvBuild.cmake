@@ -40,15 +40,21 @@ if(MV_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
-# A shared library of the driver family: NAME.dll on both hosts.
+# A shared library of the driver family: NAME.dll on both hosts. ONLY names the symbols (with wildcards) that it exports
+# where the templates that it uses would be exported as well; on Windows nothing but what is marked is.
 function(mv_driver_library name)
-    cmake_parse_arguments(ARG "" "EXPORTS" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "" "EXPORTS" "SOURCES;LINK;ONLY" ${ARGN})
     add_library(${name} SHARED ${ARG_SOURCES})
     set_target_properties(${name} PROPERTIES PREFIX "" SUFFIX ".dll" IMPORT_PREFIX "lib" IMPORT_SUFFIX ".dll.a")
     if(ARG_EXPORTS)
         target_compile_definitions(${name} PRIVATE ${ARG_EXPORTS})
     endif()
     target_link_libraries(${name} ${ARG_LINK})
+    if(ARG_ONLY AND NOT WIN32)
+        list(JOIN ARG_ONLY ";" symbols)
+        file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.version CONTENT "{ global: @symbols@; local: *; };\n" @ONLY)
+        target_link_options(${name} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_BINARY_DIR}/${name}.version)
+    endif()
 endfunction()
 
 # A test program over GoogleTest; it runs from the folder of the programs.
