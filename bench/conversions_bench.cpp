@@ -3,17 +3,15 @@
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 
-#include <chrono>
-
+#include <capabilitycaches.h>
 #include <domdocument.h>
 #include <mvutil/globalcaches.h>
 #include <spooler/printerinstall.h>
 #include <store.h>
 
+#include "benchmarks.h"
 #include "devmodemaker.h"
-#include "printsession.h"
 #include "productfiles.h"
-#include "xmlfile.h"
 
 namespace {
 
@@ -32,36 +30,24 @@ public:
     // The document that the operation leaves. What lies before and behind the provider's own call is not timed.
     template <class Timed>
     PrintSession::Document Ticket(Timed timed) {
-        auto document = Read(coreTicket_);
+        auto document = ReadForBenchmark(session_, coreTicket_);
         timed([&] { return session_.CallTicket(devmode_, document.Get()); });
         return document;
     }
     template <class Timed>
     PrintSession::Document Apply(Timed timed) {
-        auto document = Read(ticket_);
+        auto document = ReadForBenchmark(session_, ticket_);
         timed([&] { return session_.CallApply(document.Get(), devmode_); });
         return document;
     }
     template <class Timed>
     PrintSession::Document Capabilities(Timed timed) {
-        auto document = Read(coreCapabilities_);
+        auto document = ReadForBenchmark(session_, coreCapabilities_);
         timed([&] { return session_.CallCapabilities(nullptr, document.Get()); });
         return document;
     }
 
-    static std::string ToText(const PrintSession::Document& document) {
-        std::string text;
-        SerialiseDomDocument(document.Get(), &text);
-        return text;
-    }
-
 private:
-    PrintSession::Document Read(const std::string& text) const {
-        auto document = ReadDocumentBytes(text, "the benchmark's document");
-        session_.DeclareDeviceNamespace(document.Get());
-        return document;
-    }
-
     PrintSession session_;
     DevmodeBuffer devmode_;
     std::string coreTicket_, coreCapabilities_, ticket_;
@@ -82,36 +68,12 @@ double MeasureLibxml2(const std::string& text) {
     return std::chrono::duration<double>(Clock::now() - start).count() / kRuns;
 }
 
-// Times the provider's call alone. Counters: the ratio to libxml2 on the resulting document, its bytes, and how often
-// the process-wide caches missed.
-template <class Operation>
-void Run(benchmark::State& state, const CXString& printer, Operation operation) {
-    Workload workload(printer);
-    PrintSession::Document last;
-    double seconds = 0;
-    const auto timed = [&](auto call) {
-        const auto start = Clock::now();
-        const HRESULT result = call();
-        const std::chrono::duration<double> elapsed = Clock::now() - start;
-        seconds += elapsed.count();
-        state.SetIterationTime(elapsed.count());
-        if (FAILED(result)) state.SkipWithError("the provider failed");
-    };
-    const auto before = GlobalCaches::GetCounters();
-    for (auto _ : state) last = operation(workload, timed);
-    const auto after = GlobalCaches::GetCounters();
-    state.SetItemsProcessed(state.iterations());
-    if (state.threads() > 1 || !last) return;
-    const std::string text = Workload::ToText(last);
-    state.counters["vs_libxml2"] = seconds / static_cast<double>(state.iterations()) / MeasureLibxml2(text);
-    state.counters["bytes"] = static_cast<double>(text.size());
-    state.counters["parsed_blocks"] = static_cast<double>(after.propertyBagMisses - before.propertyBagMisses);
-    state.counters["decoded_lists"] = static_cast<double>(after.listMisses - before.listMisses);
-}
-
 template <class Operation>
 void Register(const std::string& name, const CXString& printer, Operation operation) {
-    const auto run = [printer, operation](benchmark::State& state) { Run(state, printer, operation); };
+    const auto run = [printer, operation](benchmark::State& state) {
+        Workload workload(printer);
+        Run(state, [&](auto timed) { return operation(workload, timed); });
+    };
     benchmark::RegisterBenchmark((name + '/' + printer.ToUtf8()).c_str(), run)->UseManualTime();
     benchmark::RegisterBenchmark((name + '/' + printer.ToUtf8() + "/many").c_str(), run)
         ->ThreadRange(1, 4)
@@ -122,6 +84,7 @@ void RegisterProducts() {
     for (const auto& file : FindOwnProductFiles()) {
         const CXString printer = CXString(file.stem().string().c_str());
         InstallPrinter(printer, file, CXString());
+        RebuildCapabilityCaches(PrintSession(printer).GetPrinter().GetHandle());
         Register("ticket", printer, [](Workload& work, auto timed) { return work.Ticket(timed); });
         Register("apply", printer, [](Workload& work, auto timed) { return work.Apply(timed); });
         Register("capabilities", printer, [](Workload& work, auto timed) { return work.Capabilities(timed); });
@@ -130,9 +93,29 @@ void RegisterProducts() {
 
 }  // namespace
 
+std::string ToText(const PrintSession::Document& document) {
+    std::string text;
+    SerialiseDomDocument(document.Get(), &text);
+    return text;
+}
+
+RunCounters::RunCounters()
+    : parsedBlocks_(GlobalCaches::GetCounters().propertyBagMisses),
+      decodedLists_(GlobalCaches::GetCounters().listMisses) {}
+
+void RunCounters::Set(benchmark::State& state, double seconds, const PrintSession::Document& last) const {
+    const std::string text = ToText(last);
+    const auto after = GlobalCaches::GetCounters();
+    state.counters["vs_libxml2"] = seconds / static_cast<double>(state.iterations()) / MeasureLibxml2(text);
+    state.counters["bytes"] = static_cast<double>(text.size());
+    state.counters["parsed_blocks"] = static_cast<double>(after.propertyBagMisses - parsedBlocks_);
+    state.counters["decoded_lists"] = static_cast<double>(after.listMisses - decodedLists_);
+}
+
 int main(int argc, char** argv) {
     OpenStore(":memory:");
     RegisterProducts();
+    RegisterPaperBenchmarks();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     benchmark::RunSpecifiedBenchmarks();

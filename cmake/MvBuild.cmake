@@ -12,11 +12,12 @@ endif()
 option(MV_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(MV_BENCH "Build the benchmarks" OFF)
 
-# Every program and library lies in one folder, as an installed driver's files do.
+# Every program and library lies in one folder, as an installed driver's files do; in a package the driver's and the host's
+# lie in two, side by side.
 set(MV_BIN ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${MV_BIN})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${MV_BIN})
-set(CMAKE_BUILD_RPATH $ORIGIN)
+set(CMAKE_BUILD_RPATH $ORIGIN $ORIGIN/../driver $ORIGIN/../host)
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)

@@ -14,6 +14,7 @@ public:
     std::vector<_tag_ResolutionInfoRec> GetResolutionEnumsCachedDeviceCapabilitiesVector(HANDLE printer);
 
     DEVMODEW* GetDevmode() const noexcept { return devmode_; }
+    MSDeviceCapabilities& GetDeviceCapabilities() const noexcept { return *capabilities_; }
 
 private:
     DEVMODEW* devmode_;

@@ -1,10 +1,13 @@
-// MSDeviceCapabilities: the device capability caches that the driver family keeps for each printer.
+// MSDeviceCapabilities: the device capability caches that the driver family keeps for each printer, and the data source
+// that rebuilds them from a data model.
 #pragma once
 
 #include <capabilitygroups.h>
 
-#include <mvutil/attributebytessink.h>
+#include <mvcore/featureservices.h>
 #include <mvutil/datacache.h>
+#include <mvutil/datasource.h>
+#include <mvutil/observer.h>
 #include <printsubsystem/capabilityrecords.h>
 
 #include <array>
@@ -12,12 +15,15 @@
 #include <optional>
 #include <vector>
 
+class NotificationBundle;
+
 // Reads the caches from the registry, under the printer's port, or, in the spooler and the filter pipeline, from the
-// private block of a DEVMODE. For one thread at a time.
-class MSDeviceCapabilities {
+// private block of a DEVMODE. Held by a data-model manager, it teaches the model the printer's forms and builds the caches
+// anew whenever what they tell changes; it must then outlive the manager. For one thread at a time.
+class MSDeviceCapabilities : public IObserver, public DataSource {
 public:
     MSDeviceCapabilities();
-    virtual ~MSDeviceCapabilities();
+    ~MSDeviceCapabilities() override;
     MSDeviceCapabilities(const MSDeviceCapabilities&) = delete;
     MSDeviceCapabilities& operator=(const MSDeviceCapabilities&) = delete;
 
@@ -52,6 +58,24 @@ public:
     // be framed; those behind it are then not offered.
     bool ExportCachesToDevmode(AttributeBytesSink& sink);
 
+    // ---- as observer and data source of a data model ---------------------------------------------------------------------
+    void OnNotification(INotification& notification) override;
+    CXString GetObserverClassNameHeirarchy() const override { return W("IObserver::MSDeviceCapabilities"); }
+    void RegisterForIntegrateSourceDataChanges(DataModelObserverInterfaces& observers) override;
+    void IntegrateSourceData(IntegrationInterface& integration) override;
+    void RegisterForCurrentSettingsChanges(DataModelObserverInterfaces& observers) override;
+    void SetFeatureServices(FeatureServices& services) override;
+    bool ExportSourceData(AttributeBytesSink& sink) override { return ExportCachesToDevmode(sink); }
+    void Dump() const override {}
+
+    // Builds the blobs of the groups whose flags are in the mask; those that differ from what was last read or built are
+    // dirty from now on. Does nothing before IntegrateSourceData.
+    void UpdateCaches(DWORD mask);
+    // Writes the dirty blobs to the registry, unless writes are suppressed, and forgets that they were dirty. Whether all
+    // were written; the flags of the groups are written only then.
+    bool SaveCaches();
+    DWORD GetDirtyFlags() const noexcept { return dirtyFlags_; }
+
     DWORD GetLoadedFlags() const noexcept { return loadedFlags_; }  // of the groups that LoadAllCaches got
     bool IsPaperCacheStale() const noexcept { return paperCacheStale_; }
     // Whether a blob from a DEVMODE did not have the CRC that it came with; it is used all the same.
@@ -76,6 +100,23 @@ private:
     const ByteBuffer* GetBlobForLookup(DWORD item, HANDLE printer, DEVMODEW* devmode);
     bool FrameForDevmode(const ByteBuffer& blob, ByteBuffer& item) const;
 
+    void MapPrinterForms(IntegrationServices& services) const;
+    DWORD CollectChangedGroups(const NotificationBundle& bundle);
+    bool IsPresent(DWORD feature) const;
+    CXString GetValueText(const ValueId& value) const;
+    // Null when the group cannot be built.
+    std::optional<ByteBuffer> BuildGroup(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildPaper(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildBins(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildMedia(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildMediaReady(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildDependentFiles(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildDeviceLimits(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildStaple(const CapabilityGroup& group);
+    std::optional<ByteBuffer> BuildResolutions(const CapabilityGroup& group);
+    std::vector<_tag_FormsInfoRec> MakePaperRecords();
+    std::vector<CXString> GetLoadedPaperNames(const ListOfFeaturesRef& tray);
+
     HANDLE printer_ = nullptr;
     CXString printerName_;
     CXString port_;
@@ -91,4 +132,11 @@ private:
     bool spoolerContext_ = false;
     bool paperCacheStale_ = true;
     bool devmodeCrcMismatch_ = false;
+
+    IntegrationInterface* integration_ = nullptr;  // the model's, from IntegrateSourceData on
+    FeatureServices* services_ = nullptr;          // the model's, from SetFeatureServices on
+    std::vector<FeatureId> presentFeatures_;       // ascending; only while the caches are built
+    DWORD dirtyFlags_ = 0;
+    bool collationUsable_ = false;
+    bool mediaReadyBuilt_ = false;
 };

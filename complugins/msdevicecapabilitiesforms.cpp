@@ -6,6 +6,7 @@
 #include <mvcore/pagesizedictionary.h>
 #include <mvutil/cforms.h>
 #include <mvutil/crc32.h>
+#include <mvutil/customsizes.h>
 #include <mvutil/user.h>
 
 #include <algorithm>
@@ -13,22 +14,17 @@
 
 namespace {
 
-constexpr const WCHAR* kCustomSizesKey = W("Morvane Custom Paper Sizes");
-constexpr const WCHAR* kWidthValue = W("WidthInThousandthsOfAMillimeter");
-constexpr const WCHAR* kLengthValue = W("LengthInThousandthsOfAMillimeter");
-constexpr const WCHAR* kIsMetricValue = W("IsMetricUnits");
-
 // The record that stands for a custom size in the check value; its sizes are in thousandths of a millimetre.
 _tag_FormsInfoRec MakeCustomSizeRecord(const CXString& name) {
     const CXString key = CXString(kCustomSizesKey) + W("\\") + name;
     const DWORD paperId = PageSizeDictionary::GetCustomSizeMsId(name);
-    const bool isMetric = User::GetUserDataBooleanFromRegistry(key, kIsMetricValue, false);
+    const bool isMetric = User::GetUserDataBooleanFromRegistry(key, kCustomSizeIsMetricValue, false);
     _tag_FormsInfoRec record{};
     // A 32-bit value over the first two fields.
     record.msPaperId = static_cast<WORD>(paperId);
     record.formIndex = static_cast<WORD>(paperId >> 16);
-    record.width = User::GetUserDataLongFromRegistry(key, kWidthValue, 0);
-    record.length = User::GetUserDataLongFromRegistry(key, kLengthValue, 0);
+    record.width = User::GetUserDataLongFromRegistry(key, kCustomSizeWidthValue, 0);
+    record.length = User::GetUserDataLongFromRegistry(key, kCustomSizeLengthValue, 0);
     record.displayUnits = isMetric ? DataModelIds::kUnitsMillimetres : DataModelIds::kUnitsInches;
     record.pageSizeType = static_cast<DWORD>(PageSizeTypeEnum::DriverCustom);
     std::copy_n(name.GetString(), std::min(name.GetLength(), std::size(record.name) - 1), record.name);

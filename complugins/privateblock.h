@@ -2,13 +2,14 @@
 #pragma once
 
 #include <mvutil/crc32.h>
+#include <printsubsystem/driverextra.h>
 
 #include <cstddef>
 
 // Offsets are from the block's first byte. Nothing in it is aligned.
 namespace privateblock {
 
-inline constexpr std::size_t kBytes = 5956;  // the block's fixed total size, which its first field repeats
+inline constexpr std::size_t kBytes = kPrivateBlockBytes;  // the block's fixed total size, which its first field repeats
 inline constexpr DWORD kSignature = 0x4D564431;
 
 inline constexpr std::size_t kSizeOffset = 0;

@@ -8,6 +8,8 @@
 #include <memory>
 #include <optional>
 
+class MSDeviceCapabilities;
+
 // Finds the private block of a DEVMODE, checks it, and reads and rewrites its entries. A DEVMODE without a block, or
 // with a damaged one, gives an object that finds nothing. The DEVMODE stays the caller's and must outlive the object;
 // its dmSize and dmDriverExtra must not exceed the memory it lies in. For one thread at a time.
@@ -47,6 +49,15 @@ public:
     // Bytes of the block in use, header included: up to the last entry's end, or to the last byte that is not zero when
     // that lies behind it; the whole block when an entry runs past the end. 62 for a block without entries.
     std::size_t GetPrivateDataSize() const;
+
+    // Makes the DEVMODE's paper number, form name, width and length agree with one record of the printer's paper
+    // database, and says whether one was matched; without one, or for a custom paper, the form name becomes that of the
+    // user's default paper. The records are those of the printer and this DEVMODE.
+    static bool NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MSDeviceCapabilities& capabilities);
+    // Sets dmFormName, to at most 31 characters; and the paper's dimensions in tenths of a millimetre, clamped to what
+    // the fields hold. dmFields stay as they are.
+    static void SetFormName(DEVMODEW* devmode, const WCHAR* name);
+    static void SetPaperDimensions(DEVMODEW* devmode, LONG width, LONG length);
 
     DEVMODEW* GetDevmode() const noexcept { return devmode_; }
     BYTE* GetOemDevmode() const noexcept { return block_; }  // the block, or null

@@ -12,6 +12,7 @@
 
 #include "devmodefields.h"
 #include "hosttext.h"
+#include "installedprinter.h"
 #include "schematext.h"
 #include "ticketreader.h"
 
@@ -98,15 +99,45 @@ std::string ScoredMediaSize(LONG width, LONG length) {
     return ScoredSize("MediaSizeWidth", width, "MediaSizeHeight", length);
 }
 
-std::string WriteCopiesDefinition(LONG maximum) {
-    return ParameterDef("psk:JobCopiesAllDocuments",
+struct IntegerParameter {
+    const char* name;
+    const char* unit;
+    const char* displayName;
+    const char* mandatory;
+    LONG minimum, maximum, preset;
+};
+
+std::string WriteDefinition(const IntegerParameter& parameter) {
+    return ParameterDef(Keyword(parameter.name),
                         Property("psf:DataType", ValueType::QName, "xsd:integer") +
-                            Property("psf:UnitType", ValueType::String, "copies") +
-                            Property("psf:DefaultValue", ValueType::Integer, "1") +
-                            Property("psf:MaxValue", ValueType::Integer, std::to_string(maximum)) +
-                            Property("psf:MinValue", ValueType::Integer, "1") +
+                            Property("psf:UnitType", ValueType::String, parameter.unit) +
+                            Property("psf:DefaultValue", ValueType::Integer, std::to_string(parameter.preset)) +
+                            Property("psf:MaxValue", ValueType::Integer, std::to_string(parameter.maximum)) +
+                            Property("psf:MinValue", ValueType::Integer, std::to_string(parameter.minimum)) +
                             Property("psf:Multiple", ValueType::Integer, "1") +
-                            Property("psf:Mandatory", ValueType::QName, "psk:Unconditional") + DisplayName("Copies"));
+                            Property("psf:Mandatory", ValueType::QName, Keyword(parameter.mandatory)) +
+                            DisplayName(parameter.displayName));
+}
+
+std::string WriteCopiesDefinition(LONG maximum) {
+    return WriteDefinition({"JobCopiesAllDocuments", "copies", "Copies", "Unconditional", 1, maximum, 1});
+}
+
+// Of the custom size's parameters, which the component's options refer to: sides in micrometres.
+std::string WriteCustomSizeDefinitions(bool isPostScript, const SIZEL& smallest, const SIZEL& largest) {
+    constexpr const char* kMandatory = "Conditional";
+    const auto define = [&](const char* name, const char* displayName, LONG minimum, LONG maximum) {
+        return WriteDefinition({name, "microns", displayName, kMandatory, minimum, maximum, minimum});
+    };
+    if (!isPostScript) {
+        return define("PageMediaSizeMediaSizeWidth", "Custom width", smallest.cx, largest.cx) +
+               define("PageMediaSizeMediaSizeHeight", "Custom height", smallest.cy, largest.cy);
+    }
+    return define("PageMediaSizePSWidth", "Custom width", smallest.cx, largest.cx) +
+           define("PageMediaSizePSHeight", "Custom height", smallest.cy, largest.cy) +
+           define("PageMediaSizePSWidthOffset", "Custom width offset", 0, largest.cx) +
+           define("PageMediaSizePSHeightOffset", "Custom height offset", 0, largest.cy) +
+           WriteDefinition({"PageMediaSizePSOrientation", "none", "Custom paper feed direction", kMandatory, 0, 3, 1});
 }
 
 bool IsNear(LONG a, LONG b) { return std::abs(static_cast<std::int64_t>(a) - b) <= kSizeTolerance; }
@@ -193,6 +224,12 @@ std::string CoreDriver::WriteCapabilities() const {
     content += WriteResolutionChoices();
     content += WriteMediaSizeChoices();
     content += WriteCopiesDefinition(std::max<LONG>(QueryNumber(DC_COPIES), 1));
+    const auto sides = [&](WORD capability) {
+        const auto packed = static_cast<DWORD>(QueryNumber(capability));
+        return SIZEL{static_cast<LONG>(packed & 0xFFFF) * kMicrometresPerTenth,
+                     static_cast<LONG>(packed >> 16) * kMicrometresPerTenth};
+    };
+    content += WriteCustomSizeDefinitions(IsPostScript(*product_), sides(DC_MINEXTENT), sides(DC_MAXEXTENT));
     return Document("psf:PrintCapabilities", content);
 }
 

@@ -2,6 +2,7 @@
 #include "devmodemaker.h"
 
 #include <mvutil/persistentattributes.h>
+#include <printsubsystem/driverextra.h>
 #include <privateblock.h>
 
 #include <algorithm>
@@ -11,29 +12,21 @@
 #include "hosterror.h"
 #include "hostplatform.h"
 #include "hosttext.h"
+#include "installedprinter.h"
 
 namespace {
 
-// Bytes of the core driver's own part; the private block follows it, and a WORD in it says so.
-constexpr WORD kCorePartBytes = 128;
-constexpr WORD kExtraBytes = kCorePartBytes + privateblock::kBytes;
 constexpr DWORD kBlockVersion = 1;
-constexpr int kDriverFlagsCapability = 1984;
-constexpr ULONGLONG kPostScriptFlag = 0x200;
 constexpr WideStringView kExecutableName = W("mvpthost.exe");
 // The component stores no larger attribute state either: the rest is for the other entries.
 constexpr std::size_t kMaximumStateBytes = 5400;
 constexpr LONG kMicrometresPerTenth = 100;
 
-bool IsPostScript(const ProductDescription& product) {
-    const auto flags = product.capabilities.find(kDriverFlagsCapability);
-    return flags != product.capabilities.end() && (flags->second & kPostScriptFlag) != 0;
-}
-
-// The core driver for PostScript keeps the place of the block elsewhere than the one for the others.
+// The private block follows the core driver's part, and a WORD in it says so. The core driver for PostScript keeps that
+// word elsewhere than the one for the others.
 void WriteCorePart(BYTE* extra, const ProductDescription& product) {
     const privateblock::Locator& locator = privateblock::kLocators[IsPostScript(product) ? 1 : 0];
-    privateblock::WriteWord(extra + locator.wordOffset, kCorePartBytes);
+    privateblock::WriteWord(extra + locator.wordOffset, kCoreDriverPartBytes);
 }
 
 void WriteBlock(BYTE* block, const std::vector<std::pair<WORD, ByteBuffer>>& entries) {
@@ -76,13 +69,13 @@ ByteBuffer MakeText(WideStringView text) {
     return bytes;
 }
 
-// Name and size of the paper that the number selects, where the settings leave them open.
+// Name and size of the paper that the number selects, where the settings leave them open. The number alone counts: no
+// bit says otherwise, as the component leaves it.
 void CompletePaperFields(DEVMODEW& devmode, const ProductDescription& product) {
     const ProductPaper* paper = product.FindPaper(static_cast<WORD>(devmode.dmPaperSize));
     if (!paper || (devmode.dmFields & DM_PAPERSIZE) == 0) return;
     if ((devmode.dmFields & DM_FORMNAME) == 0) {
         SetDevmodeText(devmode, GetDevmodeField("dmFormName"), CXString::FromUtf8(paper->name).AsWideString());
-        devmode.dmFields |= DM_FORMNAME;
     }
     if ((devmode.dmFields & DM_PAPERWIDTH) == 0)
         devmode.dmPaperWidth = static_cast<SHORT>(paper->width / kMicrometresPerTenth);
@@ -94,7 +87,7 @@ void CompletePaperFields(DEVMODEW& devmode, const ProductDescription& product) {
 
 DevmodeBuffer MakeDevmode(const ProductDescription& product, std::basic_string_view<WCHAR> printerName,
                           const DevmodeSettings& settings) {
-    DevmodeBuffer buffer(kExtraBytes);
+    DevmodeBuffer buffer(kDriverExtraBytes);
     DEVMODEW& devmode = *buffer.Get();
     SetDevmodeText(devmode, GetDevmodeField("dmDeviceName"), printerName);
     devmode.dmSpecVersion = DM_SPECVERSION;
@@ -107,7 +100,7 @@ DevmodeBuffer MakeDevmode(const ProductDescription& product, std::basic_string_v
     BYTE* extra = reinterpret_cast<BYTE*>(&devmode) + devmode.dmSize;
     WriteCorePart(extra, product);
     const std::string user = GetEnvironment("USER").value_or(GetEnvironment("USERNAME").value_or("user"));
-    WriteBlock(extra + kCorePartBytes,
+    WriteBlock(extra + kCoreDriverPartBytes,
                {{privateblock::kAttributeStateKey, MakeAttributeState(product, settings)},
                 {privateblock::kApplicationNameKey, MakeText(kExecutableName)},
                 {privateblock::kJobTextKey, MakeText(CXString::FromUtf8(user).AsWideString())}});

@@ -6,6 +6,7 @@
 #include <winspool.h>
 
 #include "hosterror.h"
+#include "hosttext.h"
 
 void CloseSpoolerHandle::operator()(HANDLE printer) const noexcept { ClosePrinter(printer); }
 
@@ -24,3 +25,28 @@ InstalledPrinter::InstalledPrinter(const CXString& name)
       handle_(OpenInstalledPrinter(name)),
       port_(Printer(GetHandle()).GetPrinterPort()),
       product_(LoadProduct(PrintDriver::GetMorvaneDriverDataFilePathFromHandle(GetHandle()).AsWideString())) {}
+
+bool IsPostScript(const ProductDescription& product) {
+    constexpr DWORD kDriverFlagsCapability = 1984;
+    constexpr ULONGLONG kPostScriptFlag = 0x200;
+    const auto flags = product.capabilities.find(kDriverFlagsCapability);
+    return flags != product.capabilities.end() && (flags->second & kPostScriptFlag) != 0;
+}
+
+std::vector<PrinterRow> ListInstalledPrinters() {
+    std::vector<BYTE> buffer;
+    DWORD needed = 0, count = 0;
+    while (!EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, buffer.data(), static_cast<DWORD>(buffer.size()), &needed,
+                          &count)) {
+        const DWORD error = GetLastError();
+        if (error != ERROR_INSUFFICIENT_BUFFER) throw OperationError("EnumPrintersW", HRESULT_FROM_WIN32(error));
+        buffer.resize(needed);
+    }
+    const auto text = [](LPCWSTR field) { return field ? ToUtf8(field) : std::string(); };
+    std::vector<PrinterRow> rows;
+    const auto* printers = reinterpret_cast<const PRINTER_INFO_2W*>(buffer.data());
+    for (DWORD index = 0; index < count; ++index)
+        rows.push_back(
+            {text(printers[index].pPrinterName), text(printers[index].pPortName), text(printers[index].pDriverName)});
+    return rows;
+}

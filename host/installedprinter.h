@@ -6,6 +6,8 @@
 #include <uniquehandle.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 struct CloseSpoolerHandle {
     void operator()(HANDLE printer) const noexcept;
@@ -31,3 +33,13 @@ private:
 
 // Opens the printer. Throws InputError, which says what to do, when it is not installed.
 UniqueHandle<HANDLE, CloseSpoolerHandle> OpenInstalledPrinter(const CXString& name);
+
+// Whether the core driver of the product is the one for PostScript.
+bool IsPostScript(const ProductDescription& product);
+
+// What the spooler tells of a printer.
+struct PrinterRow {
+    std::string name, port, driver;
+};
+// Throws OperationError when the spooler does not answer.
+std::vector<PrinterRow> ListInstalledPrinters();

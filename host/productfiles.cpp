@@ -6,7 +6,12 @@
 #include "hosterror.h"
 #include "hostplatform.h"
 
-std::vector<std::filesystem::path> FindOwnProductFiles() { return FindProductFiles(GetProgramFolder() / "products"); }
+// Beside the program, or in the folder of the driver's files beside the program's own.
+std::vector<std::filesystem::path> FindOwnProductFiles() {
+    const std::filesystem::path folder = GetProgramFolder();
+    std::vector<std::filesystem::path> files = FindProductFiles(folder / "products");
+    return files.empty() ? FindProductFiles(folder.parent_path() / "driver" / "products") : files;
+}
 
 std::filesystem::path FindProductFile(const std::string& nameOrPath) {
     std::string names;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// Product files in the folder "products" beside the program, by name.
+// Product files in the folder "products" beside the program, else in "../driver/products", by name.
 std::vector<std::filesystem::path> FindOwnProductFiles();
 // The product file that a user means by a name, such as "press8434", or by a path. Throws InputError when there is
 // none.

@@ -30,8 +30,11 @@ void AddCommands(CLI::App& app, HostContext& context) {
     AddDemoCommand(app, context);
     AddProductCommands(app, context);
     AddPrinterCommands(app, context);
+    AddCachesCommands(app, context);
     AddDevmodeCommands(app, context);
     AddConversionCommands(app, context);
+    AddJobTicketCommand(app, context);
+    AddCheckCommand(app, context);
     AddRegistryCommands(app, context);
 }
 
@@ -64,7 +67,7 @@ int RunGuarded(const std::vector<std::string>& arguments, std::ostream& out, std
         AddCommands(app, context);
         if (ReadCommandLine(app, arguments, out) && context.action) context.action();
         if (!out.flush()) return Fail(err, "the output cannot be written; check where it goes", kExitFailed);
-        return kExitDone;
+        return context.exitStatus;
     } catch (const InputError& error) {
         return Fail(err, error.what(), error.GetExitStatus());
     } catch (const HostError& error) {

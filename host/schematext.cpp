@@ -74,11 +74,11 @@ std::string Property(std::string_view name, ValueType type, std::string_view val
     return Element("psf:Property", Attribute("name", name), Value(type, value));
 }
 
-std::string ScoredProperty(std::string_view name, long value) {
+std::string ScoredProperty(std::string_view name, std::int64_t value) {
     return Element("psf:ScoredProperty", Attribute("name", name), Value(ValueType::Integer, std::to_string(value)));
 }
 
-std::string ParameterInit(std::string_view name, long value) {
+std::string ParameterInit(std::string_view name, std::int64_t value) {
     return Element("psf:ParameterInit", Attribute("name", name), Value(ValueType::Integer, std::to_string(value)));
 }
 

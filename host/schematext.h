@@ -2,6 +2,7 @@
 // with their prefix; content is made of the other functions' results.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -15,8 +16,8 @@ std::string Feature(std::string_view name, std::string_view content);
 // An empty name gives an option that its scored properties alone tell apart. Constrained is left out when empty.
 std::string Option(std::string_view name, std::string_view constrained, std::string_view content);
 std::string Property(std::string_view name, ValueType type, std::string_view value);
-std::string ScoredProperty(std::string_view name, long value);
-std::string ParameterInit(std::string_view name, long value);
+std::string ScoredProperty(std::string_view name, std::int64_t value);
+std::string ParameterInit(std::string_view name, std::int64_t value);
 std::string ParameterDef(std::string_view name, std::string_view properties);
 
 }  // namespace schematext

@@ -3,6 +3,7 @@
 
 #include <comptr.h>
 #include <domdocument.h>
+#include <systemdocument.h>
 
 #include <filesystem>
 #include <functional>
@@ -15,11 +16,11 @@ using DocumentMaker = std::function<HRESULT(IXMLDOMDocument2** document)>;
 // Throws InputError when the file cannot be read, holds a document type declaration or is not well-formed (the sentence
 // names file, line and column), and OperationError when no document can be made.
 ComPtr<IXMLDOMDocument2> ReadDocumentFile(const std::filesystem::path& file,
-                                          const DocumentMaker& makeDocument = CreateDomDocument);
+                                          const DocumentMaker& makeDocument = CreateSystemDocument);
 
 // As ReadDocumentFile, of bytes that are at hand; the name is what messages call them.
 ComPtr<IXMLDOMDocument2> ReadDocumentBytes(std::string_view bytes, const std::string& name,
-                                           const DocumentMaker& makeDocument = CreateDomDocument);
+                                           const DocumentMaker& makeDocument = CreateSystemDocument);
 
 // UTF-8 with an XML declaration. Throws OperationError, with the file as it was.
 void WriteDocumentFile(const std::filesystem::path& file, IXMLDOMDocument2* document);

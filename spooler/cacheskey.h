@@ -5,9 +5,6 @@
 
 #include <mvutil/cachelocation.h>
 
-// Ports that differ only in what a key name cannot hold share their caches.
 inline WideString GetCachesKey(const WideString& port) {
-    WideString name = port;
-    std::replace(name.begin(), name.end(), kKeyNameSeparator, W('_'));
-    return WideString(kPrinterCachesKey) + W("\\") + name;
+    return WideString(kPrinterCachesKey) + W("\\") + GetCacheKeyName(port);
 }

@@ -3,13 +3,13 @@
 #include "printerstore.h"
 #include "spoolererror.h"
 
+#include <printsubsystem/driverextra.h>
+
 #include <array>
 #include <cstring>
 
 namespace {
 
-// The core driver's own part of a DEVMODE, and the driver family's private block behind it.
-constexpr int kDriverExtraBytes = 128 + 5956;
 constexpr int kLandscapeRotation = 90;  // degrees
 constexpr std::size_t kBinNameLength = 24, kNameLength = 64;
 

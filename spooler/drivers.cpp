@@ -73,10 +73,10 @@ BOOL WINAPI DeletePrinterDriverW(LPWSTR server, LPWSTR environment, LPWSTR drive
 BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD bytes,
                               LPDWORD needed) {
     return AnswerGuarded([&] {
-        const StoredPrinter stored = GetPrinterOf(printer);
+        const WideString name = GetDriverNameOf(printer);
         Require(level == 3, ERROR_INVALID_LEVEL);
         RequireEnvironment(environment);
-        const auto driver = ReadDriver(stored.driver);
+        const auto driver = ReadDriver(name);
         Require(driver.has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
         InfoPacker<DRIVER_INFO_3W> packer;
         DRIVER_INFO_3W info{};

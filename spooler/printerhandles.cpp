@@ -20,7 +20,7 @@ HANDLE OpenHandle(const WideString& printerName) {
     const std::scoped_lock lock(tableMutex);
     table.emplace(lastHandle + 4, printerName);
     lastHandle += 4;
-    return reinterpret_cast<HANDLE>(lastHandle);
+    return reinterpret_cast<HANDLE>(lastHandle);  // NOLINT(performance-no-int-to-ptr): a handle is a number here
 }
 
 WideString GetNameBehind(HANDLE handle) {

@@ -114,7 +114,7 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
     const auto product = LoadProduct(std::filesystem::absolute(productFile));
     const WideString driver = WidenUtf8(product->modelName);
     const auto printers = ListPrinters();
-    const WideString ownPort = port.empty() ? MakeOwnPort(printers) : port;
+    WideString ownPort = port.empty() ? MakeOwnPort(printers) : port;
     for (const InstalledPrinter& other : printers)
         if (SharesCaches(other.port, ownPort) && !EqualNoCase(other.driver, driver))
             throw std::runtime_error("The port " + Quoted(ownPort) + " is used by the printer " + Quoted(other.name) +

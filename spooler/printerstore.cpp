@@ -19,11 +19,12 @@ struct NumberValue {
     DWORD StoredPrinter::*member;
 };
 constexpr const WCHAR* kDefaultDevmode = W("Default DevMode");
+constexpr const WCHAR* kPrinterDriver = W("Printer Driver");
 constexpr TextValue kPrinterTexts[] = {
     {W("Name"), &StoredPrinter::name},
     {W("Share Name"), &StoredPrinter::shareName},
     {W("Port"), &StoredPrinter::port},
-    {W("Printer Driver"), &StoredPrinter::driver},
+    {kPrinterDriver, &StoredPrinter::driver},
     {W("Description"), &StoredPrinter::comment},
     {W("Location"), &StoredPrinter::location},
     {W("Separator File"), &StoredPrinter::separatorFile},
@@ -127,6 +128,14 @@ void WriteDriver(const StoredDriver& driver) {
 }
 
 void RemoveStoredDriver(const WideString& name) { DeleteKey(KeyBelow(kDriversKey, name)); }
+
+WideString GetDriverNameOf(HANDLE handle) {
+    const WideString name = GetNameBehind(handle);
+    Require(!name.empty(), ERROR_INVALID_HANDLE);
+    const UniqueKey key = OpenKey(GetPrinterKey(name));
+    Require(static_cast<bool>(key), ERROR_PRINTER_DELETED);
+    return ReadText(key, kPrinterDriver);
+}
 
 StoredPrinter GetPrinterOf(HANDLE handle) {
     const WideString name = GetNameBehind(handle);

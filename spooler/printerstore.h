@@ -41,3 +41,4 @@ void RemoveStoredDriver(const WideString& name);
 
 // The printer that an open handle stands for. ERROR_INVALID_HANDLE, also for the print server; ERROR_PRINTER_DELETED.
 StoredPrinter GetPrinterOf(HANDLE handle);
+WideString GetDriverNameOf(HANDLE handle);  // of that printer, and nothing else read

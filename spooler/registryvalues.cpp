@@ -8,6 +8,7 @@
 namespace {
 
 constexpr DWORD kLongestName = 16384;  // characters, the NUL included
+constexpr std::size_t kUsualValueBytes = 256;
 
 void Check(LSTATUS status) {
     if (status != ERROR_SUCCESS) throw SpoolerError{static_cast<DWORD>(status)};
@@ -59,20 +60,14 @@ void DeleteKey(const WideString& path, HKEY hive) {
 
 std::optional<RegistryValue> ReadValue(const UniqueKey& key, const WCHAR* name) {
     RegistryValue value;
-    // Another process may make the value longer between the two calls.
+    value.bytes.resize(kUsualValueBytes);
     for (;;) {
-        DWORD bytes = 0;
-        LSTATUS status = RegQueryValueExW(key.Get(), name, nullptr, &value.type, nullptr, &bytes);
+        auto bytes = static_cast<DWORD>(value.bytes.size());
+        const LSTATUS status = RegQueryValueExW(key.Get(), name, nullptr, &value.type, value.bytes.data(), &bytes);
         if (status == ERROR_FILE_NOT_FOUND) return std::nullopt;
-        Check(status);
+        if (status != ERROR_MORE_DATA) Check(status);
         value.bytes.resize(bytes);
-        if (bytes == 0) return value;
-        status = RegQueryValueExW(key.Get(), name, nullptr, &value.type, value.bytes.data(), &bytes);
-        if (status == ERROR_FILE_NOT_FOUND) return std::nullopt;
-        if (status == ERROR_MORE_DATA) continue;
-        Check(status);
-        value.bytes.resize(bytes);
-        return value;
+        if (status == ERROR_SUCCESS) return value;
     }
 }
 

@@ -61,15 +61,16 @@ HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabiliti
     return RunFeatureUnit([&] {
         if (!HasColorFeatures()) return S_OK;
         const Bstr keywords = capabilities.GetKeywordsPrefix();
+        const ProductStringLoader& texts = GetProductStringLoader();
         const auto createFeature = [&](const WCHAR* name, DWORD display) {
             DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), name); });
             ComPtr<IXMLDOMElement> feature;
-            capabilities.CreateFeature(name, GetProductStringLoader().LoadStringW(display), feature.Put());
+            capabilities.CreateFeature(name, texts.LoadStringW(display), feature.Put());
             return feature;
         };
         const auto offer = [&](const ComPtr<IXMLDOMElement>& feature, const ColorOption& option) {
             capabilities.AppendChildOption(option.name, keywords.Get(),
-                                           GetProductStringLoader().LoadStringW(option.displayString), W("None"),
+                                           texts.LoadStringW(option.displayString), W("None"),
                                            feature.Get());
         };
 

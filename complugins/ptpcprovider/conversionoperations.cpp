@@ -1,37 +1,25 @@
 // The five conversion operations: fixed scripts over the feature units, behind one exception wall.
 #include "ptpcprovider/morvaneptprovider.h"
 
+#include <caughtexception.h>
 #include <mscacheddevicecapabilities.h>
-#include <mvutil/morvaneexception.h>
 #include <ptpcprovider/printcapabilitiesxmldocument.h>
 #include <ptpcprovider/printticketxmldocument.h>
 #include <xdevmode.h>
 
 #include <cstring>
-#include <new>
 
 namespace {
-
-void Report(const std::exception* failure, const WCHAR* operation, LONG line) {
-    MorvaneException::DisplayExceptionMessage(false, false, failure, W("morvaneptprovider"), line, operation,
-                                              UtilitiesDllPerThreadStorage::GetExecutionContextStack(), nullptr,
-                                              CXString(), CXString());
-}
 
 // Runs an operation's script; whatever escapes it is reported once and becomes E_FAIL.
 template <class Script>
 HRESULT RunOperation(const WCHAR* operation, Script script, LONG line = __builtin_LINE()) {
     try {
         return script();
-    } catch (const std::bad_alloc&) {
-        const std::bad_alloc lackOfMemory;
-        Report(&lackOfMemory, operation, line);
-    } catch (const std::exception& failure) {
-        Report(&failure, operation, line);
     } catch (...) {
-        Report(nullptr, operation, line);
+        ReportCaughtException(operation, W("morvaneptprovider"), line);
+        return E_FAIL;
     }
-    return E_FAIL;
 }
 
 // Whether the bytes handed in hold a DEVMODE as it describes itself, with every public field that is read here.
@@ -59,6 +47,9 @@ HRESULT MorvanePtProvider::ConvertPrintTicketToDevMode(IXMLDOMDocument2* ticketD
         bool changed = false;
         const auto list = CreateDataModelDataAttributeBytesIndexedList(xdevmode);
 
+        ConvertPageMediaTypeToDevmode(ticket, deviceCapabilities, list.get(), &changed);
+        ConvertPageMediaSizeToDevmode(ticket, devmode, deviceCapabilities);
+        ConvertPageOutputQualityToDevmode(ticket, list.get(), &changed);
         ConvertColorFeaturesToDevmode(ticket, devmode, list.get(), &changed);
         ConvertMiscFeaturesToDevmode(ticket, devmode, list.get(), &changed);
 
@@ -75,10 +66,15 @@ HRESULT MorvanePtProvider::ConvertDevModeToPrintTicket(ULONG devmodeBytes, PDEVM
         MsCachedDeviceCapabilities deviceCapabilities(devmode);
         XDevmode xdevmode(devmode);
 
+        DeleteRedundantPageOrientationFromPpdGpdNamespace(ticket);
+        ConvertDevmodeToPageMediaType(ticket, xdevmode, deviceCapabilities);
+        ConvertDevmodeToPageMediaSize(ticket, devmode, deviceCapabilities);
+        ConvertDevmodeToPageOutputQuality(ticket, xdevmode);
         ConvertDevmodeToColorFeatures(ticket, devmode, xdevmode);
         ConvertDevmodeToMiscFeatures(ticket, devmode, xdevmode);
 
-        SetMorvaneDriverDataInPrintTicket(ticket, xdevmode);  // the root's last child
+        if (HasPrivateNamespace()) EmbedPrivateMvjtInPrintTicket(ticket, xdevmode);  // the root's first child
+        SetMorvaneDriverDataInPrintTicket(ticket, xdevmode);                         // the root's last child
         return S_OK;
     });
 }
@@ -90,10 +86,18 @@ HRESULT MorvanePtProvider::CompletePrintCapabilities(IXMLDOMDocument2* ticketDom
         PrintTicketXmlDocument ticket(ticketDom);  // may be without a document
         MsCachedDeviceCapabilities deviceCapabilities(nullptr);
 
+        DeleteRedundantPageOrientationFromPpdGpdNamespace(capabilities);
+        FixUpResolutionCapabilities(capabilities, deviceCapabilities);
+        AddOrReplacePageOutputQualityCapabilities(capabilities);
         AddOrReplaceColorFeaturesCapabilities(capabilities);
         AddOrReplaceMiscFeaturesCapabilities(capabilities, deviceCapabilities);
+        FixUpDuplexCapabilities(capabilities);
+        ReplacePageMediaSizeCapabilities(capabilities, ticket, deviceCapabilities);
+        ReplacePageImageableSizeAndAreaProperties(capabilities, ticket, deviceCapabilities);
+        AddOrReplacePageMediaTypeCapabilities(capabilities, deviceCapabilities);
 
-        AddMorvaneDriverDataCapabilities(capabilities);  // the root's last child
+        if (HasPrivateNamespace()) AddJobMvjtJobTicketCapabilities(capabilities);  // the root's first child
+        AddMorvaneDriverDataCapabilities(capabilities);                            // the root's last child
         return S_OK;
     });
 }

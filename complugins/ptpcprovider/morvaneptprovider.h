@@ -12,11 +12,16 @@
 
 #include <memory>
 
+class Bstr;
 class MsCachedDeviceCapabilities;
 class PrintCapabilitiesXmlDocument;
 class PrintSchemaXmlDocument;
 class PrintTicketXmlDocument;
 class XDevmode;
+enum class NamespaceKind : LONG;
+struct MediaTypeDataEntry;
+struct PageOutputQualityDataEntry;
+struct _tag_FormsInfoRec;
 
 #ifdef MVPTPC_EXPORTS
 #define MVPTPC_API __declspec(dllexport)
@@ -74,7 +79,58 @@ private:
     PageSizeDictionary& GetPageSizeDictionary();    // made on first use; needs no binding
     bool IsColorDevice();
 
-    // Colour management. Each feature unit returns the HRESULT of a MorvaneComException that ends it.
+    bool HasPrivateNamespace() const noexcept { return (driverCapabilityFlags & kPrivateNamespaceFlag) != 0; }
+    bool IsPostScriptDevice() const noexcept { return (driverCapabilityFlags & kPostScriptDeviceFlag) != 0; }
+
+    // Each feature unit returns the HRESULT of a MorvaneComException that ends it.
+
+    // Media type. The printer's types are in the order in which the core driver reports them; none when it cannot say.
+    std::vector<MediaTypeDataEntry> GetMediaTypeCachedDeviceCapabilitiesAndPrintSchemaMappings(
+        MsCachedDeviceCapabilities& deviceCapabilities);
+    HRESULT AddOrReplacePageMediaTypeCapabilities(PrintCapabilitiesXmlDocument& capabilities,
+                                                  MsCachedDeviceCapabilities& deviceCapabilities);
+    HRESULT ConvertPageMediaTypeToDevmode(PrintTicketXmlDocument& ticket,
+                                          MsCachedDeviceCapabilities& deviceCapabilities,
+                                          AttributeBytesIndexedList* list, bool* changed);
+    HRESULT ConvertDevmodeToPageMediaType(PrintTicketXmlDocument& ticket, XDevmode& xdevmode,
+                                          MsCachedDeviceCapabilities& deviceCapabilities);
+
+    // Media size. A size without an entry in the dictionary leaves the name as it was.
+    void GetMsPageMediaSizeOptionName(bool custom, const _tag_FormsInfoRec& record, CXString* name,
+                                      NamespaceKind* kind);
+    // The record that the ticket selects. True when the ticket gives no usable size, so that it is the default one.
+    bool GetPrintTicketPaperSize(PrintTicketXmlDocument& ticket, MsCachedDeviceCapabilities& deviceCapabilities,
+                                 _tag_FormsInfoRec* paper);
+    // The record that the DEVMODE, which has all public fields, selects; left as it was when there is none.
+    void GetDevmodePaperSize(DEVMODEW* devmode, MsCachedDeviceCapabilities& deviceCapabilities,
+                             _tag_FormsInfoRec* paper);
+    HRESULT ReplacePageMediaSizeCapabilities(PrintCapabilitiesXmlDocument& capabilities, PrintTicketXmlDocument& ticket,
+                                             MsCachedDeviceCapabilities& deviceCapabilities);
+    HRESULT ConvertPageMediaSizeToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                          MsCachedDeviceCapabilities& deviceCapabilities);
+    HRESULT ConvertDevmodeToPageMediaSize(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                          MsCachedDeviceCapabilities& deviceCapabilities);
+
+    // Imageable size and area, of the paper that the ticket selects.
+    HRESULT ReplacePageImageableSizeAndAreaProperties(PrintCapabilitiesXmlDocument& capabilities,
+                                                      PrintTicketXmlDocument& ticket,
+                                                      MsCachedDeviceCapabilities& deviceCapabilities);
+
+    // Output quality.
+    std::vector<PageOutputQualityDataEntry> GetPageOutputQualityCapabilitiesAndPrintSchemaMappings();
+    HRESULT AddOrReplacePageOutputQualityCapabilities(PrintCapabilitiesXmlDocument& capabilities);
+    HRESULT ConvertPageOutputQualityToDevmode(PrintTicketXmlDocument& ticket, AttributeBytesIndexedList* list,
+                                              bool* changed);
+    HRESULT ConvertDevmodeToPageOutputQuality(PrintTicketXmlDocument& ticket, XDevmode& xdevmode);
+    bool HasAutomaticOutputQuality();
+
+    // Fix-ups of what the core driver wrote.
+    HRESULT DeleteRedundantPageOrientationFromPpdGpdNamespace(PrintSchemaXmlDocument& document);
+    HRESULT FixUpResolutionCapabilities(PrintCapabilitiesXmlDocument& capabilities,
+                                        MsCachedDeviceCapabilities& deviceCapabilities);
+    HRESULT FixUpDuplexCapabilities(PrintCapabilitiesXmlDocument& capabilities);
+
+    // Colour management.
     HRESULT AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities);
     HRESULT ConvertColorFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
                                           AttributeBytesIndexedList* list, bool* changed);
@@ -88,6 +144,12 @@ private:
     HRESULT ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
                                          AttributeBytesIndexedList* list, bool* changed);
     HRESULT ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode& xdevmode);
+
+    // The MVJT job ticket of the current settings, in a private parameter; for printers of the private namespace.
+    HRESULT AddJobMvjtJobTicketCapabilities(PrintCapabilitiesXmlDocument& capabilities);
+    // S_FALSE when no job ticket applies.
+    HRESULT EmbedPrivateMvjtInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& xdevmode);
+    HRESULT GetMorvaneMvjtJobTicketAsCdataSection(XDevmode& xdevmode, Bstr& text);
 
     // The whole private block, carried in a private parameter.
     HRESULT AddMorvaneDriverDataCapabilities(PrintCapabilitiesXmlDocument& capabilities);

@@ -8,9 +8,9 @@ class PrintCapabilitiesXmlDocument : public PrintSchemaXmlDocument {
 public:
     explicit PrintCapabilitiesXmlDocument(IXMLDOMDocument2* document);
 
-    // ---- creation
-    // -------------------------------------------------------------------------------------------------------- A
-    // Feature of the keywords namespace, with a DisplayName property when the display name is not empty.
+    // ---- creation -----------------------------------------------------------------------------------------------
+
+    // A Feature of the keywords namespace, with a DisplayName property when the display name is not empty.
     HRESULT CreateFeature(const WCHAR* name, const WCHAR* displayName, IXMLDOMElement** feature);
     // The same, followed by the SelectionType property PickOne.
     HRESULT CreatePickOneFeature(const WCHAR* name, const WCHAR* displayName, IXMLDOMElement** feature);
@@ -29,8 +29,8 @@ public:
                                      const WCHAR* displayName, const WCHAR* defaultValue, LONG minimumLength,
                                      LONG maximumLength, const WCHAR* unitType, IXMLDOMElement** parameter);
 
-    // ---- lookups and deletion
-    // --------------------------------------------------------------------------------------------
+    // ---- lookups and deletion -----------------------------------------------------------------------------------
+
     HRESULT GetParameterDefNodeIfExists(const WCHAR* prefix, const WCHAR* name, IXMLDOMNode** node) const;
     HRESULT DeleteParameterDefNodeIfExists(const WCHAR* prefix, const WCHAR* name);
     // The feature's own Option children.
@@ -41,9 +41,10 @@ public:
     // is none or its text is empty.
     CXString GetChildScoredPropertyValueAsString(IXMLDOMNode* node, const WCHAR* name) const;
 
-    // ---- display names
-    // --------------------------------------------------------------------------------------------------- Replaces the
-    // text of the node's own DisplayName property. kElementNotFound when it has none. A null node is E_INVALIDARG.
+    // ---- display names ------------------------------------------------------------------------------------------
+
+    // Replaces the text of the node's own DisplayName property. kElementNotFound when it has none. A null node is
+    // E_INVALIDARG.
     HRESULT ReplaceDisplayNamePropertyValue(IXMLDOMNode* node, const WCHAR* text);
     // The same for the feature's option of that name; an option without a display name is left alone. S_FALSE when the
     // feature has no such option. Prefix, name and text are required.

@@ -33,8 +33,7 @@ LONG ReadDecimalInteger(WideStringView text) noexcept {
     return static_cast<LONG>(negative ? -value : value);
 }
 
-// ---- prefixes
-// ------------------------------------------------------------------------------------------------------------
+// ---- prefixes ---------------------------------------------------------------------------------------------------
 
 const Bstr& PrintSchemaXmlDocument::PrefixOf(NamespaceKind kind) const {
     switch (kind) {
@@ -73,8 +72,7 @@ HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const WCHAR* uri, Bstr* prefix)
     return S_FALSE;
 }
 
-// ---- lookups
-// -------------------------------------------------------------------------------------------------------------
+// ---- lookups ----------------------------------------------------------------------------------------------------
 
 HRESULT PrintSchemaXmlDocument::GetNode(const WCHAR* query, IXMLDOMNode** node) const {
     const ComChecks checks(W("PrintSchemaXmlDocument::GetNode"), kSourceUnit);
@@ -181,8 +179,7 @@ HRESULT PrintSchemaXmlDocument::GetAttributeValue(IXMLDOMNode* node, const WCHAR
     return S_OK;
 }
 
-// ---- deletion
-// ------------------------------------------------------------------------------------------------------------
+// ---- deletion ---------------------------------------------------------------------------------------------------
 
 HRESULT PrintSchemaXmlDocument::DeleteNode(IXMLDOMNode* node) {
     const ComChecks checks(W("PrintSchemaXmlDocument::DeleteNode"), kSourceUnit);

@@ -55,9 +55,9 @@ public:
     // when no attribute has the URI for value; throws E_FAIL when the first that has it declares no prefix.
     HRESULT GetPrefixFromURI(const WCHAR* uri, Bstr* prefix) const;
 
-    // ---- lookups
-    // --------------------------------------------------------------------------------------------------------- The
-    // first node that an XPath query selects. Throws 0x8000000A without a document.
+    // ---- lookups ------------------------------------------------------------------------------------------------
+
+    // The first node that an XPath query selects. Throws 0x8000000A without a document.
     HRESULT GetNode(const WCHAR* query, IXMLDOMNode** node) const;
     // All framework elements of a local name in the document ("ParameterInit"). An empty query is E_FAIL.
     HRESULT GetNodes(const WCHAR* query, IXMLDOMNodeList** nodes) const;
@@ -70,9 +70,9 @@ public:
     // The text of an attribute. S_FALSE when the node has none of that name.
     HRESULT GetAttributeValue(IXMLDOMNode* node, const WCHAR* name, Bstr* text) const;
 
-    // ---- deletion
-    // -------------------------------------------------------------------------------------------------------- Takes
-    // the node from its parent. S_FALSE, and nothing done, when it has none.
+    // ---- deletion -----------------------------------------------------------------------------------------------
+
+    // Takes the node from its parent. S_FALSE, and nothing done, when it has none.
     HRESULT DeleteNode(IXMLDOMNode* node);
     HRESULT DeleteFeatureNodeIfExists(const WCHAR* prefix, const WCHAR* name);
     // Deletes the first of several Features of that name, once, however many there are. S_OK in any case.
@@ -80,9 +80,9 @@ public:
     // Deletes every Property of that name in the document; S_OK, also when there is none. An empty name is E_FAIL.
     HRESULT DeletePropertyNodesIfExist(const WCHAR* prefix, const WCHAR* name);
 
-    // ---- creation
-    // -------------------------------------------------------------------------------------------------------- An
-    // element of the framework namespace under the qualified name as given. A null name is E_INVALIDARG.
+    // ---- creation -----------------------------------------------------------------------------------------------
+
+    // An element of the framework namespace under the qualified name as given. A null name is E_INVALIDARG.
     HRESULT CreateXMLElement(const WCHAR* qualifiedName, IXMLDOMElement** element);
     // Sets an attribute; a null URI stands for no namespace. A null element, name or value is E_INVALIDARG.
     HRESULT AppendXMLAttribute(IXMLDOMElement* element, const WCHAR* qualifiedName, const WCHAR* namespaceUri,

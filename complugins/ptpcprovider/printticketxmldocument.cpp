@@ -15,8 +15,7 @@ constexpr const WCHAR* kSourceUnit = W("printticketxmldocument");
 PrintTicketXmlDocument::PrintTicketXmlDocument(IXMLDOMDocument2* document)
     : PrintSchemaXmlDocument(W("PrintTicket"), document) {}
 
-// ---- lookups
-// -------------------------------------------------------------------------------------------------------------
+// ---- lookups ----------------------------------------------------------------------------------------------------
 
 HRESULT PrintTicketXmlDocument::GetFeatureOption(const WCHAR* feature, Bstr* optionName, Bstr* optionPrefix) const {
     const ComChecks checks(W("PrintTicketXmlDocument::GetFeatureOption"), kSourceUnit);
@@ -95,8 +94,7 @@ HRESULT PrintTicketXmlDocument::GetParameterInitValueNodeIfExists(const WCHAR* p
     return GetNode(query.Get(), node);
 }
 
-// ---- creation
-// ------------------------------------------------------------------------------------------------------------
+// ---- creation ---------------------------------------------------------------------------------------------------
 
 HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(const WCHAR* feature, IXMLDOMElement** featureElement,
                                                         IXMLDOMElement** optionElement) {
@@ -165,8 +163,7 @@ HRESULT PrintTicketXmlDocument::AppendIntegerParameterInit(const WCHAR* prefix, 
     return AppendChildToRootNode(parameter.Get());
 }
 
-// ---- deletion
-// ------------------------------------------------------------------------------------------------------------
+// ---- deletion ---------------------------------------------------------------------------------------------------
 
 HRESULT PrintTicketXmlDocument::DeleteParameterInitNodeIfExists(const WCHAR* prefix, const WCHAR* name) {
     ComPtr<IXMLDOMNode> parameter;
@@ -183,7 +180,7 @@ HRESULT PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists(con
     builder.GetQuery(&query);
     ComPtr<IXMLDOMNode> feature;
     while (GetNode(query.Get(), feature.Put()) == S_OK) {
-        DeleteNode(feature.Get());
+        checks.Require(DeleteNode(feature.Get()) == S_OK, E_FAIL);  // it would be found for ever
         ComPtr<IXMLDOMNodeList> parameterInits;
         ComPtr<IXMLDOMNodeList> parameterRefs;
         GetNodes(W("ParameterInit"), parameterInits.Put());

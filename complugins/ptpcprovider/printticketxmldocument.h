@@ -8,10 +8,10 @@ class PrintTicketXmlDocument : public PrintSchemaXmlDocument {
 public:
     explicit PrintTicketXmlDocument(IXMLDOMDocument2* document);
 
-    // ---- lookups: features and properties of the keywords namespace
-    // ------------------------------------------------------ The chosen option's local name and its prefix with the
-    // colon. kElementNotFound, outs unchanged, when the feature or its option is absent. Throws E_FAIL for an option
-    // name without a colon.
+    // ---- lookups: features and properties of the keywords namespace ---------------------------------------------
+
+    // The chosen option's local name and its prefix with the colon. kElementNotFound, outs unchanged, when the feature
+    // or its option is absent. Throws E_FAIL for an option name without a colon.
     HRESULT GetFeatureOption(const WCHAR* feature, Bstr* optionName, Bstr* optionPrefix) const;
     // The value of a ScoredProperty at any depth in the feature, also by way of a ParameterRef; an empty value leaves
     // the out string null. kElementNotFound when absent.
@@ -22,9 +22,9 @@ public:
     // The Value element of a ParameterInit.
     HRESULT GetParameterInitValueNodeIfExists(const WCHAR* prefix, const WCHAR* name, IXMLDOMNode** node) const;
 
-    // ---- creation
-    // -------------------------------------------------------------------------------------------------------- A
-    // keywords Feature that holds an Option without name.
+    // ---- creation -----------------------------------------------------------------------------------------------
+
+    // A keywords Feature that holds an Option without name.
     HRESULT CreateFeatureOptionPair(const WCHAR* feature, IXMLDOMElement** featureElement,
                                     IXMLDOMElement** optionElement);
     // The same with the option named, in the keywords namespace or in the private one.
@@ -37,8 +37,8 @@ public:
     // Creates and appends to the root.
     HRESULT AppendIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value);
 
-    // ---- deletion
-    // --------------------------------------------------------------------------------------------------------
+    // ---- deletion -----------------------------------------------------------------------------------------------
+
     HRESULT DeleteParameterInitNodeIfExists(const WCHAR* prefix, const WCHAR* name);
     // Deletes every Feature of that name, and after each of them every ParameterInit of the document that no remaining
     // ParameterRef names. Returns S_FALSE.

@@ -24,6 +24,7 @@ public:
     std::ostream& out;
     std::string storeFolder;  // as told by --store; empty when it was not
     std::function<void()> action;
+    int exitStatus = 0;  // of the command line, when nothing fails
 
 private:
     void Open(const std::string& folder);
@@ -32,8 +33,12 @@ private:
 };
 
 void AddDemoCommand(CLI::App& app, HostContext& context);
+void AddCheckCommand(CLI::App& app, HostContext& context);
 void AddProductCommands(CLI::App& app, HostContext& context);
 void AddPrinterCommands(CLI::App& app, HostContext& context);
+void AddPaperCommands(CLI::App& printer, HostContext& context);  // forms and custom sizes, under the command "printer"
+void AddCachesCommands(CLI::App& app, HostContext& context);
 void AddDevmodeCommands(CLI::App& app, HostContext& context);
 void AddConversionCommands(CLI::App& app, HostContext& context);
+void AddJobTicketCommand(CLI::App& app, HostContext& context);
 void AddRegistryCommands(CLI::App& app, HostContext& context);

@@ -1,4 +1,5 @@
 // demo: the settings of a job on their way through the component, on each of the products.
+#include <capabilitycaches.h>
 #include <printerinstall.h>
 #include <privateblock.h>
 #include <xdevmode.h>
@@ -12,6 +13,8 @@
 #include "../hosterror.h"
 #include "../hostfiles.h"
 #include "../hostplatform.h"
+#include "../jobticket.h"
+#include "../installedprinter.h"
 #include "../printsession.h"
 #include "../productfiles.h"
 #include "../xmlfile.h"
@@ -48,6 +51,7 @@ bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, co
     const auto product = LoadProduct(productFile);
     const CXString printer = CXString::FromUtf8("Demo " + PathToUtf8(productFile.stem()));
     InstallPrinter(printer.AsWideString(), productFile, WideString());
+    RebuildCapabilityCaches(OpenInstalledPrinter(printer).Get());
     const PrintSession session(printer);
     std::filesystem::create_directories(folder);
 
@@ -58,6 +62,9 @@ bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, co
     const PrintSession::Document ticket = session.MakeTicket(devmode);
     Leave(out, folder, "ticket.xml", FormatDocument(ticket.Get()),
           "the same settings as a PrintTicket, made by the component");
+
+    if (const std::optional<std::string> jobTicket = ReadJobTicket(ticket.Get()))
+        Leave(out, folder, "jobticket.txt", *jobTicket, "the job ticket in it, which tells the controller what to do");
 
     DevmodeBuffer back = MakeDevmode(*product, printer.AsWideString(), {});
     session.ApplyTicket(ticket.Get(), back);

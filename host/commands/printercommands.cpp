@@ -1,8 +1,8 @@
 // printer add, printer list, printer show, printer remove
+#include <capabilitycaches.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 #include <printerinstall.h>
-#include <winspool.h>
 
 #include <iomanip>
 #include <memory>
@@ -24,11 +24,6 @@ struct PrinterOptions {
     std::string name, product, port;
 };
 
-// What the spooler tells of a printer.
-struct PrinterRow {
-    std::string name, port, driver;
-};
-
 // The installer tells in a sentence why it refuses; nothing is changed then.
 template <class Operation>
 void Install(Operation operation) {
@@ -41,29 +36,12 @@ void Install(Operation operation) {
     }
 }
 
-std::vector<PrinterRow> ReadPrinters() {
-    std::vector<BYTE> buffer;
-    DWORD needed = 0, count = 0;
-    while (!EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, buffer.data(), static_cast<DWORD>(buffer.size()), &needed,
-                          &count)) {
-        const DWORD error = GetLastError();
-        if (error != ERROR_INSUFFICIENT_BUFFER) throw OperationError("EnumPrintersW", HRESULT_FROM_WIN32(error));
-        buffer.resize(needed);
-    }
-    const auto text = [](LPCWSTR field) { return field ? ToUtf8(field) : std::string(); };
-    std::vector<PrinterRow> rows;
-    const auto* printers = reinterpret_cast<const PRINTER_INFO_2W*>(buffer.data());
-    for (DWORD index = 0; index < count; ++index)
-        rows.push_back(
-            {text(printers[index].pPrinterName), text(printers[index].pPortName), text(printers[index].pDriverName)});
-    return rows;
-}
-
 void RunAdd(HostContext& context, const PrinterOptions& options) {
     const std::filesystem::path product = FindProductFile(options.product);
     const WideString name = ArgumentToWide(options.name);
     context.UseStore();
     Install([&] { InstallPrinter(name, product, ArgumentToWide(options.port)); });
+    RebuildCapabilityCaches(OpenInstalledPrinter(name).Get());
 }
 
 void RunRemove(HostContext& context, const PrinterOptions& options) {
@@ -75,7 +53,7 @@ void RunRemove(HostContext& context, const PrinterOptions& options) {
 
 void RunList(HostContext& context) {
     context.UseStore();
-    for (const PrinterRow& row : ReadPrinters())
+    for (const PrinterRow& row : ListInstalledPrinters())
         context.out << row.name << "  (" << row.driver << ", port " << row.port << ")\n";
 }
 
@@ -103,7 +81,7 @@ void RunShow(HostContext& context, const PrinterOptions& options) {
     const auto line = [&](const char* what, const std::string& value) {
         context.out << std::left << std::setw(20) << what << value << '\n';
     };
-    for (const PrinterRow& row : ReadPrinters()) {
+    for (const PrinterRow& row : ListInstalledPrinters()) {
         if (row.name != Printer(handle.Get()).GetPrinterName().ToUtf8()) continue;
         line("driver", row.driver);
         line("port", row.port);
@@ -140,4 +118,5 @@ void AddPrinterCommands(CLI::App& app, HostContext& context) {
     printer->add_subcommand("list", "One line a printer: name, driver, port")->callback([&context] {
         context.action = [&context] { RunList(context); };
     });
+    AddPaperCommands(*printer, context);
 }

@@ -8,6 +8,9 @@
 
 #include <cstddef>
 
+class MvDataModel;
+class MvDevice;
+class ProductData;
 class ProductStringLoader;
 
 class PageSizeDictionaryEntry {
@@ -48,6 +51,10 @@ public:
     // Its low half is 256, the paper number of every custom size; its high half comes from the CRC-32 of the name (the
     // two halves of the CRC exclusive-ored), so that it tells names apart and is the same in every process.
     virtual DWORD GetCustomSizeMsId(const WCHAR* name) = 0;
+    // What DataModelManager and DeviceInterface stand on; the caller destroys them.
+    virtual MvDataModel* CreateDataModel(int kind, const WCHAR* driverDataFile, const ProductStringLoader& loader,
+                                         bool populateAtOnce, bool withUserSizes) = 0;
+    virtual MvDevice* CreateDevice(const WCHAR* printerName, const ProductData* product) = 0;
 
 protected:
     ~MvCoreLibrary() = default;

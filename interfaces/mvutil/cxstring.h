@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 using WideString = std::basic_string<WCHAR>;
 using WideStringView = std::basic_string_view<WCHAR>;
@@ -47,6 +48,25 @@ public:
     CXString(const WCHAR* text, std::size_t length);
     CXString(const char* text);  // 8-bit characters, each one becomes one UTF-16 unit
     CXString(WideString text);
+    CXString(const CXString&) = default;
+    CXString(CXString&&) noexcept = default;
+    CXString& operator=(const CXString& other) {
+        if (this != &other) *this = CXString(other);
+        return *this;
+    }
+    CXString& operator=(CXString&& other) noexcept {
+        text_.swap(other.text_);
+        std::swap(secret_, other.secret_);
+        return *this;
+    }
+    ~CXString() {
+        if (secret_) Wipe();
+    }
+
+    // From now on the text, and every copy made of it, is overwritten before its memory is given back. Copies of a part
+    // and texts that it was added to are not.
+    void SetSecret() noexcept { secret_ = true; }
+    bool IsSecret() const noexcept { return secret_; }
 
     // The text, NUL-terminated; valid until the next change.
     const WCHAR* GetString() const noexcept { return text_.c_str(); }
@@ -89,7 +109,10 @@ public:
     static CXString FromUtf8(std::string_view text);  // a malformed sequence becomes U+FFFD
 
 private:
+    void Wipe() noexcept;
+
     WideString text_;
+    bool secret_ = false;
 };
 
 MVUTIL_API CXString operator+(const CXString& left, const CXString& right);

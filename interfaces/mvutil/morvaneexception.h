@@ -122,4 +122,6 @@ MVUTIL_EXCEPTION(ExceptionWorkflowObjectNotInitialized);
 MVUTIL_EXCEPTION(ExceptionDelayLoadDllLoadFailure);
 MVUTIL_EXCEPTION(ExceptionPrinterFailure);      // a spooler call on a printer failed
 MVUTIL_EXCEPTION(ExceptionPrintDriverFailure);  // a spooler call on a driver failed, or its data file is unusable
-MVUTIL_EXCEPTION(ExceptionDataCacheFailure);    // the registry place of a printer's cache cannot be opened
+MVUTIL_EXCEPTION(ExceptionUnsupportedFeatureRequest);  // the data model does not have the feature
+MVUTIL_EXCEPTION(ExceptionDataCacheFailure);           // the registry place of a printer's cache cannot be opened
+MVUTIL_EXCEPTION(ExceptionDataEncrypterFailure);       // a text cannot be protected, or is not what was

@@ -17,6 +17,11 @@ public:
     bool GetPrinterDataW(const CXString& name, DWORD& type, ByteBuffer& value) const;
     void SetPrinterDataW(const CXString& name, DWORD type, const void* value, DWORD bytes) const;
 
+    // Tells every process that DEVMODEs which it keeps of this printer are out of date: counts the printer data
+    // "XDevmodeCacheStamp" (REG_DWORD) up. Whoever keeps a DEVMODE keeps the stamp beside it and drops both when the
+    // printer's differs. Nothing happens when the caller may not change the printer. Never throws.
+    void ClearDevmode1stLevelCache() const noexcept;
+
 private:
     HANDLE printer_;
 };

@@ -20,6 +20,8 @@ public:
         : controllerFamily_(controllerFamily), modelName_(modelName) {}
 
     CXString LoadStringW(DWORD id) const;  // empty when the product has no such text
+    // The product's name for a media type or tray of that data-model value; empty when it lists none.
+    CXString GetStringForValue(DWORD valueId) const;
     DWORD GetControllerFamily() const noexcept { return controllerFamily_; }
     const CXString& GetModelName() const noexcept { return modelName_; }
 

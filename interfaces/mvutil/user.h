@@ -12,4 +12,10 @@ public:
     static std::vector<CXString> EnumUserKeyNames(const CXString& key);
     static LONG GetUserDataLongFromRegistry(const CXString& key, const CXString& name, LONG defaultValue);
     static bool GetUserDataBooleanFromRegistry(const CXString& key, const CXString& name, bool defaultValue);
+    // False, and the out argument unchanged, when there is no such value.
+    static bool GetUserDataBytesFromRegistry(const CXString& key, const CXString& name, ByteBuffer& value);
+    // Each replaces the value or adds it, with the keys on the way; whether the registry took it.
+    static bool StoreUserDataBytesInRegistry(const CXString& key, const CXString& name, const ByteBuffer& value);
+    static bool StoreUserDataLongInRegistry(const CXString& key, const CXString& name, LONG value);
+    static bool StoreUserDataStringInRegistry(const CXString& key, const CXString& name, const CXString& value);
 };

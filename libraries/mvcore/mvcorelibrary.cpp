@@ -4,6 +4,8 @@
 #include <mvutil/crc32.h>
 #include <mvutil/textresources.h>
 
+#include "datamodel.h"
+#include "device.h"
 #include "pagesizes.h"
 
 namespace {
@@ -17,6 +19,13 @@ public:
         const WideStringView text = name ? WideStringView(name) : WideStringView();
         const DWORD crc = Crc32::GetCrc(text.data(), text.size() * sizeof(WCHAR));
         return ((crc ^ (crc << 16)) & 0xFFFF0000u) | DMPAPER_USER;
+    }
+    MvDataModel* CreateDataModel(int kind, const WCHAR* driverDataFile, const ProductStringLoader& loader,
+                                 bool populateAtOnce, bool withUserSizes) override {
+        return MakeDataModel(kind, driverDataFile, loader, populateAtOnce, withUserSizes);
+    }
+    MvDevice* CreateDevice(const WCHAR* printerName, const ProductData* product) override {
+        return MakeDevice(printerName, product);
     }
 };
 

@@ -20,14 +20,31 @@ LONG WholeMillimetres(const Dimension& dimension) {
     return dimension.GetValue(Dimension::Millimetres).GetLongValue(kRounding);
 }
 
+// A side in whole millimetres. Paper databases keep tenths of a millimetre, which can lead to another whole number than
+// the side itself (263.525, kept as 263.5): the size is the same by either.
+class WholeSide {
+public:
+    explicit WholeSide(LONG micrometres)
+        : exact_(WholeMillimetres(Dimension(micrometres, Dimension::Micrometres))),
+          fromTenths_(WholeMillimetres(Dimension(Dimension(micrometres, Dimension::Micrometres)
+                                                     .GetValue(Dimension::TenthsOfMillimetre)
+                                                     .GetLongValue(kRounding),
+                                                 Dimension::TenthsOfMillimetre))) {}
+    bool Is(LONG whole) const noexcept { return exact_ == whole || fromTenths_ == whole; }
+
+private:
+    LONG exact_;
+    LONG fromTenths_;
+};
+
 class Entry final : public PageSizeDictionaryEntry {
 public:
     explicit Entry(const PageSizeRow& row)
         : row_(&row),
           name_(row.name.begin(), row.name.end()),
           displayName_(row.displayName.begin(), row.displayName.end()),
-          wholeWidth_(WholeMillimetres(Dimension(row.width, Dimension::Micrometres))),
-          wholeLength_(WholeMillimetres(Dimension(row.length, Dimension::Micrometres))) {}
+          width_(row.width),
+          length_(row.length) {}
 
     const WCHAR* GetMsPageMediaSizeOptionName() const override { return name_.c_str(); }
     bool IsPredefinedMsOptionName() const override { return true; }  // the table holds keywords only
@@ -39,7 +56,7 @@ public:
     const WCHAR* GetDisplayName() const override { return displayName_.c_str(); }
 
     bool IsOfSize(LONG wholeWidth, LONG wholeLength) const noexcept {
-        return !row_->IsCustom() && wholeWidth_ == wholeWidth && wholeLength_ == wholeLength;
+        return !row_->IsCustom() && width_.Is(wholeWidth) && length_.Is(wholeLength);
     }
     void SetDisplayName(const WideString& name) { displayName_ = name; }
 
@@ -47,8 +64,8 @@ private:
     const PageSizeRow* row_;
     WideString name_;
     WideString displayName_;
-    LONG wholeWidth_;
-    LONG wholeLength_;
+    WholeSide width_;
+    WholeSide length_;
 };
 
 const std::vector<Entry>& SharedEntries() {

@@ -87,6 +87,12 @@ CXString::CXString(const char* text) {
 
 CXString::CXString(WideString text) : text_(std::move(text)) {}
 
+// All that the text has room for: it may have been longer.
+void CXString::Wipe() noexcept {
+    text_.resize(text_.capacity());
+    SecureZeroMemory(text_.data(), text_.size() * sizeof(WCHAR));
+}
+
 CXString& CXString::operator+=(const CXString& other) {
     text_ += other.text_;
     return *this;

@@ -63,6 +63,18 @@ CXString PrintDriver::GetDriverFiles(HANDLE printer, int kind, const CXString& f
     return text;
 }
 
+std::vector<CXString> PrintDriver::GetDriverDependentFiles(HANDLE printer) const {
+    SizedBytes record;
+    const DWORD error = ReadDriver(printer, record);
+    if (error != ERROR_SUCCESS) ThrowPrintDriverFailure(W("PrintDriver::GetDriverDependentFiles"), error);
+    std::vector<CXString> names;
+    for (const CXString& file : record.Texts(record.As<DRIVER_INFO_3W>()->pDependentFiles)) {
+        const std::size_t folder = file.AsWideString().find_last_of(W("\\/"));
+        names.push_back(folder == WideString::npos ? file : CXString(file.AsWideString().substr(folder + 1)));
+    }
+    return names;
+}
+
 CXString PrintDriver::GetMorvaneDriverDataFilePathFromHandle(HANDLE printer) {
     constexpr const WCHAR* kMethod = W("PrintDriver::GetMorvaneDriverDataFilePathFromHandle");
     SizedBytes record;

@@ -66,3 +66,15 @@ void Printer::SetPrinterDataW(const CXString& name, DWORD type, const void* valu
     const DWORD error = ::SetPrinterDataW(printer_, const_cast<LPWSTR>(name.GetString()), type, data, bytes);
     if (error != ERROR_SUCCESS) ThrowPrinterFailure(kMethod, error);
 }
+
+void Printer::ClearDevmode1stLevelCache() const noexcept {
+    constexpr const WCHAR* kStamp = W("XDevmodeCacheStamp");
+    try {
+        DWORD type = REG_NONE;
+        ByteBuffer value;
+        const bool isStamped = GetPrinterDataW(kStamp, type, value) && type == REG_DWORD;
+        const DWORD stamp = isStamped ? static_cast<DWORD>(value.getAsLongValue()) + 1 : 1;
+        SetPrinterDataW(kStamp, REG_DWORD, &stamp, sizeof stamp);
+    } catch (...) {  // a user without the right: kept DEVMODEs stay until their processes end
+    }
+}

@@ -43,3 +43,14 @@ CXString ProductStringLoader::LoadStringW(DWORD id) const {
     const auto found = currentProduct->strings.find(id);
     return found == currentProduct->strings.end() ? CXString() : CXString::FromUtf8(found->second);
 }
+
+CXString ProductStringLoader::GetStringForValue(DWORD valueId) const {
+    const auto find = [&](const auto& list) {
+        for (const auto& entry : list)
+            if (entry.value == valueId) return CXString::FromUtf8(entry.name);
+        return CXString();
+    };
+    if (!currentProduct) return CXString();
+    const CXString mediaType = find(currentProduct->mediaTypes);
+    return mediaType.IsEmpty() ? find(currentProduct->trays) : mediaType;
+}

@@ -13,6 +13,15 @@ constexpr DWORD kMaximumKeys = 4096;  // more are no list that a user made
 
 CXString UserPath(const CXString& key) { return CXString(kDriverFamilyKey) + W("\\") + key; }
 
+bool StoreValue(const CXString& key, const CXString& name, DWORD type, const void* value, std::size_t bytes) {
+    UniqueKey opened;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, UserPath(key).GetString(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
+                        nullptr, opened.Put(), nullptr) != ERROR_SUCCESS)
+        return false;
+    return RegSetValueExW(opened.Get(), name.GetString(), 0, type, static_cast<const BYTE*>(value),
+                          static_cast<DWORD>(bytes)) == ERROR_SUCCESS;
+}
+
 }  // namespace
 
 std::vector<CXString> User::EnumUserKeyNames(const CXString& key) {
@@ -37,4 +46,20 @@ LONG User::GetUserDataLongFromRegistry(const CXString& key, const CXString& name
 
 bool User::GetUserDataBooleanFromRegistry(const CXString& key, const CXString& name, bool defaultValue) {
     return GetUserDataLongFromRegistry(key, name, defaultValue ? 1 : 0) != 0;
+}
+
+bool User::GetUserDataBytesFromRegistry(const CXString& key, const CXString& name, ByteBuffer& value) {
+    return ReadRegistryValue(HKEY_CURRENT_USER, UserPath(key), name, value);
+}
+
+bool User::StoreUserDataBytesInRegistry(const CXString& key, const CXString& name, const ByteBuffer& value) {
+    return StoreValue(key, name, REG_BINARY, value.getLpbyte(), value.getDword());
+}
+
+bool User::StoreUserDataLongInRegistry(const CXString& key, const CXString& name, LONG value) {
+    return StoreValue(key, name, REG_DWORD, &value, sizeof(value));
+}
+
+bool User::StoreUserDataStringInRegistry(const CXString& key, const CXString& name, const CXString& value) {
+    return StoreValue(key, name, REG_SZ, value.GetString(), (value.GetLength() + 1) * sizeof(WCHAR));
 }

@@ -7,6 +7,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -56,6 +57,20 @@ BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW information) {
 
 DWORD WINAPI GetCurrentProcessId() { return static_cast<DWORD>(getpid()); }
 DWORD WINAPI GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
+
+void WINAPI GetSystemTimeAsFileTime(LPFILETIME time) {
+    constexpr std::chrono::seconds kFrom1601To1970(11644473600);
+    using Steps = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
+    const auto since1970 = std::chrono::system_clock::now().time_since_epoch();
+    const std::uint64_t steps = std::chrono::duration_cast<Steps>(since1970 + kFrom1601To1970).count();
+    time->dwLowDateTime = static_cast<DWORD>(steps);
+    time->dwHighDateTime = static_cast<DWORD>(steps >> 32);
+}
+
+BOOL WINAPI CloseHandle(HANDLE) {
+    SetLastError(ERROR_INVALID_HANDLE);
+    return FALSE;
+}
 
 void WINAPI OutputDebugStringW(LPCWSTR text) {
     if (text && std::getenv("MVPT_DEBUG")) std::fputs(mvplatform::Utf8FromWide(text).c_str(), stderr);

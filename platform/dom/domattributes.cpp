@@ -122,10 +122,9 @@ HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode**
                                     !ContradictsPrefix(owner, same, ViewOf(node->ns->prefix), NamespaceOf(node));
         if (!fits) return E_FAIL;
         DomTree& tree = element.Tree();
-        const std::shared_ptr<DomTree> from = attribute->SharedTree();
         ComPtr<IXMLDOMNode> old;
         if (same) old = NodeCore::Wrap(element.SharedTree(), AsNode(same));
-        if (from.get() != &tree) tree.TakeOver(*from, node, element.SharedTree());
+        if (&attribute->Tree() != &tree) tree.TakeOver(attribute->Tree(), node);
         xmlNode* const before = same ? AsNode(same)->next : nullptr;
         if (same) tree.Detach(AsNode(same));
         tree.Attach(owner, before, node);

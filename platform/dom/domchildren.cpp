@@ -43,9 +43,8 @@ HRESULT NodeCore::Insert(IXMLDOMNode* newChild, xmlNode* before, const xmlNode* 
     if (!child) return E_INVALIDARG;
     if (const HRESULT result = CheckInsertion(*child, replaced); FAILED(result)) return result;
     if (before == child->node_) before = before->next;
-    const std::shared_ptr<DomTree> from = child->tree_;
-    from->Detach(child->node_);
-    if (from != tree_) tree_->TakeOver(*from, child->node_, tree_);
+    child->tree_->Detach(child->node_);
+    if (child->tree_ != tree_) tree_->TakeOver(*child->tree_, child->node_);
     tree_->Attach(node_, before, child->node_);
     return S_OK;
 }

@@ -220,7 +220,7 @@ xmlDoc* Parse(Builder& builder, const void* bytes, int length, int options) {
 
 std::shared_ptr<DomTree> ParseDocument(const void* bytes, std::size_t length, Encoding encoding,
                                        ParseFailure* failure) {
-    const auto tree = std::make_shared<DomTree>();
+    auto tree = std::make_shared<DomTree>();
     Builder builder(*tree);
     if (!bytes || length == 0) {
         builder.Fail("the document is empty", 0, 0);

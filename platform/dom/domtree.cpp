@@ -165,7 +165,10 @@ void DomTree::Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan) {
     if (const auto whole = orphans_.find(RootOf(parent)); whole != orphans_.end()) whole->second += wrappers;
 }
 
-void DomTree::TakeOver(DomTree& other, xmlNode* orphan, const std::shared_ptr<DomTree>& self) {
+void DomTree::TakeOver(DomTree& other, xmlNode* orphan) {
+    // The wrappers that move may be all that holds the other tree, whose namespaces are read to the end.
+    const std::shared_ptr<DomTree> holder = other.shared_from_this();
+    const std::shared_ptr<DomTree> self = shared_from_this();
     // What can fail comes first, so that the node never stands between two trees.
     ForEachNode(orphan, [this](const xmlNode* node) {
         if ((node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) && node->ns) {

@@ -90,7 +90,8 @@ struct Settings {
     ParseFailure parseFailure;
 };
 
-class DomTree final {
+// Always made as a shared object.
+class DomTree final : public std::enable_shared_from_this<DomTree> {
 public:
     DomTree();  // an empty document
     DomTree(const DomTree&) = delete;
@@ -114,9 +115,8 @@ public:
     void Discard(xmlNode* node);
     // Links an orphan of this tree under the parent, in front of a child (an attribute: of an attribute) or at the end.
     void Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan);
-    // Makes an orphan of another tree one of this tree, wrappers and namespaces included. The caller keeps the other
-    // alive.
-    void TakeOver(DomTree& other, xmlNode* orphan, const std::shared_ptr<DomTree>& self);
+    // Makes an orphan of another tree one of this tree, wrappers and namespaces included.
+    void TakeOver(DomTree& other, xmlNode* orphan);
 
     void WrapperMade(xmlNode* node) noexcept;
     // Frees the node's orphan when this was the last wrapper in it.

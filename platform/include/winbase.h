@@ -53,6 +53,21 @@ DWORD WINAPI GetCurrentThreadId();
 // Written to standard error, as UTF-8, when the environment variable MVPT_DEBUG is set; to nowhere otherwise.
 void WINAPI OutputDebugStringW(LPCWSTR text);
 void WINAPI DebugBreak();
+// The present time in steps of 100 nanoseconds since 1601, UTC.
+void WINAPI GetSystemTimeAsFileTime(LPFILETIME time);
+// There are no kernel objects on this host: FALSE and ERROR_INVALID_HANDLE for every handle.
+BOOL WINAPI CloseHandle(HANDLE handle);
+}
+
+// ---- memory
+// ---------------------------------------------------------------------------------------------------------
+using HLOCAL = HANDLE;
+// Frees what a function here says is to be freed so; null is let pass. Returns null.
+extern "C" HLOCAL WINAPI LocalFree(HLOCAL block);
+// Overwrites memory, also where a compiler sees that nobody reads it any more.
+inline PVOID SecureZeroMemory(PVOID block, SIZE_T bytes) {
+    for (volatile BYTE* byte = static_cast<volatile BYTE*>(block); bytes != 0; --bytes) *byte++ = 0;
+    return block;
 }
 
 // ---- profile files

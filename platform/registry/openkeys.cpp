@@ -2,8 +2,10 @@
 #include "openkeys.h"
 
 #include <store.h>
+#include "../protect/protectionkey.h"
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
@@ -67,6 +69,7 @@ bool OpenKeys::Remove(HKEY handle) {
 void OpenStore(const std::string& folderUtf8) {
     namespace fs = std::filesystem;
     std::string file = folderUtf8;
+    std::optional<fs::path> storeFolder;
     if (file.empty()) throw std::runtime_error("The store needs the name of a folder.");
     if (file != ":memory:") {
         std::error_code error;
@@ -75,12 +78,14 @@ void OpenStore(const std::string& folderUtf8) {
         if (error)
             throw std::runtime_error("The store's folder " + folderUtf8 + " cannot be made: " + error.message() + ".");
         file = (folder / "registry.sqlite").string();
+        storeFolder = folder;
     }
     try {
         auto store = std::make_unique<mvplatform::RegistryStore>(file);
         mvplatform::OpenKeys& keys = mvplatform::OpenKeys::Instance();
         const std::lock_guard lock(keys.Mutex());
         keys.Replace(std::move(store));
+        mvplatform::ProtectionKey::Instance().UseFolder(std::move(storeFolder));
     } catch (const mvplatform::RegistryError& error) {
         throw std::runtime_error("The store " + file + " cannot be opened: " + error.what() + ".");
     }
@@ -90,4 +95,5 @@ void CloseStore() noexcept {
     mvplatform::OpenKeys& keys = mvplatform::OpenKeys::Instance();
     const std::lock_guard lock(keys.Mutex());
     keys.Replace(nullptr);
+    mvplatform::ProtectionKey::Instance().UseFolder(std::nullopt);
 }

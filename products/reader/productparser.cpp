@@ -26,6 +26,10 @@ toml::table ParseToml(const std::filesystem::path& file) {
     }
 }
 
+// Of a text feature, in characters.
+constexpr std::int64_t kLongestText = 0x100000;
+constexpr std::int64_t kUsualText = 255;
+
 class ProductParser {
 public:
     explicit ProductParser(const std::filesystem::path& file)
@@ -83,7 +87,7 @@ private:
     std::filesystem::path GetFileBeside(const TomlSection& section, std::string_view key, const std::string& name) {
         const std::filesystem::path path = FromUtf8(name);
         std::error_code error;
-        const std::filesystem::path full = (product_.file.parent_path() / path).lexically_normal();
+        std::filesystem::path full = (product_.file.parent_path() / path).lexically_normal();
         if (path.is_absolute() || !std::filesystem::is_regular_file(full, error))
             section.Fail(key, "a file by its path from the product's folder");
         return full;
@@ -166,7 +170,8 @@ private:
                     static_cast<LONG>(section.GetInteger("default", feature.minimum, feature.maximum));
                 break;
             case ProductFeatureKind::String:
-                feature.maximum = static_cast<LONG>(section.GetIntegerIfGiven("longest", 0, 255).value_or(255));
+                feature.maximum =
+                    static_cast<LONG>(section.GetIntegerIfGiven("longest", 0, kLongestText).value_or(kUsualText));
                 feature.defaultText =
                     section.GetTextIfGiven("default", static_cast<std::size_t>(feature.maximum)).value_or("");
                 break;

@@ -1,6 +1,7 @@
 // A DOM that gives up at any one call: the operation answers, reports, and holds nothing afterwards.
 #include "boundprovider.h"
 
+#include <support/capabilitycaches.h>
 #include <support/failingdom.h>
 
 #include <livecounts.h>
@@ -22,6 +23,10 @@ ComPtr<IXMLDOMDocument2> LoadAs(const std::string& root) {
 TEST(FailingDom, EndsEveryOperationWithAnHresultAndNothingHeld) {
     const TestStore store;
     const BoundProvider press(kPress);
+    // Few of each: every call that is made for one is made to fail, each time in a conversion of its own.
+    StorePapers(press.GetPrinter(), {MakePaper(1, 2159, 2794, 6430, 25001, W("Letter")),
+                                     MakePaper(256, 2159, 2794, 0, 25008, W("Custom Size"))});
+    StoreMedia(press.GetPrinter(), {MakeMedia(6800, W("Plain"))});
     TestDevmode devmode = MakeTestDevmode();
     const struct {
         const char* name;

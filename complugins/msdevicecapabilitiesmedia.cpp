@@ -1,0 +1,170 @@
+// MSDeviceCapabilities: trays, media types, and the paper that the trays hold, built from the model.
+#include <msdevicecapabilities.h>
+
+#include <mvutil/operatingsystem.h>
+#include <mvutil/textresources.h>
+
+#include <algorithm>
+
+#include "capabilityblob.h"
+
+namespace {
+
+using DataModelIds::kCurrentValue;
+using DataModelIds::kNotSet;
+
+constexpr FeatureId kMedia(477), kPageSize(168), kWidth(172), kLength(173), kMediaType(175);
+constexpr FeatureId kLoadedTrays(192);
+constexpr DWORD kAutomaticText = 10133;
+constexpr WORD kAutomaticBin = 15;
+constexpr WORD kFirstFreeBin = 256;
+
+// Bin numbers that the DEVMODE knows, by tray.
+constexpr struct {
+    DWORD tray;
+    WORD bin;
+} kBinNumbers[] = {{7147, 1},  {5001, kAutomaticBin},
+                   {7122, 6},  {7123, 2},
+                   {7124, 11}, {7125, 5},
+                   {7148, 7},  {7149, 3},
+                   {7151, 4},  {7163, 10},
+                   {7164, 9}};
+
+// Numbers that the media cache gives to the plain, transparency and glossy types.
+constexpr struct { DWORD mediaType, number; } kMediaNumbers[] = {{6800, 1}, {6801, 2}, {6820, 3}};
+
+// Gives every tray that has no number one of its own.
+void NumberTrays(MediaHandler& media, const std::vector<ValueId>& trays) {
+    WORD without = 0;
+    for (const ValueId& tray : trays) {
+        if (media.GetMsTrayId(tray) != 0) continue;
+        const auto* known = std::find_if(std::begin(kBinNumbers), std::end(kBinNumbers),
+                                         [&](const auto& row) { return row.tray == tray.GetValueEnum(); });
+        if (known == std::end(kBinNumbers))
+            ++without;
+        else
+            media.SetMsTrayId(tray, known->bin);
+    }
+    WORD next = static_cast<WORD>(kFirstFreeBin + without);
+    for (const ValueId& tray : trays)
+        if (media.GetMsTrayId(tray) == 0) media.SetMsTrayId(tray, next--);
+}
+
+// A size without a name of its own, in the units of its tray.
+CXString FormatSize(const Dimension& width, const Dimension& length, DWORD units) {
+    const bool isInches = units == DataModelIds::kUnitsInches ||
+                          (units != DataModelIds::kUnitsMillimetres && OperatingSystem::UseEnglishPaperSizes());
+    const int unit = isInches ? Dimension::Inches : Dimension::Millimetres;
+    CXString text;
+    text.Format(isInches ? W("%.2f x %.2f inches") : W("%.1f x %.1f mm"), width.GetValue(unit).GetDoubleValue(),
+                length.GetValue(unit).GetDoubleValue());
+    return text;
+}
+
+}  // namespace
+
+CXString MSDeviceCapabilities::GetValueText(const ValueId& value) const {
+    const CXString text = ProductStringLoader(kNotSet).GetStringForValue(value.GetValueEnum());
+    return text.IsEmpty() ? value.GetDisplayString() : text;
+}
+
+std::optional<ByteBuffer> MSDeviceCapabilities::BuildBins(const CapabilityGroup& group) {
+    IntegrationServices& services = integration_->GetServices();
+    MediaHandler& media = services.GetMediaHandler();
+    const bool traysAreListed = services.TestFeature(FeatureId(DataModelIds::kRootFeature), FeatureId(599), 1);
+    std::vector<ValueId> trays;
+    services.ListOptionValues(traysAreListed ? FeatureIdWithContext(kLoadedTrays, FeatureId(710))
+                                             : FeatureIdWithContext(FeatureId(201), FeatureId(191)),
+                              trays);
+    NumberTrays(media, trays);
+
+    CapabilityBlob<ListCapsHeader> blob;
+    BinCapsRecord record{kAutomaticBin, 0, kNotSet, {}};
+    SetNameField(record.name, TextResourceLoader::LoadStringW(kAutomaticText));
+    blob.Append(record);
+    for (const ValueId& tray : trays) {
+        if (tray.GetValueEnum() == kNotSet) continue;  // the first record
+        record = {media.GetMsTrayId(tray), 0, tray.GetValueEnum(), {}};
+        SetNameField(record.name, tray.GetDisplayString());
+        blob.Append(record);
+    }
+    return blob.Finish(group, {0, blob.GetCount()});
+}
+
+std::optional<ByteBuffer> MSDeviceCapabilities::BuildMedia(const CapabilityGroup& group) {
+    if (!IsPresent(kMediaType.GetId())) return std::nullopt;
+    IntegrationServices& services = integration_->GetServices();
+    const FeatureIdWithContext feature(kMedia, kMediaType);
+    CapabilityBlob<ListCapsHeader> blob;
+    const auto append = [&](DWORD number, const CXString& name) {
+        MediaCapsRecord record{number, {}};
+        SetNameField(record.name, name);
+        blob.Append(record);
+    };
+    if (!services.GetCapabilitiesNode(feature).IsRequired())
+        append(kNotSet, TextResourceLoader::LoadStringW(kAutomaticText));
+    std::vector<ValueId> values;
+    services.ListOptionValues(feature, values);
+    for (const ValueId& value : values) {
+        if (value.GetValueEnum() == kNotSet) continue;  // the automatic entry
+        DWORD number = value.GetValueEnum();
+        for (const auto& row : kMediaNumbers)
+            if (row.mediaType == number) {
+                number = row.number;
+                break;
+            }
+        append(number, GetValueText(value));
+    }
+    return blob.Finish(group, {0, blob.GetCount()});
+}
+
+// The names of the paper in a tray; more than one when several page sizes have its dimensions.
+std::vector<CXString> MSDeviceCapabilities::GetLoadedPaperNames(const ListOfFeaturesRef& tray) {
+    MediaHandler& media = integration_->GetServices().GetMediaHandler();
+    const ValueId value = tray.GetOptionFeature(kPageSize).GetValue();
+    if (value.GetValueEnum() != DataModelIds::kPageSizeCustom) {
+        const PageSize* size = media.GetPageSize(value);
+        return {size ? size->GetDisplayString() : value.GetDisplayString()};
+    }
+    Dimension width(0, Dimension::Micrometres), length(0, Dimension::Micrometres);
+    tray.GetDimensionFeature(kWidth).GetValue(width, kCurrentValue);
+    tray.GetDimensionFeature(kLength).GetValue(length, kCurrentValue);
+    const PageSize* custom = media.GetPageSize(value);
+    if (!media.AnyExist(width, length)) return {FormatSize(width, length, custom ? custom->GetUnits() : 0)};
+    std::vector<PageSize*> sizes;
+    media.GetPageSizes(width, length, sizes);
+    std::vector<CXString> names;
+    for (const PageSize* size : sizes) names.push_back(size->GetDisplayString());
+    return names;
+}
+
+std::optional<ByteBuffer> MSDeviceCapabilities::BuildMediaReady(const CapabilityGroup& group) {
+    if (!services_ || !IsPresent(kLoadedTrays.GetId())) return std::nullopt;
+    std::vector<std::pair<CXString, CXString>> pairs;
+    const auto add = [&](const CXString& paper, const CXString& mediaName) {
+        const std::pair<CXString, CXString> pair(paper, mediaName);
+        if (std::find(pairs.begin(), pairs.end(), pair) == pairs.end()) pairs.push_back(pair);
+    };
+    const ListOfValuesRef trays = services_->GetListOfValues(kLoadedTrays);
+    for (std::size_t index = 0; index < trays.GetNumItems(); ++index) {
+        const ListOfFeaturesRef tray = trays.GetListOfFeatures(index);
+        if (tray.GetOptionFeature(kPageSize).GetValue().GetValueEnum() == kNotSet) continue;
+        const ValueId mediaType = tray.GetOptionFeature({kMedia, kMediaType}).GetValue();
+        const CXString mediaName = mediaType.GetValueEnum() == kNotSet ? CXString() : GetValueText(mediaType);
+        for (const CXString& paper : GetLoadedPaperNames(tray)) add(paper, mediaName);
+    }
+    if (pairs.empty()) {
+        const PageSize* usual = integration_->GetServices().GetMediaHandler().GetPageSize(ValueId(
+            OperatingSystem::UseEnglishPaperSizes() ? DataModelIds::kPageSizeLetter : DataModelIds::kPageSizeA4));
+        add(usual ? usual->GetDisplayString() : CXString(), CXString());
+    }
+
+    CapabilityBlob<ListCapsHeader> blob;
+    for (const auto& [paper, mediaName] : pairs) {
+        MediaReadyRecord record{};
+        SetNameField(record.paperName, paper);
+        SetNameField(record.mediaName, mediaName);
+        blob.Append(record);
+    }
+    return blob.Finish(group, {0, blob.GetCount()});
+}

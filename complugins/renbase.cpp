@@ -1,0 +1,208 @@
+// RenBase: a data model of one job is built, given the job's settings, and told as a job ticket.
+#include "renbase.h"
+
+#include "mvjtwriter.h"
+#include "privateblock.h"
+#include "renidentification.h"
+#include "userpreferencefeature.h"
+#include "xdevmode.h"
+#include "xoempdev.h"
+
+#include <mvcore/datamodelmanager.h>
+#include <mvcore/deviceinterface.h>
+#include <mvutil/devicesettings.h>
+#include <mvutil/executioncontext.h>
+#include <mvutil/morvaneexception.h>
+#include <mvutil/printdriver.h>
+#include <mvutil/printer.h>
+#include <mvutil/printjob.h>
+#include <workflow/productdata.h>
+
+namespace {
+
+constexpr const WCHAR* kSourceUnit = W("renbase");
+constexpr LONG kGenerateContext = 31553;
+constexpr LONG kImportContext = 31554;
+constexpr LONG kOwnWriterContext = 31555;
+constexpr LONG kLibraryExportContext = 31556;
+
+constexpr DWORD kJobTickets = 286;
+constexpr DWORD kWriterSetting = 546;
+constexpr DWORD kOwnWriter = 8701;
+constexpr int kDriverModel = 1;
+constexpr int kAddSettings = 1;
+// Keys of the job's store.
+constexpr LONG kDocumentNameItem = 7;
+constexpr LONG kJobNumberItem = 16;
+
+constexpr DWORD kCopiesOfDevmode = 5400;
+constexpr DWORD kCollationOfDevmode = 8090;
+constexpr DWORD kCollated = 5410;
+constexpr DWORD kUncollated = 5411;
+constexpr DWORD kPageLanguage = 8631;
+constexpr DWORD kPostScript = 8630;
+
+// What the private DEVMODE says of title, sender and recipient.
+struct JobTexts {
+    struct Text {
+        DWORD feature;
+        DWORD switchFeature;  // true: the system's text
+        CXString own = {};
+        bool isSystemText = false;
+    };
+
+    explicit JobTexts(XDevmode& xdevmode) {
+        xdevmode.GetPropertyString(privateblock::kJobTextKey, jobText);
+        for (Text& text : texts) {
+            xdevmode.GetStringValueFromAttributeBytes(text.feature, text.own);
+            xdevmode.GetBooleanValueFromAttributeBytes(text.switchFeature, text.isSystemText);
+        }
+    }
+
+    CXString jobText;  // stands for the sender and for the recipient
+    Text texts[3] = {{78, 438}, {82, 439}, {83, 440}};
+};
+
+// Ends the registrations of a manager's sources, which go before it does.
+class SourceRelease {
+public:
+    explicit SourceRelease(DataModelManager& manager) noexcept : manager_(manager) {}
+    SourceRelease(const SourceRelease&) = delete;
+    SourceRelease& operator=(const SourceRelease&) = delete;
+    ~SourceRelease() { manager_.ReleaseSourceData(); }
+
+private:
+    DataModelManager& manager_;
+};
+
+void SetString(const ListOfFeaturesRef& features, DWORD feature, const CXString& text) {
+    features.GetStringFeature(FeatureId(feature)).SetValue(text);
+}
+
+void SetOption(const ListOfFeaturesRef& features, DWORD feature, DWORD value) {
+    features.GetOptionFeature(FeatureId(feature)).SetValue(ValueId(value));
+}
+
+bool HoldsOption(const ListOfFeaturesRef& features, DWORD feature, DWORD value) {
+    return features.GetOptionFeature(FeatureId(feature)).GetValue() == ValueId(value);
+}
+
+// The block's settings. The list is the one that the process keeps decoded for blocks that it has seen.
+void ImportDocumentSettings(FeatureServices& services, XDevmode& xdevmode) {
+    const BasicExecutionContext context(kImportContext, W("RenBase::ImportDocumentSettings"), kSourceUnit);
+    const ExecutionContextLifetime lifetime(context);
+    AttributeBytesListTranslator translator;
+    services.GetAttributeBytesListTranslator(translator, DataModelIds::kAttributeListTranslator,
+                                             DataModelIds::kDocumentSettings, DataModelIds::kAttributeListVersion);
+    translator.ImportSettings(*xdevmode.GetDocPropAttributeBytesIndexedList(), kAddSettings);
+}
+
+void SetJobTexts(const ListOfFeaturesRef& features, const JobTexts& job, const CXString& documentName) {
+    for (const JobTexts::Text& text : job.texts) {
+        const CXString& systemText = text.feature == 78 ? documentName : job.jobText;
+        SetString(features, text.feature, text.isSystemText ? systemText : text.own);
+    }
+}
+
+void SetPageLanguage(const ListOfFeaturesRef& features, ULONGLONG flags) {
+    constexpr DWORD kFeature = 236;
+    if (flags & (RenBase::kFirstPageLanguageFlag | RenBase::kSecondPageLanguageFlag))
+        SetOption(features, kFeature, kPageLanguage);
+    if (flags & RenBase::kPostScriptFlag) SetOption(features, kFeature, kPostScript);
+}
+
+void SetCopiesAndCollation(const ListOfFeaturesRef& features, const DEVMODEW& devmode) {
+    if (HoldsOption(features, 44, kCopiesOfDevmode))
+        features.GetIntegerFeature(FeatureId(43)).SetValue(LONG{devmode.dmCopies});
+    if (HoldsOption(features, 415, kCollationOfDevmode))
+        SetOption(features, 45, devmode.dmCollate == DMCOLLATE_TRUE ? kCollated : kUncollated);
+}
+
+bool UsesOwnWriter(AttributeBytesReader& deviceSettings) {
+    DWORD writer = 0;
+    return deviceSettings.GetOptionValueFromAttributeBytes(kWriterSetting, writer) && writer == kOwnWriter;
+}
+
+void ExportByLibrary(DataModelManager& manager, ByteBuffer& buffer) {
+    const BasicExecutionContext context(kLibraryExportContext, W("RenBase::ExportByLibrary"), kSourceUnit);
+    const ExecutionContextLifetime lifetime(context);
+    manager.GetMvjtTranslator(DataModelIds::kMvjtTranslator)->ExportToBuffer(buffer, true);
+}
+
+}  // namespace
+
+void RenBase::CloseKernelHandle::operator()(HANDLE handle) const noexcept {
+    if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
+}
+
+RenBase::RenBase() = default;
+RenBase::~RenBase() = default;
+
+bool RenBase::GenerateMvjt(HANDLE printerHandle, const DEVMODEW* devmode, XOemPdev& pdev, XDevmode& xdevmode,
+                           ByteBuffer& buffer, ULONGLONG flags, const ProductData& productData) try {
+    const BasicExecutionContext context(kGenerateContext, W("RenBase::GenerateMvjt"), kSourceUnit);
+    const ExecutionContextLifetime lifetime(context);
+    bool wantsTicket = false;
+    xdevmode.GetBooleanValueFromAttributeBytes(kJobTickets, wantsTicket);
+    if (!wantsTicket) return false;
+
+    const Printer printer(printerHandle);
+    const DWORD family = productData.GetControllerFamily();
+    // The names of values are the product's texts: those of this printer's product.
+    TextResourceLoader::Initialize(printerHandle, false);
+    const ProductStringLoader loader(family, productData.GetModelName());
+    DataModelManager manager(kDriverModel, PrintDriver::GetMorvaneDriverDataFilePathFromHandle(printerHandle), loader,
+                             false, true);
+    DeviceInterface device(printer.GetPrinterName(), CXString(), printerHandle, 0, 0, &productData, nullptr,
+                           CXString());
+    CXString documentName;
+    pdev.GetPropertyString(kDocumentNameItem, documentName);
+    UserPreferenceVerticalFeature preferences(family, xdevmode, documentName);
+    DeviceSettingsManager deviceSettings(printer);
+    const IdentificationSettings identification = ReadIdentificationSettings(deviceSettings, pdev, family);
+
+    const SourceRelease release(manager);
+    std::vector<DataSource*> sources = {device.GetDataSource(), &preferences};
+    manager.PopulateFromSourceData(sources);
+    FeatureServices& services = manager.GetFeatureServices();
+    ListOfFeaturesRef features;
+    services.GetRootListOfFeatures(features);
+
+    const JobTexts job(xdevmode);
+    if (xdevmode.GetProperty(privateblock::kAttributeStateKey)) {
+        manager.BeginMassSet();
+        ImportDocumentSettings(services, xdevmode);
+        if (identification.mode == IdentificationSettings::kModeOfStrings) {
+            SetString(features, 79, identification.second);
+            SetString(features, 80, identification.first);
+        }
+        SetJobTexts(features, job, documentName);
+        LONG jobNumber = 0;
+        if (services.IsFeatureSupported(FeatureId(716)) && pdev.GetPropertyLong(kJobNumberItem, jobNumber))
+            SetString(features, 716, PrintJob::GetLumeoPrintJobIDkey(printerHandle, jobNumber, job.jobText));
+        SetPageLanguage(features, flags);
+        manager.EndMassSet();
+    }
+    SetCopiesAndCollation(features, *devmode);
+    manager.GetSpecialPagesServices().MakePrintInstructionAdjustments();
+    if (UsesOwnWriter(deviceSettings)) return WriteOwnMvjt(manager, buffer, flags);
+    ExportByLibrary(manager, buffer);
+    return true;
+} catch (const ExceptionUnsupportedFeatureRequest&) {
+    return false;
+}
+
+// The flags change no line.
+bool RenBase::WriteOwnMvjt(DataModelManager& manager, ByteBuffer& buffer, ULONGLONG) {
+    const BasicExecutionContext context(kOwnWriterContext, W("RenBase::WriteOwnMvjt"), kSourceUnit);
+    const ExecutionContextLifetime lifetime(context);
+    WriteMvjt(manager.GetFeatureServices(), buffer);
+    return true;
+}
+
+RenMvjtForXps::RenMvjtForXps() = default;
+RenMvjtForXps::~RenMvjtForXps() = default;
+
+void RenMvjtForXps::ProvideDataSources(std::vector<std::pair<DataSourceProviderTypes, DataSource*>>&) {}
+
+HRESULT RenMvjtForXps::RenderPages() { return E_NOTIMPL; }

@@ -1,0 +1,159 @@
+// caches rebuild, caches show
+#include <capabilitycaches.h>
+#include <mvutil/datacache.h>
+#include <mvutil/morvaneutilities.h>
+#include <printsubsystem/capabilityrecords.h>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <ostream>
+
+#include "../hosttext.h"
+#include "../installedprinter.h"
+#include "commands.h"
+
+namespace {
+
+using std::ostream;
+
+// One part of a blob, which is long enough for it.
+template <class Part>
+Part ReadPart(const ByteBuffer& blob, std::size_t offset) {
+    Part part;
+    std::memcpy(&part, blob.getLpbyte() + offset, sizeof part);
+    return part;
+}
+
+template <std::size_t Length>
+std::string NameOf(const WCHAR (&field)[Length]) {
+    return ToUtf8({field, static_cast<std::size_t>(std::find(field, field + Length, WCHAR()) - field)});
+}
+
+void Show(ostream& out, const _tag_FormsInfoRec& record) {
+    out << NameOf(record.name) << ": number " << record.msPaperId << ", form " << record.formIndex << ", "
+        << record.width << " x " << record.length << " tenths of a millimetre, value " << record.pageSizeValue
+        << ", units " << record.displayUnits << ", type " << record.pageSizeType;
+}
+void Show(ostream& out, const BinCapsRecord& record) {
+    out << NameOf(record.name) << ": number " << record.number << ", value " << record.value;
+}
+void Show(ostream& out, const MediaCapsRecord& record) { out << NameOf(record.name) << ": number " << record.number; }
+void Show(ostream& out, const MediaReadyRecord& record) {
+    const std::string media = NameOf(record.mediaName);
+    out << NameOf(record.paperName) << ", " << (media.empty() ? "any media type" : media);
+}
+void Show(ostream& out, const DependentFileRecord& record) { out << NameOf(record.name); }
+void Show(ostream& out, const _tag_ResolutionInfoRec& record) {
+    out << NameOf(record.name) << ": " << record.crossFeed << " x " << record.feed
+        << (record.kind == 0 ? ", the default" : "");
+}
+
+template <class Header, class Record>
+void ShowList(ostream& out, const ByteBuffer& blob) {
+    const DWORD count = ReadPart<Header>(blob, 0).count;
+    const std::size_t held = (blob.getDword() - sizeof(Header)) / sizeof(Record);
+    if (count > held) {
+        out << "damaged: it counts " << count << " records and holds " << held << '\n';
+        return;
+    }
+    out << count << (count == 1 ? " record\n" : " records\n");
+    for (DWORD index = 0; index < count; ++index) {
+        out << "  ";
+        Show(out, ReadPart<Record>(blob, sizeof(Header) + index * sizeof(Record)));
+        out << '\n';
+    }
+}
+
+void ShowDeviceLimits(ostream& out, const ByteBuffer& blob) {
+    using Caps = DeviceLimitsCaps;
+    const auto caps = ReadPart<Caps>(blob, 0);
+    out << "valid " << FormatHex(caps.valid) << '\n';
+    const struct {
+        DWORD bit;
+        const char* name;
+        DWORD value;
+    } kWords[] = {{Caps::kCollate, "collates", caps.collate},
+                  {Caps::kColor, "prints colour", caps.color},
+                  {Caps::kCopies, "most copies", caps.maximumCopies},
+                  {Caps::kDuplex, "prints on both sides", caps.duplex},
+                  {Caps::kMemory, "memory in KiB", caps.memory},
+                  {Caps::kPagesPerMinute, "pages a minute", caps.pagesPerMinute},
+                  {Caps::kPrintRate, "print rate", caps.printRate},
+                  {Caps::kPrintRateUnit, "unit of the print rate", caps.printRateUnit}};
+    for (const auto& word : kWords)
+        if (caps.valid & word.bit) out << "  " << word.name << ": " << word.value << '\n';
+    if (caps.valid & Caps::kExtents) {
+        out << "  smallest page: " << caps.minimumWidth << " x " << caps.minimumLength << " tenths of a millimetre\n"
+            << "  largest page: " << caps.maximumWidth << " x " << caps.maximumLength << " tenths of a millimetre\n";
+    }
+}
+
+void ShowBlob(ostream& out, CapabilityGroupId group, const ByteBuffer& blob) {
+    switch (group) {
+        case CapabilityGroupId::Paper:
+            return ShowList<PaperCapsHeader, _tag_FormsInfoRec>(out, blob);
+        case CapabilityGroupId::Bins:
+            return ShowList<ListCapsHeader, BinCapsRecord>(out, blob);
+        case CapabilityGroupId::Media:
+            return ShowList<ListCapsHeader, MediaCapsRecord>(out, blob);
+        case CapabilityGroupId::MediaReady:
+            return ShowList<ListCapsHeader, MediaReadyRecord>(out, blob);
+        case CapabilityGroupId::DependentFiles:
+            return ShowList<ListCapsHeader, DependentFileRecord>(out, blob);
+        case CapabilityGroupId::Resolutions:
+            return ShowList<ResolutionCapsHeader, _tag_ResolutionInfoRec>(out, blob);
+        case CapabilityGroupId::DeviceLimits:
+            return ShowDeviceLimits(out, blob);
+        case CapabilityGroupId::Staple:
+            out << (ReadPart<StapleCaps>(blob, 0).staples ? "staples\n" : "does not staple\n");
+    }
+}
+
+// The caches that the user has, else those of the machine.
+bool ReadCache(HANDLE printer, const CXString& key, const WCHAR* name, ByteBuffer& blob) {
+    for (const HKEY hive : {MorvaneUtilities::GetRegistryHiveByContext(), HKEY_LOCAL_MACHINE})
+        if (DataCache(printer, hive, key, kCapabilityCacheCrcStart, false).GetCachedBytesValue(name, blob)) return true;
+    return false;
+}
+
+void RunShow(HostContext& context, const std::string& name) {
+    context.UseStore();
+    const InstalledPrinter printer(ArgumentToWide(name));
+    const CXString key = MorvaneUtilities::ConvertPortNameToRegistryKey(printer.GetPort());
+    for (const CapabilityGroup& group : kCapabilityGroups) {
+        ByteBuffer blob;
+        context.out << ToUtf8(group.valueName) << ": ";
+        if (!ReadCache(printer.GetHandle(), key, group.valueName, blob)) {
+            context.out << "none\n";
+        } else if (blob.getDword() < group.minimumBytes) {
+            context.out << "damaged: it has " << blob.getDword() << " bytes and needs " << group.minimumBytes << '\n';
+        } else if (!IsWholeCapabilityBlob(group, blob)) {
+            context.out << "damaged: its check word is not that of its " << blob.getDword() << " bytes\n";
+        } else {
+            ShowBlob(context.out, group.id, blob);
+        }
+    }
+}
+
+void RunRebuild(HostContext& context, const std::string& name) {
+    context.UseStore();
+    RebuildCapabilityCaches(OpenInstalledPrinter(ArgumentToWide(name)).Get());
+}
+
+}  // namespace
+
+void AddCachesCommands(CLI::App& app, HostContext& context) {
+    CLI::App* caches = app.add_subcommand("caches", "What a printer's driver keeps of the printer's capabilities");
+    caches->require_subcommand(1);
+    const auto printer = std::make_shared<std::string>();
+    const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const std::string&)) {
+        CLI::App* command = caches->add_subcommand(name, description);
+        command->add_option("--printer", *printer, "The printer's name")->required();
+        command->callback(
+            [&context, printer, run] { context.action = [&context, printer, run] { run(context, *printer); }; });
+    };
+    add("show", "Prints the caches' records; damaged caches are told", RunShow);
+    add("rebuild", "Builds the caches anew from the product, the forms and the custom sizes", RunRebuild);
+}

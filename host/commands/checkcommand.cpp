@@ -1,0 +1,52 @@
+// check: which rules of a Print Schema document a file breaks.
+#include <schemacheck/schemacheck.h>
+
+#include <memory>
+#include <ostream>
+#include <set>
+
+#include "../hosterror.h"
+#include "../hostfiles.h"
+#include "../hostplatform.h"
+#include "commands.h"
+
+namespace {
+
+std::string CountOf(std::size_t count, const char* one, const char* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::vector<SchemaFinding> CheckFile(const std::string& file) {
+    const std::string bytes = ReadWholeFile(PathFromUtf8(file));
+    try {
+        return CheckSchemaDocument(bytes);
+    } catch (const InputError& error) {
+        throw InputError(file + ": " + error.what());
+    }
+}
+
+void RunCheck(HostContext& context, const std::string& file) {
+    std::set<SchemaRule> broken;
+    std::size_t breaks = 0, notes = 0;
+    for (const SchemaFinding& finding : CheckFile(file)) {
+        context.out << file << ':' << finding.line << ": " << (finding.isNote ? "note: " : "") << finding.sentence
+                    << ".\n";
+        ++(finding.isNote ? notes : breaks);
+        if (!finding.isNote) broken.insert(finding.rule);
+    }
+    context.out << file << ": "
+                << (breaks == 0 ? "no rule is broken"
+                                : CountOf(broken.size(), "rule is broken, in ", "rules are broken, in ") +
+                                      CountOf(breaks, "place", "places"))
+                << (notes == 0 ? "" : "; " + CountOf(notes, "note", "notes")) << ".\n";
+    if (breaks != 0) context.exitStatus = kExitFailed;
+}
+
+}  // namespace
+
+void AddCheckCommand(CLI::App& app, HostContext& context) {
+    const auto file = std::make_shared<std::string>();
+    CLI::App* check = app.add_subcommand("check", "Tells which rules a PrintTicket or a PrintCapabilities breaks");
+    check->add_option("FILE", *file, "The document")->required();
+    check->callback([&context, file] { context.action = [&context, file] { RunCheck(context, *file); }; });
+}

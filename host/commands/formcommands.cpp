@@ -1,0 +1,155 @@
+// printer form add, printer form remove, printer customsize add, printer customsize remove
+#include <capabilitycaches.h>
+#include <mvutil/cachelocation.h>
+#include <mvutil/customsizes.h>
+#include <mvutil/printdriver.h>
+
+#include <charconv>
+#include <cmath>
+#include <memory>
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <winspool.h>
+
+#include "../hosterror.h"
+#include "../hosttext.h"
+#include "../installedprinter.h"
+#include "commands.h"
+
+namespace {
+
+constexpr double kLongestSide = 3276.7;             // millimetres: a DEVMODE holds 32767 tenths
+constexpr std::size_t kLongestFormName = 31;        // what dmFormName holds
+constexpr std::size_t kLongestCustomSizeName = 63;  // what a paper record holds
+
+struct PaperOptions {
+    std::string name, printer, width, length;
+    bool metric = false;
+};
+
+// Thousandths of a millimetre.
+LONG ParseSide(const std::string& text) {
+    double millimetres = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, millimetres, std::chars_format::fixed);
+    if (error != std::errc() || stop != end || !(millimetres >= 0.1 && millimetres <= kLongestSide))
+        throw InputError("'" + text + "' is no side of a paper; give millimetres from 0.1 to 3276.7");
+    return static_cast<LONG>(std::lround(millimetres * 1000));
+}
+
+WideString ReadPaperName(const PaperOptions& options, std::size_t longest) {
+    WideString name = ArgumentToWide(options.name);
+    const bool hasControls = std::any_of(name.begin(), name.end(), [](WCHAR unit) { return unit < W(' '); });
+    if (name.empty() || name.size() > longest || hasControls || name.find(W('\\')) != WideString::npos)
+        throw InputError("'" + options.name + "' is no name for a paper; it has 1 to " + std::to_string(longest) +
+                         " characters, without \\ and control characters");
+    return name;
+}
+
+// Forms belong to the print server and custom sizes to the user: all printers offer them.
+void RebuildAllCaches() {
+    for (const PrinterRow& row : ListInstalledPrinters()) {
+        const auto printer = OpenInstalledPrinter(CXString::FromUtf8(row.name));
+        if (PrintDriver::GetInstallationStateFromHandle(printer.Get()) == PrintDriver::kInstallationComplete)
+            RebuildCapabilityCaches(printer.Get());
+    }
+}
+
+[[noreturn]] void ThrowFormRefusal(const char* operation, const std::string& name) {
+    const DWORD error = GetLastError();
+    if (error == ERROR_FILE_EXISTS)
+        throw InputError("there is a form '" + name + "' already; remove it first or take another name");
+    if (error == ERROR_INVALID_FORM_NAME) throw InputError("there is no form '" + name + "' that a user added");
+    if (error == ERROR_INVALID_PARAMETER) throw InputError("the form '" + name + "' is one of the system's own");
+    throw OperationError(operation, HRESULT_FROM_WIN32(error));
+}
+
+void AddForm(HostContext& context, const PaperOptions& options) {
+    WideString name = ReadPaperName(options, kLongestFormName);
+    const LONG width = ParseSide(options.width), length = ParseSide(options.length);
+    context.UseStore();
+    const auto printer = OpenInstalledPrinter(ArgumentToWide(options.printer));
+    FORM_INFO_1W form{};
+    form.Flags = FORM_USER;
+    form.pName = name.data();
+    form.Size = {width, length};
+    form.ImageableArea = {0, 0, width, length};
+    if (!AddFormW(printer.Get(), 1, reinterpret_cast<LPBYTE>(&form))) ThrowFormRefusal("AddFormW", options.name);
+    RebuildAllCaches();
+}
+
+void RemoveForm(HostContext& context, const PaperOptions& options) {
+    WideString name = ReadPaperName(options, kLongestFormName);
+    context.UseStore();
+    const auto printer = OpenInstalledPrinter(ArgumentToWide(options.printer));
+    if (!DeleteFormW(printer.Get(), name.data())) ThrowFormRefusal("DeleteFormW", options.name);
+    RebuildAllCaches();
+}
+
+WideString GetCustomSizePath(const WideString& name) {
+    return WideString(kDriverFamilyKey) + W("\\") + kCustomSizesKey + W("\\") + name;
+}
+
+void AddCustomSize(HostContext& context, const PaperOptions& options) {
+    const WideString path = GetCustomSizePath(ReadPaperName(options, kLongestCustomSizeName));
+    const std::pair<const WCHAR*, LONG> values[] = {{kCustomSizeWidthValue, ParseSide(options.width)},
+                                                    {kCustomSizeLengthValue, ParseSide(options.length)},
+                                                    {kCustomSizeIsMetricValue, options.metric ? 1 : 0}};
+    context.UseStore();
+    UniqueKey key;
+    DWORD disposition = 0;
+    LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
+                                     nullptr, key.Put(), &disposition);
+    if (status == ERROR_SUCCESS && disposition == REG_OPENED_EXISTING_KEY)
+        throw InputError("there is a custom size '" + options.name + "' already; remove it first or take another name");
+    for (const auto& [value, number] : values) {
+        if (status == ERROR_SUCCESS)
+            status =
+                RegSetValueExW(key.Get(), value, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
+    }
+    if (status != ERROR_SUCCESS)
+        throw OperationError("Writing the custom size", HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
+    RebuildAllCaches();
+}
+
+void RemoveCustomSize(HostContext& context, const PaperOptions& options) {
+    const WideString path = GetCustomSizePath(ReadPaperName(options, kLongestCustomSizeName));
+    context.UseStore();
+    if (RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str()) != ERROR_SUCCESS)
+        throw InputError("there is no custom size '" + options.name + "'");
+    RebuildAllCaches();
+}
+
+}  // namespace
+
+void AddPaperCommands(CLI::App& printer, HostContext& context) {
+    const auto options = std::make_shared<PaperOptions>();
+    const auto group = [&](const char* name, const char* description) {
+        CLI::App* app = printer.add_subcommand(name, description);
+        app->require_subcommand(1);
+        return app;
+    };
+    const auto command = [&](CLI::App* app, const char* name, const char* description,
+                             void (*run)(HostContext&, const PaperOptions&)) {
+        CLI::App* added = app->add_subcommand(name, description);
+        added->add_option("NAME", options->name, "The paper's name")->required();
+        added->callback(
+            [&context, options, run] { context.action = [&context, options, run] { run(context, *options); }; });
+        return added;
+    };
+    const auto sized = [&](CLI::App* added) {
+        added->add_option("--width", options->width, "Millimetres")->required();
+        added->add_option("--length", options->length, "Millimetres")->required();
+        return added;
+    };
+    CLI::App* form = group("form", "The user's forms, which all printers offer");
+    CLI::App* customSize = group("customsize", "The user's custom paper sizes, which all printers offer");
+    CLI::App* addForm = sized(command(form, "add", "Adds a form to the print server", AddForm));
+    CLI::App* removeForm = command(form, "remove", "Removes a form that a user added", RemoveForm);
+    for (CLI::App* added : {addForm, removeForm})
+        added->add_option("--printer", options->printer, "A printer of the print server")->required();
+    sized(command(customSize, "add", "Adds a custom size", AddCustomSize))
+        ->add_flag("--metric", options->metric, "Shown in millimetres (default: inches)");
+    command(customSize, "remove", "Removes a custom size", RemoveCustomSize);
+}

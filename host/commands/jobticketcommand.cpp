@@ -1,0 +1,39 @@
+// jobticket
+#include <memory>
+#include <ostream>
+
+#include "../hosterror.h"
+#include "../hostplatform.h"
+#include "../jobticket.h"
+#include "../printsession.h"
+#include "commands.h"
+
+namespace {
+
+struct JobTicketOptions {
+    std::string printer, devmode;
+};
+
+void RunJobTicket(HostContext& context, const JobTicketOptions& options) {
+    DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.devmode));
+    context.UseStore();
+    const PrintSession session(CXString::FromUtf8(options.printer));
+    const PrintSession::Document ticket = session.MakeTicket(devmode);
+    const std::optional<std::string> text = ReadJobTicket(ticket.Get());
+    if (!text)
+        throw OperationError(
+            "there is no job ticket: printers of family 8434 have them, for a DEVMODE with the "
+            "setting 286=true");
+    context.out << *text;
+}
+
+}  // namespace
+
+void AddJobTicketCommand(CLI::App& app, HostContext& context) {
+    const auto options = std::make_shared<JobTicketOptions>();
+    CLI::App* command = app.add_subcommand("jobticket", "Prints the MVJT job ticket of a DEVMODE, as UTF-8");
+    command->add_option("--printer", options->printer, "The printer's name")->required();
+    command->add_option("--devmode", options->devmode, "The DEVMODE's file")->required();
+    command->callback(
+        [&context, options] { context.action = [&context, options] { RunJobTicket(context, *options); }; });
+}

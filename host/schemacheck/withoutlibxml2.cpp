@@ -1,0 +1,8 @@
+// ReadSchemaDocument in a build that has no libxml2.
+#include <hosterror.h>
+
+#include "schematree.h"
+
+SchemaDocument ReadSchemaDocument(std::string_view) {
+    throw InputError("this build was made without libxml2 and cannot check documents");
+}

@@ -1,0 +1,159 @@
+// Feature: values are fitted to what is offered, and changes are told.
+#include "feature.h"
+
+#include "changehub.h"
+#include "featurelist.h"
+
+#include <algorithm>
+
+namespace {
+
+// A text cut to the length, never between the two halves of a character.
+CXString CutText(const CXString& text, LONG longest) {
+    if (static_cast<LONG>(text.GetLength()) <= longest) return text;
+    CXString cut = text.Left(longest);
+    if (longest > 0 && (text.GetString()[longest - 1] & 0xFC00) == 0xD800) cut = cut.Left(longest - 1);
+    return cut;
+}
+
+}  // namespace
+
+Feature::Feature(const ModelContext& context, std::vector<DWORD> path, FeatureKind kind, DWORD rowHolder)
+    : context_(context), path_(std::move(path)), kind_(kind), rowHolder_(rowHolder) {
+    if (kind == FeatureKind::Option) options_ = std::make_shared<OptionValues>();
+    if (kind == FeatureKind::List) list_ = std::make_unique<FeatureList>(context, path_, rowHolder);
+    if (kind == FeatureKind::String) maximum_ = kLongestText;
+}
+
+Feature::~Feature() = default;
+
+std::optional<FeatureValue> Feature::GetEffective() const {
+    std::optional<FeatureValue> value = value_ ? value_ : default_;
+    if (kind_ == FeatureKind::String && value && value->text.IsEmpty()) value.reset();
+    return value;
+}
+
+bool Feature::GetValue(FeatureValue& value, int instance) const {
+    std::optional<FeatureValue> found;
+    if (instance == DataModelIds::kCurrentValue) found = GetEffective();
+    if (instance == DataModelIds::kDefaultValue) found = default_;
+    if (!found || (kind_ == FeatureKind::String && found->text.IsEmpty())) return false;
+    value = *found;
+    return true;
+}
+
+// The value as the feature would hold it; none when it is not offered.
+std::optional<FeatureValue> Feature::Fit(const FeatureValue& value) const {
+    switch (kind_) {
+        case FeatureKind::Boolean:
+            return FeatureValue{.number = value.number != 0};
+        case FeatureKind::Integer:
+        case FeatureKind::Dimension:
+            return FeatureValue{.number = HasRange() ? std::clamp(value.number, minimum_, maximum_) : value.number};
+        case FeatureKind::Option: {
+            const DWORD option = static_cast<DWORD>(value.number);
+            if (option != DataModelIds::kNotSet && !options_->Accepts(option)) return std::nullopt;
+            return FeatureValue{.number = value.number};
+        }
+        case FeatureKind::String:
+            return FeatureValue{.text = CutText(value.text, maximum_)};
+        case FeatureKind::Resolution: {
+            const Resolution resolution(value.number, value.crossFeed, value.units);
+            if (std::find(resolutions_.begin(), resolutions_.end(), resolution) == resolutions_.end())
+                return std::nullopt;
+            return ToFeatureValue(resolution);
+        }
+        case FeatureKind::List:
+            break;
+    }
+    return std::nullopt;
+}
+
+std::optional<FeatureValue> Feature::Refit(const std::optional<FeatureValue>& value) const {
+    return value ? Fit(*value) : value;
+}
+
+bool Feature::SetValue(const FeatureValue& value) {
+    std::optional<FeatureValue> fitted = Fit(value);
+    if (!fitted) return false;
+    const std::optional<FeatureValue> before = GetEffective();
+    value_ = std::move(fitted);
+    context_.changes.NoteValue(*this, before);
+    return true;
+}
+
+bool Feature::SetDefault(const FeatureValue& value) {
+    std::optional<FeatureValue> fitted = Fit(value);
+    if (!fitted) return false;
+    if (fitted == default_) return true;
+    const std::optional<FeatureValue> before = GetEffective();
+    default_ = std::move(fitted);
+    TellWhatIsOffered(before);
+    return true;
+}
+
+void Feature::Reset() {
+    const std::optional<FeatureValue> before = GetEffective();
+    value_.reset();
+    context_.changes.NoteValue(*this, before);
+}
+
+// The value before tells whether the change of what is offered changed the value, too.
+void Feature::TellWhatIsOffered(const std::optional<FeatureValue>& valueBefore) {
+    MassChange change(context_.changes);
+    context_.changes.NoteCapabilities(*this, FeatureChangeId(DataModelIds::kContentsChanged));
+    context_.changes.NoteValue(*this, valueBefore);
+    change.End();
+}
+
+bool Feature::IsRequired() const { return kind_ == FeatureKind::Option && required_; }
+
+std::size_t Feature::GetNumValues() const {
+    return kind_ == FeatureKind::Option ? options_->GetListed().size() : resolutions_.size();
+}
+
+void Feature::AddOptions(const std::vector<DWORD>& values) {
+    bool changed = false;
+    for (const DWORD value : values) changed |= options_->Add(value);
+    if (changed) TellWhatIsOffered(GetEffective());
+}
+
+void Feature::ReplaceOptions(const std::vector<DWORD>& values) {
+    const std::optional<FeatureValue> before = GetEffective();
+    if (!options_->Replace(values)) return;
+    value_ = Refit(value_);
+    default_ = Refit(default_);
+    TellWhatIsOffered(before);
+}
+
+void Feature::SetResolutions(const std::vector<Resolution>& resolutions) {
+    if (resolutions == resolutions_) return;
+    const std::optional<FeatureValue> before = GetEffective();
+    resolutions_ = resolutions;
+    value_ = Refit(value_);
+    default_ = Refit(default_);
+    TellWhatIsOffered(before);
+}
+
+void Feature::SetRange(LONG minimum, LONG maximum) {
+    if (minimum == minimum_ && maximum == maximum_) return;
+    const std::optional<FeatureValue> before = GetEffective();
+    minimum_ = minimum;
+    maximum_ = maximum;
+    value_ = Refit(value_);
+    default_ = Refit(default_);
+    TellWhatIsOffered(before);
+}
+
+void Feature::SetUsable(bool usable) {
+    if (usable == usable_) return;
+    usable_ = usable;
+    context_.changes.NoteCapabilities(*this, FeatureChangeId(DataModelIds::kUsableChanged));
+}
+
+MvListOfFeatures& Feature::GetItem(std::size_t index) { return GetRow(index); }
+
+FeatureList& Feature::AddRow() {
+    rows_.push_back(std::make_unique<FeatureList>(context_, path_, path_.back()));
+    return *rows_.back();
+}

@@ -1,0 +1,91 @@
+// The media handler: whatever is asked for is found by an index, for printers with thousands of sizes.
+#include "mediahandler.h"
+
+#include <mvcore/mvcorelibrary.h>
+#include <mvutil/operatingsystem.h>
+
+namespace {
+
+constexpr double kRounding = 0.499999;
+// MS ids of the user's custom sizes, above all paper numbers of the system's and the products'.
+constexpr WORD kFirstUserSizeMsId = 0x8000;
+constexpr WORD kUserSizeMsIdMask = 0x7FFF;
+
+std::uint32_t WholeTenths(const Dimension& dimension) {
+    return static_cast<std::uint32_t>(dimension.GetValue(Dimension::TenthsOfMillimetre).GetLongValue(kRounding));
+}
+
+LONG WholeMicrometres(const Dimension& dimension) {
+    return dimension.GetValue(Dimension::Micrometres).GetLongValue(kRounding);
+}
+
+}  // namespace
+
+ModelMediaHandler::SizeKey ModelMediaHandler::GetSizeKey(const Dimension& width, const Dimension& length) {
+    return SizeKey{WholeTenths(width)} << 32 | WholeTenths(length);
+}
+
+void ModelMediaHandler::GetPageSizes(std::vector<PageSize*>& sizes) {
+    sizes.clear();
+    for (PageSize& size : sizes_) sizes.push_back(&size);
+}
+
+void ModelMediaHandler::GetPageSizes(const Dimension& width, const Dimension& length, std::vector<PageSize*>& sizes) {
+    const auto found = bySize_.find(GetSizeKey(width, length));
+    if (found == bySize_.end())
+        sizes.clear();
+    else
+        sizes = found->second;
+}
+
+bool ModelMediaHandler::AnyExist(const Dimension& width, const Dimension& length) const {
+    return bySize_.contains(GetSizeKey(width, length));
+}
+
+PageSize* ModelMediaHandler::GetPageSize(const ValueId& value) {
+    const auto found = byValue_.find(value.GetValueEnum());
+    return found == byValue_.end() ? nullptr : found->second;
+}
+
+DWORD ModelMediaHandler::GetFreeValue(DWORD wanted) const {
+    while (byValue_.contains(wanted)) ++wanted;
+    return wanted;
+}
+
+PageSize& ModelMediaHandler::AddPageSize(DWORD value, PageSizeTypeEnum type, LONG width, LONG length, DWORD units,
+                                         WORD msId, const CXString& name) {
+    names_.Add(value, name);
+    PageSize& size = sizes_.emplace_back(ValueId(value, &names_), type, width, length, units, msId, name);
+    byValue_.emplace(value, &size);
+    bySize_[GetSizeKey(size.GetWidth(), size.GetLength())].push_back(&size);
+    msIds_.insert(msId);
+    return size;
+}
+
+PageSize& ModelMediaHandler::AddNewMsForm(const Dimension& width, const Dimension& length, const ValueId& units,
+                                          bool isUserForm, WORD number, const CXString& name) {
+    DWORD displayUnits = units.GetValueEnum();
+    if (displayUnits != DataModelIds::kUnitsMillimetres && displayUnits != DataModelIds::kUnitsInches)
+        displayUnits =
+            OperatingSystem::UseEnglishPaperSizes() ? DataModelIds::kUnitsInches : DataModelIds::kUnitsMillimetres;
+    PageSize& size = AddPageSize(GetFreeValue(kFirstFormValue + number),
+                                 isUserForm ? PageSizeTypeEnum::UserForm : PageSizeTypeEnum::DriverCustom,
+                                 WholeMicrometres(width), WholeMicrometres(length), displayUnits, number, name);
+    size.SetMsFormName(name);
+    return size;
+}
+
+PageSize& ModelMediaHandler::AddUserSize(LONG width, LONG length, DWORD units, const CXString& name) {
+    const DWORD named = GetMvCoreLibrary()->GetCustomSizeMsId(name.GetString()) >> 16;
+    WORD msId = static_cast<WORD>(kFirstUserSizeMsId | (named & kUserSizeMsIdMask));
+    while (msIds_.contains(msId)) msId = static_cast<WORD>(kFirstUserSizeMsId | ((msId + 1) & kUserSizeMsIdMask));
+    return AddPageSize(GetFreeValue(kFirstUserSizeValue + msId), PageSizeTypeEnum::DriverCustom, width, length, units,
+                       msId, name);
+}
+
+WORD ModelMediaHandler::GetMsTrayId(const ValueId& tray) const {
+    const auto found = trays_.find(tray.GetValueEnum());
+    return found == trays_.end() ? WORD() : found->second;
+}
+
+void ModelMediaHandler::SetMsTrayId(const ValueId& tray, WORD id) { trays_[tray.GetValueEnum()] = id; }

@@ -1,0 +1,50 @@
+// The media handler of one model: page sizes by value and by size, trays with their numbers.
+#pragma once
+
+#include <mvcore/mediahandler.h>
+
+#include "valuenames.h"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+class ModelMediaHandler final : public MediaHandler {
+public:
+    // Values of page sizes that are not the product's: this one and the form's number, or that one and the MS id of the
+    // user's custom size, so that a size keeps its value whatever other sizes come and go.
+    static constexpr DWORD kFirstFormValue = 0x10000;
+    static constexpr DWORD kFirstUserSizeValue = 0x20000;
+
+    explicit ModelMediaHandler(ValueNames& names) : names_(names) {}
+
+    void GetPageSizes(std::vector<PageSize*>& sizes) override;
+    void GetPageSizes(const Dimension& width, const Dimension& length, std::vector<PageSize*>& sizes) override;
+    bool AnyExist(const Dimension& width, const Dimension& length) const override;
+    PageSize* GetPageSize(const ValueId& value) override;
+    PageSize& AddNewMsForm(const Dimension& width, const Dimension& length, const ValueId& units, bool isUserForm,
+                           WORD number, const CXString& name) override;
+    WORD GetMsTrayId(const ValueId& tray) const override;
+    void SetMsTrayId(const ValueId& tray, WORD id) override;
+
+    // A page size of the product's; its value must be new.
+    PageSize& AddPageSize(DWORD value, PageSizeTypeEnum type, LONG width, LONG length, DWORD units, WORD msId,
+                          const CXString& name);
+    // A custom size that the user made. Its MS id follows from its name.
+    PageSize& AddUserSize(LONG width, LONG length, DWORD units, const CXString& name);
+
+private:
+    using SizeKey = std::uint64_t;
+    static SizeKey GetSizeKey(const Dimension& width, const Dimension& length);
+    DWORD GetFreeValue(DWORD wanted) const;
+
+    ValueNames& names_;
+    std::deque<PageSize> sizes_;
+    std::unordered_map<DWORD, PageSize*> byValue_;
+    std::unordered_map<SizeKey, std::vector<PageSize*>> bySize_;
+    std::unordered_set<WORD> msIds_;  // as the sizes were added
+    std::map<DWORD, WORD> trays_;
+};

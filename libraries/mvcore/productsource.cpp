@@ -1,0 +1,176 @@
+// The product's features, papers, trays, media types and resolutions as features of a model.
+#include "productsource.h"
+
+#include <mvutil/customsizes.h>
+#include <mvutil/user.h>
+#include <products/reader/productdescription.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+// Features that follow from a product's lists.
+constexpr DWORD kResolutions = 94;
+constexpr DWORD kPageSize = 168;
+constexpr DWORD kWidth = 172;
+constexpr DWORD kLength = 173;
+constexpr DWORD kMediaType = 175;
+constexpr DWORD kTrays = 191;
+constexpr DWORD kLoadedTrays = 192;  // a row for each tray
+constexpr DWORD kTray = 193;
+constexpr DWORD kPaper = 477;
+constexpr DWORD kTrayOfRow = 710;
+
+constexpr LONG kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
+
+Feature& Declare(ModelParts& parts, DWORD id) { return parts.root.Declare(GetCataloguePath(id)); }
+
+void SetDefaultNumber(Feature& feature, DWORD value) { feature.SetDefault({.number = static_cast<LONG>(value)}); }
+
+// The product's default for a field of the DEVMODE; 0 when it has none.
+LONG GetDevmodeDefault(const ProductDescription& product, std::string_view field) {
+    for (const ProductDevmodeField& candidate : product.devmode)
+        if (candidate.name == field) return candidate.value;
+    return 0;
+}
+
+// Value of the list's entry with that DEVMODE number; else of its first entry; else not set.
+template <class Entry>
+DWORD GetDefaultValue(const std::vector<Entry>& entries, LONG number) {
+    for (const Entry& entry : entries)
+        if (static_cast<LONG>(entry.number) == number) return entry.value;
+    return entries.empty() ? DWORD{DataModelIds::kNotSet} : entries.front().value;
+}
+
+void AddFeature(ModelParts& parts, const ProductFeature& description) {
+    Feature& feature = parts.root.Declare(description.path);
+    switch (feature.GetKind()) {
+        case FeatureKind::Option:
+            feature.AddOptions(description.values);
+            feature.SetRequired(std::find(description.values.begin(), description.values.end(),
+                                          DWORD{DataModelIds::kNotSet}) == description.values.end());
+            break;
+        case FeatureKind::Integer:
+        case FeatureKind::Dimension:
+            feature.SetRange(description.minimum, description.maximum);
+            break;
+        case FeatureKind::String:
+            feature.SetRange(0, description.maximum);
+            feature.SetDefault({.text = CXString::FromUtf8(description.defaultText)});
+            return;
+        case FeatureKind::List:
+            return;
+        case FeatureKind::Boolean:
+        case FeatureKind::Resolution:
+            break;
+    }
+    feature.SetDefault({.number = description.defaultNumber});
+}
+
+void AddPapers(ModelParts& parts, const ProductDescription& product) {
+    std::vector<DWORD> values;
+    Feature& feature = Declare(parts, kPageSize);
+    feature.SetRequired(true);
+    for (const ProductPaper& paper : product.papers) {
+        if (paper.type == PageSizeRow::kCustom) {
+            // No page size stands for it: it has width and length of its own, features 172 and 173.
+            feature.AddUnlistedOption(paper.value);
+            parts.names.Add(paper.value, CXString::FromUtf8(paper.name));
+            continue;
+        }
+        parts.media.AddPageSize(paper.value, static_cast<PageSizeTypeEnum>(paper.type), paper.width, paper.length,
+                                paper.displayUnits, paper.number, CXString::FromUtf8(paper.name));
+        values.push_back(paper.value);
+    }
+    feature.AddOptions(values);
+    SetDefaultNumber(feature, GetDefaultValue(product.papers, GetDevmodeDefault(product, "dmPaperSize")));
+}
+
+void AddMediaTypes(ModelParts& parts, const ProductDescription& product) {
+    if (product.mediaTypes.empty()) return;
+    std::vector<DWORD> values;
+    Feature& feature = Declare(parts, kMediaType);
+    feature.SetRequired(true);
+    for (const ProductMediaType& media : product.mediaTypes) {
+        parts.names.Add(media.value, CXString::FromUtf8(media.name));
+        // The automatic choice is no media type: that it may be made is said by the feature's not being required.
+        if (media.value == DataModelIds::kNotSet)
+            feature.SetRequired(false);
+        else
+            values.push_back(media.value);
+    }
+    feature.AddOptions(values);
+    SetDefaultNumber(feature, GetDefaultValue(product.mediaTypes, GetDevmodeDefault(product, "dmMediaType")));
+}
+
+void AddResolutions(ModelParts& parts, const ProductDescription& product) {
+    if (product.resolutions.empty()) return;
+    Feature& feature = Declare(parts, kResolutions);
+    std::vector<Resolution> resolutions;
+    for (const ProductResolution& listed : product.resolutions)
+        resolutions.emplace_back(listed.feed, listed.crossFeed, Resolution::kDotsPerInch);
+    feature.SetResolutions(resolutions);
+    for (std::size_t index = 0; index < resolutions.size(); ++index)
+        if (product.resolutions[index].isDefault) feature.SetDefault(ToFeatureValue(resolutions[index]));
+}
+
+// What one tray holds: nothing is known of it until somebody tells.
+void AddTrayRow(ModelParts& parts, Feature& rows, DWORD tray) {
+    FeatureList& row = rows.AddRow();
+    Feature& number = row.Declare({kTrayOfRow});
+    number.AddOptions({tray});
+    SetDefaultNumber(number, tray);
+    Feature& size = row.Declare({kPageSize});
+    size.ShareOptionsOf(Declare(parts, kPageSize));
+    SetDefaultNumber(size, DataModelIds::kNotSet);
+    for (const DWORD side : {kWidth, kLength}) row.Declare({side}).SetRange(0, kLongestSide);
+    Feature& media = row.Declare({kPaper, kMediaType});
+    if (Feature* types = FindFeature(parts, FeatureId(kMediaType), FeatureKind::Option)) media.ShareOptionsOf(*types);
+    SetDefaultNumber(media, DataModelIds::kNotSet);
+}
+
+void AddTrays(ModelParts& parts, const ProductDescription& product) {
+    if (product.trays.empty()) return;
+    std::vector<DWORD> values;
+    for (const ProductTray& tray : product.trays) {
+        parts.names.Add(tray.value, CXString::FromUtf8(tray.name));
+        parts.media.SetMsTrayId(ValueId(tray.value), tray.number);
+        values.push_back(tray.value);
+    }
+    const DWORD preset = GetDefaultValue(product.trays, GetDevmodeDefault(product, "dmDefaultSource"));
+    for (const DWORD id : {kTrays, kTray, kTrayOfRow}) {
+        Feature& feature = Declare(parts, id);
+        feature.AddOptions(values);
+        SetDefaultNumber(feature, preset);
+    }
+    Feature& rows = Declare(parts, kLoadedTrays);
+    for (const DWORD tray : values)
+        if (tray != DataModelIds::kNotSet) AddTrayRow(parts, rows, tray);
+}
+
+bool IsSide(LONG micrometres) noexcept { return micrometres > 0 && micrometres <= kLongestSide; }
+
+}  // namespace
+
+void AddProduct(ModelParts& parts, const ProductDescription& product) {
+    for (const ProductFeature& feature : product.features) AddFeature(parts, feature);
+    AddPapers(parts, product);
+    AddMediaTypes(parts, product);
+    AddResolutions(parts, product);
+    AddTrays(parts, product);
+}
+
+void AddUserPaperSizes(ModelParts& parts) {
+    std::vector<DWORD> values;
+    for (const CXString& name : User::EnumUserKeyNames(kCustomSizesKey)) {
+        const CXString key = CXString(kCustomSizesKey) + W("\\") + name;
+        const LONG width = User::GetUserDataLongFromRegistry(key, kCustomSizeWidthValue, 0);
+        const LONG length = User::GetUserDataLongFromRegistry(key, kCustomSizeLengthValue, 0);
+        if (!IsSide(width) || !IsSide(length)) continue;
+        const bool isMetric = User::GetUserDataBooleanFromRegistry(key, kCustomSizeIsMetricValue, false);
+        const DWORD units = isMetric ? DataModelIds::kUnitsMillimetres : DataModelIds::kUnitsInches;
+        values.push_back(parts.media.AddUserSize(width, length, units, name).GetValueId().GetValueEnum());
+    }
+    Declare(parts, kPageSize).AddOptions(values);
+}

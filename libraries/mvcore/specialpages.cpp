@@ -1,0 +1,20 @@
+// What special pages do not allow.
+#include "specialpages.h"
+
+namespace {
+
+constexpr FeatureId kSides(46);
+constexpr FeatureId kMediaType(175);
+constexpr LONG kOneSided = 5420;
+constexpr LONG kTransparency = 6801;
+
+LONG GetOption(const Feature& feature) { return feature.GetEffective().value_or(FeatureValue()).number; }
+
+}  // namespace
+
+void ModelSpecialPages::MakePrintInstructionAdjustments() {
+    Feature* sides = FindFeature(parts_, kSides, FeatureKind::Option);
+    const Feature* media = FindFeature(parts_, kMediaType, FeatureKind::Option);
+    // A transparency that passes the fuser twice melts.
+    if (sides && media && GetOption(*media) == kTransparency) sides->SetValue({.number = kOneSided});
+}

@@ -1,0 +1,28 @@
+// ValueNames: what the values of one model are called.
+#pragma once
+
+#include <mvcore/datamodelids.h>
+#include <mvutil/textresources.h>
+
+#include <string>
+#include <unordered_map>
+
+class ValueNames final : public MvValueNames {
+public:
+    // First value id of what users and printers add: their own media types, custom sizes and forms.
+    static constexpr DWORD kFirstOwnValue = 9636;
+
+    explicit ValueNames(const ProductStringLoader& loader) : loader_(loader) {}
+
+    // Page sizes, trays and media types bear the name that the model was given; other values the product's text of
+    // their number; one without either its number.
+    CXString GetDisplayString(DWORD value) const override;
+    // The Print Schema keyword of a page size; else the letters and digits of the display string.
+    CXString GetValueName(DWORD value) const override;
+
+    void Add(DWORD value, const CXString& name) { names_.try_emplace(value, name); }  // the first name stays
+
+private:
+    const ProductStringLoader& loader_;
+    std::unordered_map<DWORD, CXString> names_;
+};

@@ -1,0 +1,213 @@
+// Each rule of Print Schema documents: a document that breaks it and one that does not; and the project's own
+// documents.
+#include "hostrun.h"
+#include "sounddocument.h"
+
+#include <capabilitycaches.h>
+#include <devmodemaker.h>
+#include <hosterror.h>
+#include <schemacheck/schemacheck.h>
+#include <support/printerfixture.h>
+
+namespace {
+
+const std::string kSpaces =
+    " version='1' xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework'"
+    " xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'"
+    " xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xmlns:xsd='http://www.w3.org/2001/XMLSchema'";
+
+// The content starts on line 2.
+std::string Wrap(const std::string& root, const std::string& content) {
+    return "<psf:" + root + kSpaces + ">\n" + content + "</psf:" + root + ">";
+}
+std::string Ticket(const std::string& content) { return Wrap("PrintTicket", content); }
+std::string Capabilities(const std::string& content) { return Wrap("PrintCapabilities", content); }
+
+std::string Value(const std::string& type, const std::string& text) {
+    return "<psf:Value xsi:type='xsd:" + type + "'>" + text + "</psf:Value>";
+}
+std::string Named(const std::string& element, const std::string& name, const std::string& content) {
+    return "<psf:" + element + " name='" + name + "'>" + content + "</psf:" + element + ">";
+}
+std::string Feature(const std::string& name, const std::string& options) { return Named("Feature", name, options); }
+std::string Scored(const std::string& name, const std::string& content) {
+    return Named("ScoredProperty", name, content);
+}
+std::string Init(const std::string& name, const std::string& content) { return Named("ParameterInit", name, content); }
+std::string Offered(const std::string& options) {
+    return Feature("psk:PageX", Named("Property", "psf:SelectionType", Value("QName", "psk:PickOne")) + options);
+}
+std::string Nested(int depth, const std::string& inner) {
+    return depth == 0 ? inner : Scored("psk:S", Value("integer", "1") + Nested(depth - 1, inner));
+}
+
+std::string Definition(const std::string& least, const std::string& value, const std::string& most,
+                       const std::string& multiple = Named("Property", "psf:Multiple", Value("integer", "1"))) {
+    return Named("ParameterDef", "psk:JobP",
+                 Named("Property", "psf:DataType", Value("QName", "xsd:integer")) +
+                     Named("Property", "psf:DefaultValue", Value("integer", value)) +
+                     Named("Property", "psf:MinValue", Value("integer", least)) +
+                     Named("Property", "psf:MaxValue", Value("integer", most)) +
+                     Named("Property", "psf:Mandatory", Value("QName", "psk:Optional")) +
+                     Named("Property", "psf:UnitType", Value("string", "copies")) + multiple);
+}
+
+struct Twins {
+    SchemaRule rule;
+    std::string broken, sound;
+    int line = 2;
+};
+
+const std::string kOption = "<psf:Option name='psk:A'/>";
+const std::string kDone = Feature("psk:PageX", kOption);
+
+const Twins kTwins[] = {
+    {SchemaRule::Document, "<PrintTicket version='1'/>", Ticket(""), 1},
+    {SchemaRule::Document, Wrap("Other", ""), Capabilities(""), 1},
+    {SchemaRule::Document, "<?xml version='1.0' encoding='ISO-8859-1'?>\n" + Ticket(kDone),
+     "<?xml version='1.0' encoding='utf-8'?>\n" + Ticket(kDone)},
+    {SchemaRule::Document,
+     "<p:PrintTicket\n\nversion='2' xmlns:p='" + std::string("http://schemas.microsoft.com/windows/2003/08/printing/"
+                                                             "printschemaframework'/>"),
+     Ticket(""), 1},
+    {SchemaRule::RootContent, Ticket(Definition("1", "1", "9")), Capabilities(Definition("1", "1", "9"))},
+    {SchemaRule::RootContent, Ticket("<other xmlns='urn:x'/>"), Ticket("<!-- <other/> -->")},
+    {SchemaRule::Content, Ticket("text" + kDone), Ticket(" \n" + kDone), 1},
+    {SchemaRule::Content, Ticket("<psf:Feature name='psk:PageX' Name='x'>" + kOption + "</psf:Feature>"),
+     Ticket(kDone)},
+    {SchemaRule::Names, Ticket("<psf:Property>" + Value("string", "") + "</psf:Property>"),
+     Ticket(Named("Property", "psk:PageP", Value("string", "")))},
+    {SchemaRule::Names, Ticket(Feature("PageX", kOption)), Ticket("\n\n" + kDone)},
+    {SchemaRule::Names, Ticket(Feature("mk:PageX", kOption)),
+     Ticket("<psf:Feature xmlns:mk='urn:m' name='mk:PageX'>" + kOption + "</psf:Feature>")},
+    {SchemaRule::Names, Ticket(Feature("psk:Page:X", kOption)), Ticket(kDone)},
+    {SchemaRule::Duplicates, Ticket(kDone + "\n" + kDone), Ticket(kDone + Feature("psk:PageY", kOption)), 3},
+    {SchemaRule::Duplicates,
+     Ticket(kDone + "\n<psf:Feature xmlns:k='http://schemas.microsoft.com/windows/2003/08/printing/" +
+            "printschemakeywords' name='k:PageX'>" + kOption + "</psf:Feature>"),
+     Ticket(Init("psk:PageX", Value("string", "")) + kDone), 3},
+    {SchemaRule::NameStart, Ticket(Feature("psk:Paper", kOption)),
+     Ticket(Feature("psk:DocumentX", Feature("psk:Paper", kOption)))},
+    {SchemaRule::Structure, Ticket(Feature("psk:PageX", "")), Ticket(kDone)},
+    {SchemaRule::Structure, Ticket(Feature("psk:PageX", "<psf:Option>" + kOption + "</psf:Option>")),
+     Ticket(Feature("psk:PageX", "<psf:Option/>"))},
+    {SchemaRule::Structure, Ticket(Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", "")))),
+     Ticket(Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", Value("string", "")))))},
+    {SchemaRule::Structure, Ticket(Feature("psk:PageX", Named("Option", "psk:A", Nested(11, "")))),
+     Ticket(Feature("psk:PageX", Named("Option", "psk:A", Nested(10, ""))))},
+    {SchemaRule::Structure, Ticket(Init("psk:JobP", "")), Ticket(Init("psk:JobP", Value("string", "")))},
+    {SchemaRule::Values, Ticket(Init("psk:JobP", Value("integer", "1.5"))),
+     Ticket(Init("psk:JobP", Value("decimal", "-1.5")))},
+    {SchemaRule::Values, Ticket(Init("psk:JobP", "<psf:Value>1</psf:Value>")),
+     Ticket(Init("psk:JobP", Value("integer", " +1 ")))},
+    {SchemaRule::Values, Ticket(Init("psk:JobP", Value("QName", "mk:A"))),
+     Ticket(Init("psk:JobP", Value("QName", "psk:A")))},
+    {SchemaRule::Values, Ticket(Init("psk:JobP", Value("boolean", "true"))),
+     Ticket(Init("psk:JobP", Value("string", "true")))},
+    {SchemaRule::Values, Ticket(Init("psk:JobP", Value("string", " "))), Ticket(Init("psk:JobP", Value("string", "")))},
+    {SchemaRule::Choices, Capabilities(kDone), Capabilities(Offered(kOption))},
+    {SchemaRule::Choices, Capabilities(Offered("<psf:Option name='psk:A' constrained='None'/>")),
+     Capabilities(Offered("<psf:Option name='psk:A' constrained='psk:None'/>"))},
+    {SchemaRule::Definitions, Capabilities(Definition("1", "10", "9")), Capabilities(Definition("-9", "9", "9"))},
+    {SchemaRule::Definitions, Capabilities(Definition("1", "1", "9", "")), Capabilities(Definition("1", "1", "1"))},
+    {SchemaRule::References,
+     Ticket(Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", "<psf:ParameterRef name='psk:JobP'/>")))),
+     Ticket(Init("psk:JobP", Value("integer", "1")) +
+            Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", "<psf:ParameterRef name='psk:JobP'/>"))))},
+    {SchemaRule::DistinctOptions, Capabilities(Offered(kOption + "\n" + kOption)),
+     Capabilities(Offered(kOption + "<psf:Option name='psk:B'/><psf:Option/>")), 3},
+    {SchemaRule::DistinctOptions,
+     Ticket(Feature("psk:PageX", "<psf:Option>" + Scored("psk:S", Value("integer", "1")) + "</psf:Option>\n" +
+                                     "<psf:Option>" + Scored("psk:S", Value("integer", "1")) + "</psf:Option>")),
+     Ticket(Feature("psk:PageX", "<psf:Option>" + Scored("psk:S", Value("integer", "1")) + "</psf:Option>\n" +
+                                     "<psf:Option>" + Scored("psk:S", Value("integer", "2")) + "</psf:Option>")),
+     3},
+    {SchemaRule::Sizes, Ticket(Init("psk:PageMediaSizeMediaSizeWidth", Value("integer", "0"))),
+     Ticket(Init("psk:PageMediaSizeMediaSizeWidth", Value("integer", "1")))},
+};
+
+std::string Tell(const std::vector<SchemaFinding>& findings) {
+    std::string text;
+    for (const SchemaFinding& finding : findings)
+        text += std::to_string(finding.line) + (finding.isNote ? " note " : " ") + finding.sentence + "\n";
+    return text;
+}
+
+TEST(SchemaCheck, EachRuleIsBrokenByOneTwinAlone) {
+    for (const Twins& twins : kTwins) {
+        const std::vector<SchemaFinding> broken = CheckSchemaDocument(twins.broken);
+        ASSERT_EQ(broken.size(), 1u) << twins.broken << '\n' << Tell(broken);
+        EXPECT_EQ(broken[0].rule, twins.rule) << twins.broken << '\n' << Tell(broken);
+        EXPECT_EQ(broken[0].line, twins.line) << Tell(broken);
+        EXPECT_FALSE(broken[0].isNote) << Tell(broken);
+        EXPECT_EQ(Tell(CheckSchemaDocument(twins.sound)), "") << twins.sound;
+    }
+}
+
+TEST(SchemaCheck, WhatTheComponentMustWriteIsANote) {
+    for (const std::string& document : {Ticket(Feature("ns0000:PageX", kOption) + Feature("ns0000:PageY", kOption)),
+                                        Capabilities(Feature("psk:PageICMRenderingIntent", kOption)),
+                                        Ticket("<psf:ParameterInit xmlns:mk='urn:m' name='mk:JobP'>" +
+                                               Value("QName", "ns0001:A") + "</psf:ParameterInit>")}) {
+        const std::vector<SchemaFinding> findings = CheckSchemaDocument(document);
+        ASSERT_EQ(findings.size(), 1u) << Tell(findings);
+        EXPECT_TRUE(findings[0].isNote) << Tell(findings);
+    }
+}
+
+TEST(SchemaCheck, WhatIsNoXmlIsUnreadable) {
+    for (const char* bytes : {"", "text", "<a>", "<p:a/>", "<!DOCTYPE a><a/>", "<a b='1' b='2'/>", "<a>&x;</a>"}) {
+        EXPECT_THROW(CheckSchemaDocument(bytes), InputError) << bytes;
+    }
+}
+
+class CheckCommand : public HostRun {};
+
+TEST_F(CheckCommand, TellsLineAndStatus) {
+    const std::string sound = Write("sound.xml", Ticket(kDone));
+    EXPECT_EQ(Do({"check", sound}), sound + ": no rule is broken.\n");
+
+    const std::string broken = Write("broken.xml", Ticket(kDone + "\n" + kDone));
+    const Outcome outcome = Run({"check", broken});
+    EXPECT_EQ(outcome.status, 1) << outcome.err;
+    EXPECT_EQ(outcome.out, broken + ":3: the Feature 'psk:PageX' occurs twice in the root; the first is on line 2.\n" +
+                               broken + ": 1 rule is broken, in 1 place.\n");
+
+    for (const char* bytes : {"no XML", "<!DOCTYPE a><a/>"}) {
+        EXPECT_EQ(Run({"check", Write("unreadable.xml", bytes)}).status, 2) << bytes;
+    }
+    EXPECT_EQ(Run({"check", File("absent.xml")}).status, 2);
+}
+
+// Documents that other software wrote break rules; they must not break the check.
+TEST_F(CheckCommand, ForeignDocumentsAreChecked) {
+    const std::filesystem::path folder = std::filesystem::path(MV_SOURCE_FOLDER) / ".." / "shared" / "documents";
+    std::error_code absent;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, absent)) {
+        if (entry.path().extension() == ".xml") {
+            EXPECT_LE(Run({"check", PathToUtf8(entry.path())}).status, 1) << entry.path();
+        }
+    }
+}
+
+TEST(OwnDocuments, BreakNoRule) {
+    for (const char* name : {kPress, kOffice, kScript}) {
+        SCOPED_TRACE(name);
+        const TestStore store;
+        const TestPrinter printer(name);
+        RebuildCapabilityCaches(printer.GetHandle());
+        const PrintSession session(printer.GetName());
+        const auto& product = *session.GetPrinter().GetProduct();
+        for (const DevmodeSettings& settings :
+             {DevmodeSettings(), DevmodeSettings{{{"dmOrientation", "2"}, {"dmCopies", "3"}, {"dmDuplex", "3"}}, {}},
+              DevmodeSettings{{{"dmPaperSize", "256"}, {"dmPaperWidth", "1000"}, {"dmPaperLength", "1500"}}, {}}}) {
+            DevmodeBuffer devmode = MakeDevmode(product, printer.GetName().AsWideString(), settings);
+            const PrintSession::Document ticket = session.MakeTicket(devmode);
+            ExpectSound(ticket.Get());
+            ExpectSound(session.MakeCapabilities(ticket.Get()).Get());
+        }
+        ExpectSound(session.MakeCapabilities().Get());
+    }
+}
+
+}  // namespace

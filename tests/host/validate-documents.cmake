@@ -1,0 +1,16 @@
+# Runs the demonstration and validates its documents against the Print Schema framework's schema.
+# cmake -DHOST=mvpthost -DXMLLINT=xmllint -DSCHEMA=psf.xsd -DFOLDER=scratch -P validate-documents.cmake
+file(REMOVE_RECURSE ${FOLDER})
+execute_process(COMMAND ${HOST} demo -o ${FOLDER} OUTPUT_QUIET RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "the demonstration failed")
+endif()
+file(GLOB documents ${FOLDER}/*/*.xml)
+list(LENGTH documents count)
+if(count EQUAL 0)
+    message(FATAL_ERROR "the demonstration left no documents")
+endif()
+execute_process(COMMAND ${XMLLINT} --noout --nonet --schema ${SCHEMA} ${documents} RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "documents are not valid")
+endif()

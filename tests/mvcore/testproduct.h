@@ -1,0 +1,68 @@
+// A small product of the tests' own, so that their numbers stay true whatever the shipped products learn.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+
+inline constexpr const char* kTestProduct = R"(
+model = "Test Product"
+controller_family = 8434
+driver_version = 1
+workflow_library = "mvwftuC0.dll"
+dependent_files = ["mvutilC0.dll"]
+pages_per_sheet = [1]
+papers = [
+    { size = "NorthAmericaLetter" },
+    { size = "ISOA4" },
+    { size = "NorthAmericaTabloid" },
+    { size = "NorthAmerica11x17" },
+    { name = "Press Sheet 330 x 487", number = 400, value = 6700, width = 330200, length = 487680 },
+    { size = "CustomMediaSize" },
+]
+trays = [
+    { number = 15, value = 5001, name = "Automatic" },
+    { number = 1, value = 7147, name = "Tray 1" },
+    { number = 3, value = 7149, name = "Tray 2" },
+]
+media_types = [
+    { value = 5001, name = "Automatic" },
+    { value = 6800, name = "Plain" },
+    { value = 6801, name = "Transparency" },
+    { value = 9636, name = "House Stock" },
+]
+resolutions = [
+    { x = 600, y = 600, default = true, name = "600" },
+    { x = 1200, y = 2400, name = "1200 x 2400" },
+]
+[features]
+43 = { minimum = 1, maximum = 9999, default = 1 }
+45 = { values = [5410, 5411], default = 5410 }
+46 = { values = [5420, 5421, 5422], default = 5420 }
+78 = {}
+172 = { minimum = 139700, maximum = 330200, default = 215900 }
+173 = { minimum = 139700, maximum = 660400, default = 279400 }
+210 = {}
+286 = { default = true }
+477 = {}
+[devmode]
+dmOrientation = 1
+dmPaperSize = 1
+dmScale = 100
+dmCopies = 1
+dmDefaultSource = 15
+dmPrintQuality = 600
+dmYResolution = 600
+dmColor = 2
+dmDuplex = 1
+dmCollate = 1
+dmMediaType = 1
+)";
+
+inline std::filesystem::path GetTestProductFile() {
+    static const std::filesystem::path file = [] {
+        std::filesystem::path path = std::filesystem::temp_directory_path() / "mvcore_test_product.toml";
+        std::ofstream(path) << kTestProduct;
+        return path;
+    }();
+    return file;
+}

@@ -1,0 +1,107 @@
+// Protection of data: what comes back, what does not, and the key file.
+#include <store.h>
+#include <widetext.h>
+#include <wincrypt.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Take(DATA_BLOB& blob) {
+    std::string bytes(reinterpret_cast<const char*>(blob.pbData), blob.cbData);
+    LocalFree(blob.pbData);
+    blob = {};
+    return bytes;
+}
+
+DATA_BLOB BlobOf(std::string& bytes) {
+    return {static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
+}
+
+// The protected bytes; "error N" when they are refused.
+std::string Protect(std::string plain, std::string entropy = "") {
+    DATA_BLOB in = BlobOf(plain), salt = BlobOf(entropy), out = {};
+    if (!CryptProtectData(&in, nullptr, entropy.empty() ? nullptr : &salt, nullptr, nullptr, 0, &out))
+        return "error " + std::to_string(GetLastError());
+    return Take(out);
+}
+std::string Unprotect(std::string bytes, std::string entropy = "") {
+    DATA_BLOB in = BlobOf(bytes), salt = BlobOf(entropy), out = {};
+    if (!CryptUnprotectData(&in, nullptr, entropy.empty() ? nullptr : &salt, nullptr, nullptr, 0, &out))
+        return "error " + std::to_string(GetLastError());
+    return Take(out);
+}
+
+class ProtectTest : public testing::Test {
+protected:
+    ProtectTest() { OpenStore((folder_ / "store").string()); }
+    ~ProtectTest() override {
+        CloseStore();
+        fs::remove_all(folder_);
+    }
+    fs::path KeyFile() const { return folder_ / "store" / "protection.key"; }
+
+    fs::path folder_ = fs::temp_directory_path() / ("mvprotect-" + std::to_string(GetCurrentProcessId()));
+};
+
+TEST_F(ProtectTest, GivesBackWhatWasProtectedAndNothingElse) {
+    for (const std::string& plain : {std::string(), std::string("secret"), std::string(70000, 'x')}) {
+        const std::string bytes = Protect(plain);
+        EXPECT_EQ(Unprotect(bytes), plain);
+        EXPECT_NE(Protect(plain), bytes) << "another nonce each time";
+        if (plain.size() == 6) {
+            EXPECT_EQ(bytes.find(plain), std::string::npos);
+            for (std::size_t at = 0; at < bytes.size(); ++at) {
+                std::string changed = bytes;
+                changed[at] = static_cast<char>(changed[at] ^ 1);
+                EXPECT_EQ(Unprotect(changed), "error 13") << at;
+                EXPECT_EQ(Unprotect(bytes.substr(0, at)), "error 13") << at;
+            }
+            EXPECT_EQ(Unprotect(bytes + "x"), "error 13");
+            EXPECT_EQ(Unprotect(bytes, "salt"), "error 13");
+            EXPECT_EQ(Unprotect(Protect(plain, "salt"), "salt"), plain);
+        }
+    }
+    DATA_BLOB out = {};
+    std::string plain = "p";
+    DATA_BLOB in = BlobOf(plain);
+    EXPECT_FALSE(CryptProtectData(&in, W("described"), nullptr, nullptr, nullptr, 0, &out));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_SUPPORTED});
+    EXPECT_FALSE(CryptProtectData(nullptr, nullptr, nullptr, nullptr, nullptr, 0, &out));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+}
+
+TEST_F(ProtectTest, TheKeyIsTheStoresAndItsOwnersAlone) {
+    const std::string bytes = Protect("secret");
+    EXPECT_EQ(fs::status(KeyFile()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(fs::file_size(KeyFile()), 32u);
+    for (const auto& entry : fs::directory_iterator(KeyFile().parent_path()))
+        EXPECT_FALSE(entry.path().filename().string().starts_with("protection.key.")) << "a file half made";
+
+    OpenStore((folder_ / "other").string());
+    EXPECT_EQ(Unprotect(bytes), "error 13");
+    OpenStore(":memory:");
+    EXPECT_EQ(Unprotect(bytes), "error 13");
+    const std::string inMemory = Protect("secret");
+    EXPECT_EQ(Unprotect(inMemory), "secret");
+    OpenStore((folder_ / "store").string());
+    EXPECT_EQ(Unprotect(bytes), "secret") << "the key outlives the process's use of the store";
+    OpenStore(":memory:");
+    EXPECT_EQ(Unprotect(inMemory), "error 13") << "that key is gone";
+
+    OpenStore((folder_ / "store").string());
+    fs::permissions(KeyFile(), fs::perms::group_read, fs::perm_options::add);
+    EXPECT_EQ(Unprotect(bytes), "error 5");
+    EXPECT_EQ(Protect("more"), "error 5");
+    fs::permissions(KeyFile(), fs::perms::group_read, fs::perm_options::remove);
+    fs::resize_file(KeyFile(), 31);
+    EXPECT_EQ(Unprotect(bytes), "error 13");
+}
+
+}  // namespace

@@ -1,0 +1,141 @@
+// Imageable size and area: margins from the margin file or the device settings, turned with the page.
+#include "boundprovider.h"
+
+#include <support/capabilitycaches.h>
+
+#include <fstream>
+
+namespace {
+
+std::string Ticket(const std::string& width, const std::string& height, const std::string& orientation) {
+    const auto property = [](const std::string& name, const std::string& value) {
+        return "<psf:ScoredProperty name='psk:" + name + "'><psf:Value>" + value + "</psf:Value></psf:ScoredProperty>";
+    };
+    return "<psf:Feature name='psk:PageMediaSize'><psf:Option name='psk:CustomMediaSize'>" +
+           property("MediaSizeWidth", width) + property("MediaSizeHeight", height) + "</psf:Option></psf:Feature>" +
+           (orientation.empty()
+                ? ""
+                : "<psf:Feature name='psk:PageOrientation'><psf:Option name='psk:" + orientation + "'/></psf:Feature>");
+}
+
+// The press with a margin file and margin settings of its own: left 1000, top 2000, right 3000, bottom 4000
+// micrometres.
+class ImageableTest : public testing::Test {
+protected:
+    ImageableTest() {
+        std::ifstream file(ProductFile(kPress));
+        std::string product{std::istreambuf_iterator<char>(file), {}};
+        const std::pair<std::string, std::string> changes[] = {{"\"margin.ini\"", "\"imageable.ini\""},
+                                                               {"422 = 423", "422 = 100"},
+                                                               {"424 = 423", "424 = 200"},
+                                                               {"423 = 423", "423 = 300"},
+                                                               {"425 = 423", "425 = 400"}};
+        for (const auto& [from, to] : changes) product.replace(product.find(from), from.size(), to);
+        std::ofstream(product_) << product;
+        WriteMargins("");
+        press_ = std::make_unique<BoundProvider>(W("Imageable"), product_);
+        StorePapers(press_->GetPrinter(), {MakePaper(1, 2159, 2794, 6430, 25001, W("Letter")),
+                                           MakePaper(34, 1760, 2500, 6500, 25001, W("B5 Envelope"))});
+    }
+    ~ImageableTest() override {
+        press_.reset();
+        std::filesystem::remove(product_);
+        std::filesystem::remove(margins_);
+    }
+
+    void WriteMargins(const std::string& lines) {
+        std::ofstream(margins_) << "[Other]\n612x792=0 0 1 1\n[PostScript]\n" << lines;
+    }
+
+    // The imageable sizes, origin and extents.
+    std::string Area(const std::string& ticketChildren) {
+        const auto ticket = LoadUsual("PrintTicket", ticketChildren);
+        const auto capabilities = LoadUsual("PrintCapabilities", "<psf:Property name='psk:PageImageableSize'/>");
+        EXPECT_EQ((*press_)->CompletePrintCapabilities(ticket.Get(), capabilities.Get()), S_OK);
+        ComPtr<IXMLDOMNodeList> values;
+        const std::string query = "/*/psf:Property[@name='psk:PageImageableSize']//psf:Value";
+        EXPECT_EQ(ValueOf(capabilities, "Property", "psk:PageImageableSize"), "-") << "it has no value of its own";
+        EXPECT_EQ(capabilities->selectNodes(Bstr(CXString(query.c_str()).AsWideString()).Get(), values.Put()), S_OK);
+        std::string all;
+        for (ComPtr<IXMLDOMNode> node; values->nextNode(node.Put()) == S_OK && node;) {
+            Bstr text;
+            node->get_text(text.Put());
+            all += (all.empty() ? "" : " ") + Utf8(text);
+        }
+        return all;
+    }
+
+    TestStore store_;
+    const std::filesystem::path product_ = ProductFile(kPress).parent_path() / "imageable.toml";
+    const std::filesystem::path margins_ = ProductFile(kPress).parent_path() / "imageable.ini";
+    std::unique_ptr<BoundProvider> press_;
+};
+
+TEST_F(ImageableTest, AreaTurnsWithThePage) {
+    // Margins left 1000, top 2000, right 3000 and bottom 4000 micrometres.
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "215900 279400 1000 2000 211900 273400"},
+        {"Portrait", "215900 279400 1000 2000 211900 273400"},
+        {"ReversePortrait", "215900 279400 3000 4000 211900 273400"},
+        {"Landscape", "279400 215900 4000 1000 273400 211900"},
+        {"ReverseLandscape", "279400 215900 2000 3000 273400 211900"},
+        {"landscape", "215900 279400 1000 2000 211900 273400"},
+    };
+    for (const auto& [orientation, area] : cases) EXPECT_EQ(Area(Ticket("215900", "279400", orientation)), area);
+    EXPECT_EQ(Area(Ticket("2147483647", "1000", "")), "2147483600 1000 1000 2000 2147479600 -5000");
+
+    const auto capabilities = LoadUsual("PrintCapabilities", "<psf:Property name='psk:PageImageableSize'/>");
+    ASSERT_EQ((*press_)->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+    const std::string text = ContentOf(capabilities);
+    const std::string start = "<psf:Property name=\"psk:PageImageableSize\">";
+    EXPECT_NE(text.find(start + "<psf:Property name=\"psk:ImageableSizeWidth\">"), std::string::npos) << text;
+    EXPECT_EQ(text.find("PageImageableSize"), text.rfind("PageImageableSize"));
+    EXPECT_LT(text.find("ImageableSizeHeight"),
+              text.find("\"psk:ImageableArea\"><psf:Property name=\"psk:OriginWidth"));
+
+    ProviderProbe::SetCapabilityFlags(**press_, 0x200);
+    EXPECT_EQ(Area(Ticket("215900", "279400", "")), "") << "left as it was";
+}
+
+TEST_F(ImageableTest, MarginsComeFromTheLineOfThePagesSize) {
+    const std::string fromSettings = "1000 2000";
+    const struct {
+        const char *what, *lines, *origin;
+    } cases[] = {
+        {"a line", "612x792=18 18 594 774\n", "6703 6703"},
+        {"the first of two lines, in whole millimetres", "613x792=28 0 612 763\n612x792=18 18 594 774\n",
+         "10231 10583"},
+        {"another page's line", "500x792=18 18 594 774\n", nullptr},
+        {"fractions are dropped", "612x792=17.99 18 594 774.5\n", "6350 6350"},
+        {"sums of single precision", "612x792=17.99999999 18 594 774\n", "6703 6703"},
+        {"white space before numbers, text behind the last", " 612x\t792= 18  18\t594 774 points\n", "6703 6703"},
+        {"signs and exponents", "+6.12e2x792=-0.5 18 594 774\n", "0 6703"},
+        {"a space in front of the x", "612 x792=18 18 594 774\n", nullptr},
+        {"five numbers", "612x792=18 18 594\n", nullptr},
+        {"commas for decimals", "612x792=17,9 18 594 774\n", nullptr},
+        {"hexadecimal", "0x264x792=18 18 594 774\n612x792=0x12 18 594 774\n", nullptr},
+        {"no numbers", "612x792=nan 18 594 774\n612x792=18 18 594 inf\n612x792=-inf 18 594 774\n", nullptr},
+        {"numbers out of range", "612x792=1e39 18 594 774\n612x792=18 18 594 -1e9\n612x792=18 18 1e-50 774\n", nullptr},
+        {"a bad line before a good one", "612x792\n=\nx\n612x792=18 18 594 774\n", "6703 6703"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        WriteMargins(test.lines);
+        const std::string area = Area(Ticket("215900", "279400", ""));
+        EXPECT_EQ(area.substr(0, area.find(' ', area.find(' ', 14) + 1)),
+                  "215900 279400 " + (test.origin ? test.origin : fromSettings));
+    }
+    std::string many;
+    while (many.size() < 4094 - 22) many += "1x1=0 0 0 0\n";
+    WriteMargins(many + "612x792=18 18 594 774.123456789\n");
+    EXPECT_EQ(Area(Ticket("215900", "279400", "")).substr(14, 9), fromSettings) << "a line cut in a number is none";
+}
+
+TEST_F(ImageableTest, EnvelopesOfB5SizeHaveTheLargestMargins) {
+    WriteMargins("499x709=9 9 490 700\n499x709=14 14 485 695\n499x709=8 9 489 700\n499x709=13 14 484 695\n");
+    EXPECT_EQ(Area(Ticket("176000", "250000", "")).substr(14), "5292 5292 165416 239416") << "number 34";
+    StorePapers(press_->GetPrinter(), {MakePaper(1, 2159, 2794, 6430, 25001, W("Letter"))});
+    EXPECT_EQ(Area(Ticket("176000", "250000", "")).substr(14), "3528 3528 168944 242944") << "a size of the user's";
+}
+
+}  // namespace

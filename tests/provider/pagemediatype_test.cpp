@@ -1,0 +1,252 @@
+// Page media type: what the core driver reports, as options and in the document properties.
+#include "boundprovider.h"
+
+#include <support/capabilitycaches.h>
+
+#include <mvutil/crc32.h>
+#include <ptpcprovider/pagemediatypeimpl.h>
+
+namespace {
+
+const AttributeBytesFeatureId kOuter(477), kInner(210), kType(175);
+
+std::string MediaType(const std::string& option) {
+    return "<psf:Feature name='psk:PageMediaType'><psf:Option name='" + option + "'/></psf:Feature>";
+}
+std::string CustomOption(const CXString& name) {
+    return "mk:CustomType_" + std::to_string(Crc32::GetCrc(name.GetString(), name.GetLength() * sizeof(WCHAR)));
+}
+
+AttributeBytesListValue ListOf(AttributeBytesFeatureId feature, const AttributeBytesValue& value) {
+    AttributeBytesRawList list;
+    list.Append(AttributeBytesFeatureId(43), AttributeBytesIntegerValue(5));  // a neighbour that must stay
+    list.Append(feature, value);
+    return AttributeBytesListValue(1, list);
+}
+// A DEVMODE whose document properties hold the media type.
+TestDevmode DevmodeOf(const AttributeBytesValue& type) {
+    const DWORD nameSpace = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+    return TestDevmode(MakePrivateBlock(
+        {{1, MakeAttributeState(nameSpace, ListOf(kOuter, ListOf(kInner, ListOf(kType, type))).GetList())}}));
+}
+AttributeBytesOptionValue Known(DWORD value, bool set = true) {
+    return AttributeBytesOptionValue(AttributeBytesValueId(value), set);
+}
+AttributeBytesOptionValue Named(const CXString& text) {
+    return AttributeBytesOptionValue(AttributeBytesNewValueId(text), true);
+}
+AttributeBytesIndexedList DocumentPropertiesIn(TestDevmode& devmode) {
+    AttributeBytesRawList raw;
+    privateblock::WalkEntries(devmode.Block(), [&](const privateblock::Entry& entry) {
+        if (entry.key != privateblock::kAttributeStateKey) return;
+        PersistentAttributes(ByteBuffer(entry.value, entry.length), false, nullptr)
+            .GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
+    });
+    AttributeBytesIndexedList list;
+    list.ImportFromRawList(raw);
+    return list;
+}
+// The media type among the DEVMODE's document properties, as the list tells it.
+std::string TypeIn(TestDevmode& devmode) {
+    AttributeBytesIndexedList outer, inner;
+    DocumentPropertiesIn(devmode).GetCollection(kOuter, outer);
+    outer.GetCollection(kInner, inner);
+    const AttributeBytesValue* const value = inner.Find(kType);
+    if (!value) return "-";
+    const std::string text = value->GetText().ToUtf8();
+    return (text.empty() ? std::to_string(value->GetOption()) : text) + (value->IsSet() ? "" : " automatic");
+}
+
+class PageMediaTypeTest : public testing::Test {
+protected:
+    PageMediaTypeTest() {
+        Report({{5001, "Automatic"},
+                {1, "Plain Paper"},
+                {2, "Film"},
+                {3, "Gloss"},
+                {6821, "Headed"},
+                {9700, "Heavy Card"},
+                {9701, CXString(WideString(64, W('n')))}});
+    }
+    void Report(const std::vector<std::pair<DWORD, CXString>>& types) {
+        std::vector<MediaCapsRecord> records;
+        for (const auto& [number, name] : types) records.push_back(MakeMedia(number, name));
+        StoreMedia(press_.GetPrinter(), records);
+    }
+    std::string OptionsOffered() {
+        const auto capabilities = LoadUsual("PrintCapabilities", MediaType("psk:Old") + MediaType("psk:Older"));
+        EXPECT_EQ(press_->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+        return ValueOf(capabilities, "Feature", "psk:PageMediaType");
+    }
+
+    TestStore store_;
+    BoundProvider press_{kPress};
+};
+
+TEST_F(PageMediaTypeTest, IsOfferedAsReported) {
+    EXPECT_EQ(OptionsOffered(), "psk:AutoSelect psk:Plain psk:Transparency mk:glossy mk:letterhead " +
+                                    CustomOption(W("Heavy Card")) + " " + CustomOption(WideString(63, W('n'))));
+    const auto capabilities = LoadUsual("PrintCapabilities", "");
+    ASSERT_EQ(press_->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+    const std::string text = ContentOf(capabilities);
+    const auto property = [](const std::string& name, const std::string& value) {
+        return "<psf:ScoredProperty name=\"psk:" + name + "\"><psf:Value xsi:type=\"xsd:QName\">psk:" + value +
+               "</psf:Value></psf:ScoredProperty>";
+    };
+    const auto option = [](const std::string& name, const std::string& display) {
+        return "<psf:Option name=\"" + name +
+               "\" constrained=\"psk:None\"><psf:Property name=\"psk:DisplayName\"><psf:Value "
+               "xsi:type=\"xsd:string\">" +
+               display + "</psf:Value></psf:Property>";
+    };
+    for (const std::string& part :
+         {option("psk:AutoSelect", "Automatic") + "</psf:Option>",
+          option("mk:letterhead", "Headed") + property("BackCoating", "None") + property("FrontCoating", "None") +
+              property("Material", "Paper") + property("PrePrinted", "Letterhead") + property("PrePunched", "None") +
+              property("Recycled", "None") + "</psf:Option>",
+          option("mk:glossy", "Gloss") + property("FrontCoating", "Glossy") + property("Material", "Paper"),
+          option(CustomOption(W("Heavy Card")), "Heavy Card") + "</psf:Option>"}) {
+        EXPECT_NE(text.find(part), std::string::npos) << part << '\n' << text;
+    }
+}
+
+TEST_F(PageMediaTypeTest, IsFoundByNumber) {
+    const std::pair<DWORD, std::string> cases[] = {{6799, "psk:AutoSelect psk:Bond"},
+                                                   {6800, "psk:Plain psk:Bond"},
+                                                   {6802, "mk:tab-stock psk:Bond"},
+                                                   {6822, "psk:CardStock psk:Bond"},
+                                                   {6869, "mk:postcard psk:Bond"},
+                                                   {0, "psk:Bond"},
+                                                   {6798, "psk:Bond"},
+                                                   {6870, "psk:Bond"},
+                                                   {9635, "psk:Bond"},
+                                                   {9636, CustomOption(W("Name")) + " psk:Bond"},
+                                                   {0xFFFFFFFF, CustomOption(W("Name")) + " psk:Bond"},
+                                                   {6811, "-"}};
+    for (const auto& [number, wanted] : cases) {
+        SCOPED_TRACE(number);
+        Report({{number, "Name"}, {6808, "Bond"}});
+        EXPECT_EQ(OptionsOffered(), wanted);
+    }
+    Report({});
+    EXPECT_EQ(OptionsOffered(), "psk:Old psk:Older") << "without a list nothing is changed";
+}
+
+TEST_F(PageMediaTypeTest, IsStoredFromTheTicket) {
+    const std::string heavyCard = CustomOption(W("Heavy Card"));
+    const struct {
+        const char* what;
+        std::string option;
+        AttributeBytesValue before;
+        const char* after;
+    } cases[] = {
+        {"another type", "psk:Transparency", Known(6800), "6801"},
+        {"the same type keeps whether it was set", "psk:Plain", Known(6800, false), "6800 automatic"},
+        {"a private name", "mk:glossy", Known(6800), "6820"},
+        {"a private name in the keywords namespace: the first type", "psk:glossy", Known(6800), "5001 automatic"},
+        {"an unknown name: the first type", "psk:Bond", Known(6801), "5001 automatic"},
+        {"a type of the user's", heavyCard, Known(6800), "Heavy Card"},
+        {"the same type of the user's", heavyCard, Named(W("Heavy Card")), "Heavy Card"},
+        {"from the user's type", "psk:Plain", Named(W("Heavy Card")), "6800"},
+        {"nothing stored yet", "psk:Plain", AttributeBytesIntegerValue(1), "6800"},
+        {"nothing stored and nothing to store", "psk:AutoSelect", AttributeBytesStringValue(W("?")), "? "},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        TestDevmode devmode = DevmodeOf(test.before);
+        const std::vector<BYTE> before = devmode.CopyBlock();
+        ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", MediaType(test.option)), devmode), S_OK);
+        if (std::string(test.after) == "? ") {
+            EXPECT_EQ(devmode.CopyBlock(), before);
+            continue;
+        }
+        EXPECT_EQ(TypeIn(devmode), test.after);
+        AttributeBytesIndexedList outer;
+        LONG neighbour = 0;
+        DocumentPropertiesIn(devmode).GetCollection(kOuter, outer);
+        EXPECT_TRUE(outer.GetIntegerValue(AttributeBytesFeatureId(43), neighbour)) << "what is beside it stays";
+    }
+    TestDevmode bare = MakeTestDevmode();
+    ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", MediaType("mk:letterhead")), bare), S_OK);
+    EXPECT_EQ(TypeIn(bare), "6821") << "the collections are made when they are not there";
+    const std::vector<BYTE> before = bare.CopyBlock();
+    ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", ""), bare), S_OK);
+    EXPECT_EQ(bare.CopyBlock(), before) << "no media type in the ticket";
+    TestDevmode blockless(0);
+    ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", MediaType("psk:Plain")), blockless), S_OK);
+}
+
+TEST_F(PageMediaTypeTest, IsWrittenFromTheDocumentProperties) {
+    const std::string heavyCard = CustomOption(W("Heavy Card"));
+    const std::pair<AttributeBytesValue, std::string> cases[] = {
+        {Known(6801), "psk:Transparency"},      {Known(6820), "mk:glossy"},
+        {Known(5001, false), "psk:AutoSelect"}, {Known(9700), heavyCard},
+        {Named(W("Heavy Card")), heavyCard},    {Named(W("Gone")), "psk:AutoSelect"},
+        {Known(6868), "psk:AutoSelect"},        {AttributeBytesIntegerValue(6801), "psk:AutoSelect"}};
+    for (const auto& [type, wanted] : cases) {
+        SCOPED_TRACE(wanted);
+        TestDevmode devmode = DevmodeOf(type);
+        const auto ticket = LoadUsual("PrintTicket", MediaType("psk:Old") + MediaType("psk:Older"));
+        ASSERT_EQ(press_.ToTicket(devmode, ticket), S_OK);
+        EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageMediaType"), wanted);
+    }
+    TestDevmode devmode = DevmodeOf(Known(6801));
+    for (const auto& reported : {std::vector<std::pair<DWORD, CXString>>{}, {{6811, "Nameless"}}}) {
+        Report(reported);
+        const auto ticket = LoadUsual("PrintTicket", MediaType("psk:Old"));
+        ASSERT_EQ(press_.ToTicket(devmode, ticket), S_OK);
+        EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageMediaType"), "psk:Old") << "a unit that fails changes nothing";
+    }
+}
+
+// A core driver whose answers change: the counts that it gives call by call. Notes how many items were written where
+// fewer had been announced, with ten to spare.
+TEST(ReportedMediaTypes, AreReadFromAnswersThatChange) {
+    const struct {
+        const char* what;
+        std::vector<int> answers;  // numbers announced, numbers, names announced, names, and so on
+        std::size_t types;
+    } cases[] = {
+        {"none", {0}, 0},
+        {"an error", {-1}, 0},
+        {"none any more", {5, 0}, 0},
+        {"two", {2, 2, 2, 2}, 2},
+        {"no names", {2, 2, -1}, 0},
+        {"more by now", {2, 12, 12, 12}, 12},
+        {"more names at first", {2, 2, 5, 5, 5, 5, 5, 5}, 5},
+        {"fewer names, twice", {5, 5, 3, 3, 5, 5, 3, 3}, 0},
+        {"far more names", {2, 2, 500, 500}, 0},
+        {"more numbers than there is room for", {2, 13, 13, 13}, 0},
+        {"no numbers the second time", {2, 2, 5, 5, -1, 5, 5}, 0},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        std::size_t next = 0;
+        int room = 0;
+        const auto types = ReadReportedMediaTypes([&](WORD capability, WCHAR* output) {
+            EXPECT_LT(next, test.answers.size());
+            const int answer = next < test.answers.size() ? test.answers[next++] : -1;
+            if (!output) {
+                room = answer + 10;
+                return answer;
+            }
+            // What does not fit cannot be written here: the room is told by the announcement alone.
+            for (int item = 0; item < std::min(answer, room); ++item) {
+                if (capability == DC_MEDIATYPES) {
+                    reinterpret_cast<DWORD*>(output)[item] = static_cast<DWORD>(100 + item);
+                } else {
+                    std::fill_n(output + 64 * item, 64, static_cast<WCHAR>('a' + item));  // no terminator
+                }
+            }
+            return answer;
+        });
+        EXPECT_EQ(next, test.answers.size());
+        ASSERT_EQ(types.size(), test.types);
+        for (std::size_t item = 0; item < types.size(); ++item) {
+            EXPECT_EQ(types[item].number, 100 + item);
+            EXPECT_EQ(types[item].name, CXString(WideString(64, static_cast<WCHAR>('a' + item))));
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,136 @@
+// Output quality, and the fix-ups of orientation, resolution and duplex.
+#include "boundprovider.h"
+
+#include <support/capabilitycaches.h>
+
+namespace {
+
+std::string DisplayName(const std::string& text) {
+    return "<psf:Property name='psk:DisplayName'><psf:Value>" + text + "</psf:Value></psf:Property>";
+}
+std::string Feature(const std::string& name, const std::string& content) {
+    return "<psf:Feature name='psk:" + name + "'>" + content + "</psf:Feature>";
+}
+std::string Option(const std::string& name, const std::string& content = "") {
+    return "<psf:Option name='psk:" + name + "'>" + content + "</psf:Option>";
+}
+std::string Resolution(const std::string& x, const std::string& y) {
+    const auto property = [](const std::string& name, const std::string& value) {
+        return value.empty() ? ""
+                             : "<psf:ScoredProperty name='psk:Resolution" + name + "'><psf:Value>" + value +
+                                   "</psf:Value></psf:ScoredProperty>";
+    };
+    return Option(x + "x" + y, DisplayName("core") + property("X", x) + property("Y", y));
+}
+
+// The display names of a feature and of its options.
+std::string NamesIn(const ComPtr<IXMLDOMDocument2>& document, const std::string& feature) {
+    ValueOf(document, "Feature", feature);  // declares the prefix of the query
+    const std::string query =
+        "//psf:Feature[@name='psk:" + feature + "']//psf:Property[@name='psk:DisplayName']/psf:Value";
+    ComPtr<IXMLDOMNodeList> nodes;
+    EXPECT_EQ(document->selectNodes(Bstr(CXString(query.c_str()).AsWideString()).Get(), nodes.Put()), S_OK);
+    std::string all;
+    for (ComPtr<IXMLDOMNode> node; nodes->nextNode(node.Put()) == S_OK && node;) {
+        Bstr text;
+        node->get_text(text.Put());
+        all += (all.empty() ? "" : "|") + Utf8(text);
+    }
+    return all;
+}
+
+ComPtr<IXMLDOMDocument2> Complete(const BoundProvider& provider, const std::string& children) {
+    const auto capabilities = LoadUsual("PrintCapabilities", children);
+    EXPECT_EQ(provider->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+    return capabilities;
+}
+
+TEST(OutputQuality, IsAutomaticOnOneFamilyAndAbsentOnOthers) {
+    const TestStore store;
+    const std::string old = Feature("PageOutputQuality", Option("Draft") + Option("High"));
+    for (const auto& [product, wanted] : {std::pair{kOffice, "psk:Automatic"}, {kPress, "-"}, {kScript, "-"}}) {
+        SCOPED_TRACE(product);
+        const BoundProvider provider(product, CXString(product));
+        const auto capabilities = Complete(provider, old + old);
+        EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageOutputQuality"), wanted);
+        EXPECT_EQ(NamesIn(capabilities, "PageOutputQuality"), *wanted == '-' ? "" : "Print Quality|Automatic");
+
+        TestDevmode devmode = MakeTestDevmode();
+        const std::vector<BYTE> before(reinterpret_cast<BYTE*>(&devmode.Get()->dmPrintQuality),
+                                       devmode.Block() + privateblock::kBytes);
+        const auto ticket = LoadUsual("PrintTicket", Feature("PageOutputQuality", Option("Draft")));
+        ASSERT_EQ(provider.ToDevmode(ticket, devmode), S_OK);
+        EXPECT_EQ(devmode.Get()->dmPrintQuality, 0) << "the ticket's quality goes nowhere";
+        EXPECT_EQ(devmode.CopyBlock(), MakeTestDevmode().CopyBlock());
+        ASSERT_EQ(provider.ToTicket(devmode, ticket), S_OK);
+        EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageOutputQuality"), wanted);
+    }
+}
+
+TEST(Orientation, IsTakenOutOnceWhenDoubled) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    const std::string first = Feature("PageOrientation", Option("Landscape")),
+                      second = Feature("PageOrientation", Option("Portrait"));
+    const std::pair<std::string, const char*> cases[] = {{first, "psk:Landscape"},
+                                                         {first + second, "psk:Portrait"},
+                                                         {first + second + first, "psk:Portrait psk:Landscape"},
+                                                         {"", "-"}};
+    for (const auto& [children, wanted] : cases) {
+        EXPECT_EQ(ValueOf(Complete(office, children), "Feature", "psk:PageOrientation"), wanted);
+        TestDevmode devmode = MakeTestDevmode();
+        const auto ticket = LoadUsual("PrintTicket", children);
+        ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+        EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageOrientation"), wanted);
+    }
+}
+
+TEST(Resolutions, AreThoseOfTheDevice) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    StoreResolutions(office.GetPrinter(),
+                     {MakeResolution(300, 300, W("low")), MakeResolution(600, 600, W("fine")),
+                      MakeResolution(600, 600, W("again")), MakeResolution(600, 1200, W("finest"))});
+    const struct {
+        const char* what;
+        std::string options;
+        const char *wanted, *names;
+    } cases[] = {
+        {"one too many", Resolution("300", "300") + Resolution("600", "600") + Resolution("1200", "1200"),
+         "psk:300x300 psk:600x600", "Resolution|low|fine"},
+        {"swapped", Resolution("1200", "600") + Resolution("600", "1200"), "psk:600x1200", "Resolution|finest"},
+        {"text behind the digits", Resolution(" 300dpi", "300"), "psk: 300dpix300", "Resolution|low"},
+        {"an option without values ends it", Resolution("1", "1") + Resolution("600", "") + Resolution("300", "300"),
+         "psk:600x psk:300x300", "Resolution|core|core"},
+        {"none left", Resolution("1", "1"), "-", "Resolution"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        const auto capabilities = Complete(office, Feature("PageResolution", DisplayName("core") + test.options));
+        EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageResolution"), test.wanted);
+        EXPECT_EQ(NamesIn(capabilities, "PageResolution"), test.names);
+    }
+    EXPECT_EQ(ValueOf(Complete(office, ""), "Feature", "psk:PageResolution"), "-");
+    EXPECT_EQ(NamesIn(Complete(office, Feature("PageResolution", Resolution("300", "300"))), "PageResolution"), "low")
+        << "a feature without a display name keeps none";
+
+    StoreResolutions(office.GetPrinter(), {});
+    EXPECT_EQ(NamesIn(Complete(office, Feature("PageResolution", DisplayName("core") + Resolution("1", "1"))),
+                      "PageResolution"),
+              "core|core")
+        << "without a list nothing is changed";
+}
+
+TEST(Duplex, HasTheProductsNames) {
+    const TestStore store;
+    const BoundProvider office(kOffice);
+    const std::string name = "JobDuplexAllDocumentsContiguously";
+    const std::string content = DisplayName("core") + Option("OneSided", DisplayName("core 1")) +
+                                Option("TwoSidedLongEdge", DisplayName("core 2")) + Option("TwoSidedShortEdge") +
+                                Option("Other", DisplayName("core 3"));
+    EXPECT_EQ(NamesIn(Complete(office, Feature(name, content)), name),
+              "2-Sided Printing|1-Sided Print|2-Sided Print|core 3");
+    EXPECT_EQ(NamesIn(Complete(office, ""), name), "");
+}
+
+}  // namespace
