@@ -39,8 +39,6 @@ constexpr DWORD kCopiesOfDevmode = 5400;
 constexpr DWORD kCollationOfDevmode = 8090;
 constexpr DWORD kCollated = 5410;
 constexpr DWORD kUncollated = 5411;
-constexpr DWORD kPageLanguage = 8631;
-constexpr DWORD kPostScript = 8630;
 
 // What the private DEVMODE says of title, sender and recipient.
 struct JobTexts {
@@ -104,11 +102,10 @@ void SetJobTexts(const ListOfFeaturesRef& features, const JobTexts& job, const C
     }
 }
 
-void SetPageLanguage(const ListOfFeaturesRef& features, ULONGLONG flags) {
+void SetByFlags(const ListOfFeaturesRef& features, ULONGLONG flags) {
     constexpr DWORD kFeature = 236;
-    if (flags & (RenBase::kFirstPageLanguageFlag | RenBase::kSecondPageLanguageFlag))
-        SetOption(features, kFeature, kPageLanguage);
-    if (flags & RenBase::kPostScriptFlag) SetOption(features, kFeature, kPostScript);
+    if (flags & RenBase::kFlags8631) SetOption(features, kFeature, 8631);
+    if (flags & RenBase::kFlag8630) SetOption(features, kFeature, 8630);
 }
 
 void SetCopiesAndCollation(const ListOfFeaturesRef& features, const DEVMODEW& devmode) {
@@ -180,7 +177,7 @@ bool RenBase::GenerateMvjt(HANDLE printerHandle, const DEVMODEW* devmode, XOemPd
         LONG jobNumber = 0;
         if (services.IsFeatureSupported(FeatureId(716)) && pdev.GetPropertyLong(kJobNumberItem, jobNumber))
             SetString(features, 716, PrintJob::GetLumeoPrintJobIDkey(printerHandle, jobNumber, job.jobText));
-        SetPageLanguage(features, flags);
+        SetByFlags(features, flags);
         manager.EndMassSet();
     }
     SetCopiesAndCollation(features, *devmode);

@@ -1,6 +1,8 @@
 // Conversions of text; malformed input of either kind gives well-formed output unless raw text was asked for.
 #include "domtext.h"
 
+#include <widetext.h>
+
 #include <limits>
 
 namespace dom {
@@ -49,9 +51,15 @@ void AppendUtf8(char32_t c, std::string* out) {
 
 std::string ToUtf8(WideView text, bool replace) {
     if (text.size() > kMaximumCharacters) throw std::bad_alloc();
-    std::string utf8;
-    utf8.reserve(text.size());
-    for (std::size_t position = 0; position < text.size();) {
+    // Nearly all names and values are ASCII: copied unit by unit as far as that goes.
+    std::string utf8(text.size(), '\0');
+    std::size_t position = 0;
+    while (position < text.size() && text[position] >= 0x20 && text[position] < 0x7F) {
+        utf8[position] = static_cast<char>(text[position]);
+        ++position;
+    }
+    utf8.resize(position);
+    while (position < text.size()) {
         const char32_t c = NextCharacter(text, &position);
         AppendUtf8(replace && !IsXmlCharacter(c) ? kReplacement : c, &utf8);
     }
@@ -86,9 +94,14 @@ std::string RawToUtf8(WideView text) { return ToUtf8(text, false); }
 
 Bstr ToBstr(std::string_view utf8) {
     if (utf8.size() > kMaximumCharacters * 4) throw std::bad_alloc();
-    std::basic_string<WCHAR> text;
-    text.reserve(utf8.size());
-    for (std::size_t position = 0; position < utf8.size();) {
+    std::basic_string<WCHAR> text(utf8.size(), W('\0'));
+    std::size_t position = 0;
+    while (position < utf8.size() && static_cast<unsigned char>(utf8[position]) < 0x80) {
+        text[position] = static_cast<WCHAR>(utf8[position]);
+        ++position;
+    }
+    text.resize(position);
+    while (position < utf8.size()) {
         char32_t c = NextUtf8Character(utf8, &position);
         if (c >= 0x10000) {
             c -= 0x10000;

@@ -122,14 +122,14 @@ void DomTree::SetEncoding() noexcept {
 
 xmlNs* DomTree::Namespace(std::string_view prefix, std::string_view uri) {
     if (uri.empty()) return nullptr;
-    const auto [entry, isNew] = namespaces_.try_emplace({std::string(prefix), std::string(uri)});
+    if (const auto known = namespaces_.find(std::make_pair(prefix, uri)); known != namespaces_.end())
+        return &known->second;
+    const auto entry = namespaces_.try_emplace({std::string(prefix), std::string(uri)}).first;
     xmlNs& record = entry->second;
-    if (isNew) {
-        record = xmlNs();
-        record.type = XML_LOCAL_NAMESPACE;
-        record.href = XmlChars(entry->first.second.c_str());
-        record.prefix = prefix.empty() ? nullptr : XmlChars(entry->first.first.c_str());
-    }
+    record = xmlNs();
+    record.type = XML_LOCAL_NAMESPACE;
+    record.href = XmlChars(entry->first.second.c_str());
+    record.prefix = prefix.empty() ? nullptr : XmlChars(entry->first.first.c_str());
     return &record;
 }
 

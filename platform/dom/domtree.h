@@ -133,7 +133,16 @@ private:
 
     xmlDoc* document_;
     std::uint64_t changes_;
-    std::map<std::pair<std::string, std::string>, xmlNs> namespaces_;
+    // By prefix and URI; found without copying either.
+    struct NamespaceOrder {
+        using is_transparent = void;
+        template <class A, class B>
+        bool operator()(const A& a, const B& b) const noexcept {
+            using Views = std::pair<std::string_view, std::string_view>;
+            return Views(a.first, a.second) < Views(b.first, b.second);
+        }
+    };
+    std::map<std::pair<std::string, std::string>, xmlNs, NamespaceOrder> namespaces_;
     std::unordered_map<xmlNode*, std::size_t> orphans_;  // root, number of wrappers in it
 };
 

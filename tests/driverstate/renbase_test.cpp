@@ -9,10 +9,11 @@
 #include <mvutil/datacache.h>
 #include <mvutil/executioncontext.h>
 #include <mvutil/morvaneexception.h>
+#include <mvutil/printjob.h>
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <fstream>
 
 namespace {
 
@@ -174,16 +175,39 @@ TEST_F(RenBaseTest, LetsTheLibraryWriteUnlessTheSettingNamesTheOwnWriter) {
     EXPECT_TRUE(Has(ticket, "%MVNmessage: a message")) << ticket;
 }
 
-TEST_F(RenBaseTest, TellsTheJobsKeyIdentificationAndPageLanguage) {
-    TestDevmode devmode = MakeJobDevmode();
-    pdev_.SetPropertyLong(16, 17);
-    StoreDeviceSettings([](auto& list) {
-        SetOption(list, 239, 7622);
-        SetOption(list, 240, 7640);
-        SetText(list, 244, W("first"));
-    });
-    for (const ULONGLONG flags : {0x0, 0x40, 0x80, 0x200, 0x240})
-        EXPECT_TRUE(Generate(devmode, flags).starts_with("%MVN")) << "the features of them are there";
+// What a job sets shows by what happens when the model lacks it: no ticket.
+TEST_F(RenBaseTest, SetsWhatTheJobAndThePrinterAskFor) {
+    std::ifstream file(ProductFile(kPress));
+    const std::string product{std::istreambuf_iterator<char>(file), {}};
+    const struct {
+        DWORD without;
+        ULONGLONG flags;
+        bool identifies;
+        bool hasTicket;
+    } cases[] = {{236, 0x400, false, true},  {236, 0x40, false, false}, {236, 0x80, false, false},
+                 {236, 0x200, false, false}, {79, 0x400, false, true},  {79, 0x400, true, false},
+                 {80, 0x400, true, false},   {716, 0x400, true, true},  {575, 0x400, false, false},
+                 {78, 0x400, false, false},  {44, 0x400, false, true},  {43, 0x400, false, false}};
+    pdev_.SetPropertyLong(16, 17);  // the job's number, for feature 716
+    for (const auto& test : cases) {
+        const std::string name = "press-without-" + std::to_string(test.without) + "-" + std::to_string(test.flags) +
+                                 (test.identifies ? "-identifies" : "");
+        SCOPED_TRACE(name);
+        std::string less = product;
+        const std::size_t line = less.find("\n" + std::to_string(test.without) + " = ");
+        ASSERT_NE(line, std::string::npos);
+        less.erase(line, less.find('\n', line + 1) - line);
+        if (test.identifies)
+            less.insert(less.find("[settings]\n") + 11, "239 = { option = 7622 }\n240 = { option = 7640 }\n");
+        const auto copy = ProductFile(kPress).parent_path() / (name + ".toml");
+        std::ofstream(copy) << less;
+        const TestPrinter printer(CXString::FromUtf8(name), copy);
+        TestDevmode devmode = MakeJobDevmode();
+        EXPECT_EQ(Generate(devmode, test.flags, printer.GetHandle()) != "false", test.hasTicket);
+        std::filesystem::remove(copy);
+    }
+    EXPECT_TRUE(PrintJob::GetLumeoPrintJobIDkey(TestPrinter(kPress, W("A/B")).GetHandle(), 17, W("me")) ==
+                CXString(W("A_B/17/me")));
     EXPECT_EQ(RenMvjtForXps().RenderPages(), E_NOTIMPL);
 }
 

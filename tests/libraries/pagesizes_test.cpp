@@ -37,6 +37,8 @@ TEST(PageSizeDictionary, FindsSizesThatAreEqualInWholeMillimetres) {
         {209501, 297499, Dimension::Micrometres, "ISOA4"},
         {209500, 297000, Dimension::Micrometres, ""},  // a half rounds down
         {2159, 2794, Dimension::TenthsOfMillimetre, "NorthAmericaLetter NorthAmericaNote"},
+        {114300, 263525, Dimension::Micrometres, "NorthAmericaNumber11Envelope"},
+        {1143, 2635, Dimension::TenthsOfMillimetre, "NorthAmericaNumber11Envelope"},  // as a paper database keeps it
         {8.5, 11, Dimension::Inches, "NorthAmericaLetter NorthAmericaNote"},
         {297000, 210000, Dimension::Micrometres, "ISOA4Rotated"},
         {0, 0, Dimension::Micrometres, ""},

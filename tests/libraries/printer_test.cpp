@@ -7,6 +7,7 @@
 #include <mvutil/operatingsystem.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
+#include <mvutil/textresources.h>
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -53,6 +54,7 @@ TEST_F(PrinterTest, AnUnknownPrinterIsAFailure) {
         EXPECT_THROW(printer.GetPrinterDataW(W("X"), type, value), ExceptionPrinterFailure);
         EXPECT_THROW(printer.SetPrinterDataW(W("X"), REG_DWORD, &type, sizeof type), ExceptionPrinterFailure);
         EXPECT_THROW(PrintDriver().GetDriverFiles(bad, 9, CXString()), ExceptionPrintDriverFailure);
+        EXPECT_THROW(PrintDriver().GetDriverDependentFiles(bad), ExceptionPrintDriverFailure);
         EXPECT_THROW(PrintDriver::GetMorvaneDriverDataFilePathFromHandle(bad), ExceptionPrintDriverFailure);
         EXPECT_EQ(PrintDriver().GetDriverCapability(bad, 1984), 0u);
         EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(bad), 0);
@@ -70,6 +72,41 @@ TEST_F(PrinterTest, TheDriversFilesAreListedByKindInLowerCase) {
     const CXString one = PrintDriver().GetDriverFiles(handle_, 9, W("mvWFwuC0"));
     EXPECT_NE(one.Find(W("mvwfwuc0.dll")), -1);
     EXPECT_EQ(one.Find(W("mvutil")), -1);
+}
+
+TEST_F(PrinterTest, TheDependentFilesKeepTheirSpelling) {
+    const std::vector<CXString> files = PrintDriver().GetDriverDependentFiles(handle_);
+    ASSERT_EQ(files.size(), 5u);
+    EXPECT_EQ(files.front(), CXString("mvutilC0.dll"));
+    EXPECT_EQ(files.back(), CXString("mvwfwuC0.dll"));
+}
+
+TEST_F(PrinterTest, TheStampCountsUpAndABadPrinterIsPassedOver) {
+    const auto stamp = [&] {
+        DWORD type = 0;
+        ByteBuffer value;
+        return Printer(handle_).GetPrinterDataW(W("XDevmodeCacheStamp"), type, value) ? value.getAsLongValue() : -1;
+    };
+    EXPECT_EQ(stamp(), -1);
+    for (const LONG wanted : {1, 2}) {
+        Printer(handle_).ClearDevmode1stLevelCache();
+        EXPECT_EQ(stamp(), wanted);
+    }
+    Printer(handle_).SetPrinterDataW(W("XDevmodeCacheStamp"), REG_BINARY, "x", 1);
+    Printer(handle_).ClearDevmode1stLevelCache();
+    EXPECT_EQ(stamp(), 1) << "what is no stamp is replaced";
+    Printer(nullptr).ClearDevmode1stLevelCache();
+}
+
+TEST_F(PrinterTest, TheCurrentProductNamesItsTraysAndMediaTypes) {
+    const ProductStringLoader loader(0);
+    TextResourceLoader::Initialize(nullptr, false);
+    EXPECT_TRUE(loader.GetStringForValue(6822).IsEmpty());
+    TextResourceLoader::Initialize(handle_, false);
+    EXPECT_EQ(loader.GetStringForValue(6822), CXString("Cardstock"));
+    EXPECT_EQ(loader.GetStringForValue(7151), CXString("Bypass Tray"));
+    EXPECT_TRUE(loader.GetStringForValue(6802).IsEmpty()) << "not in this product";
+    TextResourceLoader::Initialize(nullptr, false);
 }
 
 TEST_F(PrinterTest, AReadableDataFileCompletesAnInstallation) {
