@@ -75,11 +75,11 @@ HRESULT MorvanePtProvider::FixUpDuplexCapabilities(PrintCapabilitiesXmlDocument&
         const Bstr keywords = capabilities.GetKeywordsPrefix();
         ComPtr<IXMLDOMNode> feature;
         capabilities.GetFeatureNode(keywords.Get(), W("JobDuplexAllDocumentsContiguously"), feature.Put());
-        capabilities.ReplaceDisplayNamePropertyValue(feature.Get(),
-                                                     GetProductStringLoader().LoadStringW(kDuplexDisplay));
+        const ProductStringLoader& texts = GetProductStringLoader();
+        capabilities.ReplaceDisplayNamePropertyValue(feature.Get(), texts.LoadStringW(kDuplexDisplay));
         HRESULT result = S_OK;
         for (const DuplexOption& option : kDuplexOptions) {
-            const CXString text = GetProductStringLoader().LoadStringW(option.displayString);
+            const CXString text = texts.LoadStringW(option.displayString);
             if (text.IsEmpty()) continue;
             result =
                 capabilities.ReplaceOptionDisplayNamePropertyValue(feature.Get(), keywords.Get(), option.name, text);

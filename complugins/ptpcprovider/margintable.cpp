@@ -5,6 +5,7 @@
 #include <mvutil/dimension.h>
 #include <workflow/productdata.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>

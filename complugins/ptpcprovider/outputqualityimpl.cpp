@@ -34,10 +34,10 @@ HRESULT MorvanePtProvider::AddOrReplacePageOutputQualityCapabilities(PrintCapabi
         DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), kOutputQuality); });
         if (!HasAutomaticOutputQuality()) return S_OK;
         ComPtr<IXMLDOMElement> feature, option;
-        capabilities.CreatePickOneFeature(kOutputQuality, GetProductStringLoader().LoadStringW(kOutputQualityDisplay),
-                                          feature.Put());
-        capabilities.CreateOption(kAutomatic, keywords.Get(), GetProductStringLoader().LoadStringW(kAutomaticDisplay),
-                                  W("None"), option.Put());
+        const ProductStringLoader& texts = GetProductStringLoader();
+        capabilities.CreatePickOneFeature(kOutputQuality, texts.LoadStringW(kOutputQualityDisplay), feature.Put());
+        capabilities.CreateOption(kAutomatic, keywords.Get(), texts.LoadStringW(kAutomaticDisplay), W("None"),
+                                  option.Put());
         const HRESULT result = ComChecks(W("MorvanePtProvider::AddOrReplacePageOutputQualityCapabilities"), kSourceUnit)
                                    .Succeeds(feature->appendChild(option.Get(), nullptr));
         capabilities.AppendChildToRootNode(feature.Get());

@@ -13,6 +13,7 @@
 #include <throwscheme.h>
 #include <xdevmode.h>
 
+#include <algorithm>
 #include <cstring>
 #include <span>
 #include <unordered_map>

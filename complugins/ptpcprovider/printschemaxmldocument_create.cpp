@@ -8,6 +8,7 @@ namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printschemaxmldocument");
 constexpr const WCHAR* kNameAttribute = W("name");
+constexpr WideStringView kElementNamespace = kFrameworkNamespace;
 
 }  // namespace
 
@@ -19,7 +20,7 @@ HRESULT PrintSchemaXmlDocument::CreateXMLElement(const WCHAR* qualifiedName, IXM
     checks.Require(HasDocument(), kNoDocument);
     ComPtr<IXMLDOMNode> node;
     checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ELEMENT)).Get(), Bstr(qualifiedName).Get(),
-                                          Bstr(kFrameworkNamespace).Get(), node.Put()));
+                                          Bstr(kElementNamespace).Get(), node.Put()));
     *element = QueryFor<IXMLDOMElement>(checks, node.Get(), IID_IXMLDOMElement).Detach();
     return S_OK;
 }

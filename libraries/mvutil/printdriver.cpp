@@ -98,6 +98,7 @@ int PrintDriver::GetInstallationStateFromHandle(HANDLE printer) {
         default:
             ThrowPrintDriverFailure(W("PrintDriver::GetInstallationStateFromHandle"), error);
     }
-    if (record.Text(record.As<DRIVER_INFO_3W>()->pDataFile).IsEmpty()) return 2;
-    return LoadProductOfPrinter(printer) ? kInstallationComplete : 3;
+    const CXString file = record.Text(record.As<DRIVER_INFO_3W>()->pDataFile);
+    if (file.IsEmpty()) return 2;
+    return LoadProductFile(file) ? kInstallationComplete : 3;
 }

@@ -5,20 +5,22 @@
 #include <products/reader/productdescription.h>
 
 #include <exception>
-#include <filesystem>
 #include <memory>
 
-// The driver's data file, as the host's file functions take it. Throws ExceptionPrintDriverFailure.
-inline std::filesystem::path GetProductFileOfPrinter(HANDLE printer) {
-    CXString path = PrintDriver::GetMorvaneDriverDataFilePathFromHandle(printer);
-    path.Replace(W("\\"), W("/"));
-    return path.AsWideString();
+// The product in a driver's data file; null when there is no readable one.
+inline std::shared_ptr<const ProductDescription> LoadProductFile(CXString path) noexcept {
+    try {
+        path.Replace(W("\\"), W("/"));
+        return LoadProduct(path.AsWideString());
+    } catch (const std::exception&) {
+        return nullptr;
+    }
 }
 
 // Null when the printer has no readable product.
 inline std::shared_ptr<const ProductDescription> LoadProductOfPrinter(HANDLE printer) noexcept {
     try {
-        return LoadProduct(GetProductFileOfPrinter(printer));
+        return LoadProductFile(PrintDriver::GetMorvaneDriverDataFilePathFromHandle(printer));
     } catch (const std::exception&) {
         return nullptr;
     }

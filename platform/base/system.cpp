@@ -59,10 +59,10 @@ DWORD WINAPI GetCurrentProcessId() { return static_cast<DWORD>(getpid()); }
 DWORD WINAPI GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
 
 void WINAPI GetSystemTimeAsFileTime(LPFILETIME time) {
-    constexpr std::chrono::seconds kFrom1601To1970(11644473600);
-    using Steps = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
-    const auto since1970 = std::chrono::system_clock::now().time_since_epoch();
-    const std::uint64_t steps = std::chrono::duration_cast<Steps>(since1970 + kFrom1601To1970).count();
+    using Steps = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
+    constexpr Steps kFrom1601To1970 = std::chrono::seconds(11644473600);
+    const auto since1970 = std::chrono::duration_cast<Steps>(std::chrono::system_clock::now().time_since_epoch());
+    const auto steps = static_cast<std::uint64_t>((since1970 + kFrom1601To1970).count());
     time->dwLowDateTime = static_cast<DWORD>(steps);
     time->dwHighDateTime = static_cast<DWORD>(steps >> 32);
 }

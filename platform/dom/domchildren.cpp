@@ -116,10 +116,9 @@ HRESULT NodeCore::PutContent(const std::string& content) {
         const xmlAttr* const declaration = AsAttribute(node_);
         if (!CanDeclare(node_->parent, declaration, declaration, content)) return E_FAIL;
     }
-    xmlNode* const text =
-        content.empty() ? nullptr : tree_->AddOrphan(NewContentNode(node_->doc, XML_TEXT_NODE, std::string(), content));
+    OwnedNode text = content.empty() ? nullptr : NewContentNode(node_->doc, XML_TEXT_NODE, std::string(), content);
     while (node_->children) tree_->Discard(node_->children);
-    if (text) tree_->Attach(node_, nullptr, text);
+    if (text) tree_->AttachNew(node_, std::move(text));
     return S_OK;
 }
 

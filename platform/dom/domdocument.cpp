@@ -194,9 +194,10 @@ private:
             const std::string uri = ContentToUtf8(ViewOf(namespaceUri));
             HRESULT result = NewNode(Tree(), type, RawToUtf8(ViewOf(name)), uri, std::string(), &node);
             if (FAILED(result)) return result;
-            const ComPtr<IXMLDOMNode> wrapper = Wrap(SharedTree(), node);
+            ComPtr<IXMLDOMNode> wrapper = Wrap(SharedTree(), node);
             if (content) result = Of(wrapper.Get())->PutContent(ContentToUtf8(ViewOf(content)));
-            return SUCCEEDED(result) ? ReturnNode(node, out) : result;
+            if (SUCCEEDED(result)) *out = static_cast<Interface*>(wrapper.Detach());
+            return result;
         });
     }
     static HRESULT Get(bool setting, VARIANT_BOOL* on) {

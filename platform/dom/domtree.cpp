@@ -165,6 +165,11 @@ void DomTree::Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan) {
     if (const auto whole = orphans_.find(RootOf(parent)); whole != orphans_.end()) whole->second += wrappers;
 }
 
+void DomTree::AttachNew(xmlNode* parent, OwnedNode node) noexcept {
+    LinkLast(parent, std::move(node));
+    NoteChange();
+}
+
 void DomTree::TakeOver(DomTree& other, xmlNode* orphan) {
     // The wrappers that move may be all that holds the other tree, whose namespaces are read to the end.
     const std::shared_ptr<DomTree> holder = other.shared_from_this();

@@ -115,6 +115,8 @@ public:
     void Discard(xmlNode* node);
     // Links an orphan of this tree under the parent, in front of a child (an attribute: of an attribute) or at the end.
     void Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan);
+    // Links a node that was just made, and that nobody holds, at the end.
+    void AttachNew(xmlNode* parent, OwnedNode node) noexcept;
     // Makes an orphan of another tree one of this tree, wrappers and namespaces included.
     void TakeOver(DomTree& other, xmlNode* orphan);
 

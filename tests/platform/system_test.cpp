@@ -5,6 +5,8 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
+
+#include <ctime>
 #include <stdlib.h>
 
 #include <thread>
@@ -65,6 +67,15 @@ TEST(System, DebugOutputIsSilentUnlessAskedFor) {
 TEST(System, InterfaceIdsAreToldApart) {
     EXPECT_TRUE(IsEqualIID(IID_IUnknown, IID{0, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}}));
     EXPECT_FALSE(IsEqualIID(IID_IUnknown, IID_IDispatch));
+}
+
+TEST(System, TellsTheTimeSince1601) {
+    FILETIME time = {};
+    GetSystemTimeAsFileTime(&time);
+    const std::uint64_t steps = std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+    const std::uint64_t secondsSince1970 = steps / 10'000'000 - 11644473600;
+    const auto now = static_cast<std::uint64_t>(std::time(nullptr));
+    EXPECT_LE(now - secondsSince1970 + 5, 10u);
 }
 
 }  // namespace

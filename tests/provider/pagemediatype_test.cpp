@@ -199,8 +199,7 @@ TEST_F(PageMediaTypeTest, IsWrittenFromTheDocumentProperties) {
     }
 }
 
-// A core driver whose answers change: the counts that it gives call by call. Notes how many items were written where
-// fewer had been announced, with ten to spare.
+// A core driver whose answers change: the counts that it gives, call by call.
 TEST(ReportedMediaTypes, AreReadFromAnswersThatChange) {
     const struct {
         const char* what;
