@@ -64,6 +64,7 @@ int RunGuarded(const std::vector<std::string>& arguments, std::ostream& out, std
         HostContext context(out);
         CLI::App app("Does from the command line what the print subsystem does around the PrintTicket provider.",
                      kProgram);
+        app.allow_windows_style_options(false);  // a path may begin with a slash on either host
         AddCommands(app, context);
         if (ReadCommandLine(app, arguments, out) && context.action) context.action();
         if (!out.flush()) return Fail(err, "the output cannot be written; check where it goes", kExitFailed);

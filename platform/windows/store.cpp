@@ -51,6 +51,18 @@ UniqueKey CreateKey(const std::wstring& path, const std::string& folder) {
     return key;
 }
 
+// Data protection looks up its providers in the machine's hive, which the store hides: it gets a copy of that part.
+void CopyCryptographySettings(HKEY machine) {
+    const WCHAR* const path = W("Software\\Microsoft\\Cryptography");
+    UniqueKey source, copy;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, source.Put()) != ERROR_SUCCESS) return;
+    DWORD disposition = 0;
+    if (RegCreateKeyExW(machine, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr, copy.Put(),
+                        &disposition) == ERROR_SUCCESS &&
+        disposition == REG_CREATED_NEW_KEY)
+        RegCopyTreeW(source.Get(), nullptr, copy.Get());
+}
+
 }  // namespace
 
 void OpenStore(const std::string& folderUtf8) {
@@ -69,6 +81,7 @@ void OpenStore(const std::string& folderUtf8) {
     }
     const UniqueKey user = CreateKey(path + W("\\User"), folderUtf8);
     const UniqueKey machine = CreateKey(path + W("\\Machine"), folderUtf8);
+    CopyCryptographySettings(machine.Get());
     LSTATUS status = RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine.Get());
     if (status == ERROR_SUCCESS) status = RegOverridePredefKey(HKEY_CURRENT_USER, user.Get());
     if (status == ERROR_SUCCESS) return;
