@@ -101,7 +101,8 @@ std::string ToText(const PrintSession::Document& document) {
 
 RunCounters::RunCounters()
     : parsedBlocks_(GlobalCaches::GetCounters().propertyBagMisses),
-      decodedLists_(GlobalCaches::GetCounters().listMisses) {}
+      decodedLists_(GlobalCaches::GetCounters().listMisses),
+      readProducts_(GetProductReadCount()) {}
 
 void RunCounters::Set(benchmark::State& state, double seconds, const PrintSession::Document& last) const {
     const std::string text = ToText(last);
@@ -110,6 +111,7 @@ void RunCounters::Set(benchmark::State& state, double seconds, const PrintSessio
     state.counters["bytes"] = static_cast<double>(text.size());
     state.counters["parsed_blocks"] = static_cast<double>(after.propertyBagMisses - parsedBlocks_);
     state.counters["decoded_lists"] = static_cast<double>(after.listMisses - decodedLists_);
+    state.counters["read_products"] = static_cast<double>(GetProductReadCount() - readProducts_);
 }
 
 int main(int argc, char** argv) {

@@ -107,7 +107,8 @@ void MSDeviceCapabilities::SetUp() {
     });
     once(kContextNoted, [&] { spoolerContext_ = DriverLoadedContext::IsSpoolerOrFilterPipelineExeContext(); });
     // Asked again until it is so: the installation may be under way.
-    if (PrintDriver::GetInstallationStateFromHandle(printer_) >= PrintDriver::kInstallationComplete) {
+    if (!(setUp_ & kDriverInstalled) &&
+        PrintDriver::GetInstallationStateFromHandle(printer_) >= PrintDriver::kInstallationComplete) {
         setUp_ |= kDriverInstalled;
     }
 }

@@ -1,4 +1,4 @@
-// Wide literals on both hosts: W("...") is L"..." where wchar_t has 16 bits and u"..." elsewhere.
+// Wide literals on both hosts: W("...") is a wchar_t literal where wchar_t has 16 bits, and a char16_t one elsewhere.
 #pragma once
 
 // Two steps, so that W(__FILE__) works. MV_WIDE_PREFIX comes from the build.

@@ -2,6 +2,7 @@
 #include "productparser.h"
 
 #include <algorithm>
+#include <atomic>
 #include <list>
 #include <mutex>
 
@@ -42,6 +43,7 @@ constexpr std::size_t kMostCached = 16;
 
 std::mutex cacheMutex;
 std::list<CachedProduct> cache;  // the most recently used first
+std::atomic<std::size_t> readCount = 0;
 
 }  // namespace
 
@@ -58,6 +60,7 @@ std::shared_ptr<const ProductDescription> LoadProduct(const std::filesystem::pat
     }
     // The state is taken before the file is read: a change during the reading is seen by the next call.
     std::vector<FileState> states = {GetFileState(file)};
+    ++readCount;
     ParsedProduct parsed = ParseProduct(file);
     for (std::size_t index = 1; index < parsed.files.size(); ++index)
         states.push_back(GetFileState(parsed.files[index]));
@@ -66,6 +69,8 @@ std::shared_ptr<const ProductDescription> LoadProduct(const std::filesystem::pat
     if (cache.size() > kMostCached) cache.pop_back();
     return product;
 }
+
+std::size_t GetProductReadCount() noexcept { return readCount; }
 
 std::vector<std::filesystem::path> FindProductFiles(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> files;

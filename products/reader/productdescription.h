@@ -130,5 +130,7 @@ inline constexpr std::array<const char*, 3> kWorkflowLibraries = {"mvwftuC0.dll"
 // The product of that file. Parsed once per process and state (path, size, time of change) of the files it is made of;
 // safe for many threads. Throws ProductError.
 MVPROD_API std::shared_ptr<const ProductDescription> LoadProduct(const std::filesystem::path& file);
+// How often this process has read a product file, for tests and benchmarks.
+MVPROD_API std::size_t GetProductReadCount() noexcept;
 // The product files below a folder, by name: NAME/NAME.toml. None when there is no such folder.
 MVPROD_API std::vector<std::filesystem::path> FindProductFiles(const std::filesystem::path& folder);
