@@ -53,9 +53,10 @@ ByteBuffer MakeMediaTypes() {
 void CompleteCapabilities(benchmark::State& state) {
     const CXString printer(W("press8434"));
     PrintSession session(printer);
-    DataCache cache(session.GetPrinter().GetHandle(), HKEY_LOCAL_MACHINE,
-                    MorvaneUtilities::ConvertPortNameToRegistryKey(Printer(session.GetPrinter().GetHandle()).GetPrinterPort()),
-                    kCapabilityCacheCrcStart, true);
+    DataCache cache(
+        session.GetPrinter().GetHandle(), HKEY_LOCAL_MACHINE,
+        MorvaneUtilities::ConvertPortNameToRegistryKey(Printer(session.GetPrinter().GetHandle()).GetPrinterPort()),
+        kCapabilityCacheCrcStart, true);
     cache.SetCachedValue(kPaperCapsValue, MakePapers(static_cast<DWORD>(state.range(0))), false);
     cache.SetCachedValue(kMediaCapsValue, MakeMediaTypes(), false);
     const std::string core = session.GetCoreDriver().WriteCapabilities();

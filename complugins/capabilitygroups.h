@@ -20,14 +20,14 @@ struct CapabilityGroup {
 // In the order of CapabilityGroupId.
 // clang-format off: a table, its columns aligned
 inline constexpr CapabilityGroup kCapabilityGroups[kCapabilityGroupCount] = {
-    {CapabilityGroupId::Paper,          kPaperCapsValue,      0x2000,  16, 4, {1, 2, 3, 65529}},
-    {CapabilityGroupId::Bins,           kBinCapsValue,        0x4000,  8,  0, {6, 65526}},
-    {CapabilityGroupId::Media,          kMediaCapsValue,      0x8000,  8,  0, {34, 35}},
-    {CapabilityGroupId::MediaReady,     kMediaReadyValue,     0x20000, 8,  0, {29, 65528}},
-    {CapabilityGroupId::DependentFiles, kDependentFilesValue, 0x1000,  8,  0, {14}},
-    {CapabilityGroupId::DeviceLimits,   kDeviceLimitsValue,   0x7ff,   48, 0, {4, 5, 26, 27, 28, 31, 32, 65533}},
-    {CapabilityGroupId::Staple,         kStapleValue,         0x10000, 8,  0, {30}},
-    {CapabilityGroupId::Resolutions,    kResolutionsValue,    0x800,   12, 0, {13, 65527}},
+    {CapabilityGroupId::Paper, kPaperCapsValue, 0x2000, 16, 4, {1, 2, 3, 65529}},
+    {CapabilityGroupId::Bins, kBinCapsValue, 0x4000, 8, 0, {6, 65526}},
+    {CapabilityGroupId::Media, kMediaCapsValue, 0x8000, 8, 0, {34, 35}},
+    {CapabilityGroupId::MediaReady, kMediaReadyValue, 0x20000, 8, 0, {29, 65528}},
+    {CapabilityGroupId::DependentFiles, kDependentFilesValue, 0x1000, 8, 0, {14}},
+    {CapabilityGroupId::DeviceLimits, kDeviceLimitsValue, 0x7ff, 48, 0, {4, 5, 26, 27, 28, 31, 32, 65533}},
+    {CapabilityGroupId::Staple, kStapleValue, 0x10000, 8, 0, {30}},
+    {CapabilityGroupId::Resolutions, kResolutionsValue, 0x800, 12, 0, {13, 65527}},
 };
 // clang-format on
 

@@ -18,8 +18,8 @@
 class NotificationBundle;
 
 // Reads the caches from the registry, under the printer's port, or, in the spooler and the filter pipeline, from the
-// private block of a DEVMODE. Held by a data-model manager, it teaches the model the printer's forms and builds the caches
-// anew whenever what they tell changes; it must then outlive the manager. For one thread at a time.
+// private block of a DEVMODE. Held by a data-model manager, it teaches the model the printer's forms and builds the
+// caches anew whenever what they tell changes; it must then outlive the manager. For one thread at a time.
 class MSDeviceCapabilities : public IObserver, public DataSource {
 public:
     MSDeviceCapabilities();
@@ -58,7 +58,8 @@ public:
     // be framed; those behind it are then not offered.
     bool ExportCachesToDevmode(AttributeBytesSink& sink);
 
-    // ---- as observer and data source of a data model ---------------------------------------------------------------------
+    // ---- as observer and data source of a data model
+    // ---------------------------------------------------------------------
     void OnNotification(INotification& notification) override;
     CXString GetObserverClassNameHeirarchy() const override { return W("IObserver::MSDeviceCapabilities"); }
     void RegisterForIntegrateSourceDataChanges(DataModelObserverInterfaces& observers) override;
@@ -68,11 +69,11 @@ public:
     bool ExportSourceData(AttributeBytesSink& sink) override { return ExportCachesToDevmode(sink); }
     void Dump() const override {}
 
-    // Builds the blobs of the groups whose flags are in the mask; those that differ from what was last read or built are
-    // dirty from now on. Does nothing before IntegrateSourceData.
+    // Builds the blobs of the groups whose flags are in the mask; those that differ from what was last read or built
+    // are dirty from now on. Does nothing before IntegrateSourceData.
     void UpdateCaches(DWORD mask);
-    // Writes the dirty blobs to the registry, unless writes are suppressed, and forgets that they were dirty. Whether all
-    // were written; the flags of the groups are written only then.
+    // Writes the dirty blobs to the registry, unless writes are suppressed, and forgets that they were dirty. Whether
+    // all were written; the flags of the groups are written only then.
     bool SaveCaches();
     DWORD GetDirtyFlags() const noexcept { return dirtyFlags_; }
 

@@ -23,19 +23,20 @@ inline constexpr DWORD kMediaTypeTransparency = 6801;
 inline constexpr DWORD kMediaDrilled = 6921;
 
 inline constexpr MvjtWord kSignatureWords[] = {{5001, W("False")}, {5510, W("False")}, {5511, W("True")}};
-inline constexpr MvjtWord kSidesWords[] = {{kSidesSimplex, W("simplex")}, {5421, W("duplex")}, {5422, W("duplex(tumble)")}};
+inline constexpr MvjtWord kSidesWords[] = {
+    {kSidesSimplex, W("simplex")}, {5421, W("duplex")}, {5422, W("duplex(tumble)")}};
 inline constexpr MvjtWord kCollationWords[] = {{5410, W("collated")}, {5411, W("uncollated")}};
 inline constexpr MvjtWord kRotationWords[] = {{5600, W("0")}, {5601, W("90")}, {5602, W("180")}, {5603, W("270")}};
 inline constexpr MvjtWord kDispositionWords[] = {{5530, W("PRINT")}, {5531, W("SAVE")}, {5532, W("PRINT&SAVE")}};
 inline constexpr MvjtWord kPrintingColorWords[] = {
-    {5750, W("red")},     {5751, W("green")},    {5752, W("blue")},  {5753, W("cyan")},
-    {5754, W("magenta")}, {5755, W("black")},    {5756, W("cardinal")}, {5757, W("royal")},
-    {5758, W("ruby")},    {5759, W("violet")},   {5760, W("brown")}, {5762, W("other")},
+    {5750, W("red")},     {5751, W("green")},  {5752, W("blue")},     {5753, W("cyan")},
+    {5754, W("magenta")}, {5755, W("black")},  {5756, W("cardinal")}, {5757, W("royal")},
+    {5758, W("ruby")},    {5759, W("violet")}, {5760, W("brown")},    {5762, W("other")},
 };
 inline constexpr MvjtWord kMappingColorWords[] = {
-    {5800, W("red")},     {5801, W("green")},  {5802, W("blue")},     {5803, W("cyan")},  {5804, W("magenta")},
-    {5805, W("black")},   {5806, W("cardinal")}, {5807, W("royal")},  {5808, W("ruby")},  {5809, W("violet")},
-    {5810, W("brown")},   {5811, W("yellow")}, {5812, W("other")},
+    {5800, W("red")},   {5801, W("green")},    {5802, W("blue")},  {5803, W("cyan")}, {5804, W("magenta")},
+    {5805, W("black")}, {5806, W("cardinal")}, {5807, W("royal")}, {5808, W("ruby")}, {5809, W("violet")},
+    {5810, W("brown")}, {5811, W("yellow")},   {5812, W("other")},
 };
 inline constexpr MvjtWord kMappingAlgorithmWords[] = {
     {5850, W("Automatic")},      {5851, W("Pictorial")},        {5852, W("Presentation")},
@@ -43,9 +44,9 @@ inline constexpr MvjtWord kMappingAlgorithmWords[] = {
 };
 inline constexpr MvjtWord kMismatchWords[] = {{5900, W("selectCurrent")}, {5901, W("hold")}, {5902, W("abort")}};
 inline constexpr MvjtWord kPaperColorWords[] = {
-    {6750, W("noColor")}, {6751, W("white")}, {6752, W("pink")},      {6753, W("yellow")},
-    {6754, W("blue")},    {6755, W("green")}, {6756, W("buff")},      {6757, W("goldenrod")},
-    {6758, W("red")},     {6759, W("gray")},  {6760, W("ivory")},     {6761, W("orange")},
+    {6750, W("noColor")}, {6751, W("white")}, {6752, W("pink")},  {6753, W("yellow")},
+    {6754, W("blue")},    {6755, W("green")}, {6756, W("buff")},  {6757, W("goldenrod")},
+    {6758, W("red")},     {6759, W("gray")},  {6760, W("ivory")}, {6761, W("orange")},
 };
 
 // Lines that are an option's word and nothing else, in the order in which they are written.

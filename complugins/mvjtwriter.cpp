@@ -1,8 +1,8 @@
 // The lines of an MVJT job ticket, in their order.
 #include "mvjtwriter.h"
 
-#include <iterator>
 #include <mvutil/morvaneutilities.h>
+#include <iterator>
 
 #include "mvjtwords.h"
 
@@ -32,7 +32,8 @@ public:
         WriteOption(45, W("requirements"), kCollationWords, std::size(kCollationWords));
         WriteRotation();
         WriteImageShifts(sides);
-        for (const MvjtOptionLine& line : kHandlingLines) WriteOption(line.feature, line.keyword, line.words, line.count);
+        for (const MvjtOptionLine& line : kHandlingLines)
+            WriteOption(line.feature, line.keyword, line.words, line.count);
         WriteDocumentPaperColor();
         WritePaperType();
         WriteInteger(179, W("paperType-weight"));
@@ -49,7 +50,9 @@ private:
         text_ += W("\n");
     }
 
-    DWORD GetOption(FeatureIdWithContext feature) { return services_.GetOptionFeature(feature).GetValue().GetValueEnum(); }
+    DWORD GetOption(FeatureIdWithContext feature) {
+        return services_.GetOptionFeature(feature).GetValue().GetValueEnum();
+    }
     CXString GetOptionName(DWORD feature) {
         return WithoutControls(services_.GetOptionFeature(FeatureId(feature)).GetValue().GetValueName());
     }
@@ -57,7 +60,8 @@ private:
     // A text that is there but empty counts as not given.
     void WriteString(DWORD feature, const WCHAR* keyword, const WCHAR* defaultText = nullptr) {
         CXString value;
-        const bool given = services_.GetStringFeature(FeatureId(feature)).GetValue(value, kCurrentValue) && !value.IsEmpty();
+        const bool given =
+            services_.GetStringFeature(FeatureId(feature)).GetValue(value, kCurrentValue) && !value.IsEmpty();
         if (given) {
             WriteLine(keyword, WithoutControls(value));
         } else if (defaultText) {

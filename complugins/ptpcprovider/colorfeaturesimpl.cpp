@@ -69,9 +69,8 @@ HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabiliti
             return feature;
         };
         const auto offer = [&](const ComPtr<IXMLDOMElement>& feature, const ColorOption& option) {
-            capabilities.AppendChildOption(option.name, keywords.Get(),
-                                           texts.LoadStringW(option.displayString), W("None"),
-                                           feature.Get());
+            capabilities.AppendChildOption(option.name, keywords.Get(), texts.LoadStringW(option.displayString),
+                                           W("None"), feature.Get());
         };
 
         const auto management = createFeature(kColorManagement, kColorManagementDisplay);

@@ -12,8 +12,9 @@ int main() {
     SetDllDirectoryW((folder.parent_path() / "driver").c_str());
     const HMODULE program = LoadLibraryW((folder / "mvpthostmain.dll").c_str());
     if (!program) {
-        std::fputs("mvpthost: the driver's files are neither beside the program nor in ../driver; unpack them together\n",
-                   stderr);
+        std::fputs(
+            "mvpthost: the driver's files are neither beside the program nor in ../driver; unpack them together\n",
+            stderr);
         return 1;
     }
     const auto run = reinterpret_cast<void (*)()>(GetProcAddress(program, "RunProgram"));

@@ -6,4 +6,6 @@
 #include "hostplatform.h"
 #include "runhost.h"
 
-extern "C" __declspec(dllexport) int RunProgram() { return RunHost(GetProgramArguments(0, nullptr), std::cout, std::cerr); }
+extern "C" __declspec(dllexport) int RunProgram() {
+    return RunHost(GetProgramArguments(0, nullptr), std::cout, std::cerr);
+}

@@ -35,8 +35,8 @@ public:
     virtual void Destroy() noexcept = 0;
     virtual std::size_t GetCount() const = 0;
     virtual const PageSizeDictionaryEntry* GetEntry(std::size_t index) const = 0;
-    // The first index, from the given one on, of an entry of that size (equal in whole millimetres, the entry's taken as
-    // it is or as a paper database keeps it, in tenths) or of that kind; GetCount() when there is none.
+    // The first index, from the given one on, of an entry of that size (equal in whole millimetres, the entry's taken
+    // as it is or as a paper database keeps it, in tenths) or of that kind; GetCount() when there is none.
     virtual std::size_t FindSize(const Dimension& width, const Dimension& length, std::size_t from) const = 0;
     virtual std::size_t FindType(PageSizeTypeEnum type, std::size_t from) const = 0;
 

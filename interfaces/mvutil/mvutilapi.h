@@ -1,8 +1,8 @@
 // Export mark of mvutilC0, the maker's utility library.
 #pragma once
 
-#include <windows.h>
 #include <widetext.h>
+#include <windows.h>
 
 #ifdef MVUTIL_EXPORTS
 #define MVUTIL_API __declspec(dllexport)

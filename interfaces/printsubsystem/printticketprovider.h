@@ -4,10 +4,10 @@
 
 #pragma GCC system_header  // interfaces hold no destructor: it would take slots
 
-#include <windows.h>
-#include <unknwn.h>
-#include <oleauto.h>
 #include <msxml2.h>
+#include <oleauto.h>
+#include <unknwn.h>
+#include <windows.h>
 
 inline constexpr IID IID_IPrintOemPrintTicketProvider = {
     0xBCF5E011, 0xF60A, 0x49FF, {0xAB, 0x2F, 0xE0, 0x6F, 0x4A, 0xBD, 0xF2, 0x81}};

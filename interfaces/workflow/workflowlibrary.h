@@ -9,8 +9,8 @@ class DataSourceProvider;
 // A library's workflow object, one for each caller of GetWorkflowObject.
 class MvWorkflow {
 public:
-    virtual void SetPrinterHandle(HANDLE printer) = 0;         // the handle stays the caller's
-    virtual ProductData* GetWorkflowProductData() = 0;         // the workflow object owns it
+    virtual void SetPrinterHandle(HANDLE printer) = 0;  // the handle stays the caller's
+    virtual ProductData* GetWorkflowProductData() = 0;  // the workflow object owns it
 
 protected:
     ~MvWorkflow() = default;

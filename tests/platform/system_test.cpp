@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <stdlib.h>
+#include <ctime>
 
 #include <thread>
 

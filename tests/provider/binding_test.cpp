@@ -72,7 +72,8 @@ TEST(Provider, BindsEachProductWithTheNamespacesThatItsCapabilityWordAsksFor) {
         BSTR* namespaces = nullptr;
         EXPECT_EQ(provider->BindPrinter(nullptr, 1, &options, &count, &namespaces), E_INVALIDARG);
         EXPECT_EQ(count, 7) << "a refused call touches nothing";
-        EXPECT_EQ(provider->BindPrinter(printer.GetHandle(), 2, &options, &count, &namespaces), E_VERSION_NOT_SUPPORTED);
+        EXPECT_EQ(provider->BindPrinter(printer.GetHandle(), 2, &options, &count, &namespaces),
+                  E_VERSION_NOT_SUPPORTED);
         EXPECT_EQ(count, 0);
         ASSERT_EQ(provider->BindPrinter(printer.GetHandle(), 1, &options, &count, &namespaces), S_OK);
         EXPECT_EQ(options, OEMPT_DEFAULT);
@@ -121,8 +122,8 @@ TEST(Provider, TakesOneCoreHelperAndReleasesItAtItsEnd) {
 }
 
 TEST(Provider, KnowsAColorDeviceByTheProductsOwnWord) {
-    const std::pair<const char*, bool> words[] = {{"color", true},  {"COLOR", true},   {"CoLoR", true}, {"colored", false},
-                                                  {"color ", false}, {"monochrome", false}};
+    const std::pair<const char*, bool> words[] = {{"color", true},    {"COLOR", true},   {"CoLoR", true},
+                                                  {"colored", false}, {"color ", false}, {"monochrome", false}};
     std::ifstream file(ProductFile(kPress));
     const std::string product{std::istreambuf_iterator<char>(file), {}};
     const std::size_t at = product.find("\"color\"");

@@ -30,11 +30,13 @@ TEST(Conversion, RefusesADevmodeThatIsNotWhole) {
         SCOPED_TRACE(test.what);
         devmode.Get()->dmSize = test.publicBytes;
         const auto copy = LoadUsual("PrintTicket", "");
-        EXPECT_EQ(office->ConvertDevModeToPrintTicket(test.bytes, devmode.Get(), 0, nullptr, copy.Get()), test.expected);
+        EXPECT_EQ(office->ConvertDevModeToPrintTicket(test.bytes, devmode.Get(), 0, nullptr, copy.Get()),
+                  test.expected);
         if (FAILED(test.expected)) {
             EXPECT_EQ(TextOf(copy), before);
         }
-        EXPECT_EQ(office->ConvertPrintTicketToDevMode(copy.Get(), test.bytes, devmode.Get(), 0, nullptr), test.expected);
+        EXPECT_EQ(office->ConvertPrintTicketToDevMode(copy.Get(), test.bytes, devmode.Get(), 0, nullptr),
+                  test.expected);
     }
     EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, nullptr, 0, nullptr, ticket.Get()), E_INVALIDARG);
     EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, devmode.Get(), 0, nullptr, nullptr), E_INVALIDARG);
@@ -47,8 +49,8 @@ TEST(Conversion, StaysInsideTheDevmode) {
     const TestStore store;
     const BoundProvider press(kPress);
     TestDevmode whole = MakeTestDevmode(2);
-    for (const std::size_t bytes : {std::size_t{196}, sizeof(DEVMODEW), sizeof(DEVMODEW) + 120,
-                                    std::size_t{BoundProvider::BytesOf(whole)}}) {
+    for (const std::size_t bytes :
+         {std::size_t{196}, sizeof(DEVMODEW), sizeof(DEVMODEW) + 120, std::size_t{BoundProvider::BytesOf(whole)}}) {
         SCOPED_TRACE(bytes);
         GuardedMemory memory(bytes);
         auto* devmode = static_cast<DEVMODEW*>(memory.Get());
@@ -66,10 +68,8 @@ TEST(Conversion, OfADocumentOfAnotherKindIsOneReportAndNoChange) {
     const TestStore store;
     const BoundProvider press(kPress);
     const std::string documents[] = {
-        "<psf:PrintCapabilities xmlns:psf='{psf}' version='1'/>",
-        "<PrintTicket xmlns='{psf}' version='1'/>",
-        "<psf:PrintTicket xmlns:psf='https://schemas.example/other/framework' version='1'/>",
-        "<html/>"};
+        "<psf:PrintCapabilities xmlns:psf='{psf}' version='1'/>", "<PrintTicket xmlns='{psf}' version='1'/>",
+        "<psf:PrintTicket xmlns:psf='https://schemas.example/other/framework' version='1'/>", "<html/>"};
     for (const std::string& text : documents) {
         SCOPED_TRACE(text);
         const auto document = Load(text);
@@ -107,7 +107,9 @@ TEST(Conversion, ReadsTheSameTicketInAnyDress) {
     const std::string foreign =
         "<!-- by hand --><?pi x?><a:PrintTicket version='1' xmlns:priv='{mk}' xmlns:i='{xsi}' xmlns:b='{psk}' "
         "xmlns:d='{xsd}' xmlns:a='{psf}'>\n  <a:ParameterInit name='priv:JobMorvaneDriverData'>\n    "
-        "<a:Value i:type='d:string'>\n" + data + "\n</a:Value>\n  </a:ParameterInit>\n"
+        "<a:Value i:type='d:string'>\n" +
+        data +
+        "\n</a:Value>\n  </a:ParameterInit>\n"
         "  <a:ParameterInit name='priv:JobCopiesAllDocuments'><a:Value i:type='d:integer'><![CDATA[6]]></a:Value>"
         "</a:ParameterInit>\n  <a:Feature name='b:PageColorManagement'>\n <a:Option name='b:System'/> </a:Feature>\n"
         "</a:PrintTicket>";
@@ -123,14 +125,16 @@ TEST(Conversion, ReadsTheSameTicketInAnyDress) {
 
 TEST(Conversion, ValidationChangesThePrivatePrefixAndNothingElse) {
     const auto provider = ComPtr<MorvanePtProvider>::Adopt(new MorvanePtProvider);  // needs no printer
-    const auto ticket = Load("<p:PrintTicket xmlns:p='{psf}' xmlns:ns0001='{mk}' version='1'>"
-                             "<p:ParameterInit name='ns0001:Job'><p:Value>ns0001:x</p:Value></p:ParameterInit>"
-                             "<p:Feature name='ns0000:Other'><p:Option/></p:Feature></p:PrintTicket>");
+    const auto ticket = Load(
+        "<p:PrintTicket xmlns:p='{psf}' xmlns:ns0001='{mk}' version='1'>"
+        "<p:ParameterInit name='ns0001:Job'><p:Value>ns0001:x</p:Value></p:ParameterInit>"
+        "<p:Feature name='ns0000:Other'><p:Option/></p:Feature></p:PrintTicket>");
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(provider->ValidatePrintTicket(ticket.Get()), S_NO_CONFLICT);
-        EXPECT_EQ(TextOf(ticket), Expand("<p:PrintTicket xmlns:p=\"{psf}\" version=\"1\" xmlns:mk=\"{mk}\">"
-                                         "<p:ParameterInit name=\"mk:Job\"><p:Value>ns0001:x</p:Value></p:ParameterInit>"
-                                         "<p:Feature name=\"ns0000:Other\"><p:Option/></p:Feature></p:PrintTicket>"));
+        EXPECT_EQ(TextOf(ticket),
+                  Expand("<p:PrintTicket xmlns:p=\"{psf}\" version=\"1\" xmlns:mk=\"{mk}\">"
+                         "<p:ParameterInit name=\"mk:Job\"><p:Value>ns0001:x</p:Value></p:ParameterInit>"
+                         "<p:Feature name=\"ns0000:Other\"><p:Option/></p:Feature></p:PrintTicket>"));
     }
 }
 

@@ -115,8 +115,9 @@ TEST(DriverData, IsDeclaredLastWhateverTheProduct) {
         EXPECT_EQ(TextOf(capabilities), once) << "a second completion changes nothing";
         const std::size_t at = once.rfind("<psf:ParameterDef ");
         EXPECT_EQ(once.find(kName), at + std::string("<psf:ParameterDef name=\"").size());
-        EXPECT_NE(once.find("<psf:Property name=\"psf:MaxLength\"><psf:Value xsi:type=\"xsd:integer\">20000</psf:Value>",
-                            at), std::string::npos);
+        EXPECT_NE(
+            once.find("<psf:Property name=\"psf:MaxLength\"><psf:Value xsi:type=\"xsd:integer\">20000</psf:Value>", at),
+            std::string::npos);
     }
 }
 

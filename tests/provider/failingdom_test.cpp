@@ -44,7 +44,8 @@ TEST(FailingDom, EndsEveryOperationWithAnHresultAndNothingHeld) {
              return press->ConvertPrintTicketToDevMode(d, BoundProvider::BytesOf(devmode), devmode.Get(), 0, nullptr);
          },
          S_OK},
-        {"capabilities", "PrintCapabilities", [&](auto* d) { return press->CompletePrintCapabilities(nullptr, d); }, S_OK},
+        {"capabilities", "PrintCapabilities", [&](auto* d) { return press->CompletePrintCapabilities(nullptr, d); },
+         S_OK},
         {"expand", "PrintTicket", [&](auto* d) { return press->ExpandIntentOptions(d); }, S_OK},
         {"validate", "PrintTicket", [&](auto* d) { return press->ValidatePrintTicket(d); }, S_NO_CONFLICT},
     };

@@ -19,7 +19,7 @@ TEST(Color, IsWrittenFromTheDevmode) {
     const struct {
         DWORD method, intent;
         const char *methodOption, *intentOption;
-    } cases[] = {{1, 1, "psk:None", "psk:BusinessGraphics"},      {2, 2, "psk:System", "psk:Photographs"},
+    } cases[] = {{1, 1, "psk:None", "psk:BusinessGraphics"},       {2, 2, "psk:System", "psk:Photographs"},
                  {3, 3, "psk:Driver", "psk:RelativeColorimetric"}, {4, 4, "psk:Device", "psk:AbsoluteColorimetric"},
                  {0, 0, "psk:Device", "psk:Photographs"},          {99, 7, "psk:Device", "psk:Photographs"}};
     for (const auto& test : cases) {
@@ -28,8 +28,8 @@ TEST(Color, IsWrittenFromTheDevmode) {
         devmode.Get()->dmICMMethod = test.method;
         devmode.Get()->dmICMIntent = test.intent;
         // Doubled on the way in, single on the way out.
-        const auto ticket = LoadUsual("PrintTicket", Option("PageColorManagement", "psk:None") +
-                                                         Option("PageColorManagement", "psk:None"));
+        const auto ticket = LoadUsual(
+            "PrintTicket", Option("PageColorManagement", "psk:None") + Option("PageColorManagement", "psk:None"));
         ASSERT_EQ(press.ToTicket(devmode, ticket), S_OK);
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), test.methodOption);
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), test.intentOption);
@@ -42,9 +42,9 @@ TEST(Color, IsReadFromTheTicket) {
     const struct {
         const char* option;
         DWORD osVersion, method;
-    } cases[] = {{"psk:None", 10, 1},   {"psk:System", 10, 2}, {"psk:Driver", 10, 3}, {"psk:Device", 10, 4},
-                 {"psk:device", 10, 9}, {"mk:None", 10, 9},    {"psk:Other", 10, 9},  {"psk:None", 5, 4},
-                 {"mk:Other", 5, 4}};
+    } cases[] = {{"psk:None", 10, 1},   {"psk:System", 10, 2}, {"psk:Driver", 10, 3},
+                 {"psk:Device", 10, 4}, {"psk:device", 10, 9}, {"mk:None", 10, 9},
+                 {"psk:Other", 10, 9},  {"psk:None", 5, 4},    {"mk:Other", 5, 4}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.option);
         ProviderProbe::SetOsMajorVersion(*press, test.osVersion);
@@ -66,12 +66,12 @@ TEST(Color, IsOfferedAsTheCapabilityWordAndTheSystemAllow) {
         ULONGLONG flags;
         DWORD osVersion;
         const char *methods, *intents;
-    } cases[] = {
-        {0x400, 10, "psk:None", "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
-        {0x200, 6, "psk:None psk:Device psk:System",
-         "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
-        {0x600, 5, "psk:Device", "-"},
-        {0x400, 5, "-", "-"}};
+    } cases[] = {{0x400, 10, "psk:None",
+                  "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
+                 {0x200, 6, "psk:None psk:Device psk:System",
+                  "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
+                 {0x600, 5, "psk:Device", "-"},
+                 {0x400, 5, "-", "-"}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.flags);
         ProviderProbe::SetCapabilityFlags(*press, test.flags);
@@ -103,8 +103,8 @@ TEST(Copies, TravelInThePrivateNamespace) {
     const struct {
         const char *prefix, *text;
         int copies;
-    } fromTicket[] = {{"mk:", "7", 7},     {"mk:", "70000", 4464}, {"mk:", " +12x", 12}, {"mk:", "-3", -3},
-                      {"mk:", "many", 0}, {"mk:", "", 5},          {"psk:", "7", 5}};
+    } fromTicket[] = {{"mk:", "7", 7},    {"mk:", "70000", 4464}, {"mk:", " +12x", 12}, {"mk:", "-3", -3},
+                      {"mk:", "many", 0}, {"mk:", "", 5},         {"psk:", "7", 5}};
     for (const auto& test : fromTicket) {
         SCOPED_TRACE(test.text);
         TestDevmode devmode = MakeTestDevmode();
@@ -131,9 +131,11 @@ TEST(Copies, AreDeclaredWithThePrintersLimit) {
     ASSERT_EQ(office->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
     const std::string text = ContentOf(capabilities);
     EXPECT_NE(text.find("<psf:ParameterDef name=\"psk:JobCopiesAllDocuments\"><psf:Property name=\"psf:DataType\">"),
-              std::string::npos) << text;
+              std::string::npos)
+        << text;
     EXPECT_NE(text.find("<psf:Property name=\"psf:MaxValue\"><psf:Value xsi:type=\"xsd:integer\">999</psf:Value>"),
-              std::string::npos) << text;
+              std::string::npos)
+        << text;
     EXPECT_EQ(text.find("JobCopiesAllDocuments"), text.rfind("JobCopiesAllDocuments"));
 }
 
