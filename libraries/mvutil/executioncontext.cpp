@@ -1,6 +1,8 @@
 // Execution contexts: what a thread is doing, told in every report of a failure.
 #include <mvutil/executioncontext.h>
 
+#include <perthread.h>
+
 BasicExecutionContext::BasicExecutionContext(LONG id, const CXString& name, const CXString& sourceFile)
     : id_(id), name_(name), sourceFile_(sourceFile) {}
 
@@ -19,6 +21,6 @@ ExecutionContextLifetime::~ExecutionContextLifetime() {
 }
 
 ExecutionContextStack& UtilitiesDllPerThreadStorage::GetExecutionContextStack() {
-    thread_local ExecutionContextStack stack;
-    return stack;
+    static PerThread<ExecutionContextStack> stacks;
+    return stacks.Get();
 }

@@ -1,6 +1,8 @@
 // Texts by number: the utility library's own table, and the current product's texts.
 #include <mvutil/textresources.h>
 
+#include <perthread.h>
+
 #include "currentproduct.h"
 #include "productofprinter.h"
 
@@ -21,15 +23,19 @@ constexpr TextResource kTexts[] = {
 };
 // clang-format on
 
-thread_local std::shared_ptr<const ProductDescription> currentProduct;
+// The product last given to Initialize on the calling thread.
+std::shared_ptr<const ProductDescription>& CurrentProduct() {
+    static PerThread<std::shared_ptr<const ProductDescription>> products;
+    return products.Get();
+}
 
 }  // namespace
 
-std::shared_ptr<const ProductDescription> GetCurrentProduct() { return currentProduct; }
+std::shared_ptr<const ProductDescription> GetCurrentProduct() { return CurrentProduct(); }
 
 void TextResourceLoader::Initialize(HANDLE printer, bool) {
     // Descriptions are kept parsed, and parsed anew when a file has changed, so there is nothing to force.
-    currentProduct = LoadProductOfPrinter(printer);
+    CurrentProduct() = LoadProductOfPrinter(printer);
 }
 
 CXString TextResourceLoader::LoadStringW(DWORD id) {
@@ -39,9 +45,9 @@ CXString TextResourceLoader::LoadStringW(DWORD id) {
 }
 
 CXString ProductStringLoader::LoadStringW(DWORD id) const {
-    if (!currentProduct) return CXString();
-    const auto found = currentProduct->strings.find(id);
-    return found == currentProduct->strings.end() ? CXString() : CXString::FromUtf8(found->second);
+    if (!CurrentProduct()) return CXString();
+    const auto found = CurrentProduct()->strings.find(id);
+    return found == CurrentProduct()->strings.end() ? CXString() : CXString::FromUtf8(found->second);
 }
 
 CXString ProductStringLoader::GetStringForValue(DWORD valueId) const {
@@ -50,7 +56,7 @@ CXString ProductStringLoader::GetStringForValue(DWORD valueId) const {
             if (entry.value == valueId) return CXString::FromUtf8(entry.name);
         return CXString();
     };
-    if (!currentProduct) return CXString();
-    const CXString mediaType = find(currentProduct->mediaTypes);
-    return mediaType.IsEmpty() ? find(currentProduct->trays) : mediaType;
+    if (!CurrentProduct()) return CXString();
+    const CXString mediaType = find(CurrentProduct()->mediaTypes);
+    return mediaType.IsEmpty() ? find(CurrentProduct()->trays) : mediaType;
 }
