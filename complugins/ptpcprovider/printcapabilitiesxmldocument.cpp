@@ -9,6 +9,7 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printcapabilitiesxmldocument");
+constexpr const WCHAR* kRelative = W(".");  // start of a query below a node
 
 // A property of the framework namespace with its value.
 struct TypedProperty {
@@ -161,10 +162,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetParameterDefNodeIfExists(const WCHAR* p
     checks.Require(node != nullptr, E_POINTER);
     *node = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get());
-    builder.AddParameterDef(prefix, name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddParameterDef(prefix, name); });
     return GetNode(query.Get(), node);
 }
 
@@ -191,10 +189,8 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildOptionNodeIfExists(IXMLDOMNode* fe
     checks.Require(feature && option, E_POINTER);
     *option = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get(), W("."));
-    builder.AddChildOptionName(prefix, name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(
+        GetFrameworkPrefix(), [&](auto& steps) { steps.AddChildOptionName(prefix, name); }, kRelative);
     ComPtr<IXMLDOMNode> found;
     if (!Found(checks, feature->selectSingleNode(query.Get(), found.Put()), found)) return S_FALSE;
     *option = found.Detach();
@@ -205,10 +201,9 @@ CXString PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLD
     const ComChecks checks(W("PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString"), kSourceUnit);
     checks.Require(node != nullptr, E_POINTER);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get(), W("."));
-    builder.AddScoredProperty(GetKeywordsPrefix().Get(), name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(
+        GetFrameworkPrefix(), [&](auto& steps) { steps.AddScoredProperty(GetKeywordsPrefix().Get(), name); },
+        kRelative);
     ComPtr<IXMLDOMNode> property;
     checks.Require(Found(checks, node->selectSingleNode(query.Get(), property.Put()), property), E_FAIL);
     Bstr text;
@@ -222,10 +217,9 @@ CXString PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLD
 HRESULT PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue(IXMLDOMNode* node, const WCHAR* text) {
     const ComChecks checks(W("PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue"), kSourceUnit);
     checks.Require(node != nullptr, E_INVALIDARG);
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get(), W("."));
-    builder.AddChildPropertyValue(GetKeywordsPrefix().Get(), W("DisplayName"));
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(
+        GetFrameworkPrefix(),
+        [&](auto& steps) { steps.AddChildPropertyValue(GetKeywordsPrefix().Get(), W("DisplayName")); }, kRelative);
     ComPtr<IXMLDOMNode> value;
     if (!Found(checks, node->selectSingleNode(query.Get(), value.Put()), value)) return kElementNotFound;
     checks.Succeeds(value->put_text(Bstr(ViewOf(text)).Get()));

@@ -109,10 +109,7 @@ HRESULT PrintSchemaXmlDocument::GetFeatureNodeIfExists(const WCHAR* prefix, cons
     checks.Require(node != nullptr, E_POINTER);
     *node = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(psfPrefix_.Get());
-    builder.AddFeature(prefix, name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(psfPrefix_, [&](auto& steps) { steps.AddFeature(prefix, name); });
     return GetNode(query.Get(), node);
 }
 
@@ -200,10 +197,7 @@ HRESULT PrintSchemaXmlDocument::DeleteFeatureNodeIfExists(const WCHAR* prefix, c
 HRESULT PrintSchemaXmlDocument::DeleteFeatureNodeIfADuplicateExists(const WCHAR* prefix, const WCHAR* name) {
     const ComChecks checks(W("PrintSchemaXmlDocument::DeleteFeatureNodeIfADuplicateExists"), kSourceUnit);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(psfPrefix_.Get());
-    builder.AddFeature(prefix, name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(psfPrefix_, [&](auto& steps) { steps.AddFeature(prefix, name); });
     const ComPtr<IXMLDOMNodeList> features = SelectNodes(checks, query.Get());
     if (CountOf(checks, features.Get()) > 1) DeleteNode(NodeAt(checks, features.Get(), 0).Get());
     return S_OK;
@@ -212,10 +206,7 @@ HRESULT PrintSchemaXmlDocument::DeleteFeatureNodeIfADuplicateExists(const WCHAR*
 HRESULT PrintSchemaXmlDocument::DeletePropertyNodesIfExist(const WCHAR* prefix, const WCHAR* name) {
     const ComChecks checks(W("PrintSchemaXmlDocument::DeletePropertyNodesIfExist"), kSourceUnit);
     checks.Require(!IsEmpty(name), E_FAIL);
-    PrintTicketQueryBuilder builder(psfPrefix_.Get());
-    builder.AddProperty(prefix, name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(psfPrefix_, [&](auto& steps) { steps.AddProperty(prefix, name); });
     const ComPtr<IXMLDOMNodeList> properties = SelectNodes(checks, query.Get());
     const LONG count = CountOf(checks, properties.Get());
     for (LONG index = 0; index < count; ++index) DeleteNode(NodeAt(checks, properties.Get(), index).Get());

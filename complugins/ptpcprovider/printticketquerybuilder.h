@@ -1,6 +1,7 @@
 // PrintTicketQueryBuilder: composes the XPath queries that find Print Schema elements by their name attributes.
 #pragma once
 
+#include <widetext.h>
 #include <windows.h>
 
 #include <bstr.h>
@@ -41,3 +42,13 @@ private:
     Bstr query_;
     Bstr prefix_;
 };
+
+// The text of a query, from the steps that the callable appends to its builder.
+template <class Steps>
+Bstr ComposeQuery(const Bstr& prefix, Steps appendSteps, const WCHAR* start = W("")) {
+    PrintTicketQueryBuilder builder(prefix.Get(), start);
+    appendSteps(builder);
+    Bstr query;
+    builder.GetQuery(&query);
+    return query;
+}

@@ -22,11 +22,10 @@ HRESULT PrintTicketXmlDocument::GetFeatureOption(const WCHAR* feature, Bstr* opt
     checks.Require(optionName && optionPrefix, E_POINTER);
     checks.Require(!IsEmpty(feature), E_INVALIDARG);
     const Bstr keywordsPrefix = GetKeywordsPrefix();
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get());
-    builder.AddFeature(keywordsPrefix.Get(), feature);
-    builder.AddOption(keywordsPrefix.Get());
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) {
+        steps.AddFeature(keywordsPrefix.Get(), feature);
+        steps.AddOption(keywordsPrefix.Get());
+    });
     ComPtr<IXMLDOMNode> option;
     if (GetNode(query.Get(), option.Put()) == S_FALSE) return kElementNotFound;
 
@@ -48,11 +47,10 @@ HRESULT PrintTicketXmlDocument::GetScoredPropertyValue(const WCHAR* feature, con
     text->Reset();
     checks.Require(!IsEmpty(feature) && !IsEmpty(scoredProperty), E_INVALIDARG);
     const Bstr keywordsPrefix = GetKeywordsPrefix();
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get());
-    builder.AddFeature(keywordsPrefix.Get(), feature);
-    builder.AddScoredProperty(keywordsPrefix.Get(), scoredProperty);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) {
+        steps.AddFeature(keywordsPrefix.Get(), feature);
+        steps.AddScoredProperty(keywordsPrefix.Get(), scoredProperty);
+    });
     return GetNodeValue(query.Get(), text) == S_FALSE ? kElementNotFound : S_OK;
 }
 
@@ -73,10 +71,7 @@ HRESULT PrintTicketXmlDocument::GetParameterInitNodeIfExists(const WCHAR* prefix
     checks.Require(node != nullptr, E_POINTER);
     *node = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get());
-    builder.AddParameterInit(prefix, name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddParameterInit(prefix, name); });
     return GetNode(query.Get(), node);
 }
 
@@ -86,11 +81,10 @@ HRESULT PrintTicketXmlDocument::GetParameterInitValueNodeIfExists(const WCHAR* p
     checks.Require(node != nullptr, E_POINTER);
     *node = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get());
-    builder.AddParameterInit(prefix, name);
-    builder.AddValue();
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) {
+        steps.AddParameterInit(prefix, name);
+        steps.AddValue();
+    });
     return GetNode(query.Get(), node);
 }
 
@@ -174,10 +168,7 @@ HRESULT PrintTicketXmlDocument::DeleteParameterInitNodeIfExists(const WCHAR* pre
 HRESULT PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists(const WCHAR* prefix, const WCHAR* name) {
     const ComChecks checks(W("PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists"), kSourceUnit);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    PrintTicketQueryBuilder builder(GetFrameworkPrefix().Get());
-    builder.AddFeature(prefix, name);
-    Bstr query;
-    builder.GetQuery(&query);
+    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddFeature(prefix, name); });
     ComPtr<IXMLDOMNode> feature;
     while (GetNode(query.Get(), feature.Put()) == S_OK) {
         checks.Require(DeleteNode(feature.Get()) == S_OK, E_FAIL);  // it would be found for ever
