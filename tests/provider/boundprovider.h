@@ -1,7 +1,7 @@
 // A printer with its provider, and what tests ask of both.
 #pragma once
 
-#include <printschema/documents.h>
+#include <support/documents.h>
 #include <support/printerfixture.h>
 #include <support/privatedevmode.h>
 
@@ -58,17 +58,10 @@ private:
 
 // A DEVMODE whose block holds document properties (feature 43 = the number) and an application name.
 inline TestDevmode MakeTestDevmode(LONG number = 1) {
-    AttributeBytesIndexedList list;
-    list.SetAttributeBytes(AttributeBytesFeatureId(43), AttributeBytesIntegerValue(number));
-    AttributeBytesRawList raw;
-    raw.ImportFromIndexedList(list);
-    AttributeBytesNameSpaces nameSpaces;
-    nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
-    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
-    attributes.SetAttributeBytesNameSpaces(nameSpaces);
-    ByteBuffer image;
-    attributes.GetPersistentAttributesState(image);
-    return TestDevmode(MakePrivateBlock({{1, image}, {2, TextBytes(W("writer.exe"))}}));
+    AttributeBytesRawList list;
+    list.Append(AttributeBytesFeatureId(43), AttributeBytesIntegerValue(number));
+    const ByteBuffer state = MakeAttributeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
+    return TestDevmode(MakePrivateBlock({{1, state}, {2, TextBytes(W("writer.exe"))}}));
 }
 
 // Counts the reports of caught failures for as long as it lives.
@@ -91,20 +84,37 @@ private:
     MorvaneException::ReportHook previous_;
 };
 
-// The value of a root parameter or the option of a root feature by its whole name; "-" when it is absent.
-inline std::string ValueOf(const ComPtr<IXMLDOMDocument2>& document, const std::string& kind, const std::string& name) {
-    const bool isFeature = kind == "Feature";
-    const CXString query = CXString::FromUtf8("/*/psf:" + kind + "[@name='" + name + "']" +
-                                              (isFeature ? "/psf:Option/@name" : "/psf:Value"));
+// What a document holds, as tests write it; all names are keywords where no prefix is given.
+inline std::string Feature(const std::string& name, const std::string& content) {
+    return "<psf:Feature name='psk:" + name + "'>" + content + "</psf:Feature>";
+}
+inline std::string Option(const std::string& wholeName, const std::string& content = "") {
+    return "<psf:Option name='" + wholeName + "'>" + content + "</psf:Option>";
+}
+inline std::string ScoredProperty(const std::string& name, const std::string& value) {
+    return "<psf:ScoredProperty name='psk:" + name + "'><psf:Value>" + value + "</psf:Value></psf:ScoredProperty>";
+}
+inline std::string Parameter(const std::string& wholeName, const std::string& value) {
+    return "<psf:ParameterInit name='" + wholeName + "'><psf:Value>" + value + "</psf:Value></psf:ParameterInit>";
+}
+
+// The texts of what the query selects, in document order, with blanks between them; "-" when it selects nothing.
+inline std::string TextsOf(const ComPtr<IXMLDOMDocument2>& document, const std::string& query) {
     document->setProperty(Bstr(W("SelectionNamespaces")).Get(),
                           Variant(WideStringView(W("xmlns:psf='") + WideString(kFrameworkNamespace) + W("'"))).Get());
     ComPtr<IXMLDOMNodeList> nodes;
-    if (document->selectNodes(Bstr(query.AsWideString()).Get(), nodes.Put()) != S_OK) return "-";
+    EXPECT_EQ(document->selectNodes(Bstr(CXString::FromUtf8(query).AsWideString()).Get(), nodes.Put()), S_OK) << query;
     std::string all;
-    for (ComPtr<IXMLDOMNode> node; nodes->nextNode(node.Put()) == S_OK && node;) {
+    for (ComPtr<IXMLDOMNode> node; nodes && nodes->nextNode(node.Put()) == S_OK && node;) {
         Bstr text;
         EXPECT_EQ(node->get_text(text.Put()), S_OK);
         all += (all.empty() ? "" : " ") + Utf8(text);
     }
     return all.empty() ? "-" : all;
+}
+
+// The values of the root's parameters or the options of its features by that whole name.
+inline std::string ValueOf(const ComPtr<IXMLDOMDocument2>& document, const std::string& kind, const std::string& name) {
+    return TextsOf(document, "/*/psf:" + kind + "[@name='" + name + "']" +
+                                 (kind == "Feature" ? "/psf:Option/@name" : "/psf:Value"));
 }

@@ -5,12 +5,9 @@
 
 namespace {
 
-std::string Option(const std::string& feature, const std::string& option) {
-    return "<psf:Feature name='psk:" + feature + "'><psf:Option name='" + option + "'/></psf:Feature>";
-}
+std::string Chosen(const std::string& feature, const std::string& option) { return Feature(feature, Option(option)); }
 std::string Copies(const std::string& prefix, const std::string& value) {
-    return "<psf:ParameterInit name='" + prefix + "JobCopiesAllDocuments'><psf:Value xsi:type='xsd:integer'>" + value +
-           "</psf:Value></psf:ParameterInit>";
+    return Parameter(prefix + "JobCopiesAllDocuments", value);
 }
 
 TEST(Color, IsWrittenFromTheDevmode) {
@@ -28,8 +25,8 @@ TEST(Color, IsWrittenFromTheDevmode) {
         devmode.Get()->dmICMMethod = test.method;
         devmode.Get()->dmICMIntent = test.intent;
         // Doubled on the way in, single on the way out.
-        const auto ticket = LoadUsual(
-            "PrintTicket", Option("PageColorManagement", "psk:None") + Option("PageColorManagement", "psk:None"));
+        const std::string old = Chosen("PageColorManagement", "psk:None");
+        const auto ticket = LoadUsual("PrintTicket", old + old);
         ASSERT_EQ(press.ToTicket(devmode, ticket), S_OK);
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), test.methodOption);
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), test.intentOption);
@@ -51,8 +48,8 @@ TEST(Color, IsReadFromTheTicket) {
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmICMMethod = 9;
         devmode.Get()->dmICMIntent = 9;
-        const auto ticket = LoadUsual("PrintTicket", Option("PageColorManagement", test.option) +
-                                                         Option("PageICMRenderingIntent", "psk:Photographs"));
+        const auto ticket = LoadUsual("PrintTicket", Chosen("PageColorManagement", test.option) +
+                                                         Chosen("PageICMRenderingIntent", "psk:Photographs"));
         ASSERT_EQ(press.ToDevmode(ticket, devmode), S_OK);
         EXPECT_EQ(devmode.Get()->dmICMMethod, test.method);
         EXPECT_EQ(devmode.Get()->dmICMIntent, 9u) << "the intent goes one way only";
@@ -62,25 +59,25 @@ TEST(Color, IsReadFromTheTicket) {
 TEST(Color, IsOfferedAsTheCapabilityWordAndTheSystemAllow) {
     const TestStore store;
     const BoundProvider press(kPress);
+    const char* const intents =
+        "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics";
     const struct {
         ULONGLONG flags;
         DWORD osVersion;
         const char *methods, *intents;
-    } cases[] = {{0x400, 10, "psk:None",
-                  "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
-                 {0x200, 6, "psk:None psk:Device psk:System",
-                  "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics"},
+    } cases[] = {{0x400, 10, "psk:None", intents},
+                 {0x200, 6, "psk:None psk:Device psk:System", intents},
                  {0x600, 5, "psk:Device", "-"},
                  {0x400, 5, "-", "-"}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.flags);
         ProviderProbe::SetCapabilityFlags(*press, test.flags);
         ProviderProbe::SetOsMajorVersion(*press, test.osVersion);
-        const auto capabilities = LoadUsual("PrintCapabilities", Option("PageICMRenderingIntent", "psk:Old"));
+        const auto capabilities = LoadUsual("PrintCapabilities", Chosen("PageICMRenderingIntent", "psk:Old"));
         ASSERT_EQ(press->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
         EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageColorManagement"), test.methods);
         EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageICMRenderingIntent"), test.intents);
-        EXPECT_NE(TextOf(capabilities).find("\"psk:PageColorManagement\""), std::string::npos);
+        EXPECT_EQ(TextsOf(capabilities, "//@name[.='psk:PageColorManagement']"), "psk:PageColorManagement");
     }
 }
 
@@ -89,7 +86,7 @@ TEST(Color, IsLeftAloneOnOtherFamilies) {
     const BoundProvider office(kOffice);
     TestDevmode devmode = MakeTestDevmode();
     devmode.Get()->dmICMMethod = 9;
-    const auto ticket = LoadUsual("PrintTicket", Option("PageColorManagement", "psk:None"));
+    const auto ticket = LoadUsual("PrintTicket", Chosen("PageColorManagement", "psk:None"));
     ASSERT_EQ(office.ToDevmode(ticket, devmode), S_OK);
     EXPECT_EQ(devmode.Get()->dmICMMethod, 9u);
     ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
@@ -129,14 +126,9 @@ TEST(Copies, AreDeclaredWithThePrintersLimit) {
     const BoundProvider office(kOffice);
     const auto capabilities = LoadUsual("PrintCapabilities", "<psf:ParameterDef name='psk:JobCopiesAllDocuments'/>");
     ASSERT_EQ(office->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
-    const std::string text = ContentOf(capabilities);
-    EXPECT_NE(text.find("<psf:ParameterDef name=\"psk:JobCopiesAllDocuments\"><psf:Property name=\"psf:DataType\">"),
-              std::string::npos)
-        << text;
-    EXPECT_NE(text.find("<psf:Property name=\"psf:MaxValue\"><psf:Value xsi:type=\"xsd:integer\">999</psf:Value>"),
-              std::string::npos)
-        << text;
-    EXPECT_EQ(text.find("JobCopiesAllDocuments"), text.rfind("JobCopiesAllDocuments"));
+    EXPECT_EQ(TextsOf(capabilities, "/*/psf:ParameterDef[@name='psk:JobCopiesAllDocuments']//psf:Value"),
+              "xsd:integer 1 999 1 psk:Unconditional copies 1 Copies");
+    EXPECT_EQ(TextsOf(capabilities, "//@name[.='psk:JobCopiesAllDocuments']"), "psk:JobCopiesAllDocuments");
 }
 
 }  // namespace

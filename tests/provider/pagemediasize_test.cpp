@@ -23,18 +23,15 @@ std::vector<_tag_FormsInfoRec> MakePapers() {
             MakePaper(120, 1270, 1778, 6402, kMappedForm, W("5x7 Form")),
             MakePaper(257, 1400, 2200, 0, kUserForm, W("Ours")),
             MakePaper(401, 1500, 2500, 0, kUserForm, W("Also Ours")),
+            MakePaper(402, 2100, 2970, 0, kUserForm, W("Our A4")),
             MakePaper(256, 2159, 2794, 0, kCustom, W("Custom Size"))};
 }
 
-std::string Property(const std::string& name, const std::string& value) {
-    return "<psf:ScoredProperty name='psk:" + name + "'><psf:Value xsi:type='xsd:integer'>" + value +
-           "</psf:Value></psf:ScoredProperty>";
-}
 std::string MediaSize(const std::string& option, const std::string& width, const std::string& height) {
     const std::string start = option == "psk:PSCustomMediaSize" ? "PS" : "MediaSize";
-    return "<psf:Feature name='psk:PageMediaSize'><psf:Option name='" + option + "'>" +
-           (width.empty() ? "" : Property(start + "Width", width)) +
-           (height.empty() ? "" : Property(start + "Height", height)) + "</psf:Option></psf:Feature>";
+    return Feature("PageMediaSize",
+                   Option(option, (width.empty() ? "" : ScoredProperty(start + "Width", width)) +
+                                      (height.empty() ? "" : ScoredProperty(start + "Height", height))));
 }
 
 class PageMediaSizeTest : public testing::Test {
@@ -58,30 +55,30 @@ protected:
 TEST_F(PageMediaSizeTest, IsOfferedForEachRecordOnce) {
     const std::string sizes =
         "psk:NorthAmericaLetter psk:ISOA4 psk:NorthAmerica4x6 mk:DriverCustomSize_400_3302x4877 psk:NorthAmerica5x7 "
-        "mk:UserForm_257_1400x2200 mk:UserForm_401_1500x2500";
+        "mk:UserForm_257_1400x2200 mk:UserForm_401_1500x2500 mk:UserForm_402_2100x2970";
     const struct {
-        const char *program, *options;
+        const char *program, *custom, *references;
         ULONGLONG flags;
     } cases[] = {
-        {"", " psk:CustomMediaSize", 0x400}, {"", " psk:PSCustomMediaSize", 0x200}, {"formletter.exe", "", 0x400}};
+        {"", " psk:CustomMediaSize",
+         "psk:MediaSizeWidth psk:PageMediaSizeMediaSizeWidth psk:MediaSizeHeight psk:PageMediaSizeMediaSizeHeight",
+         0x400},
+        {"", " psk:PSCustomMediaSize",
+         "psk:PSWidth psk:PageMediaSizePSWidth psk:PSHeight psk:PageMediaSizePSHeight psk:PSWidthOffset "
+         "psk:PageMediaSizePSWidthOffset psk:PSHeightOffset psk:PageMediaSizePSHeightOffset psk:PSOrientation "
+         "psk:PageMediaSizePSOrientation",
+         0x200},
+        {"formletter.exe", "", "-", 0x400},
+    };
     for (const auto& test : cases) {
-        SCOPED_TRACE(test.options);
+        SCOPED_TRACE(test.custom);
         Application::SetExecutableName(CXString(test.program));
         ProviderProbe::SetCapabilityFlags(*office_, test.flags);
-        EXPECT_EQ(Options(Complete(MediaSize("psk:Old", "1", "1") + MediaSize("psk:Older", "", ""))),
-                  sizes + test.options);
-    }
-    Application::SetExecutableName(CXString());
-    ProviderProbe::SetCapabilityFlags(*office_, 0);
-    const std::string text = ContentOf(Complete());
-    for (const char* part :
-         {"<psf:Option name=\"psk:ISOA4\" constrained=\"psk:None\"><psf:Property name=\"psk:DisplayName\"><psf:Value "
-          "xsi:type=\"xsd:string\">A4</psf:Value></psf:Property><psf:ScoredProperty name=\"psk:MediaSizeWidth\">"
-          "<psf:Value xsi:type=\"xsd:integer\">210000</psf:Value></psf:ScoredProperty><psf:ScoredProperty "
-          "name=\"psk:MediaSizeHeight\"><psf:Value xsi:type=\"xsd:integer\">297000</psf:Value>",
-          "<psf:ScoredProperty name=\"psk:MediaSizeHeight\"><psf:ParameterRef "
-          "name=\"psk:PageMediaSizeMediaSizeHeight\"/></psf:ScoredProperty></psf:Option></psf:Feature>"}) {
-        EXPECT_NE(text.find(part), std::string::npos) << part << '\n' << text;
+        const auto capabilities = Complete(MediaSize("psk:Old", "1", "1") + MediaSize("psk:Older", "", ""));
+        EXPECT_EQ(Options(capabilities), sizes + test.custom);
+        EXPECT_EQ(TextsOf(capabilities, "//psf:Option[contains(@name,'CustomMedia')]/psf:ScoredProperty//@name"),
+                  test.references);
+        EXPECT_EQ(TextsOf(capabilities, "//psf:Option[@name='psk:ISOA4']//psf:Value"), "A4 210000 297000");
     }
 }
 
@@ -112,7 +109,12 @@ TEST_F(PageMediaSizeTest, IsReadFromTheTicket) {
         {"by name alone, whatever its namespace", "mk:ISOA4", "", "", {9, 2100, 2970, "A4"}},
         {"by a rarer name alone", "psk:NorthAmerica4x6", "", "", {300, 1016, 1524, "Photo"}},
         {"the name counts more than the size", "psk:ISOA4", "215900", "279400", {9, 2100, 2970, "A4"}},
-        {"by size alone, in whole millimetres", "psk:Foo", "210300", "296600", {9, 2100, 2970, "A4"}},
+        {"by size alone, in whole millimetres", "psk:Foo", "216200", "279100", {1, 2159, 2794, "Letter"}},
+        {"a form of the user goes before another of that size",
+         "psk:Foo",
+         "210300",
+         "296600",
+         {256, 2100, 2970, "Our A4"}},
         {"a form of the user", "mk:UserForm_257_1400x2200", "140000", "220000", {256, 1400, 2200, "Ours"}},
         {"a size of the driver", "mk:DriverCustomSize_400_3302x4877", "330200", "487700", {256, 3302, 4877, "Sheet"}},
         {"nothing known", "psk:Foo", "", "", {256, 0, 0, ""}},
@@ -120,7 +122,7 @@ TEST_F(PageMediaSizeTest, IsReadFromTheTicket) {
         {"custom", "psk:CustomMediaSize", "100000", "150000", {256, 1000, 1500, ""}},
         {"custom, rounded", "psk:CustomMediaSize", "100050", "150051", {256, 1000, 1501, ""}},
         {"custom, longer than a DEVMODE holds", "psk:CustomMediaSize", "100000", "4000000", {256, 1000, 32767, ""}},
-        {"custom, of a record's size", "psk:CustomMediaSize", "210000", "297000", {9, 2100, 2970, "A4"}},
+        {"custom, of a record's size", "psk:CustomMediaSize", "215900", "279400", {1, 2159, 2794, "Letter"}},
         {"custom without a height", "psk:CustomMediaSize", "210000", "", usual},
         {"PostScript custom", "psk:PSCustomMediaSize", "100000", "150000", {256, 1000, 1500, ""}},
         {"PostScript custom of no width", "psk:PSCustomMediaSize", "0", "150000", usual},
@@ -143,112 +145,61 @@ TEST_F(PageMediaSizeTest, IsReadFromTheTicket) {
     }
 }
 
-TEST_F(PageMediaSizeTest, OfAFormOfTheUserReplacesAnotherOfThatSize) {
-    StorePapers(office_.GetPrinter(), {MakePaper(1, 2159, 2794, 6430, kCommon, W("Letter")),
-                                       MakePaper(257, 2159, 2794, 0, kUserForm, W("Ours"))});
-    TestDevmode devmode = MakeTestDevmode();
-    ASSERT_EQ(
-        office_.ToDevmode(LoadUsual("PrintTicket", MediaSize("psk:CustomMediaSize", "215900", "279400")), devmode),
-        S_OK);
-    EXPECT_EQ(CXString(devmode.Get()->dmFormName), CXString("Ours"));
-    ASSERT_EQ(
-        office_.ToDevmode(LoadUsual("PrintTicket", MediaSize("psk:NorthAmericaLetter", "215900", "279400")), devmode),
-        S_OK);
-    EXPECT_EQ(devmode.Get()->dmPaperSize, 1);
-
-    StorePapers(office_.GetPrinter(), {});
-    ASSERT_EQ(office_.ToDevmode(LoadUsual("PrintTicket", ""), devmode), S_OK);
-    EXPECT_EQ(devmode.Get()->dmPaperSize, 256) << "without records there is no default size to be found";
-    EXPECT_EQ(devmode.Get()->dmPaperWidth, 0);
-}
-
 TEST_F(PageMediaSizeTest, IsWrittenFromTheDevmode) {
     const struct {
         const char* what;
+        ULONGLONG flags;
         DWORD fields;
         SHORT number, width, length;
-        const char *option, *width100, *length100;
+        const char *option, *values;  // the values in the option, or the parameters with theirs
     } cases[] = {
-        {"a number", DM_PAPERSIZE, 9, 1, 1, "psk:ISOA4", "210000", "297000"},
-        {"a rarer number", DM_PAPERSIZE, 300, 1, 1, "psk:NorthAmerica4x6", "101600", "152400"},
-        {"a form's number", DM_PAPERSIZE, 257, 1, 1, "mk:UserForm_257_1400x2200", "140000", "220000"},
-        {"a size of the driver", DM_PAPERSIZE, 256, 3302, 4877, "mk:DriverCustomSize_400_3302x4877", "330200",
-         "487700"},
-        {"laid across", DM_PAPERSIZE, 256, 2970, 2100, "psk:ISOA4", "210000", "297000"},
-        {"custom", DM_PAPERSIZE | DM_PAPERWIDTH, 256, 1000, 1500, "psk:CustomMediaSize", "-", "-"},
-        {"no such number", DM_PAPERSIZE, 77, 1000, 1500, "psk:CustomMediaSize", "-", "-"},
-        {"a number that is not set", 0, 9, 1000, 1500, "psk:CustomMediaSize", "-", "-"},
+        {"a number", 0, DM_PAPERSIZE, 9, 1, 1, "psk:ISOA4", "210000 297000"},
+        {"a rarer number", 0, DM_PAPERSIZE, 300, 1, 1, "psk:NorthAmerica4x6", "101600 152400"},
+        {"a form's number", 0, DM_PAPERSIZE, 257, 1, 1, "mk:UserForm_257_1400x2200", "140000 220000"},
+        {"a size of the driver", 0, DM_PAPERSIZE, 256, 3302, 4877, "mk:DriverCustomSize_400_3302x4877",
+         "330200 487700"},
+        {"laid across", 0, DM_PAPERSIZE, 256, 2970, 2100, "psk:ISOA4", "210000 297000"},
+        {"custom", 0, DM_PAPERSIZE | DM_PAPERWIDTH, 256, 1000, 1500, "psk:CustomMediaSize",
+         "psk:PageMediaSizeMediaSizeWidth 100000 psk:PageMediaSizeMediaSizeHeight 150000"},
+        {"no such number", 0, DM_PAPERSIZE, 77, 1000, 1500, "psk:CustomMediaSize",
+         "psk:PageMediaSizeMediaSizeWidth 100000 psk:PageMediaSizeMediaSizeHeight 150000"},
+        {"a number that is not set", 0, 0, 9, 1000, 1500, "psk:CustomMediaSize",
+         "psk:PageMediaSizeMediaSizeWidth 100000 psk:PageMediaSizeMediaSizeHeight 150000"},
+        {"custom on a PostScript device", 0x200, DM_PAPERSIZE, 256, 1000, 1500, "psk:PSCustomMediaSize",
+         "psk:PageMediaSizePSWidth 100000 psk:PageMediaSizePSHeight 150000 psk:PageMediaSizePSWidthOffset 0 "
+         "psk:PageMediaSizePSHeightOffset 0 psk:PageMediaSizePSOrientation 1"},
+    };
+    const std::string values =
+        "//psf:Feature[@name='psk:PageMediaSize']//psf:Value | /*/psf:ParameterInit[contains(@name,'MediaSize')]/@name "
+        "| /*/psf:ParameterInit[contains(@name,'MediaSize')]/psf:Value";
+    const auto makeDevmode = [](DWORD fields, SHORT number, SHORT width, SHORT length) {
+        TestDevmode devmode = MakeTestDevmode();
+        devmode.Get()->dmFields = fields;
+        devmode.Get()->dmPaperSize = number;
+        devmode.Get()->dmPaperWidth = width;
+        devmode.Get()->dmPaperLength = length;
+        return devmode;
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.what);
-        TestDevmode devmode = MakeTestDevmode();
-        devmode.Get()->dmFields = test.fields;
-        devmode.Get()->dmPaperSize = test.number;
-        devmode.Get()->dmPaperWidth = test.width;
-        devmode.Get()->dmPaperLength = test.length;
+        ProviderProbe::SetCapabilityFlags(*office_, test.flags);
+        TestDevmode devmode = makeDevmode(test.fields, test.number, test.width, test.length);
         const DEVMODEW before = *devmode.Get();
         const auto ticket = LoadUsual("PrintTicket", MediaSize("psk:Old", "1", "1") + MediaSize("psk:Older", "", "") +
-                                                         "<psf:ParameterInit name='psk:PageMediaSizePSWidth'/>");
+                                                         Parameter("psk:PageMediaSizePSWidth", "9"));
         ASSERT_EQ(office_.ToTicket(devmode, ticket), S_OK);
         EXPECT_EQ(std::memcmp(&before, devmode.Get(), sizeof before), 0) << "the DEVMODE is only read";
         EXPECT_EQ(Options(ticket), test.option);
-        EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:PageMediaSizePSWidth"), "-");
-        const std::string text = ContentOf(ticket);
-        if (*test.width100 != '-') {
-            const std::string start = "\"><psf:Value xsi:type=\"xsd:integer\">";
-            EXPECT_NE(text.find("\"psk:MediaSizeWidth" + start + test.width100), std::string::npos) << text;
-            EXPECT_NE(text.find("\"psk:MediaSizeHeight" + start + test.length100), std::string::npos) << text;
-        } else {
-            EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:PageMediaSizeMediaSizeWidth"), "100000");
-            EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:PageMediaSizeMediaSizeHeight"), "150000");
-        }
+        EXPECT_EQ(TextsOf(ticket, values), test.values);
     }
-}
-
-TEST_F(PageMediaSizeTest, OfThePostScriptDeviceHasItsOwnParameters) {
-    ProviderProbe::SetCapabilityFlags(*office_, 0x200);
-    TestDevmode devmode = MakeTestDevmode();
-    devmode.Get()->dmFields = DM_PAPERSIZE;
-    devmode.Get()->dmPaperSize = 256;
-    devmode.Get()->dmPaperWidth = 1000;
-    devmode.Get()->dmPaperLength = 1500;
-    const auto ticket = LoadUsual("PrintTicket", "");
-    ASSERT_EQ(office_.ToTicket(devmode, ticket), S_OK);
-    EXPECT_EQ(Options(ticket), "psk:PSCustomMediaSize");
-    const std::pair<const char*, const char*> parameters[] = {
-        {"Width", "100000"}, {"Height", "150000"}, {"WidthOffset", "0"}, {"HeightOffset", "0"}, {"Orientation", "1"}};
-    for (const auto& [name, value] : parameters)
-        EXPECT_EQ(ValueOf(ticket, "ParameterInit", std::string("psk:PageMediaSizePS") + name), value);
-
-    TestDevmode back = MakeTestDevmode();
-    ASSERT_EQ(office_.ToDevmode(ticket, back), S_OK);
-    EXPECT_EQ(back.Get()->dmPaperWidth, 1000);
-    EXPECT_EQ(back.Get()->dmPaperLength, 1500);
-
     StorePapers(office_.GetPrinter(), {});
+    TestDevmode devmode = makeDevmode(DM_PAPERSIZE, 9, 2100, 2970);
+    const auto ticket = LoadUsual("PrintTicket", MediaSize("psk:Old", "1", "1"));
     ASSERT_EQ(office_.ToTicket(devmode, ticket), S_OK);
-    EXPECT_EQ(Options(ticket), "psk:PSCustomMediaSize") << "without a record the ticket stays as it was";
-}
-
-TEST_F(PageMediaSizeTest, SurvivesTheWayToATicketAndBack) {
-    for (const _tag_FormsInfoRec& paper : MakePapers()) {
-        if (paper.pageSizeType == kPostScriptCustom) continue;
-        SCOPED_TRACE(CXString(paper.name).ToUtf8());
-        const bool byDimensions = paper.pageSizeType == kDriverCustom || paper.pageSizeType == kUserForm;
-        const int number = byDimensions ? 256 : paper.msPaperId;
-        TestDevmode devmode = MakeTestDevmode(), back = MakeTestDevmode();
-        devmode.Get()->dmFields = DM_PAPERSIZE | DM_PAPERWIDTH | DM_PAPERLENGTH;
-        devmode.Get()->dmPaperSize = static_cast<SHORT>(number);
-        // The custom record has another's dimensions; take some of its own.
-        devmode.Get()->dmPaperWidth = static_cast<SHORT>(paper.pageSizeType == kCustom ? 1234 : paper.width);
-        devmode.Get()->dmPaperLength = static_cast<SHORT>(paper.length);
-        const auto ticket = LoadUsual("PrintTicket", "");
-        ASSERT_EQ(office_.ToTicket(devmode, ticket), S_OK);
-        ASSERT_EQ(office_.ToDevmode(ticket, back), S_OK);
-        EXPECT_EQ(back.Get()->dmPaperSize, number);
-        EXPECT_EQ(back.Get()->dmPaperWidth, devmode.Get()->dmPaperWidth);
-        EXPECT_EQ(back.Get()->dmPaperLength, devmode.Get()->dmPaperLength);
-    }
+    EXPECT_EQ(Options(ticket), "psk:Old") << "without a record the ticket stays as it was";
+    ASSERT_EQ(office_.ToDevmode(LoadUsual("PrintTicket", ""), devmode), S_OK);
+    EXPECT_EQ(devmode.Get()->dmPaperSize, 256) << "without records there is no default size to be found";
+    EXPECT_EQ(devmode.Get()->dmPaperWidth, 0);
 }
 
 }  // namespace

@@ -8,35 +8,15 @@ namespace {
 std::string DisplayName(const std::string& text) {
     return "<psf:Property name='psk:DisplayName'><psf:Value>" + text + "</psf:Value></psf:Property>";
 }
-std::string Feature(const std::string& name, const std::string& content) {
-    return "<psf:Feature name='psk:" + name + "'>" + content + "</psf:Feature>";
-}
-std::string Option(const std::string& name, const std::string& content = "") {
-    return "<psf:Option name='psk:" + name + "'>" + content + "</psf:Option>";
-}
 std::string Resolution(const std::string& x, const std::string& y) {
-    const auto property = [](const std::string& name, const std::string& value) {
-        return value.empty() ? ""
-                             : "<psf:ScoredProperty name='psk:Resolution" + name + "'><psf:Value>" + value +
-                                   "</psf:Value></psf:ScoredProperty>";
-    };
-    return Option(x + "x" + y, DisplayName("core") + property("X", x) + property("Y", y));
+    return Option("psk:" + x + "x" + y, DisplayName("core") + (x.empty() ? "" : ScoredProperty("ResolutionX", x)) +
+                                            (y.empty() ? "" : ScoredProperty("ResolutionY", y)));
 }
 
 // The display names of a feature and of its options.
 std::string NamesIn(const ComPtr<IXMLDOMDocument2>& document, const std::string& feature) {
-    ValueOf(document, "Feature", feature);  // declares the prefix of the query
-    const std::string query =
-        "//psf:Feature[@name='psk:" + feature + "']//psf:Property[@name='psk:DisplayName']/psf:Value";
-    ComPtr<IXMLDOMNodeList> nodes;
-    EXPECT_EQ(document->selectNodes(Bstr(CXString(query.c_str()).AsWideString()).Get(), nodes.Put()), S_OK);
-    std::string all;
-    for (ComPtr<IXMLDOMNode> node; nodes->nextNode(node.Put()) == S_OK && node;) {
-        Bstr text;
-        node->get_text(text.Put());
-        all += (all.empty() ? "" : "|") + Utf8(text);
-    }
-    return all;
+    return TextsOf(document,
+                   "//psf:Feature[@name='psk:" + feature + "']//psf:Property[@name='psk:DisplayName']/psf:Value");
 }
 
 ComPtr<IXMLDOMDocument2> Complete(const BoundProvider& provider, const std::string& children) {
@@ -47,18 +27,16 @@ ComPtr<IXMLDOMDocument2> Complete(const BoundProvider& provider, const std::stri
 
 TEST(OutputQuality, IsAutomaticOnOneFamilyAndAbsentOnOthers) {
     const TestStore store;
-    const std::string old = Feature("PageOutputQuality", Option("Draft") + Option("High"));
+    const std::string old = Feature("PageOutputQuality", Option("psk:Draft") + Option("psk:High"));
     for (const auto& [product, wanted] : {std::pair{kOffice, "psk:Automatic"}, {kPress, "-"}, {kScript, "-"}}) {
         SCOPED_TRACE(product);
         const BoundProvider provider(product, CXString(product));
         const auto capabilities = Complete(provider, old + old);
         EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageOutputQuality"), wanted);
-        EXPECT_EQ(NamesIn(capabilities, "PageOutputQuality"), *wanted == '-' ? "" : "Print Quality|Automatic");
+        EXPECT_EQ(NamesIn(capabilities, "PageOutputQuality"), *wanted == '-' ? "-" : "Print Quality Automatic");
 
         TestDevmode devmode = MakeTestDevmode();
-        const std::vector<BYTE> before(reinterpret_cast<BYTE*>(&devmode.Get()->dmPrintQuality),
-                                       devmode.Block() + privateblock::kBytes);
-        const auto ticket = LoadUsual("PrintTicket", Feature("PageOutputQuality", Option("Draft")));
+        const auto ticket = LoadUsual("PrintTicket", Feature("PageOutputQuality", Option("psk:Draft")));
         ASSERT_EQ(provider.ToDevmode(ticket, devmode), S_OK);
         EXPECT_EQ(devmode.Get()->dmPrintQuality, 0) << "the ticket's quality goes nowhere";
         EXPECT_EQ(devmode.CopyBlock(), MakeTestDevmode().CopyBlock());
@@ -70,8 +48,8 @@ TEST(OutputQuality, IsAutomaticOnOneFamilyAndAbsentOnOthers) {
 TEST(Orientation, IsTakenOutOnceWhenDoubled) {
     const TestStore store;
     const BoundProvider office(kOffice);
-    const std::string first = Feature("PageOrientation", Option("Landscape")),
-                      second = Feature("PageOrientation", Option("Portrait"));
+    const std::string first = Feature("PageOrientation", Option("psk:Landscape")),
+                      second = Feature("PageOrientation", Option("psk:Portrait"));
     const std::pair<std::string, const char*> cases[] = {{first, "psk:Landscape"},
                                                          {first + second, "psk:Portrait"},
                                                          {first + second + first, "psk:Portrait psk:Landscape"},
@@ -97,11 +75,11 @@ TEST(Resolutions, AreThoseOfTheDevice) {
         const char *wanted, *names;
     } cases[] = {
         {"one too many", Resolution("300", "300") + Resolution("600", "600") + Resolution("1200", "1200"),
-         "psk:300x300 psk:600x600", "Resolution|low|fine"},
-        {"swapped", Resolution("1200", "600") + Resolution("600", "1200"), "psk:600x1200", "Resolution|finest"},
-        {"text behind the digits", Resolution(" 300dpi", "300"), "psk: 300dpix300", "Resolution|low"},
+         "psk:300x300 psk:600x600", "Resolution low fine"},
+        {"swapped", Resolution("1200", "600") + Resolution("600", "1200"), "psk:600x1200", "Resolution finest"},
+        {"text behind the digits", Resolution(" 300dpi", "300"), "psk: 300dpix300", "Resolution low"},
         {"an option without values ends it", Resolution("1", "1") + Resolution("600", "") + Resolution("300", "300"),
-         "psk:600x psk:300x300", "Resolution|core|core"},
+         "psk:600x psk:300x300", "Resolution core core"},
         {"none left", Resolution("1", "1"), "-", "Resolution"},
     };
     for (const auto& test : cases) {
@@ -117,20 +95,24 @@ TEST(Resolutions, AreThoseOfTheDevice) {
     StoreResolutions(office.GetPrinter(), {});
     EXPECT_EQ(NamesIn(Complete(office, Feature("PageResolution", DisplayName("core") + Resolution("1", "1"))),
                       "PageResolution"),
-              "core|core")
+              "core core")
         << "without a list nothing is changed";
 }
 
 TEST(Duplex, HasTheProductsNames) {
     const TestStore store;
-    const BoundProvider office(kOffice);
+    const ChangedProduct nameless(
+        kOffice, "nameless", {{"Morvane Office", "Nameless"}, {"[settings]", "[strings]\n10290 = \"\"\n[settings]"}});
+    const BoundProvider office(kOffice), withoutName(W("Without a name"), nameless.GetFile());
     const std::string name = "JobDuplexAllDocumentsContiguously";
-    const std::string content = DisplayName("core") + Option("OneSided", DisplayName("core 1")) +
-                                Option("TwoSidedLongEdge", DisplayName("core 2")) + Option("TwoSidedShortEdge") +
-                                Option("Other", DisplayName("core 3"));
-    EXPECT_EQ(NamesIn(Complete(office, Feature(name, content)), name),
-              "2-Sided Printing|1-Sided Print|2-Sided Print|core 3");
-    EXPECT_EQ(NamesIn(Complete(office, ""), name), "");
+    const std::string duplex =
+        Feature(name, DisplayName("core") + Option("psk:OneSided", DisplayName("core 1")) +
+                          Option("psk:TwoSidedLongEdge", DisplayName("core 2")) + Option("psk:TwoSidedShortEdge") +
+                          Option("psk:Other", DisplayName("core 3")));
+    EXPECT_EQ(NamesIn(Complete(office, duplex), name), "2-Sided Printing 1-Sided Print 2-Sided Print core 3");
+    EXPECT_EQ(NamesIn(Complete(withoutName, duplex), name), "2-Sided Printing 1-Sided Print core 2 core 3")
+        << "an empty text leaves the name as it is";
+    EXPECT_EQ(NamesIn(Complete(office, ""), name), "-");
 }
 
 }  // namespace

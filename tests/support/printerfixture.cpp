@@ -8,6 +8,8 @@
 #include <mvutil/printer.h>
 #include <winspool.h>
 
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 std::filesystem::path ProgramFolder() {
@@ -18,6 +20,22 @@ std::filesystem::path ProgramFolder() {
 
 std::filesystem::path ProductFile(const std::string& product) {
     return ProgramFolder() / "products" / product / (product + ".toml");
+}
+
+ChangedProduct::ChangedProduct(const std::string& product, const std::string& name, const Changes& changes)
+    : file_(ProductFile(product).parent_path() / (name + ".toml")) {
+    std::ifstream original(ProductFile(product));
+    std::string text{std::istreambuf_iterator<char>(original), {}};
+    for (const auto& [from, to] : changes) {
+        const std::size_t at = text.find(from);
+        if (at == std::string::npos) throw std::runtime_error("the product does not say " + from);
+        text.replace(at, from.size(), to);
+    }
+    std::ofstream(file_) << text;
+}
+ChangedProduct::~ChangedProduct() {
+    std::error_code error;
+    std::filesystem::remove(file_, error);
 }
 
 TestStore::TestStore() { OpenStore(":memory:"); }

@@ -7,6 +7,8 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 // The products by the name of their folder.
 inline constexpr const char* kPress = "press8434";    // capability bit 0x400
@@ -16,6 +18,22 @@ inline constexpr const char* kScript = "script8432";  // capability bit 0x200
 // The folder of this program, and a product's description file in the build.
 std::filesystem::path ProgramFolder();
 std::filesystem::path ProductFile(const std::string& product);
+
+// A copy of a product's description beside it, with texts replaced; gone with the object.
+class ChangedProduct {
+public:
+    using Changes = std::vector<std::pair<std::string, std::string>>;  // what is replaced, by what
+
+    ChangedProduct(const std::string& product, const std::string& name, const Changes& changes);
+    ~ChangedProduct();
+    ChangedProduct(const ChangedProduct&) = delete;
+    ChangedProduct& operator=(const ChangedProduct&) = delete;
+
+    const std::filesystem::path& GetFile() const noexcept { return file_; }
+
+private:
+    std::filesystem::path file_;
+};
 
 // A store that nothing else sees, as long as this object lives. One at a time.
 class TestStore {
