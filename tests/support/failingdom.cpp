@@ -91,6 +91,20 @@ private:
     ULONG references_ = 0;
 };
 
+// A method that goes through the plan, one that hands out an object at that, and one that the component never calls.
+#define PASSES(name, parameters, arguments)                     \
+    HRESULT STDMETHODCALLTYPE name parameters override {        \
+        return Forward([&] { return inner_->name arguments; }); \
+    }
+#define HANDS(name, parameters, result, arguments)                             \
+    HRESULT STDMETHODCALLTYPE name parameters override {                       \
+        return Hand(result, [&](auto out) { return inner_->name arguments; }); \
+    }
+#define REFUSES(name, parameters) \
+    HRESULT STDMETHODCALLTYPE name parameters override { return E_NOTIMPL; }
+
+// It would take a macro's argument of parameters for a product.
+// clang-format off
 template <class Interface, const IID& kInterface>
 class NodeProxy : public Proxy<Interface, kInterface> {
 public:
@@ -99,94 +113,48 @@ public:
     using Proxy<Interface, kInterface>::Forward;
     using Proxy<Interface, kInterface>::Hand;
 
-    HRESULT STDMETHODCALLTYPE get_nodeName(BSTR* a) override {
-        return Forward([&] { return inner_->get_nodeName(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_nodeValue(VARIANT* a) override {
-        return Forward([&] { return inner_->get_nodeValue(a); });
-    }
-    HRESULT STDMETHODCALLTYPE put_nodeValue(VARIANT a) override {
-        return Forward([&] { return inner_->put_nodeValue(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_nodeType(DOMNodeType* a) override {
-        return Forward([&] { return inner_->get_nodeType(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_parentNode(IXMLDOMNode** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_parentNode(out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_childNodes(IXMLDOMNodeList** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_childNodes(out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_firstChild(IXMLDOMNode** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_firstChild(out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_lastChild(IXMLDOMNode** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_lastChild(out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_previousSibling(IXMLDOMNode** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_previousSibling(out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_nextSibling(IXMLDOMNode** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_nextSibling(out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_attributes(IXMLDOMNamedNodeMap** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_attributes(out); });
-    }
+    PASSES(get_nodeName, (BSTR* a), (a));
+    PASSES(get_nodeValue, (VARIANT* a), (a));
+    PASSES(put_nodeValue, (VARIANT a), (a));
+    PASSES(get_nodeType, (DOMNodeType* a), (a));
+    HANDS(get_parentNode, (IXMLDOMNode** a), a, (out));
+    REFUSES(get_childNodes, (IXMLDOMNodeList**));
+    HANDS(get_firstChild, (IXMLDOMNode** a), a, (out));
+    REFUSES(get_lastChild, (IXMLDOMNode**));
+    REFUSES(get_previousSibling, (IXMLDOMNode**));
+    REFUSES(get_nextSibling, (IXMLDOMNode**));
+    HANDS(get_attributes, (IXMLDOMNamedNodeMap** a), a, (out));
     HRESULT STDMETHODCALLTYPE insertBefore(IXMLDOMNode* a, VARIANT b, IXMLDOMNode** c) override {
         return Hand(c, [&](auto out) { return inner_->insertBefore(Inner(a).Get(), InnerReference(b).Get(), out); });
     }
-    HRESULT STDMETHODCALLTYPE replaceChild(IXMLDOMNode* a, IXMLDOMNode* b, IXMLDOMNode** c) override {
-        return Hand(c, [&](auto out) { return inner_->replaceChild(Inner(a).Get(), Inner(b).Get(), out); });
-    }
+    REFUSES(replaceChild, (IXMLDOMNode*, IXMLDOMNode*, IXMLDOMNode**));
     HRESULT STDMETHODCALLTYPE removeChild(IXMLDOMNode* a, IXMLDOMNode** b) override {
         return Hand(b, [&](auto out) { return inner_->removeChild(Inner(a).Get(), out); });
     }
     HRESULT STDMETHODCALLTYPE appendChild(IXMLDOMNode* a, IXMLDOMNode** b) override {
         return Hand(b, [&](auto out) { return inner_->appendChild(Inner(a).Get(), out); });
     }
-    HRESULT STDMETHODCALLTYPE hasChildNodes(VARIANT_BOOL* a) override {
-        return Forward([&] { return inner_->hasChildNodes(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_ownerDocument(IXMLDOMDocument**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE cloneNode(VARIANT_BOOL, IXMLDOMNode**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_nodeTypeString(BSTR*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_text(BSTR* a) override {
-        return Forward([&] { return inner_->get_text(a); });
-    }
-    HRESULT STDMETHODCALLTYPE put_text(BSTR a) override {
-        return Forward([&] { return inner_->put_text(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_specified(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_definition(IXMLDOMNode**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_nodeTypedValue(VARIANT* a) override {
-        return Forward([&] { return inner_->get_nodeTypedValue(a); });
-    }
-    HRESULT STDMETHODCALLTYPE put_nodeTypedValue(VARIANT a) override {
-        return Forward([&] { return inner_->put_nodeTypedValue(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_dataType(VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_dataType(BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_xml(BSTR* a) override {
-        return Forward([&] { return inner_->get_xml(a); });
-    }
-    HRESULT STDMETHODCALLTYPE transformNode(IXMLDOMNode*, BSTR*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE selectNodes(BSTR a, IXMLDOMNodeList** b) override {
-        return Hand(b, [&](auto out) { return inner_->selectNodes(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE selectSingleNode(BSTR a, IXMLDOMNode** b) override {
-        return Hand(b, [&](auto out) { return inner_->selectSingleNode(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_parsed(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_namespaceURI(BSTR* a) override {
-        return Forward([&] { return inner_->get_namespaceURI(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_prefix(BSTR* a) override {
-        return Forward([&] { return inner_->get_prefix(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_baseName(BSTR* a) override {
-        return Forward([&] { return inner_->get_baseName(a); });
-    }
-    HRESULT STDMETHODCALLTYPE transformNodeToObject(IXMLDOMNode*, VARIANT) override { return E_NOTIMPL; }
+    REFUSES(hasChildNodes, (VARIANT_BOOL*));
+    REFUSES(get_ownerDocument, (IXMLDOMDocument**));
+    REFUSES(cloneNode, (VARIANT_BOOL, IXMLDOMNode**));
+    REFUSES(get_nodeTypeString, (BSTR*));
+    PASSES(get_text, (BSTR* a), (a));
+    PASSES(put_text, (BSTR a), (a));
+    REFUSES(get_specified, (VARIANT_BOOL*));
+    REFUSES(get_definition, (IXMLDOMNode**));
+    PASSES(get_nodeTypedValue, (VARIANT* a), (a));
+    REFUSES(put_nodeTypedValue, (VARIANT));
+    REFUSES(get_dataType, (VARIANT*));
+    REFUSES(put_dataType, (BSTR));
+    REFUSES(get_xml, (BSTR*));
+    REFUSES(transformNode, (IXMLDOMNode*, BSTR*));
+    HANDS(selectNodes, (BSTR a, IXMLDOMNodeList** b), b, (a, out));
+    HANDS(selectSingleNode, (BSTR a, IXMLDOMNode** b), b, (a, out));
+    REFUSES(get_parsed, (VARIANT_BOOL*));
+    REFUSES(get_namespaceURI, (BSTR*));
+    REFUSES(get_prefix, (BSTR*));
+    REFUSES(get_baseName, (BSTR*));
+    REFUSES(transformNodeToObject, (IXMLDOMNode*, VARIANT));
 };
 
 using PlainNodeProxy = NodeProxy<IXMLDOMNode, IID_IXMLDOMNode>;
@@ -194,180 +162,114 @@ using PlainNodeProxy = NodeProxy<IXMLDOMNode, IID_IXMLDOMNode>;
 class ElementProxy final : public NodeProxy<IXMLDOMElement, IID_IXMLDOMElement> {
 public:
     using NodeProxy::NodeProxy;
-    HRESULT STDMETHODCALLTYPE get_tagName(BSTR* a) override {
-        return Forward([&] { return inner_->get_tagName(a); });
-    }
-    HRESULT STDMETHODCALLTYPE getAttribute(BSTR a, VARIANT* b) override {
-        return Forward([&] { return inner_->getAttribute(a, b); });
-    }
-    HRESULT STDMETHODCALLTYPE setAttribute(BSTR a, VARIANT b) override {
-        return Forward([&] { return inner_->setAttribute(a, b); });
-    }
-    HRESULT STDMETHODCALLTYPE removeAttribute(BSTR a) override {
-        return Forward([&] { return inner_->removeAttribute(a); });
-    }
-    HRESULT STDMETHODCALLTYPE getAttributeNode(BSTR a, IXMLDOMAttribute** b) override {
-        return Hand(b, [&](auto out) { return inner_->getAttributeNode(a, out); });
-    }
+    REFUSES(get_tagName, (BSTR*));
+    REFUSES(getAttribute, (BSTR, VARIANT*));
+    REFUSES(setAttribute, (BSTR, VARIANT));
+    REFUSES(removeAttribute, (BSTR));
+    REFUSES(getAttributeNode, (BSTR, IXMLDOMAttribute**));
     HRESULT STDMETHODCALLTYPE setAttributeNode(IXMLDOMAttribute* a, IXMLDOMAttribute** b) override {
         return Hand(b, [&](auto out) { return inner_->setAttributeNode(Inner(a).Get(), out); });
     }
-    HRESULT STDMETHODCALLTYPE removeAttributeNode(IXMLDOMAttribute*, IXMLDOMAttribute**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE getElementsByTagName(BSTR, IXMLDOMNodeList**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE normalize() override { return E_NOTIMPL; }
+    REFUSES(removeAttributeNode, (IXMLDOMAttribute*, IXMLDOMAttribute**));
+    REFUSES(getElementsByTagName, (BSTR, IXMLDOMNodeList**));
+    REFUSES(normalize, ());
 };
 
 class AttributeProxy final : public NodeProxy<IXMLDOMAttribute, IID_IXMLDOMAttribute> {
 public:
     using NodeProxy::NodeProxy;
-    HRESULT STDMETHODCALLTYPE get_name(BSTR* a) override {
-        return Forward([&] { return inner_->get_name(a); });
-    }
-    HRESULT STDMETHODCALLTYPE get_value(VARIANT* a) override {
-        return Forward([&] { return inner_->get_value(a); });
-    }
-    HRESULT STDMETHODCALLTYPE put_value(VARIANT a) override {
-        return Forward([&] { return inner_->put_value(a); });
-    }
+    REFUSES(get_name, (BSTR*));
+    REFUSES(get_value, (VARIANT*));
+    REFUSES(put_value, (VARIANT));
 };
 
 class DocumentProxy final : public NodeProxy<IXMLDOMDocument2, IID_IXMLDOMDocument2> {
 public:
     using NodeProxy::NodeProxy;
-    HRESULT STDMETHODCALLTYPE get_doctype(IXMLDOMDocumentType**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_implementation(IXMLDOMImplementation**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_documentElement(IXMLDOMElement** a) override {
-        return Hand(a, [&](auto out) { return inner_->get_documentElement(out); });
-    }
-    HRESULT STDMETHODCALLTYPE putref_documentElement(IXMLDOMElement*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE createElement(BSTR a, IXMLDOMElement** b) override {
-        return Hand(b, [&](auto out) { return inner_->createElement(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE createDocumentFragment(IXMLDOMDocumentFragment**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE createTextNode(BSTR, IXMLDOMText**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE createComment(BSTR, IXMLDOMComment**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE createCDATASection(BSTR, IXMLDOMCDATASection**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE createProcessingInstruction(BSTR, BSTR, IXMLDOMProcessingInstruction**) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE createAttribute(BSTR a, IXMLDOMAttribute** b) override {
-        return Hand(b, [&](auto out) { return inner_->createAttribute(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE createEntityReference(BSTR, IXMLDOMEntityReference**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE getElementsByTagName(BSTR, IXMLDOMNodeList**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE createNode(VARIANT a, BSTR b, BSTR c, IXMLDOMNode** d) override {
-        return Hand(d, [&](auto out) { return inner_->createNode(a, b, c, out); });
-    }
-    HRESULT STDMETHODCALLTYPE nodeFromID(BSTR, IXMLDOMNode**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE load(VARIANT, VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_readyState(LONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_parseError(IXMLDOMParseError**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_url(BSTR*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_async(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_async(VARIANT_BOOL) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE abort() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE loadXML(BSTR, VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE save(VARIANT) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_validateOnParse(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_validateOnParse(VARIANT_BOOL) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_resolveExternals(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_resolveExternals(VARIANT_BOOL) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_preserveWhiteSpace(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_preserveWhiteSpace(VARIANT_BOOL) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_onreadystatechange(VARIANT) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_ondataavailable(VARIANT) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_ontransformnode(VARIANT) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_namespaces(IXMLDOMSchemaCollection**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_schemas(VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE putref_schemas(VARIANT) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE validate(IXMLDOMParseError**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE setProperty(BSTR a, VARIANT b) override {
-        return Forward([&] { return inner_->setProperty(a, b); });
-    }
-    HRESULT STDMETHODCALLTYPE getProperty(BSTR a, VARIANT* b) override {
-        return Forward([&] { return inner_->getProperty(a, b); });
-    }
+    REFUSES(get_doctype, (IXMLDOMDocumentType**));
+    REFUSES(get_implementation, (IXMLDOMImplementation**));
+    REFUSES(get_documentElement, (IXMLDOMElement**));
+    REFUSES(putref_documentElement, (IXMLDOMElement*));
+    REFUSES(createElement, (BSTR, IXMLDOMElement**));
+    REFUSES(createDocumentFragment, (IXMLDOMDocumentFragment**));
+    REFUSES(createTextNode, (BSTR, IXMLDOMText**));
+    REFUSES(createComment, (BSTR, IXMLDOMComment**));
+    REFUSES(createCDATASection, (BSTR, IXMLDOMCDATASection**));
+    REFUSES(createProcessingInstruction, (BSTR, BSTR, IXMLDOMProcessingInstruction**));
+    REFUSES(createAttribute, (BSTR, IXMLDOMAttribute**));
+    REFUSES(createEntityReference, (BSTR, IXMLDOMEntityReference**));
+    REFUSES(getElementsByTagName, (BSTR, IXMLDOMNodeList**));
+    HANDS(createNode, (VARIANT a, BSTR b, BSTR c, IXMLDOMNode** d), d, (a, b, c, out));
+    REFUSES(nodeFromID, (BSTR, IXMLDOMNode**));
+    REFUSES(load, (VARIANT, VARIANT_BOOL*));
+    REFUSES(get_readyState, (LONG*));
+    REFUSES(get_parseError, (IXMLDOMParseError**));
+    REFUSES(get_url, (BSTR*));
+    REFUSES(get_async, (VARIANT_BOOL*));
+    REFUSES(put_async, (VARIANT_BOOL));
+    REFUSES(abort, ());
+    REFUSES(loadXML, (BSTR, VARIANT_BOOL*));
+    REFUSES(save, (VARIANT));
+    REFUSES(get_validateOnParse, (VARIANT_BOOL*));
+    REFUSES(put_validateOnParse, (VARIANT_BOOL));
+    REFUSES(get_resolveExternals, (VARIANT_BOOL*));
+    REFUSES(put_resolveExternals, (VARIANT_BOOL));
+    REFUSES(get_preserveWhiteSpace, (VARIANT_BOOL*));
+    REFUSES(put_preserveWhiteSpace, (VARIANT_BOOL));
+    REFUSES(put_onreadystatechange, (VARIANT));
+    REFUSES(put_ondataavailable, (VARIANT));
+    REFUSES(put_ontransformnode, (VARIANT));
+    REFUSES(get_namespaces, (IXMLDOMSchemaCollection**));
+    REFUSES(get_schemas, (VARIANT*));
+    REFUSES(putref_schemas, (VARIANT));
+    REFUSES(validate, (IXMLDOMParseError**));
+    PASSES(setProperty, (BSTR a, VARIANT b), (a, b));
+    REFUSES(getProperty, (BSTR, VARIANT*));
 };
 
 class ListProxy final : public Proxy<IXMLDOMNodeList, IID_IXMLDOMNodeList> {
 public:
     using Proxy::Proxy;
-    HRESULT STDMETHODCALLTYPE get_item(LONG a, IXMLDOMNode** b) override {
-        return Hand(b, [&](auto out) { return inner_->get_item(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_length(LONG* a) override {
-        return Forward([&] { return inner_->get_length(a); });
-    }
-    HRESULT STDMETHODCALLTYPE nextNode(IXMLDOMNode** a) override {
-        return Hand(a, [&](auto out) { return inner_->nextNode(out); });
-    }
-    HRESULT STDMETHODCALLTYPE reset() override {
-        return Forward([&] { return inner_->reset(); });
-    }
-    HRESULT STDMETHODCALLTYPE get__newEnum(IUnknown**) override { return E_NOTIMPL; }
+    HANDS(get_item, (LONG a, IXMLDOMNode** b), b, (a, out));
+    PASSES(get_length, (LONG* a), (a));
+    HANDS(nextNode, (IXMLDOMNode** a), a, (out));
+    PASSES(reset, (), ());
+    REFUSES(get__newEnum, (IUnknown**));
 };
 
 class MapProxy final : public Proxy<IXMLDOMNamedNodeMap, IID_IXMLDOMNamedNodeMap> {
 public:
     using Proxy::Proxy;
-    HRESULT STDMETHODCALLTYPE getNamedItem(BSTR a, IXMLDOMNode** b) override {
-        return Hand(b, [&](auto out) { return inner_->getNamedItem(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE setNamedItem(IXMLDOMNode*, IXMLDOMNode**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE removeNamedItem(BSTR a, IXMLDOMNode** b) override {
-        return Hand(b, [&](auto out) { return inner_->removeNamedItem(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_item(LONG a, IXMLDOMNode** b) override {
-        return Hand(b, [&](auto out) { return inner_->get_item(a, out); });
-    }
-    HRESULT STDMETHODCALLTYPE get_length(LONG* a) override {
-        return Forward([&] { return inner_->get_length(a); });
-    }
-    HRESULT STDMETHODCALLTYPE getQualifiedItem(BSTR a, BSTR b, IXMLDOMNode** c) override {
-        return Hand(c, [&](auto out) { return inner_->getQualifiedItem(a, b, out); });
-    }
-    HRESULT STDMETHODCALLTYPE removeQualifiedItem(BSTR a, BSTR b, IXMLDOMNode** c) override {
-        return Hand(c, [&](auto out) { return inner_->removeQualifiedItem(a, b, out); });
-    }
-    HRESULT STDMETHODCALLTYPE nextNode(IXMLDOMNode** a) override {
-        return Hand(a, [&](auto out) { return inner_->nextNode(out); });
-    }
-    HRESULT STDMETHODCALLTYPE reset() override {
-        return Forward([&] { return inner_->reset(); });
-    }
-    HRESULT STDMETHODCALLTYPE get__newEnum(IUnknown**) override { return E_NOTIMPL; }
+    HANDS(getNamedItem, (BSTR a, IXMLDOMNode** b), b, (a, out));
+    REFUSES(setNamedItem, (IXMLDOMNode*, IXMLDOMNode**));
+    HANDS(removeNamedItem, (BSTR a, IXMLDOMNode** b), b, (a, out));
+    HANDS(get_item, (LONG a, IXMLDOMNode** b), b, (a, out));
+    PASSES(get_length, (LONG* a), (a));
+    REFUSES(getQualifiedItem, (BSTR, BSTR, IXMLDOMNode**));
+    REFUSES(removeQualifiedItem, (BSTR, BSTR, IXMLDOMNode**));
+    HANDS(nextNode, (IXMLDOMNode** a), a, (out));
+    PASSES(reset, (), ());
+    REFUSES(get__newEnum, (IUnknown**));
 };
 
-template <class Interface>
-struct ProxyClass;
-template <>
-struct ProxyClass<IXMLDOMNode> {
-    using Type = PlainNodeProxy;
-};
-template <>
-struct ProxyClass<IXMLDOMElement> {
-    using Type = ElementProxy;
-};
-template <>
-struct ProxyClass<IXMLDOMAttribute> {
-    using Type = AttributeProxy;
-};
-template <>
-struct ProxyClass<IXMLDOMDocument2> {
-    using Type = DocumentProxy;
-};
-template <>
-struct ProxyClass<IXMLDOMNodeList> {
-    using Type = ListProxy;
-};
-template <>
-struct ProxyClass<IXMLDOMNamedNodeMap> {
-    using Type = MapProxy;
+// clang-format on
+#undef PASSES
+#undef HANDS
+#undef REFUSES
+
+// The class that stands for each interface; never called.
+struct ProxyClass {
+    static PlainNodeProxy Of(IXMLDOMNode*);
+    static ElementProxy Of(IXMLDOMElement*);
+    static AttributeProxy Of(IXMLDOMAttribute*);
+    static DocumentProxy Of(IXMLDOMDocument2*);
+    static ListProxy Of(IXMLDOMNodeList*);
+    static MapProxy Of(IXMLDOMNamedNodeMap*);
 };
 
 template <class Interface>
 ComPtr<Interface> MakeProxy(Interface* object, DomCallPlan* plan) {
-    return ComPtr<Interface>::Share(new typename ProxyClass<Interface>::Type(ComPtr<Interface>::Share(object), plan));
+    return ComPtr<Interface>::Share(new decltype(ProxyClass::Of(object))(ComPtr<Interface>::Share(object), plan));
 }
 
 }  // namespace
