@@ -20,7 +20,6 @@ constexpr const WCHAR* kPrinted = W("PrePrinted");
 constexpr const WCHAR* kPunched = W("PrePunched");
 constexpr const WCHAR* kStandard = W("Standard");
 
-// clang-format off: a table, its columns aligned
 // value, option, keyword, {BackCoating, FrontCoating, Material, PrePrinted, PrePunched, Recycled}
 constexpr MediaTypeRow kTable[] = {
     {5001, W("AutoSelect"), true, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
@@ -95,7 +94,6 @@ constexpr MediaTypeRow kTable[] = {
     {6868, W("archive"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
     {6869, W("postcard"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
 };
-// clang-format on
 
 constexpr bool IsInOrder() {
     for (std::size_t row = 1; row < std::size(kTable); ++row)

@@ -52,7 +52,6 @@ struct CustomSizeProperty {
 };
 using Content = CustomSizeProperty::Content;
 
-// clang-format off: tables, their columns aligned
 constexpr CustomSizeProperty kCustomProperties[] = {
     {W("MediaSizeWidth"), W("PageMediaSizeMediaSizeWidth"), Content::Width},
     {W("MediaSizeHeight"), W("PageMediaSizeMediaSizeHeight"), Content::Length},
@@ -64,7 +63,6 @@ constexpr CustomSizeProperty kPostScriptCustomProperties[] = {
     {W("PSHeightOffset"), W("PageMediaSizePSHeightOffset"), Content::Zero},
     {W("PSOrientation"), W("PageMediaSizePSOrientation"), Content::One},
 };
-// clang-format on
 
 std::span<const CustomSizeProperty> CustomSizeProperties(bool isPostScript) {
     if (isPostScript) return kPostScriptCustomProperties;
