@@ -16,25 +16,21 @@
 #include <utility>
 #include <vector>
 
+// The record with that name, cut to what leaves room for so many terminators.
+template <class Record>
+Record WithName(Record record, const CXString& name, std::size_t terminators = 1) {
+    std::copy_n(name.GetString(), std::min(name.GetLength(), std::size(record.name) - terminators), record.name);
+    return record;
+}
 inline _tag_FormsInfoRec MakePaper(WORD number, LONG width, LONG length, DWORD value, DWORD type, const WCHAR* name) {
-    _tag_FormsInfoRec record{number, 0, width, length, value, 7491, type, {}};
-    const CXString text(name);
-    std::copy_n(text.GetString(), std::min(text.GetLength(), std::size(record.name) - 1), record.name);
-    return record;
+    return WithName(_tag_FormsInfoRec{number, 0, width, length, value, 7491, type, {}}, name);
 }
-
 inline _tag_ResolutionInfoRec MakeResolution(LONG x, LONG y, const WCHAR* name) {
-    _tag_ResolutionInfoRec record{1, x, y, {}};
-    const CXString text(name);
-    std::copy_n(text.GetString(), std::min(text.GetLength(), std::size(record.name) - 1), record.name);
-    return record;
+    return WithName(_tag_ResolutionInfoRec{1, x, y, {}}, name);
 }
-
 // A name of 64 characters fills its field.
 inline MediaCapsRecord MakeMedia(DWORD number, const CXString& name) {
-    MediaCapsRecord record{number, {}};
-    std::copy_n(name.GetString(), std::min(name.GetLength(), std::size(record.name)), record.name);
-    return record;
+    return WithName(MediaCapsRecord{number, {}}, name, 0);
 }
 
 // Stores a cache of the header's words and the records, with its check word at that offset.

@@ -40,7 +40,7 @@ std::string Quoted(const std::string& text) {
 
 class Dump {
 public:
-    explicit Dump(unsigned options) : options_(options) {}
+    explicit Dump(InfosetOptions options) : options_(options) {}
 
     void Add(IXMLDOMNode* node, std::size_t depth) {
         DOMNodeType type = NODE_INVALID;
@@ -98,25 +98,22 @@ private:
         }
         std::sort(attributes.begin(), attributes.end());
         std::sort(declarations.begin(), declarations.end());
-        if (!(options_ & kIgnoreDeclarations))
+        if (options_ != kIgnoreDeclarations)
             attributes.insert(attributes.end(), declarations.begin(), declarations.end());
         std::string line;
         for (const std::string& text : attributes) line += ' ' + text;
         return line;
     }
     void FlushText() {
-        const std::string text = std::move(text_);
+        if (!text_.empty()) dump_ += std::string(textDepth_ * 2, ' ') + Quoted(text_) + '\n';
         text_.clear();
-        if (text.empty()) return;
-        if ((options_ & kIgnoreBlankText) && text.find_first_not_of(" \t\r\n") == std::string::npos) return;
-        dump_ += std::string(textDepth_ * 2, ' ') + Quoted(text) + '\n';
     }
     void Line(std::size_t depth, const std::string& text) {
         FlushText();
         dump_ += std::string(depth * 2, ' ') + text + '\n';
     }
 
-    const unsigned options_;
+    const InfosetOptions options_;
     std::string dump_;
     std::string text_;  // not yet written: a neighbour may follow
     std::size_t textDepth_ = 0;
@@ -124,14 +121,10 @@ private:
 
 }  // namespace
 
-std::string DumpInfoset(IXMLDOMNode* node, unsigned options) {
+std::string DumpInfoset(IXMLDOMNode* node, InfosetOptions options) {
     Dump dump(options);
     dump.Add(node, 0);
     return dump.Take();
-}
-
-std::string DumpInfoset(IXMLDOMDocument2* document, unsigned options) {
-    return DumpInfoset(static_cast<IXMLDOMNode*>(document), options);
 }
 
 std::string Utf8Text(std::basic_string_view<WCHAR> text) {
@@ -139,16 +132,17 @@ std::string Utf8Text(std::basic_string_view<WCHAR> text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         unsigned c = static_cast<unsigned short>(text[i]);
         const unsigned next = i + 1 < text.size() ? static_cast<unsigned short>(text[i + 1]) : 0;
-        if (c >= 0xD800 && c <= 0xDBFF && next >= 0xDC00 && next <= 0xDFFF) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (next - 0xDC00);
+        if ((c & 0xFC00) == 0xD800 && (next & 0xFC00) == 0xDC00) {
+            c = 0x10000 + ((c & 0x3FF) << 10) + (next & 0x3FF);
             ++i;
-        } else if (c >= 0xD800 && c <= 0xDFFF) {
+        } else if ((c & 0xF800) == 0xD800) {
             c = '?';
         }
         const int more = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
         constexpr unsigned kLead[] = {0x00, 0xC0, 0xE0, 0xF0};
         utf8.push_back(static_cast<char>(kLead[more] | (c >> (6 * more))));
-        for (int i2 = more - 1; i2 >= 0; --i2) utf8.push_back(static_cast<char>(0x80 | ((c >> (6 * i2)) & 0x3F)));
+        for (int left = more - 1; left >= 0; --left)
+            utf8.push_back(static_cast<char>(0x80 | ((c >> (6 * left)) & 0x3F)));
     }
     return utf8;
 }

@@ -6,17 +6,13 @@
 #include <string>
 #include <string_view>
 
-enum InfosetOptions : unsigned {
-    kWholeInfoset = 0,
-    kIgnoreBlankText = 1,     // leaves out texts of nothing but white space
-    kIgnoreDeclarations = 2,  // leaves out namespace declarations
-};
+enum InfosetOptions { kWholeInfoset, kIgnoreDeclarations };
 
-// One line a node, indented by depth: elements and attributes by {namespace}name, attributes sorted, declarations
-// sorted behind them, texts exact (neighbouring text and CDATA joined), comments, processing instructions. Prefixes of
-// names do not show. Works on any maker's document, and throws std::runtime_error where that answers with a failure.
-std::string DumpInfoset(IXMLDOMDocument2* document, unsigned options = kWholeInfoset);
-std::string DumpInfoset(IXMLDOMNode* node, unsigned options = kWholeInfoset);
+// One line a node, indented by depth: elements and attributes by {namespace}name, attributes sorted, namespace
+// declarations sorted behind them unless they are to be ignored, texts exact (neighbouring text and CDATA joined),
+// comments, processing instructions. Prefixes of names do not show. Works on any maker's document, and throws
+// std::runtime_error where that answers with a failure.
+std::string DumpInfoset(IXMLDOMNode* node, InfosetOptions options = kWholeInfoset);
 
 // UTF-16 as UTF-8, for messages; lone surrogates come out as '?'.
 std::string Utf8Text(std::basic_string_view<WCHAR> text);
