@@ -2,6 +2,7 @@
 #include "mvjtwriter.h"
 
 #include <mvutil/morvaneutilities.h>
+
 #include <iterator>
 
 #include "mvjtwords.h"
@@ -10,14 +11,6 @@ namespace {
 
 using DataModelIds::kCurrentValue;
 using DataModelIds::kNotSet;
-
-// A control character would end the line, or say something to whoever reads the ticket.
-CXString WithoutControls(const CXString& value) {
-    WideString text = value.AsWideString();
-    for (WCHAR& unit : text)
-        if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0)) unit = W(' ');
-    return CXString(std::move(text));
-}
 
 class Writer {
 public:
@@ -42,11 +35,12 @@ public:
     }
 
 private:
+    // A control character in the value would end the line, or say something to whoever reads the ticket.
     void WriteLine(const WCHAR* keyword, const CXString& value) {
         text_ += W("%MVN");
         text_ += keyword;
         text_ += W(": ");
-        text_ += value;
+        text_ += MorvaneUtilities::ReplaceControlCharacters(value);
         text_ += W("\n");
     }
 
@@ -54,7 +48,7 @@ private:
         return services_.GetOptionFeature(feature).GetValue().GetValueEnum();
     }
     CXString GetOptionName(DWORD feature) {
-        return WithoutControls(services_.GetOptionFeature(FeatureId(feature)).GetValue().GetValueName());
+        return services_.GetOptionFeature(FeatureId(feature)).GetValue().GetValueName();
     }
 
     // A text that is there but empty counts as not given.
@@ -63,7 +57,7 @@ private:
         const bool given =
             services_.GetStringFeature(FeatureId(feature)).GetValue(value, kCurrentValue) && !value.IsEmpty();
         if (given) {
-            WriteLine(keyword, WithoutControls(value));
+            WriteLine(keyword, value);
         } else if (defaultText) {
             WriteLine(keyword, defaultText);
         }

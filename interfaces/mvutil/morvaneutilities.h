@@ -30,6 +30,9 @@ public:
     // no whole group or a buffer too short fails: false, *length 0, the buffer's contents undefined.
     static bool Base64Decode(const WCHAR* text, int characters, BYTE* data, int* length);
 
+    // The text with a space for each control character (below 0x20, 0x7F to 0x9F): it is one line, whatever it holds.
+    static CXString ReplaceControlCharacters(const CXString& text);
+
     static CXString getModulePath(HMODULE module);  // full path of a module's file; empty when unknown
     // Up to and with the last backslash or slash; empty without one.
     static CXString getPathFromFileName(const CXString& file);

@@ -1,6 +1,8 @@
 // Job ticket text: a first line with the version of the text, then a line for each setting that has a keyword.
 #include "mvjttranslator.h"
 
+#include <mvutil/morvaneutilities.h>
+
 #include <memory>
 #include <optional>
 #include <span>
@@ -81,19 +83,11 @@ constexpr Line kLines[] = {
 
 constexpr double kRounding = 0.499999;
 
-// A text is one line, whatever it holds.
-CXString OneLine(const CXString& text) {
-    WideString line = text.AsWideString();
-    for (WCHAR& unit : line)
-        if (unit < W(' ')) unit = W(' ');
-    return line;
-}
-
 std::optional<CXString> GetText(const FeatureValue& value, FeatureKind kind, std::span<const Word> words) {
     CXString text;
     switch (kind) {
         case FeatureKind::String:
-            return OneLine(value.text);
+            return MorvaneUtilities::ReplaceControlCharacters(value.text);
         case FeatureKind::Integer:
             text.Format(W("%d"), value.number);
             return text;

@@ -6,6 +6,13 @@
 
 #include "registryvalue.h"
 
+CXString MorvaneUtilities::ReplaceControlCharacters(const CXString& text) {
+    WideString line = text.AsWideString();
+    for (WCHAR& unit : line)
+        if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0)) unit = W(' ');
+    return line;
+}
+
 CXString MorvaneUtilities::getModulePath(HMODULE module) {
     for (DWORD size = 512; size <= 65536; size *= 2) {
         WideString path(size, WCHAR());
