@@ -8,11 +8,15 @@
 
 namespace {
 
+// The user's protected strings.
+bool HoldsSecret(DWORD feature) noexcept { return feature == 42 || feature == 648; }
+
 // A text cut to the length, never between the two halves of a character.
 CXString CutText(const CXString& text, LONG longest) {
     if (static_cast<LONG>(text.GetLength()) <= longest) return text;
-    CXString cut = text.Left(longest);
-    if (longest > 0 && (text.GetString()[longest - 1] & 0xFC00) == 0xD800) cut = cut.Left(longest - 1);
+    const bool splits = longest > 0 && (text.GetString()[longest - 1] & 0xFC00) == 0xD800;
+    CXString cut = text.Left(splits ? longest - 1 : longest);
+    if (text.IsSecret()) cut.SetSecret();
     return cut;
 }
 
@@ -55,8 +59,11 @@ std::optional<FeatureValue> Feature::Fit(const FeatureValue& value) const {
             if (option != DataModelIds::kNotSet && !options_->Accepts(option)) return std::nullopt;
             return FeatureValue{.number = value.number};
         }
-        case FeatureKind::String:
-            return FeatureValue{.text = CutText(value.text, maximum_)};
+        case FeatureKind::String: {
+            FeatureValue fitted{.text = CutText(value.text, maximum_)};
+            if (HoldsSecret(path_.back())) fitted.text.SetSecret();
+            return fitted;
+        }
         case FeatureKind::Resolution: {
             const Resolution resolution(value.number, value.crossFeed, value.units);
             if (std::find(resolutions_.begin(), resolutions_.end(), resolution) == resolutions_.end())
