@@ -18,21 +18,19 @@ namespace {
 
 constexpr const WCHAR* kKey = W("Job Preferences");
 
-// The preferences of a family in a model that has, beside the press's features, those told and the family.
-class PreferenceModel {
-public:
-    explicit PreferenceModel(DWORD family = 8434, std::vector<FeatureId> features = {FeatureId(648)})
-        : preferences(family, xdevmode_, W("document")),
-          device_([family, features](IntegrationServices& services) {
-              std::vector<FeatureId> declared = features;
-              declared.emplace_back(285);
-              services.DeclareFeaturesPresent(FeatureId(2), declared);
+// The preferences of a family in a model that has, beside the press's features, the second protected string and the
+// family.
+struct PreferenceModel {
+    explicit PreferenceModel(DWORD family = 8434)
+        : preferences(family, xdevmode, W("document")),
+          device([family](IntegrationServices& services) {
+              services.DeclareFeaturesPresent(FeatureId(2), {FeatureId(648), FeatureId(285)});
               services.AddOptionValues(FeatureId(285), {ValueId(8430), ValueId(8432), ValueId(8433), ValueId(8434)}, 1);
               ListOfFeaturesRef root;
               services.GetRootListOfFeatures(root);
               root.GetOptionFeature(FeatureId(285)).SetDefault(ValueId(family));
           }),
-          model(ProductFile(kPress), {&device_, &preferences}) {}
+          model(ProductFile(kPress), {&device, &preferences}) {}
     ~PreferenceModel() { model.GetManager().ReleaseSourceData(); }
 
     bool Boolean(DWORD feature) {
@@ -56,18 +54,18 @@ public:
         EventNotification notification{EventId(event)};
         preferences.OnNotification(notification);
     }
+    void TellOfChange(DWORD feature, DWORD settings = 23002) {
+        NotificationBundle bundle;
+        const FeatureIdWithContext id{FeatureId(feature)};
+        bundle.Add(
+            std::make_unique<FeatureChangeNotification>(FeatureChangeId(22003), SettingsInstanceId(settings), id, id));
+        preferences.OnNotification(bundle);
+    }
 
-private:
-    TestDevmode devmode_{MakePrivateBlock({})};
-    XDevmode xdevmode_{devmode_.Get()};
-
-public:
+    TestDevmode devmode{MakePrivateBlock({})};
+    XDevmode xdevmode{devmode.Get()};
     UserPreferenceVerticalFeature preferences;
-
-private:
-    TestSource device_;
-
-public:
+    TestSource device;
     TestModel model;
 };
 
@@ -92,7 +90,7 @@ TEST(UserPreferences, AreDeclaredWithTheirDefaults) {
     EXPECT_EQ(press.Option(575), 8710u);
     EXPECT_EQ(press.model.GetInteger(571), 5);
     EXPECT_TRUE(press.model.GetServices().IsFeatureSupported(FeatureId(442)));
-    for (const DWORD value : {7491, 7492}) EXPECT_TRUE(press.model.SetOption(FeatureId(237), value));
+    EXPECT_TRUE(press.model.SetOption(FeatureId(237), 7491) && press.model.SetOption(FeatureId(237), 7492));
     EXPECT_FALSE(press.model.SetOption(FeatureId(50), 8122));
     AttributeBytesRawList exported;
     AttributeBytesListTranslator translator;
@@ -112,14 +110,13 @@ TEST(UserPreferences, AreSavedWhenAJobIsPrinted) {
     EXPECT_EQ(StoredLong(W("XPreferenceInteger")), -1) << "unchanged";
     EXPECT_EQ(StoredLong(W("XTitleKind")), 1);
 
-    const std::pair<DWORD, LONG> bits[] = {{580, 0x1},   {582, 0x2},   {581, 0x4},  {584, 0x8},
-                                           {583, 0x10},  {585, 0x20},  {586, 0x40}, {587, 0x80},
-                                           {588, 0x100}, {589, 0x200}, {590, 0x400}};
-    for (const auto& [feature, bit] : bits) {
+    LONG bit = 1;
+    for (const DWORD feature : {580, 582, 581, 584, 583, 585, 586, 587, 588, 589, 590}) {
         press.SetBoolean(feature, false);
         press.Save();
         EXPECT_EQ(StoredLong(W("XPreferenceMask")), 0x7FF & ~bit) << feature;
         press.SetBoolean(feature, true);
+        bit <<= 1;
     }
     press.model.SetOption(FeatureId(591), 8711);
     press.model.SetOption(FeatureId(50), 8120);
@@ -138,35 +135,29 @@ TEST(UserPreferences, AreSavedWhenAJobIsPrinted) {
     // What was saved comes back into a text whose flag asks for it.
     press.SetText(82, W("other"));
     press.SetBoolean(439, true);
-    const auto change = [&] {
-        NotificationBundle bundle;
-        const FeatureIdWithContext id{FeatureId(82)};
-        bundle.Add(
-            std::make_unique<FeatureChangeNotification>(FeatureChangeId(22003), SettingsInstanceId(23002), id, id));
-        press.preferences.OnNotification(bundle);
-    };
-    change();
-    EXPECT_EQ(press.Text(82), CXString(W("other")));
+    press.TellOfChange(82);
     press.SetBoolean(472, true);
-    change();
+    press.TellOfChange(82, 23004);
+    EXPECT_EQ(press.Text(82), CXString(W("other")));
+    press.TellOfChange(82);
     EXPECT_EQ(press.Text(82), CXString(W("Ann")));
     EXPECT_FALSE(press.Boolean(439));
+    press.SetBoolean(471, true);
+    press.SetBoolean(440, false);
+    press.TellOfChange(83);
+    EXPECT_TRUE(press.Boolean(440)) << "no text of its own was remembered";
 }
 
 TEST(UserPreferences, ProtectedStringsAreNumbersOfTheirFamily) {
-    const struct {
-        DWORD family;
-        const WCHAR *stored, *restored;
-    } cases[] = {
-        {8434, W("1234"), W("1234")},   {8434, W("123"), W("")}, {8434, W("12a4"), W("")}, {8434, W(""), W("")},
-        {8430, W("00000"), W("00000")}, {8432, W("7"), W("7")},  {8433, W("7"), W("7")},   {8433, W(""), W("")}};
-    for (const auto& test : cases) {
+    const std::tuple<DWORD, const WCHAR*, bool> cases[] = {
+        {8434, W("1234"), true},  {8434, W("123"), false}, {8434, W("12a4"), false}, {8431, W(""), false},
+        {8430, W("00000"), true}, {8432, W("7"), true},    {8433, W("7"), true},     {8433, W(""), false}};
+    for (const auto& [family, stored, isTaken] : cases) {
         const TestStore store;
         CXString name;
-        name.Format(W("XProtectedString%u"), test.family);
-        StoreProtected(name, test.stored);
-        PreferenceModel model(test.family);
-        EXPECT_EQ(model.Text(42), CXString(test.restored)) << test.family << " " << CXString(test.stored).ToUtf8();
+        name.Format(W("XProtectedString%u"), family);
+        StoreProtected(name, stored);
+        EXPECT_EQ(PreferenceModel(family).Text(42), CXString(isTaken ? stored : W(""))) << family;
     }
 }
 
@@ -193,6 +184,7 @@ TEST(UserPreferences, ProtectedStringsAreStoredEncryptedOnly) {
     {
         PreferenceModel press;
         press.SetText(42, W("271828"));
+        EXPECT_TRUE(press.Text(42).IsSecret()) << "wiped before its memory is freed";
         press.Save();
     }
     ByteBuffer stored, time;
