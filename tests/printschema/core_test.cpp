@@ -1,17 +1,14 @@
 // What a document's wrapper learns on construction, what it finds, makes and deletes.
 #include <ptpcprovider/printticketxmldocument.h>
 
-#include "printschema/documents.h"
+#include <support/documents.h>
 
 namespace {
 
 TEST(PrintSchemaDocument, LearnsPrefixesFromTheRootOrRefusesIt) {
-    struct Case {
-        const char* what;
-        const char* xml;
-        const char* expected;  // the prefixes, or what the constructor does
-    };
-    const Case cases[] = {
+    const struct {
+        const char *what, *xml, *expected;  // the prefixes, or what the constructor does
+    } cases[] = {
         {"usual", "<psf:PrintTicket xmlns:psf='{psf}' xmlns:psk='{psk}' xmlns:mk='{mk}'/>", "psf: psk: mk:"},
         {"others, attributes among them, a comment before the root",
          "<!-- c --><a:PrintTicket version='1' xmlns:b='{psk}' xmlns:a='{psf}'/>", "a: b: ns0000:"},
@@ -23,10 +20,9 @@ TEST(PrintSchemaDocument, LearnsPrefixesFromTheRootOrRefusesIt) {
         {"keywords as default namespace", "<psf:PrintTicket xmlns='{psk}' xmlns:psf='{psf}'/>", "throws E_FAIL"},
         {"private as default namespace", "<psf:PrintTicket xmlns:psf='{psf}' xmlns='{mk}'/>", "throws E_FAIL"},
         {"another root", "<psf:PrintCapabilities xmlns:psf='{psf}'/>", "throws S_FALSE"},
-        {"another namespace", "<psf:PrintTicket xmlns:psf='{psf}/other'/>", "throws S_FALSE"},
         {"inside another document", "<a><psf:PrintTicket xmlns:psf='{psf}'/></a>", "throws S_FALSE"},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         const auto document = Load(test.xml);
         std::string prefixes;
         const std::string outcome = Outcome([&] {
@@ -39,18 +35,14 @@ TEST(PrintSchemaDocument, LearnsPrefixesFromTheRootOrRefusesIt) {
 }
 
 TEST(PrintSchemaDocument, MakesThePrivatePrefixMkWhereThatChangesNoMeaning) {
-    struct Case {
-        const char* what;
-        std::string before;
-        const char* after;  // null: unchanged
+    const struct {
+        const char *what, *before, *after;  // null: unchanged
         const char* prefix;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"names, every occurrence, and nothing but names",
          " xmlns:n1=\"{mk}\"><psf:Option name=\"n1:A-n1:B\"/><psf:Option name=\"n11:C\"/><psf:Value>n1:E</psf:Value>",
          " xmlns:mk=\"{mk}\"><psf:Option name=\"mk:A-mk:B\"/><psf:Option name=\"n11:C\"/><psf:Value>n1:E</psf:Value>",
          "mk:"},
-        {"mk already", " xmlns:mk=\"{mk}\"><psf:Option name=\"mk:A\"/>", nullptr, "mk:"},
         {"mk behind the prefix found first",
          " xmlns:a=\"{mk}\" xmlns:mk=\"{mk}\"><psf:Option name=\"a:A\"/><psf:Option name=\"mk:B\"/>",
          " xmlns:mk=\"{mk}\"><psf:Option name=\"mk:A\"/><psf:Option name=\"mk:B\"/>", "mk:"},
@@ -67,14 +59,14 @@ TEST(PrintSchemaDocument, MakesThePrivatePrefixMkWhereThatChangesNoMeaning) {
          "ns0000:"},
     };
     const std::string head = "<psf:PrintTicket xmlns:psf=\"{psf}\"", tail = "</psf:PrintTicket>";
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         const auto document = Load(head + test.before + tail);
         EXPECT_EQ(Utf8(PrintTicketXmlDocument(document.Get()).GetPrivatePrefix()), test.prefix) << test.what;
         EXPECT_EQ(TextOf(document), Expand(head + (test.after ? test.after : test.before) + tail)) << test.what;
     }
 }
 
-TEST(PrintSchemaDocument, FindsNodesAndValues) {
+TEST(PrintSchemaDocument, FindsValues) {
     const auto dom = LoadUsual("PrintTicket",
                                "<psf:Property name='psk:Own'><psf:Value>one</psf:Value></psf:Property>"
                                "<psf:Property name='psk:Empty'><psf:Value/></psf:Property>"
@@ -96,42 +88,34 @@ TEST(PrintSchemaDocument, FindsNodesAndValues) {
         const std::string outcome = Outcome([&] { return document.GetNodeValue(query, &text); });
         EXPECT_EQ(outcome + " " + (text.Get() ? Utf8(text) : "null"), expected) << Utf8(Bstr(name));
     }
-    ComPtr<IXMLDOMNodeList> parameters;
-    LONG count = 0;
-    EXPECT_EQ(document.GetNodes(W("ParameterInit"), parameters.Put()), S_OK);
-    EXPECT_EQ(parameters->get_length(&count), S_OK);
-    EXPECT_EQ(count, 2);
     Bstr version;
-    EXPECT_EQ(document.GetAttributeValue(document.GetRootNode(), W("version"), &version), S_OK);
+    EXPECT_OUTCOME("S_OK", document.GetAttributeValue(document.GetRootNode(), W("version"), &version));
     EXPECT_EQ(Utf8(version), "1");
-    EXPECT_EQ(document.GetAttributeValue(document.GetRootNode(), W("Version"), &version), S_FALSE);
-    EXPECT_EQ(document.GetAttributeValue(dom.Get(), W("version"), &version), S_FALSE) << "a node without attributes";
+    EXPECT_OUTCOME("S_FALSE", document.GetAttributeValue(document.GetRootNode(), W("Version"), &version));
+    EXPECT_OUTCOME("S_FALSE", document.GetAttributeValue(dom.Get(), W("version"), &version));
 }
 
 TEST(PrintSchemaDocument, DeletesByName) {
-    const auto features = [](const char* numbers) {
-        std::string text = "<psf:Property name=\"psk:P\"><psf:Property name=\"psk:P\"/></psf:Property>";
-        for (const char* number = numbers; *number; ++number) {
-            text += std::string("<psf:Feature name=\"psk:F\" id=\"") + *number + "\"/>";
-        }
+    const std::string nested = "<psf:Property name=\"psk:P\"><psf:Property name=\"psk:P\"/></psf:Property>";
+    const auto features = [](const std::string& numbers) {
+        std::string text;
+        for (const char number : numbers) text += std::string("<psf:Feature name=\"psk:F\" id=\"") + number + "\"/>";
         return text;
     };
     for (const auto& [before, after] : {std::pair{"1", "1"}, {"12", "2"}, {"123", "23"}}) {
-        const auto dom = LoadUsual("PrintTicket", features(before));
+        const auto dom = LoadUsual("PrintTicket", nested + features(before));
         PrintTicketXmlDocument document(dom.Get());
-        EXPECT_EQ(document.DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")), S_OK);
+        EXPECT_OUTCOME("S_OK", document.DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")));
+        EXPECT_EQ(ContentOf(dom), nested + features(after));
+        EXPECT_OUTCOME("S_OK", document.DeletePropertyNodesIfExist(W("psk:"), W("P")));
         EXPECT_EQ(ContentOf(dom), features(after));
+        ComPtr<IXMLDOMNode> feature;
+        EXPECT_OUTCOME("S_OK", document.GetFeatureNode(W("psk:"), W("F"), feature.Put()));
+        EXPECT_OUTCOME("S_OK", document.DeleteFeatureNodeIfExists(W("psk:"), W("F")));
+        EXPECT_EQ(ContentOf(dom), features(after + 1)) << "the first in document order";
+        EXPECT_OUTCOME("S_FALSE", document.DeleteNode(feature.Get()));
+        EXPECT_OUTCOME("S_FALSE", document.DeleteFeatureNodeIfExists(W("psk:"), W("G")));
     }
-    const auto dom = LoadUsual("PrintTicket", features("12"));
-    PrintTicketXmlDocument document(dom.Get());
-    EXPECT_EQ(document.DeletePropertyNodesIfExist(W("psk:"), W("P")), S_OK);
-    ComPtr<IXMLDOMNode> feature;
-    EXPECT_EQ(document.GetFeatureNode(W("psk:"), W("F"), feature.Put()), S_OK);
-    EXPECT_EQ(document.DeleteFeatureNodeIfExists(W("psk:"), W("F")), S_OK);
-    EXPECT_EQ(ContentOf(dom), "<psf:Feature name=\"psk:F\" id=\"2\"/>");
-    EXPECT_EQ(document.DeleteNode(feature.Get()), S_FALSE) << "detached by now";
-    EXPECT_EQ(document.DeleteFeatureNodeIfExists(W("psk:"), W("F")), S_OK);
-    EXPECT_EQ(document.DeleteFeatureNodeIfExists(W("psk:"), W("F")), S_FALSE);
 }
 
 TEST(PrintSchemaDocument, BuildsElementsInTheDocumentsOwnPrefixes) {
@@ -141,8 +125,7 @@ TEST(PrintSchemaDocument, BuildsElementsInTheDocumentsOwnPrefixes) {
         document.AppendChildIntegerProperty(root, W("A"), -5);
         document.AppendChildIntegerScoredProperty(root, W("B"), 5);
         document.AppendChildQNameScoredProperty(root, W("C"), W("Y"));
-        document.AppendChildParameterRefScoredProperty(root, document.GetKeywordsPrefix().Get(), W("D"), W("q:"),
-                                                       W("R"));
+        document.AppendChildParameterRefScoredProperty(root, W("p:"), W("D"), W("q:"), W("R"));
         ComPtr<IXMLDOMElement> property;
         document.CreateProperty(NamespaceKind::Private, W("E"), W("string"), W(""), property.Put());
         document.AppendChildToRootNode(property.Get());
@@ -152,9 +135,8 @@ TEST(PrintSchemaDocument, BuildsElementsInTheDocumentsOwnPrefixes) {
         build(LoadUsual("PrintTicket", "")),
         "<psf:Property name=\"psk:A\"><psf:Value xsi:type=\"xsd:integer\">-5</psf:Value></psf:Property>"
         "<psf:ScoredProperty name=\"psk:B\"><psf:Value xsi:type=\"xsd:integer\">5</psf:Value></psf:ScoredProperty>"
-        "<psf:ScoredProperty name=\"psk:C\"><psf:Value xsi:type=\"xsd:QName\">psk:Y</psf:Value>"
-        "</psf:ScoredProperty>"
-        "<psf:ScoredProperty name=\"psk:D\"><psf:ParameterRef name=\"q:R\"/></psf:ScoredProperty>"
+        "<psf:ScoredProperty name=\"psk:C\"><psf:Value xsi:type=\"xsd:QName\">psk:Y</psf:Value></psf:ScoredProperty>"
+        "<psf:ScoredProperty name=\"p:D\"><psf:ParameterRef name=\"q:R\"/></psf:ScoredProperty>"
         "<psf:Property name=\"mk:E\"><psf:Value xsi:type=\"xsd:string\"/></psf:Property>");
     EXPECT_TRUE(build(Load("<a:PrintTicket xmlns:a='{psf}' xmlns:c='{xsi}'></a:PrintTicket>"))
                     .starts_with("<a:Property name=\"A\"><a:Value c:type=\"integer\">-5</a:Value></a:Property>"));
@@ -164,38 +146,22 @@ TEST(PrintSchemaDocument, ChecksItsArguments) {
     const auto dom = LoadUsual("PrintTicket", "");
     PrintTicketXmlDocument document(dom.Get());
     PrintTicketXmlDocument empty(nullptr);
-    IXMLDOMNode* const root = document.GetRootNode();
-    EXPECT_TRUE(document.HasDocument() && !empty.HasDocument() && !empty.GetRootNode());
     ComPtr<IXMLDOMNode> node;
     ComPtr<IXMLDOMNodeList> nodes;
     ComPtr<IXMLDOMElement> element;
     Bstr text;
-    EXPECT_OUTCOME("throws E_POINTER", document.GetNode(W("//*"), nullptr));
     EXPECT_OUTCOME("throws E_INVALIDARG", document.GetNode(W(""), node.Put()));
     EXPECT_OUTCOME("throws E_FAIL", document.GetNode(W("//nobody:*"), node.Put()));
     EXPECT_OUTCOME("throws 0x8000000A", empty.GetNode(W("//*"), node.Put()));
     EXPECT_OUTCOME("throws E_FAIL", document.GetNodes(W(""), nodes.Put()));
-    EXPECT_OUTCOME("throws E_INVALIDARG", document.GetFeatureNodeIfExists(W("psk:"), W(""), node.Put()));
     EXPECT_OUTCOME("throws E_FAIL", document.GetFeatureNode(W("psk:"), W("F"), node.Put()));
-    EXPECT_OUTCOME("throws E_INVALIDARG", document.GetNodeValue(W(""), &text));
-    EXPECT_OUTCOME("throws E_POINTER", document.GetAttributeValue(nullptr, W("name"), &text));
-    EXPECT_OUTCOME("throws E_POINTER", document.GetPrefixFromURI(W("urn:o"), nullptr));
     EXPECT_OUTCOME("throws E_FAIL", document.GetPrefixFromURI(W("1"), &text));
     EXPECT_OUTCOME("throws E_INVALIDARG", (document.GetNsPrefix(static_cast<NamespaceKind>(3)), S_OK));
-    EXPECT_OUTCOME("throws E_POINTER", document.DeleteNode(nullptr));
     EXPECT_OUTCOME("throws E_FAIL", document.DeletePropertyNodesIfExist(W("psk:"), W("")));
-    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateXMLElement(nullptr, element.Put()));
-    EXPECT_OUTCOME("throws E_INVALIDARG", document.AppendXMLAttribute(nullptr, W("a"), nullptr, W("b")));
-    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateProperty(NamespaceKind::Keywords, W(""), element.Put()));
-    EXPECT_OUTCOME("throws E_INVALIDARG",
-                   document.CreateProperty(NamespaceKind::Keywords, W("P"), W(""), W("v"), element.Put()));
-    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateScoredProperty(W("P"), W("string"), W(""), element.Put()));
+    EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateXMLElement(W(""), element.Put()));
     EXPECT_OUTCOME("throws E_INVALIDARG", document.CreateParameterRef(W(""), W("P"), element.Put()));
-    EXPECT_OUTCOME("throws E_POINTER",
-                   document.CreateParameterRefScoredProperty(W("psk:"), W("P"), W("psk:"), W("R"), nullptr));
-    EXPECT_OUTCOME("throws E_POINTER", document.AppendChildToRootNode(nullptr));
     EXPECT_OUTCOME("throws E_INVALIDARG", document.AppendChildIntegerProperty(nullptr, W("P"), 1));
-    EXPECT_OUTCOME("throws 0x8000000A", empty.AppendChildToRootNode(root));
+    EXPECT_OUTCOME("throws 0x8000000A", empty.AppendChildToRootNode(document.GetRootNode()));
 }
 
 }  // namespace

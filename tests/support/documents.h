@@ -1,4 +1,4 @@
-// Documents for the tests of the Print Schema classes: short texts in, and what became of them out.
+// Print Schema documents for tests: short texts in, and what became of them out.
 #pragma once
 
 #include <domdocument.h>
