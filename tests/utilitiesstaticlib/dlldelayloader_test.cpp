@@ -29,27 +29,6 @@ UniqueModule LoadFile(const fs::path& file) {
         LoadLibraryExW(path.make_preferred().string<WCHAR>().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
 }
 
-// A new folder that goes with the test.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        static int count = 0;
-        path_ = fs::temp_directory_path() /
-                ("mvdelay-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count));
-        fs::create_directories(path_);
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    const fs::path& GetPath() const { return path_; }
-
-private:
-    fs::path path_;
-};
-
 void PutCore(const fs::path& folder, int mark) {
     fs::create_directories(folder);
     fs::copy_file(ProgramFolder() / ("core" + std::to_string(mark) + ".dll"), folder / kLibrary);
@@ -78,8 +57,15 @@ private:
 
 class DllDelayLoaderTest : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_EQ(GetModuleHandleA(kLibrary), nullptr) << "something left the library loaded"; }
-    void TearDown() override { EXPECT_EQ(GetModuleHandleA(kLibrary), nullptr) << "the library outlives its user"; }
+    void SetUp() override {
+        ASSERT_EQ(GetModuleHandleA(kLibrary), nullptr) << "something left the library loaded";
+        fs::create_directories(folder_);
+    }
+    void TearDown() override {
+        EXPECT_EQ(GetModuleHandleA(kLibrary), nullptr) << "the library outlives its user";
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
 
     // Makes the spooler tell the folder as the printer driver directory.
     static void SetDriverDirectory(fs::path folder) {
@@ -93,20 +79,24 @@ protected:
     }
 
     TestStore store_;
-    TemporaryFolder folder_;
+    static inline int count_ = 0;
+    const fs::path folder_ = fs::temp_directory_path() /
+                             ("mvdelay-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count_));
 };
 
 TEST_F(DllDelayLoaderTest, LooksInTheProcessThenBesideTheComponentThenInTheDriverDirectory) {
-    struct Row {
+    const struct {
+        const char* what;
         bool inProcess, beside, inDriverDirectory;
         int found;
-    };
-    const Row rows[] = {{true, true, true, 1},   {false, true, true, 2},  {true, false, true, 1},
-                        {false, false, true, 3}, {false, true, false, 2}, {false, false, false, 0}};
-    for (std::size_t index = 0; index < std::size(rows); ++index) {
-        SCOPED_TRACE(testing::Message() << "row " << index);
-        const Row& row = rows[index];
-        const fs::path base = folder_.GetPath() / std::to_string(index);
+    } rows[] = {{"everywhere", true, true, true, 1},
+                {"not loaded", false, true, true, 2},
+                {"loaded, not beside", true, false, true, 1},
+                {"with the driver only", false, false, true, 3},
+                {"nowhere", false, false, false, 0}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const fs::path base = folder_ / row.what;
         SetDriverDirectory(base / "drivers");
         if (row.inProcess) PutCore(base / "process", 1);
         if (row.beside) PutCore(base / "component", 2);
@@ -121,8 +111,8 @@ TEST_F(DllDelayLoaderTest, LooksInTheProcessThenBesideTheComponentThenInTheDrive
 
 TEST_F(DllDelayLoaderTest, SkipsAPathOfMoreThan260Characters) {
     for (const std::size_t length : {259u, 261u}) {
-        const std::size_t taken = folder_.GetPath().string().size() + 2 + std::string(kLibrary).size();
-        const fs::path component = folder_.GetPath() / std::string(length - taken, 'x');
+        const std::size_t taken = folder_.string().size() + 2 + std::string(kLibrary).size();
+        const fs::path component = folder_ / std::string(length - taken, 'x');
         PutCore(component, 2);
         ASSERT_EQ((component / kLibrary).string().size(), length);
         EXPECT_EQ(Probe(component).Call(), length <= 260 ? 2 : 0) << length;
@@ -130,40 +120,34 @@ TEST_F(DllDelayLoaderTest, SkipsAPathOfMoreThan260Characters) {
 }
 
 TEST_F(DllDelayLoaderTest, FailsWhereTheLibraryIsMissingAndSucceedsWhenItIsPutBack) {
-    const Probe probe(folder_.GetPath());
+    const Probe probe(folder_);
     EXPECT_EQ(probe.Call(), 0);
     EXPECT_EQ(probe.Call(), 0);
-    PutCore(folder_.GetPath(), 2);
+    PutCore(folder_, 2);
     EXPECT_EQ(probe.Call(), 2);
     EXPECT_EQ(probe.Call(), 2);
     EXPECT_EQ(probe.CountRecords(), 1);
 }
 
-TEST_F(DllDelayLoaderTest, RecordsANameOnceAndUnloadsItOnce) {
-    PutCore(folder_.GetPath(), 2);
-    UniqueModule own = LoadFile(folder_.GetPath() / kLibrary);
+TEST_F(DllDelayLoaderTest, RecordsANameOnceAndUnloadsItOnceHoweverManyThreadsAskAtOnce) {
+    PutCore(folder_, 2);
+    UniqueModule own;
     {
-        const Probe probe(folder_.GetPath());
-        EXPECT_EQ(probe.Call(), 2);
-        EXPECT_EQ(probe.Resolve().Get(), own.Get());
+        const Probe probe(folder_);
+        std::atomic<int> found = 0;
         std::vector<std::thread> threads;
-        for (int index = 0; index < 4; ++index) threads.emplace_back([&] { probe.Resolve(); });
+        for (int index = 0; index < 8; ++index) {
+            threads.emplace_back([&] {
+                found += probe.Call();
+                probe.Resolve();
+            });
+        }
         for (std::thread& thread : threads) thread.join();
+        EXPECT_EQ(found, 8 * 2);
         EXPECT_EQ(probe.CountRecords(), 1);
+        own = LoadFile(folder_ / kLibrary);
     }
     EXPECT_NE(GetModuleHandleA(kLibrary), nullptr) << "the test's own reference was given back too";
-    own.Reset();
-}
-
-TEST_F(DllDelayLoaderTest, ThreadsThatCallFirstAtOnceShareOneReference) {
-    PutCore(folder_.GetPath(), 2);
-    const Probe probe(folder_.GetPath());
-    std::atomic<int> found = 0;
-    std::vector<std::thread> threads;
-    for (int index = 0; index < 8; ++index) threads.emplace_back([&] { found += probe.Call(); });
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(found, 8 * 2);
-    EXPECT_EQ(probe.CountRecords(), 1);
 }
 
 TEST_F(DllDelayLoaderTest, StandsAsideUntilAttachedAndThenThrowsForALibraryThatIsNowhere) {
