@@ -4,10 +4,16 @@
 #include <new>
 
 void ReportCaughtException(const WCHAR* methodName, const WCHAR* sourceUnit, LONG line) noexcept {
+    const ExecutionContextStack none;
+    const ExecutionContextStack* contexts = &none;
+    try {
+        contexts = &UtilitiesDllPerThreadStorage::GetExecutionContextStack();
+    } catch (const std::bad_alloc&) {
+        // A thread's first question makes its stack, which then is empty anyway.
+    }
     const auto report = [&](const std::exception* exception) {
-        MorvaneException::DisplayExceptionMessage(false, false, exception, sourceUnit, line, methodName,
-                                                  UtilitiesDllPerThreadStorage::GetExecutionContextStack(), nullptr,
-                                                  CXString(), CXString());
+        MorvaneException::DisplayExceptionMessage(false, false, exception, sourceUnit, line, methodName, *contexts,
+                                                  nullptr, CXString(), CXString());
     };
     try {
         throw;
