@@ -74,7 +74,7 @@ HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS o
     workflowObject.InitializeWorkflowObject(printer, this, &controllerFamily);
 
     *options = OEMPT_DEFAULT;
-    if (!(driverCapabilityFlags & kPrivateNamespaceFlag)) return S_OK;
+    if (!HasPrivateNamespace()) return S_OK;
     *namespaceCount = 1;
     *namespaces = static_cast<BSTR*>(CoTaskMemAlloc(sizeof(BSTR)));
     if (!*namespaces) return E_OUTOFMEMORY;
@@ -95,7 +95,7 @@ HRESULT MorvanePtProvider::PublishPrintTicketHelperInterface(IUnknown* helper) {
 
 HRESULT MorvanePtProvider::QueryDeviceDefaultNamespace(BSTR* namespaceUri) {
     if (!namespaceUri) return E_INVALIDARG;
-    if (!(driverCapabilityFlags & kPrivateNamespaceFlag)) return E_NOTIMPL;
+    if (!HasPrivateNamespace()) return E_NOTIMPL;
     *namespaceUri = SysAllocString(kPrivateKeywordsNamespace);
     return *namespaceUri ? S_OK : E_OUTOFMEMORY;
 }
@@ -103,16 +103,19 @@ HRESULT MorvanePtProvider::QueryDeviceDefaultNamespace(BSTR* namespaceUri) {
 void MorvanePtProvider::ProvideDataSources(std::vector<std::pair<DataSourceProviderTypes, DataSource*>>&) {}
 
 ProductStringLoader& MorvanePtProvider::GetProductStringLoader() {
-    if (!workflowObject.IsInitialized())
-        ThrowComException(W("MorvanePtProvider::GetProductStringLoader"), E_FAIL, kSourceUnit);
+    const ComChecks checks(W("MorvanePtProvider::GetProductStringLoader"), kSourceUnit);
+    checks.Require(workflowObject.IsInitialized(), E_FAIL);
     productStringLoader = std::make_unique<ProductStringLoader>(controllerFamily);
     TextResourceLoader::Initialize(printerHandle, false);
     return *productStringLoader;
 }
 
 ProductData& MorvanePtProvider::GetProductData() {
-    if (!workflowObject.IsInitialized()) ThrowComException(W("MorvanePtProvider::GetProductData"), E_FAIL, kSourceUnit);
-    return *workflowObject.GetProductDataObj();
+    const ComChecks checks(W("MorvanePtProvider::GetProductData"), kSourceUnit);
+    checks.Require(workflowObject.IsInitialized(), E_FAIL);
+    ProductData* const product = workflowObject.GetProductDataObj();
+    checks.Require(product != nullptr, E_FAIL);  // a library may have an object, but nothing to say of the product
+    return *product;
 }
 
 PageSizeDictionary& MorvanePtProvider::GetPageSizeDictionary() {
