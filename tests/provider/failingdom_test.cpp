@@ -10,14 +10,11 @@
 
 namespace {
 
-const std::string kTicket =
-    "<psf:Feature name='psk:PageColorManagement'><psf:Option name='psk:System'/></psf:Feature>"
-    "<psf:ParameterInit name='ns0001:JobCopiesAllDocuments'><psf:Value>3</psf:Value></psf:ParameterInit>"
-    "<psf:ParameterInit name='ns0001:JobMorvaneDriverData'><psf:Value>AAAA</psf:Value></psf:ParameterInit>";
-
 ComPtr<IXMLDOMDocument2> LoadAs(const std::string& root) {
     return Load("<psf:" + root + " xmlns:psf='{psf}' xmlns:psk='{psk}' xmlns:xsi='{xsi}' xmlns:xsd='{xsd}'" +
-                " xmlns:ns0001='{mk}' version='1'>" + kTicket + "</psf:" + root + ">");
+                " xmlns:ns0001='{mk}' version='1'>" + Feature("PageColorManagement", Option("psk:System")) +
+                Parameter("ns0001:JobCopiesAllDocuments", "3") + Parameter("ns0001:JobMorvaneDriverData", "AAAA") +
+                "</psf:" + root + ">");
 }
 
 TEST(FailingDom, EndsEveryOperationWithAnHresultAndNothingHeld) {
@@ -29,25 +26,16 @@ TEST(FailingDom, EndsEveryOperationWithAnHresultAndNothingHeld) {
     StoreMedia(press.GetPrinter(), {MakeMedia(6800, W("Plain"))});
     TestDevmode devmode = MakeTestDevmode();
     const struct {
-        const char* name;
-        const char* root;
-        std::function<HRESULT(IXMLDOMDocument2*)> run;
+        const char *name, *root;
+        std::function<HRESULT(const ComPtr<IXMLDOMDocument2>&)> run;
         HRESULT success;
     } operations[] = {
-        {"ticket", "PrintTicket",
-         [&](auto* d) {
-             return press->ConvertDevModeToPrintTicket(BoundProvider::BytesOf(devmode), devmode.Get(), 0, nullptr, d);
-         },
-         S_OK},
-        {"apply", "PrintTicket",
-         [&](auto* d) {
-             return press->ConvertPrintTicketToDevMode(d, BoundProvider::BytesOf(devmode), devmode.Get(), 0, nullptr);
-         },
-         S_OK},
-        {"capabilities", "PrintCapabilities", [&](auto* d) { return press->CompletePrintCapabilities(nullptr, d); },
-         S_OK},
-        {"expand", "PrintTicket", [&](auto* d) { return press->ExpandIntentOptions(d); }, S_OK},
-        {"validate", "PrintTicket", [&](auto* d) { return press->ValidatePrintTicket(d); }, S_NO_CONFLICT},
+        {"ticket", "PrintTicket", [&](const auto& d) { return press.ToTicket(devmode, d); }, S_OK},
+        {"apply", "PrintTicket", [&](const auto& d) { return press.ToDevmode(d, devmode); }, S_OK},
+        {"capabilities", "PrintCapabilities",
+         [&](const auto& d) { return press->CompletePrintCapabilities(nullptr, d.Get()); }, S_OK},
+        {"expand", "PrintTicket", [&](const auto& d) { return press->ExpandIntentOptions(d.Get()); }, S_OK},
+        {"validate", "PrintTicket", [&](const auto& d) { return press->ValidatePrintTicket(d.Get()); }, S_NO_CONFLICT},
     };
     for (const auto& operation : operations) {
         for (const HRESULT failure : {E_FAIL, E_OUTOFMEMORY}) {
@@ -59,12 +47,8 @@ TEST(FailingDom, EndsEveryOperationWithAnHresultAndNothingHeld) {
                 plan.failure = failure;
                 const auto document = LoadAs(operation.root);
                 const long held = LiveDomObjectCount(), texts = LiveBstrCount();
-                HRESULT result;
                 ReportCounter reports;
-                {
-                    const auto proxy = MakeFailingDocument(document.Get(), &plan);
-                    result = operation.run(proxy.Get());
-                }
+                const HRESULT result = operation.run(MakeFailingDocument(document.Get(), &plan));
                 EXPECT_TRUE(result == operation.success || result == E_FAIL) << Name(result);
                 EXPECT_EQ(reports.count, result == E_FAIL ? 1 : 0);
                 EXPECT_EQ(LiveDomObjectCount(), held);
