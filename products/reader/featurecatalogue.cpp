@@ -51,8 +51,8 @@ constexpr auto kCatalogue = std::to_array<CatalogueFeature>({
     {146,   0, kOption,     kOwn,   5000, 9635},  // output location
     {162,   0, kBoolean,    kOwn,      0,    0},
     {168, 477, kOption,     kLists, 6400, 9635},  // page size
-    {172, 477, kDimension,  kOwn,      0,    0},  // width of a custom page
-    {173, 477, kDimension,  kOwn,      0,    0},  // length of a custom page
+    {172, 477, kDimension,  kOwn,    100, 3276700},  // width of a custom page: at most what a DEVMODE holds
+    {173, 477, kDimension,  kOwn,    100, 3276700},  // length of a custom page
     {174,   0, kOption,     kOwn,   6750, 6799},  // paper colour
     {175, 210, kOption,     kLists, 6800, 6899},  // media type
     {176,   0, kInteger,    kOwn,      0,    0},  // tabs

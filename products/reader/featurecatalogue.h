@@ -19,7 +19,9 @@ struct CatalogueFeature {
     DWORD parent;  // the list feature that holds it; 0 for the root
     ProductFeatureKind kind;
     Source source;
-    DWORD firstValue, lastValue;  // ids of the values that an option feature may offer
+    // Ids of the values that an option feature may offer; the range that one of a dimension or integer must lie in, in
+    // micrometres or as it is (both 0: any).
+    DWORD firstValue, lastValue;
 };
 
 // The feature of that number, or null when there is none.

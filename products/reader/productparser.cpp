@@ -2,29 +2,14 @@
 #include "productparser.h"
 
 #include "productlists.h"
+#include "tomlfile.h"
 #include "tomlsection.h"
 
 #include <algorithm>
-#include <fstream>
 
 namespace {
 
-std::string ToUtf8(const std::filesystem::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 std::filesystem::path FromUtf8(std::string_view text) { return std::u8string(text.begin(), text.end()); }
-
-toml::table ParseToml(const std::filesystem::path& file) {
-    const std::string name = ToUtf8(file);
-    try {
-        return toml::parse(ReadProductFile(file), name);
-    } catch (const toml::parse_error& error) {
-        throw ProductError(name + ":" + std::to_string(std::max<std::size_t>(1, error.source().begin.line)) +
-                           ": expected TOML, got: " + std::string(error.description()));
-    }
-}
 
 // Of a text feature, in characters.
 constexpr std::int64_t kLongestText = 0x100000;
@@ -33,7 +18,7 @@ constexpr std::int64_t kUsualText = 255;
 class ProductParser {
 public:
     explicit ProductParser(const std::filesystem::path& file)
-        : name_(ToUtf8(file)), table_(ParseToml(file)), root_(name_, table_, "") {
+        : name_(ToUtf8(file)), table_(ReadTomlFile(file)), root_(name_, table_, "") {
         product_.file = file;
         files_.push_back(file);
     }
@@ -120,7 +105,7 @@ private:
         for (const std::string& name : root_.GetTexts("string_files")) {
             const std::filesystem::path file = GetFileBeside(root_, "string_files", name);
             const std::string fileName = ToUtf8(file);
-            const toml::table table = ParseToml(file);
+            const toml::table table = ReadTomlFile(file);
             files_.push_back(file);
             AddStrings(TomlSection(fileName, table, ""));
         }
@@ -164,10 +149,7 @@ private:
                 break;
             case ProductFeatureKind::Integer:
             case ProductFeatureKind::Dimension:
-                feature.minimum = static_cast<LONG>(section.GetInteger("minimum", std::numeric_limits<LONG>::min()));
-                feature.maximum = static_cast<LONG>(section.GetInteger("maximum", feature.minimum));
-                feature.defaultNumber =
-                    static_cast<LONG>(section.GetInteger("default", feature.minimum, feature.maximum));
+                ReadRange(section, known, feature);
                 break;
             case ProductFeatureKind::String:
                 feature.maximum =
@@ -183,6 +165,15 @@ private:
                 break;
         }
         return feature;
+    }
+
+    static void ReadRange(TomlSection& section, const CatalogueFeature& known, ProductFeature& feature) {
+        const bool isBounded = known.lastValue != 0;
+        const std::int64_t lowest = isBounded ? known.firstValue : std::int64_t{std::numeric_limits<LONG>::min()};
+        const std::int64_t highest = isBounded ? known.lastValue : TomlSection::kLargest;
+        feature.minimum = static_cast<LONG>(section.GetInteger("minimum", lowest, highest));
+        feature.maximum = static_cast<LONG>(section.GetInteger("maximum", feature.minimum, highest));
+        feature.defaultNumber = static_cast<LONG>(section.GetInteger("default", feature.minimum, feature.maximum));
     }
 
     static void ReadOptionValues(TomlSection& section, const CatalogueFeature& known, ProductFeature& feature) {
@@ -208,20 +199,5 @@ private:
 };
 
 }  // namespace
-
-std::string ReadProductFile(const std::filesystem::path& file) {
-    std::error_code error;
-    const auto size = std::filesystem::file_size(file, error);
-    std::ifstream stream(file, std::ios::binary);
-    if (error || !stream) throw ProductError(ToUtf8(file) + ":1: expected a readable product file, got none");
-    if (size > kLargestProductFile)
-        throw ProductError(ToUtf8(file) + ":1: expected at most " + std::to_string(kLargestProductFile) +
-                           " bytes, got " + std::to_string(size));
-    std::string text(static_cast<std::size_t>(size), '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    if (static_cast<std::size_t>(stream.gcount()) != text.size())
-        throw ProductError(ToUtf8(file) + ":1: expected a readable product file, got an unreadable one");
-    return text;
-}
 
 ParsedProduct ParseProduct(const std::filesystem::path& file) { return ProductParser(file).Parse(); }

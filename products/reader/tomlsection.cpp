@@ -81,11 +81,12 @@ bool TomlSection::GetBoolean(std::string_view key, bool byDefault) {
 
 std::vector<DWORD> TomlSection::GetIntegers(std::string_view key, std::int64_t lowest, std::int64_t highest) {
     std::vector<DWORD> numbers;
+    std::set<DWORD> used;
     const toml::array* array = GetArray(key, "an array of whole numbers");
     if (!array) return numbers;
     for (const toml::node& node : *array) {
         const auto number = static_cast<DWORD>(CheckedInteger(key, node, lowest, highest));
-        if (std::find(numbers.begin(), numbers.end(), number) != numbers.end()) Fail(key, &node, "each number once");
+        if (!used.insert(number).second) Fail(key, &node, "each number once");
         numbers.push_back(number);
     }
     return numbers;
@@ -93,11 +94,12 @@ std::vector<DWORD> TomlSection::GetIntegers(std::string_view key, std::int64_t l
 
 std::vector<std::string> TomlSection::GetTexts(std::string_view key) {
     std::vector<std::string> texts;
+    std::set<std::string> used;
     const toml::array* array = GetArray(key, "an array of texts");
     if (!array) return texts;
     for (const toml::node& node : *array) {
         std::string text = CheckedText(key, node, 1, kLongestText);
-        if (std::find(texts.begin(), texts.end(), text) != texts.end()) Fail(key, &node, "each text once");
+        if (!used.insert(text).second) Fail(key, &node, "each text once");
         texts.push_back(std::move(text));
     }
     return texts;
