@@ -58,6 +58,7 @@ private:
 std::vector<PaperAnswer> GetPapers(const ProductDescription& product);
 std::vector<NumberedName> GetBins(const ProductDescription& product);
 std::vector<NumberedName> GetMediaTypes(const ProductDescription& product);
+std::vector<WideString> GetPapersReady(const ProductDescription& product);
 std::vector<WideString> GetDependentFiles(const ProductDescription& product);
 std::vector<ResolutionAnswer> GetResolutions(const ProductDescription& product);
 LimitAnswers GetLimits(const ProductDescription& product);

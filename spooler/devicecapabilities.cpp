@@ -70,7 +70,7 @@ public:
                 return MakeArray(GetMediaOf(),
                                  [](const NumberedName& media) { return MakeName<kNameLength>(media.name); });
             case DC_MEDIAREADY:
-                return MakeArray(Known(caches_.ReadPapersReady()), MakeName<kNameLength>);
+                return MakeArray(FromCacheOr(caches_.ReadPapersReady(), GetPapersReady), MakeName<kNameLength>);
             case DC_FILEDEPENDENCIES:
                 return MakeArray(FromCacheOr(caches_.ReadDependentFiles(), GetDependentFiles), MakeName<kNameLength>);
             case DC_ENUMRESOLUTIONS:

@@ -1,6 +1,9 @@
 // What a product's description says of its capabilities.
 #include "capabilityanswers.h"
 
+#include <set>
+#include <utility>
+
 namespace {
 
 // Micrometres to tenths of a millimetre, to the nearest.
@@ -24,6 +27,9 @@ std::vector<PaperAnswer> GetPapers(const ProductDescription& product) {
         if (paper.type == PageSizeRow::kHidden) continue;
         const ProductPaper& sized = paper.type == PageSizeRow::kCustom ? GetDefaultPaper(product) : paper;
         papers.push_back({paper.number, ToTenths(sized.width), ToTenths(sized.length), WidenUtf8(paper.name)});
+        if (paper.formName.empty() || paper.formName == paper.name) continue;
+        papers.push_back(papers.back());  // under the name of its form as well
+        papers.back().name = WidenUtf8(paper.formName);
     }
     return papers;
 }
@@ -38,6 +44,18 @@ std::vector<NumberedName> GetMediaTypes(const ProductDescription& product) {
     std::vector<NumberedName> types;
     for (const ProductMediaType& type : product.mediaTypes) types.push_back({type.number, WidenUtf8(type.name)});
     return types;
+}
+
+// A name for each paper and media type that the trays hold together; the default paper's when nothing is known of them.
+std::vector<WideString> GetPapersReady(const ProductDescription& product) {
+    std::vector<WideString> names;
+    std::set<std::pair<DWORD, DWORD>> named;
+    for (const ProductTray& tray : product.trays)
+        for (const ProductPaper& paper : product.papers)
+            if (paper.value == tray.heldSize && named.insert({tray.heldSize, tray.heldMediaType}).second)
+                names.push_back(WidenUtf8(paper.name));
+    if (names.empty()) names.push_back(WidenUtf8(GetDefaultPaper(product).name));
+    return names;
 }
 
 std::vector<WideString> GetDependentFiles(const ProductDescription& product) {

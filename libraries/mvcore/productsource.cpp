@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -79,8 +80,10 @@ void AddPapers(ModelParts& parts, const ProductDescription& product) {
             parts.names.Add(paper.value, CXString::FromUtf8(paper.name));
             continue;
         }
-        parts.media.AddPageSize(paper.value, static_cast<PageSizeTypeEnum>(paper.type), paper.width, paper.length,
-                                paper.displayUnits, paper.number, CXString::FromUtf8(paper.name));
+        parts.media
+            .AddPageSize(paper.value, static_cast<PageSizeTypeEnum>(paper.type), paper.width, paper.length,
+                         paper.displayUnits, paper.number, CXString::FromUtf8(paper.name))
+            .SetMsFormName(CXString::FromUtf8(paper.formName));
         values.push_back(paper.value);
     }
     feature.AddOptions(values);
@@ -101,6 +104,7 @@ void AddMediaTypes(ModelParts& parts, const ProductDescription& product) {
             values.push_back(media.value);
     }
     feature.AddOptions(values);
+    for (const DWORD value : product.unlistedMediaTypes) feature.AddUnlistedOption(value);
     SetDefaultNumber(feature, GetDefaultValue(product.mediaTypes, GetDevmodeDefault(product, "dmMediaType")));
 }
 
@@ -115,19 +119,23 @@ void AddResolutions(ModelParts& parts, const ProductDescription& product) {
         if (product.resolutions[index].isDefault) feature.SetDefault(ToFeatureValue(resolutions[index]));
 }
 
-// What one tray holds: nothing is known of it until somebody tells.
-void AddTrayRow(ModelParts& parts, Feature& rows, DWORD tray) {
+// What one tray holds, as the product tells it; other sources may know better.
+void AddTrayRow(ModelParts& parts, Feature& rows, const ProductTray& tray) {
     FeatureList& row = rows.AddRow();
     Feature& number = row.Declare({kTrayOfRow});
-    number.AddOptions({tray});
-    SetDefaultNumber(number, tray);
+    number.AddOptions({tray.value});
+    SetDefaultNumber(number, tray.value);
     Feature& size = row.Declare({kPageSize});
     size.ShareOptionsOf(Declare(parts, kPageSize));
-    SetDefaultNumber(size, DataModelIds::kNotSet);
-    for (const DWORD side : {kWidth, kLength}) row.Declare({side}).SetRange(0, kLongestSide);
+    SetDefaultNumber(size, tray.heldSize);
+    for (const auto& [side, held] : {std::pair(kWidth, tray.heldWidth), std::pair(kLength, tray.heldLength)}) {
+        Feature& feature = row.Declare({side});
+        feature.SetRange(0, kLongestSide);
+        if (held != 0) feature.SetDefault({.number = held});
+    }
     Feature& media = row.Declare({kPaper, kMediaType});
     if (Feature* types = FindFeature(parts, FeatureId(kMediaType), FeatureKind::Option)) media.ShareOptionsOf(*types);
-    SetDefaultNumber(media, DataModelIds::kNotSet);
+    SetDefaultNumber(media, tray.heldMediaType);
 }
 
 void AddTrays(ModelParts& parts, const ProductDescription& product) {
@@ -145,8 +153,8 @@ void AddTrays(ModelParts& parts, const ProductDescription& product) {
         SetDefaultNumber(feature, preset);
     }
     Feature& rows = Declare(parts, kLoadedTrays);
-    for (const DWORD tray : values)
-        if (tray != DataModelIds::kNotSet) AddTrayRow(parts, rows, tray);
+    for (const ProductTray& tray : product.trays)
+        if (tray.value != DataModelIds::kNotSet) AddTrayRow(parts, rows, tray);
 }
 
 bool IsSide(LONG micrometres) noexcept { return micrometres > 0 && micrometres <= kLongestSide; }

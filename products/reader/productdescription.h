@@ -24,6 +24,7 @@ public:
 struct ProductPaper {
     std::string keyword;     // Print Schema name; empty for a size of the product's own
     std::string name;        // display name, at most 63 UTF-16 units
+    std::string formName;    // of the form that stands for it, at most 31 UTF-16 units; empty when none does
     WORD number = 0;         // DEVMODE paper number; 256 for the custom size
     DWORD value = 0;         // data-model value
     DWORD type = 0;          // PageSizeRow::kCommon ...
@@ -36,6 +37,11 @@ struct ProductTray {
     WORD number = 0;  // DEVMODE bin number
     DWORD value = 0;
     std::string name;  // at most 23 UTF-16 units
+    // What it holds, as data-model values; 5001 for what is not known.
+    DWORD heldSize = 5001;
+    DWORD heldMediaType = 5001;
+    LONG heldWidth = 0;   // micrometres, of the custom size; else 0
+    LONG heldLength = 0;  // micrometres, of the custom size; else 0
 };
 
 struct ProductMediaType {
@@ -106,6 +112,7 @@ struct ProductDescription {
     std::vector<ProductTray> trays;
     std::vector<ProductMediaType> mediaTypes;
     std::vector<ProductResolution> resolutions;
+    std::vector<DWORD> unlistedMediaTypes;  // values that may be set and are not shown: tickets have no names for them
     std::vector<DWORD> pagesPerSheet;
     std::vector<ProductDevmodeField> devmode;
     std::map<DWORD, std::string> strings;  // product texts by number; a later file's text wins

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr DWORD kAutomaticValue = 5001;
+constexpr DWORD kLastProductValue = 0xFFFF;     // above: values that a model gives to forms and to the user's sizes
 constexpr WORD kCustomPaperNumber = 256;        // DMPAPER_USER
 constexpr std::int64_t kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
 
@@ -21,8 +22,20 @@ private:
     std::set<DWORD> used_;
 };
 
-// A size of the Print Schema's list: { size = KEYWORD, number, name, units }; only the keyword is needed where it has a
-// paper number of its own.
+template <class List, class Member>
+bool Offers(const List& list, Member member, LONG wanted) {
+    return std::any_of(list.begin(), list.end(),
+                       [&](const auto& item) { return static_cast<LONG>(item.*member) == wanted; });
+}
+
+LONG ReadSide(TomlSection& section, std::string_view key) {
+    return static_cast<LONG>(section.GetInteger(key, 100, kLongestSide));
+}
+
+constexpr std::size_t kLongestFormName = CCHFORMNAME - 1;
+
+// A size of the Print Schema's list: { size = KEYWORD, number, name, form, units }; only the keyword is needed where it
+// has a paper number of its own.
 ProductPaper ReadKeywordPaper(TomlSection& section) {
     const std::string keyword = section.GetText("size");
     const PageSizeRow* row = FindPageSizeByName(keyword);
@@ -42,10 +55,12 @@ ProductPaper ReadKeywordPaper(TomlSection& section) {
         paper.number = row->paperNumber;
     else
         paper.number = static_cast<WORD>(section.GetInteger("number", 1, 0x7FFF));
+    if (section.Has("form") && !row->IsCustom()) paper.formName = section.GetText("form", kLongestFormName);
     return paper;
 }
 
-// A size of the product's own: { name, number, value, width, length, units, type }, micrometres.
+// A size of the product's own: { name, number, value, width, length, units, type, form }, micrometres. Of these only a
+// user form is known by a form's name as well.
 ProductPaper ReadOwnPaper(TomlSection& section) {
     ProductPaper paper;
     paper.name = section.GetText("name", 63);
@@ -57,9 +72,11 @@ ProductPaper ReadOwnPaper(TomlSection& section) {
                                .value_or(PageSizeRow::kDriverCustom));
     if (paper.type == PageSizeRow::kMappedForm)
         section.Fail("type", "25003, 25005, 25006 or 25007 (25004 is for forms with the size of a keyword)");
-    paper.width = static_cast<LONG>(section.GetInteger("width", 100, kLongestSide));
-    paper.length = static_cast<LONG>(section.GetInteger("length", 100, kLongestSide));
+    paper.width = ReadSide(section, "width");
+    paper.length = ReadSide(section, "length");
     paper.displayUnits = PageSizeRow::kUnitsMillimetres;
+    if (section.Has("form") && paper.type == PageSizeRow::kUserForm)
+        paper.formName = section.GetText("form", kLongestFormName);
     return paper;
 }
 
@@ -82,6 +99,28 @@ void ReadPapers(TomlSection& root, ProductDescription& product) {
     if (product.papers.empty()) root.Fail("papers", "at least one paper");
 }
 
+// What a tray holds: { size = KEYWORD or the name of a paper of the product's own, media = VALUE }; the custom size
+// with its width and length, micrometres.
+void ReadTrayContents(TomlSection& section, const ProductDescription& product, ProductTray& tray) {
+    if (tray.value == kAutomaticValue) section.Fail("size", "nothing: the automatic choice is no tray");
+    const std::string size = section.GetText("size");
+    const auto paper = std::find_if(product.papers.begin(), product.papers.end(), [&](const ProductPaper& candidate) {
+        return size == (candidate.keyword.empty() ? candidate.name : candidate.keyword);
+    });
+    if (paper == product.papers.end()) section.Fail("size", "a paper that the product lists");
+    tray.heldSize = paper->value;
+    if (paper->type == PageSizeRow::kCustom) {
+        tray.heldWidth = ReadSide(section, "width");
+        tray.heldLength = ReadSide(section, "length");
+    }
+    if (section.Has("media")) {
+        tray.heldMediaType = static_cast<DWORD>(section.GetInteger("media", kAutomaticValue));
+        if (!Offers(product.mediaTypes, &ProductMediaType::value, static_cast<LONG>(tray.heldMediaType)))
+            section.Fail("media", "a media type that the product lists");
+    }
+    section.RefuseOtherKeys();
+}
+
 void ReadTrays(TomlSection& root, ProductDescription& product) {
     UsedNumbers numbers, values;
     for (TomlSection& section : root.GetSections("trays")) {
@@ -91,6 +130,7 @@ void ReadTrays(TomlSection& root, ProductDescription& product) {
         if (tray.value != kAutomaticValue && tray.value < 7100)
             section.Fail("value", "a tray: 5001 or a whole number from 7100 to 7199");
         tray.name = section.GetText("name", 23);
+        if (auto contents = section.GetSection("holds")) ReadTrayContents(*contents, product, tray);
         section.RefuseOtherKeys();
         numbers.Use(section, "number", tray.number, "a number that no other tray has");
         values.Use(section, "value", tray.value, "each tray once");
@@ -123,9 +163,9 @@ void ReadMediaTypes(TomlSection& root, ProductDescription& product) {
     UsedNumbers values;
     for (TomlSection& section : root.GetSections("media_types")) {
         ProductMediaType media;
-        media.value = static_cast<DWORD>(section.GetInteger("value", kAutomaticValue));
+        media.value = static_cast<DWORD>(section.GetInteger("value", kAutomaticValue, kLastProductValue));
         if (!IsMediaType(media.value))
-            section.Fail("value", "a media type: 5001, 6800 to 6810, 6820 to 6869, or 9636 and above");
+            section.Fail("value", "a media type: 5001, 6800 to 6810, 6820 to 6869, or 9636 to 65535");
         media.number = GetMediaNumber(media.value);
         media.name = section.GetText("name", 63);
         section.RefuseOtherKeys();
@@ -179,12 +219,6 @@ constexpr DevmodeField kDevmodeFields[] = {
     {"dmDitherType", DM_DITHERTYPE, 1, kWidest},
 };
 
-template <class List, class Member>
-bool Offers(const List& list, Member member, LONG wanted) {
-    return std::any_of(list.begin(), list.end(),
-                       [&](const auto& item) { return static_cast<LONG>(item.*member) == wanted; });
-}
-
 void RequireOffered(const TomlSection& section, const ProductDescription& product, const ProductDevmodeField& field) {
     bool offered = true;
     if (field.name == "dmPaperSize") offered = product.FindPaper(static_cast<WORD>(field.value)) != nullptr;
@@ -233,9 +267,10 @@ void DeriveExtent(const ProductDescription& product, DWORD feature, LONG Product
 
 void ReadProductLists(TomlSection& root, ProductDescription& product) {
     ReadPapers(root, product);
-    ReadTrays(root, product);
     ReadMediaTypes(root, product);
+    ReadTrays(root, product);  // which hold papers and media types
     ReadResolutions(root, product);
+    product.unlistedMediaTypes = root.GetIntegers("unlisted_media_types", 6870, 6899);
     product.pagesPerSheet = root.GetIntegers("pages_per_sheet", 1, 64);
 }
 
