@@ -28,15 +28,11 @@ public:
 class RenBaseTest : public testing::Test {
 protected:
     // The ticket, or "false" when there is none.
-    std::string Generate(TestDevmode& devmode, ULONGLONG flags = 0x400, HANDLE printer = nullptr) {
-        XDevmode xdevmode(devmode.Get());
-        return Generate(devmode, xdevmode, flags, printer);
-    }
-    std::string Generate(TestDevmode& devmode, XDevmode& xdevmode, ULONGLONG flags = 0x400, HANDLE printer = nullptr) {
+    std::string Generate(XDevmode&& xdevmode, ULONGLONG flags = 0x400, HANDLE printer = nullptr) {
         RenMvjtForXps generator;
         ByteBuffer buffer;
-        const bool result = generator.GenerateMvjt(printer ? printer : printer_.GetHandle(), devmode.Get(), pdev_,
-                                                   xdevmode, buffer, flags, TestProduct());
+        const bool result = generator.GenerateMvjt(printer ? printer : printer_.GetHandle(), xdevmode.GetDevmode(),
+                                                   pdev_, xdevmode, buffer, flags, TestProduct());
         EXPECT_TRUE(UtilitiesDllPerThreadStorage::GetExecutionContextStack().GetContexts().empty());
         const std::string text(reinterpret_cast<const char*>(buffer.getLpbyte()), buffer.getDword());
         EXPECT_TRUE(result || text.empty());
@@ -62,11 +58,11 @@ TEST_F(RenBaseTest, MakesNoTicketUnlessTheDevmodeAsksForIt) {
     TestDevmode none(16);
     for (TestDevmode* devmode : {&absent, &off, &another, &damaged, &none}) {
         // No model is made: the printer is not even looked at.
-        EXPECT_EQ(Generate(*devmode, 0x400, INVALID_HANDLE_VALUE), "false");
+        EXPECT_EQ(Generate(XDevmode(devmode->Get()), 0x400, INVALID_HANDLE_VALUE), "false");
     }
     TestDevmode asks = MakeJobDevmode();
-    EXPECT_THROW(Generate(asks, 0x400, INVALID_HANDLE_VALUE), MorvaneException);
-    EXPECT_TRUE(Generate(asks).starts_with("%MVNbegin: 001.0300\n"));
+    EXPECT_THROW(Generate(XDevmode(asks.Get()), 0x400, INVALID_HANDLE_VALUE), MorvaneException);
+    EXPECT_TRUE(Generate(XDevmode(asks.Get())).starts_with("%MVNbegin: 001.0300\n"));
 }
 
 TEST_F(RenBaseTest, TakesEachTextFromWhereItsFlagSays) {
@@ -78,33 +74,24 @@ TEST_F(RenBaseTest, TakesEachTextFromWhereItsFlagSays) {
             SetText(list, 83, W("own recipient"));
             for (const DWORD flag : {438, 439, 440}) SetBoolean(list, flag, flag == system);
         });
-        ExpectLines(Generate(devmode), {system == 438 ? "title: document" : "title: own title",
-                                        system == 439 ? "senderName: owner" : "senderName: own sender",
-                                        system == 440 ? "recipientName: owner" : "recipientName: own recipient"});
+        ExpectLines(Generate(XDevmode(devmode.Get())),
+                    {system == 438 ? "title: document" : "title: own title",
+                     system == 439 ? "senderName: owner" : "senderName: own sender",
+                     system == 440 ? "recipientName: owner" : "recipientName: own recipient"});
     }
-}
-
-void SetTransparency(AttributeBytesIndexedList& list) {
-    AttributeBytesIndexedList stock, paper;
-    AttributeBytesRawList raw;
-    SetOption(stock, 175, 6801);
-    raw.ImportFromIndexedList(stock);
-    paper.SetAttributeBytes(AttributeBytesFeatureId(210), AttributeBytesListValue(1, raw));
-    raw.ImportFromIndexedList(paper);
-    list.SetAttributeBytes(AttributeBytesFeatureId(477), AttributeBytesListValue(1, raw));
 }
 
 TEST_F(RenBaseTest, FitsTheSettingsToTheDevmodeAndThePaper) {
     const struct {
         DWORD copiesFrom, collationFrom;
         short copies;
-        bool isTransparency;
+        DWORD mediaType;
         std::vector<std::string> lines;
     } cases[] = {
-        {5400, 8090, 7, false, {"copyCount: 7", "requirements: uncollated", "requirements: duplex"}},
-        {5400, 8091, -5, false, {"copyCount: 1", "requirements: collated", "requirements: duplex"}},
-        {5401, 8091, 7, false, {"copyCount: 3", "requirements: collated", "requirements: duplex"}},
-        {5400, 8090, 1, true, {"copyCount: 1", "requirements: simplex", "paperType-opacity: transparency"}},
+        {5400, 8090, 7, 6800, {"copyCount: 7", "requirements: uncollated", "requirements: duplex"}},
+        {5400, 8091, -5, 6800, {"copyCount: 1", "requirements: collated", "requirements: duplex"}},
+        {5401, 8091, 7, 6800, {"copyCount: 3", "requirements: collated", "requirements: duplex"}},
+        {5400, 8090, 1, 6801, {"copyCount: 1", "requirements: simplex", "paperType-opacity: transparency"}},
     };
     for (const auto& test : cases) {
         TestDevmode devmode = MakeJobDevmode([&](auto& list) {
@@ -112,11 +99,11 @@ TEST_F(RenBaseTest, FitsTheSettingsToTheDevmodeAndThePaper) {
             SetOption(list, 44, test.copiesFrom);
             SetOption(list, 415, test.collationFrom);
             SetOption(list, 46, 5421);
-            if (test.isTransparency) SetTransparency(list);
+            SetOption(list, 175, test.mediaType);
         });
         devmode.Get()->dmCopies = test.copies;
         devmode.Get()->dmCollate = DMCOLLATE_FALSE;
-        ExpectLines(Generate(devmode), test.lines);
+        ExpectLines(Generate(XDevmode(devmode.Get())), test.lines);
     }
 }
 
@@ -135,7 +122,7 @@ TEST_F(RenBaseTest, ImportsNothingWithoutTheAttributeState) {
     AttributesAlone xdevmode(devmode.Get());
     SetBoolean(xdevmode.list, 286, true);
     SetText(xdevmode.list, 78, W("title"));
-    ExpectLines(Generate(devmode, xdevmode), {"title: Default job", "copyCount: 4", "requirements: uncollated"});
+    ExpectLines(Generate(std::move(xdevmode)), {"title: Default job", "copyCount: 4", "requirements: uncollated"});
 }
 
 TEST_F(RenBaseTest, LetsTheLibraryWriteUnlessTheSettingNamesTheOwnWriter) {
@@ -147,7 +134,7 @@ TEST_F(RenBaseTest, LetsTheLibraryWriteUnlessTheSettingNamesTheOwnWriter) {
     ASSERT_TRUE(DataCache(printer_.GetHandle(), printer_.GetCacheKey(), 0, true)
                     .SetCachedValue(W("XDeviceSettings"), image, false));
     TestDevmode devmode = MakeJobDevmode([](auto& settings) { SetText(settings, 84, W("a message")); });
-    const std::string ticket = Generate(devmode);
+    const std::string ticket = Generate(XDevmode(devmode.Get()));
     ExpectLines(ticket, {"message: a message"});
     EXPECT_EQ(ticket.find("%MVNtitle"), std::string::npos) << "the library's writer has no default texts";
 }
@@ -180,7 +167,7 @@ TEST_F(RenBaseTest, SetsWhatTheJobAndThePrinterAskFor) {
         std::ofstream(copy) << less;
         const TestPrinter printer(CXString::FromUtf8(name), copy);
         TestDevmode devmode = MakeJobDevmode();
-        EXPECT_EQ(Generate(devmode, test.flags, printer.GetHandle()) != "false", test.hasTicket);
+        EXPECT_EQ(Generate(XDevmode(devmode.Get()), test.flags, printer.GetHandle()) != "false", test.hasTicket);
         std::filesystem::remove(copy);
     }
     EXPECT_TRUE(PrintJob::GetLumeoPrintJobIDkey(TestPrinter(kPress, W("A/B")).GetHandle(), 17, W("me")) ==

@@ -49,7 +49,6 @@ struct PreferenceModel {
     void SetText(DWORD feature, const WCHAR* text) {
         EXPECT_TRUE(model.GetServices().GetStringFeature(FeatureId(feature)).SetValue(text));
     }
-    DWORD Option(DWORD feature) { return model.GetOption(FeatureId(feature)); }
     void Save(DWORD event = DataModelIds::kJobPrinted) {
         EventNotification notification{EventId(event)};
         preferences.OnNotification(notification);
@@ -80,14 +79,15 @@ void StoreProtected(const WCHAR* name, const WCHAR* text) {
 TEST(UserPreferences, AreDeclaredWithTheirDefaults) {
     const TestStore store;
     PreferenceModel press;
-    for (const DWORD feature : {438, 439, 440}) EXPECT_TRUE(press.Boolean(feature)) << feature;
+    for (const DWORD feature : {438, 439, 440, 580, 581, 582, 583, 584, 585, 586, 587, 588, 589, 590})
+        EXPECT_TRUE(press.Boolean(feature)) << feature;
     for (const DWORD feature : {471, 472, 473}) EXPECT_FALSE(press.Boolean(feature)) << feature;
-    for (DWORD feature = 580; feature <= 590; ++feature) EXPECT_TRUE(press.Boolean(feature)) << feature;
-    EXPECT_EQ(press.Option(238), OperatingSystem::UseEnglishPaperSizes() ? 7492u : 7491u);
-    EXPECT_EQ(press.Option(237), OperatingSystem::IsMetricCountry() ? 7491u : 7492u);
-    EXPECT_EQ(press.Option(50), 8121u);
-    EXPECT_EQ(press.Option(591), 8710u);
-    EXPECT_EQ(press.Option(575), 8710u);
+    const std::pair<DWORD, DWORD> options[] = {{238, OperatingSystem::UseEnglishPaperSizes() ? 7492 : 7491},
+                                               {237, OperatingSystem::IsMetricCountry() ? 7491 : 7492},
+                                               {50, 8121},
+                                               {591, 8710},
+                                               {575, 8710}};
+    for (const auto& [feature, value] : options) EXPECT_EQ(press.model.GetOption(FeatureId(feature)), value) << feature;
     EXPECT_EQ(press.model.GetInteger(571), 5);
     EXPECT_TRUE(press.model.GetServices().IsFeatureSupported(FeatureId(442)));
     EXPECT_TRUE(press.model.SetOption(FeatureId(237), 7491) && press.model.SetOption(FeatureId(237), 7492));

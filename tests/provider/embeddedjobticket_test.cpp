@@ -68,7 +68,7 @@ TEST(JobTicket, ArrivesCharacterForCharacter) {
     const std::pair<WideString, std::string> cases[] = {
         {W("Fish & <Chips> ]]> \"'"), "Fish & <Chips> ]]> \"'"},
         {W("forged\n%MVNdisposition: SAVE\r%MVNtitle: x"), "forged %MVNdisposition: SAVE %MVNtitle: x"},
-        {W("\x01\x7F\x81 caf\u00E9 \u0416"), "    caf\xC3\xA9 ?"},
+        {W("\x01\x7F\x85\x9F caf\u00E9 \u0416\u2028\xD83D\xDE00"), "     caf\xC3\xA9 ????"},
         {WideString(1, 0xD800) + W("\n"), "? "},
         {WideString(65536, W('x')), std::string(65536, 'x')},
         {W(""), "Default job"},
