@@ -26,6 +26,9 @@ inline constexpr WORD kAttributeStateKey = 1;   // an image of PersistentAttribu
 inline constexpr WORD kApplicationNameKey = 2;  // UTF-16 text: executable name of the program that made the job
 inline constexpr WORD kJobTextKey = 4;          // UTF-16 text for the job ticket
 
+// The attribute state may take that much, so that there is room for the other entries.
+inline constexpr std::size_t kMaximumStateBytes = 5400;
+
 // The block's place is told by a WORD in the driver-extra area, its offset from that area's start; the first of the two
 // forms that leads to a block counts. A form applies to areas larger than its minimum.
 struct Locator {

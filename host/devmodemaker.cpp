@@ -18,8 +18,6 @@ namespace {
 
 constexpr DWORD kBlockVersion = 1;
 constexpr WideStringView kExecutableName = W("mvpthost.exe");
-// The component stores no larger attribute state either: the rest is for the other entries.
-constexpr std::size_t kMaximumStateBytes = 5400;
 constexpr LONG kMicrometresPerTenth = 100;
 
 // The private block follows the core driver's part, and a WORD in it says so. The core driver for PostScript keeps that
@@ -52,13 +50,8 @@ ByteBuffer MakeAttributeState(const ProductDescription& product, const DevmodeSe
     for (const auto& [path, value] : settings.attributes) SetAttribute(list, product, path, value);
     AttributeBytesRawList raw;
     raw.ImportFromIndexedList(list);
-    AttributeBytesNameSpaces nameSpaces;
-    nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
-    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
-    attributes.SetAttributeBytesNameSpaces(nameSpaces);
-    ByteBuffer state;
-    attributes.GetPersistentAttributesState(state);
-    if (state.getDword() > kMaximumStateBytes)
+    ByteBuffer state = PersistentAttributes::MakeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
+    if (state.getDword() > privateblock::kMaximumStateBytes)
         throw InputError("the attributes do not fit in the DEVMODE; give fewer or shorter ones");
     return state;
 }

@@ -25,8 +25,6 @@ constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/morvanedriverdat
 constexpr const WCHAR* kDriverData = W("JobMorvaneDriverData");
 constexpr int kMaximumDriverDataLength = 20000;  // characters of base64 text
 constexpr int kChecksumBytes = 4;                // before the payload
-// A larger property 1 would not leave room for the block's other entries.
-constexpr DWORD kMaximumPropertyBytes = 5400;
 
 // Whether the bytes can stand at a block's start: they cover its header and say what a block says of itself.
 bool IsBlockPayload(const BYTE* payload, std::size_t bytes) {
@@ -143,5 +141,5 @@ void MorvanePtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesInd
     } catch (const std::length_error&) {
         return;  // beyond what any image may hold
     }
-    if (image.getDword() <= kMaximumPropertyBytes) xdevmode.SetAttributeBytesState(image);
+    if (image.getDword() <= privateblock::kMaximumStateBytes) xdevmode.SetAttributeBytesState(image);
 }

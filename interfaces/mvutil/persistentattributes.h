@@ -22,6 +22,8 @@ public:
     // Replaces the buffer's contents by the image; equal lists give equal bytes. Throws std::length_error, with the
     // buffer unchanged, when the lists take more than kMaximumUnpackedBytes.
     void GetPersistentAttributesState(ByteBuffer& image) const;
+    // The image of one list alone; throws as above.
+    static ByteBuffer MakeState(DWORD namespaceId, const AttributeBytesRawList& list);
 
 private:
     AttributeBytesNameSpaces nameSpaces_;

@@ -111,3 +111,11 @@ void PersistentAttributes::GetPersistentAttributesState(ByteBuffer& image) const
     state.resize(kHeaderBytes + packedLength);
     image = std::move(state);
 }
+
+ByteBuffer PersistentAttributes::MakeState(DWORD namespaceId, const AttributeBytesRawList& list) {
+    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
+    attributes.nameSpaces_.SetNameSpaceAttributes(namespaceId, list);
+    ByteBuffer image;
+    attributes.GetPersistentAttributesState(image);
+    return image;
+}

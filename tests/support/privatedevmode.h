@@ -22,13 +22,7 @@ inline ByteBuffer TextBytes(const WCHAR* text) {
 
 // The attribute state (key 1) that holds the list under the namespace.
 inline ByteBuffer MakeAttributeState(DWORD namespaceId, const AttributeBytesRawList& list) {
-    AttributeBytesNameSpaces nameSpaces;
-    nameSpaces.SetNameSpaceAttributes(namespaceId, list);
-    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
-    attributes.SetAttributeBytesNameSpaces(nameSpaces);
-    ByteBuffer state;
-    attributes.GetPersistentAttributesState(state);
-    return state;
+    return PersistentAttributes::MakeState(namespaceId, list);
 }
 
 inline std::vector<BYTE> MakePrivateBlock(const TestEntries& entries) {
