@@ -1,44 +1,35 @@
 // The capability caches: lookups, validation, and their passage through a DEVMODE.
+#include <devmodesettingssink.h>
 #include <mscacheddevicecapabilities.h>
+#include <support/capabilitycaches.h>
 #include <support/printerfixture.h>
 #include <support/privatedevmode.h>
+#include <support/userpapers.h>
 #include <xdevmode.h>
 
 #include <mvcore/pagesizedictionary.h>
-#include <mvutil/cachelocation.h>
-#include <mvutil/crc32.h>
 #include <mvutil/morvaneexception.h>
 #include <mvutil/operatingsystem.h>
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <iterator>
-
 namespace {
 
-constexpr DWORD kStart = 0x534B47B9;
+constexpr DWORD kStart = kCapabilityCacheCrcStart;
 
-template <class Record>
-Record MakeRecord(int number) {
-    Record record{};
-    std::fill(std::begin(record.name), std::end(record.name), static_cast<WCHAR>('a' + number));  // no terminator
-    return record;
-}
-
-// A blob: its header words, then records.
+// A blob: its header words, then records whose names fill their fields.
 template <class Record>
 ByteBuffer MakeBlob(std::initializer_list<DWORD> header, int records) {
     ByteBuffer blob;
     for (const DWORD word : header) blob.appendLpbyte(&word, sizeof word);
-    for (int number = 0; number < records; ++number) {
-        const Record record = MakeRecord<Record>(number);
-        blob.appendLpbyte(&record, sizeof record);
-    }
+    Record record{};
+    std::fill(std::begin(record.name), std::end(record.name), W('n'));
+    for (; records > 0; --records) blob.appendLpbyte(&record, sizeof record);
     return blob;
 }
 ByteBuffer PaperBlob(DWORD formsCrc, DWORD customCrc, DWORD count, int records) {
     return MakeBlob<_tag_FormsInfoRec>({formsCrc, 0x1234, customCrc, count}, records);
+}
+ByteBuffer ResolutionBlob(DWORD count, int records) {
+    return MakeBlob<_tag_ResolutionInfoRec>({0x1234, count, 0}, records);
 }
 ByteBuffer Cut(ByteBuffer blob, std::size_t bytes) {
     blob.resize(blob.getDword() - bytes);
@@ -47,236 +38,183 @@ ByteBuffer Cut(ByteBuffer blob, std::size_t bytes) {
 
 class CapabilitiesTest : public testing::Test {
 protected:
-    CapabilitiesTest() {
-        GlobalCaches::Clear();
-        for (const CapabilityGroup& group : kCapabilityGroups) Cache().DeleteCache(group.valueName, false);
-    }
+    CapabilitiesTest() { ClearCaches(); }
     ~CapabilitiesTest() override { Application::SetExecutableName(CXString()); }
 
-    DataCache Cache() { return DataCache(printer_.GetHandle(), printer_.GetCacheKey(), kStart, true); }
-    void Store(const WCHAR* name, const ByteBuffer& blob) { ASSERT_TRUE(Cache().SetCachedValue(name, blob, false)); }
+    DataCache Cache() const { return DataCache(handle_, printer_.GetCacheKey(), kStart, true); }
+    void Store(const WCHAR* name, const ByteBuffer& blob) const {
+        ASSERT_TRUE(Cache().SetCachedValue(name, blob, false));
+    }
+    void ClearCaches() const {
+        for (const CapabilityGroup& group : kCapabilityGroups) Cache().DeleteCache(group.valueName, false);
+    }
 
     TestStore store_;
     TestPrinter printer_{kPress};
+    HANDLE handle_ = printer_.GetHandle();
 };
 
 TEST_F(CapabilitiesTest, ServesAsManyRecordsAsTheCacheHolds) {
-    struct Row {
-        const char* what;
-        ByteBuffer paper, resolutions;
-        std::ptrdiff_t records;  // -1: none can be had
-    };
-    const auto resolutions = [](DWORD count, int records) {
-        return MakeBlob<_tag_ResolutionInfoRec>({0x1234, count, 0}, records);
-    };
-    const Row rows[] = {
-        {"no cache", {}, {}, -1},
-        {"a header cut short", Cut(PaperBlob(0, 0, 0, 0), 1), Cut(resolutions(0, 0), 1), -1},
-        {"no records", PaperBlob(0, 0, 0, 0), resolutions(0, 0), 0},
-        {"two records", PaperBlob(0, 0, 2, 2), resolutions(2, 2), 2},
-        {"fewer counted than there are", PaperBlob(0, 0, 1, 2), resolutions(1, 2), 1},
-        {"more counted than there are", PaperBlob(0, 0, 1000, 2), resolutions(1000, 2), 2},
-        {"the last record cut", Cut(PaperBlob(0, 0, 3, 3), 1), Cut(resolutions(3, 3), 1), 2},
-        {"a count out of all reason", PaperBlob(0, 0, 0xFFFFFFFF, 1), resolutions(0xFFFFFFFF, 1), 1},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        if (!row.paper.isEmpty()) Store(kPaperCapsValue, row.paper);
-        if (!row.resolutions.isEmpty()) Store(kResolutionsValue, row.resolutions);
+    const auto expect = [&](HRESULT paperResult, HRESULT resolutionResult, std::size_t records) {
         MSDeviceCapabilities capabilities;
         std::vector<_tag_FormsInfoRec> papers(7);
-        std::vector<_tag_ResolutionInfoRec> resolutionRecords(7);
-        const HANDLE printer = printer_.GetHandle();
-        EXPECT_EQ(capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, nullptr, papers),
-                  row.records < 0 ? E_FAIL : 0x0004DC01);
-        EXPECT_EQ(capabilities.GetResolutionEnumsCachedDeviceCapabilitiesVector(printer, nullptr, resolutionRecords),
-                  row.records < 0 ? E_FAIL : S_OK);
-        const std::size_t wanted = row.records < 0 ? 0 : static_cast<std::size_t>(row.records);
-        ASSERT_EQ(papers.size(), wanted);
-        ASSERT_EQ(resolutionRecords.size(), wanted);
-        for (std::size_t i = 0; i < wanted; ++i) {
-            EXPECT_EQ(CXString(papers[i].name), CXString(WideString(63, static_cast<WCHAR>('a' + i))));
-            EXPECT_EQ(CXString(resolutionRecords[i].name), CXString(WideString(31, static_cast<WCHAR>('a' + i))));
-        }
+        std::vector<_tag_ResolutionInfoRec> resolutions(7);
+        EXPECT_EQ(capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(handle_, nullptr, papers), paperResult);
+        EXPECT_EQ(capabilities.GetResolutionEnumsCachedDeviceCapabilitiesVector(handle_, nullptr, resolutions),
+                  resolutionResult);
+        EXPECT_EQ(papers.size(), records);
+        EXPECT_EQ(resolutions.size(), records);
+        for (const auto& paper : papers) EXPECT_EQ(CXString(paper.name), CXString(WideString(63, W('n'))));
+        for (const auto& each : resolutions) EXPECT_EQ(CXString(each.name), CXString(WideString(31, W('n'))));
+    };
+    expect(E_FAIL, E_FAIL, 0);
+    const struct {
+        const char* what;
+        DWORD counted;
+        int held;
+        std::size_t cut, records;
+    } rows[] = {{"none", 0, 0, 0, 0},
+                {"fewer counted than there are", 1, 2, 0, 1},
+                {"the last one cut", 3, 3, 1, 2},
+                {"a count out of all reason", 0xFFFFFFFF, 1, 0, 1}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Store(kPaperCapsValue, Cut(PaperBlob(0, 0, row.counted, row.held), row.cut));
+        Store(kResolutionsValue, Cut(ResolutionBlob(row.counted, row.held), row.cut));
+        expect(0x0004DC01, S_OK, row.records);
     }
+    Store(kPaperCapsValue, Cut(PaperBlob(0, 0, 0, 0), 1));
+    Store(kResolutionsValue, Cut(ResolutionBlob(0, 0), 1));
+    expect(E_FAIL, E_FAIL, 0);
 }
 
-TEST_F(CapabilitiesTest, ReportsAPrinterThatIsNone) {
-    std::vector<ExceptionReport> reports;
-    const auto before =
-        MorvaneException::SetReportHook([&](const ExceptionReport& report) { reports.push_back(report); });
-    EXPECT_TRUE(MsCachedDeviceCapabilities(nullptr).GetPaperDatabaseCachedDeviceCapabilitiesVector(nullptr).empty());
+TEST_F(CapabilitiesTest, AreThePrintersAndAPrinterThatIsNoneIsReported) {
+    const TestPrinter other(kOffice, W("Other Printer"));
+    StorePapers(handle_, std::vector<_tag_FormsInfoRec>(2));
+    StorePapers(other.GetHandle(), std::vector<_tag_FormsInfoRec>(5));
+    MsCachedDeviceCapabilities capabilities(nullptr);
+    const auto count = [&](HANDLE printer) {
+        return capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer).size();
+    };
+    std::string reported;
+    const auto before = MorvaneException::SetReportHook([&](const ExceptionReport& report) {
+        reported += report.className.ToUtf8() + " from " + report.thrownFrom.ToUtf8() + "\n";
+    });
     int unknown = 0;
-    EXPECT_TRUE(MsCachedDeviceCapabilities(nullptr).GetResolutionEnumsCachedDeviceCapabilitiesVector(&unknown).empty());
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(count(handle_), 2u);
+        EXPECT_EQ(count(other.GetHandle()), 5u);
+        EXPECT_EQ(count(&unknown), 0u) << "a printer that does not answer needs no report";
+    }
+    EXPECT_EQ(count(nullptr), 0u);
     MorvaneException::SetReportHook(before);
-    ASSERT_EQ(reports.size(), 1u) << "a printer that does not answer needs no report";
-    EXPECT_EQ(reports[0].className, CXString("ExceptionInvalidPrinterHandle"));
-    EXPECT_EQ(reports[0].thrownFrom, CXString("MSDeviceCapabilities::Initialize"));
-    EXPECT_EQ(reports[0].methodName, CXString("MSDeviceCapabilities::GetPaperDatabaseCachedDeviceCapabilitiesVector"));
+    EXPECT_EQ(reported, "ExceptionInvalidPrinterHandle from MSDeviceCapabilities::Initialize\n");
     EXPECT_EQ(MSDeviceCapabilities().LoadAllCaches(), E_NOTIMPL);
 }
 
-TEST_F(CapabilitiesTest, ServesEachPrinterItsOwn) {
-    const TestPrinter other(kOffice, W("Other Printer"));
-    DataCache otherCache(other.GetHandle(), other.GetCacheKey(), kStart, true);
-    Store(kPaperCapsValue, PaperBlob(0, 0, 2, 2));
-    otherCache.SetCachedValue(kPaperCapsValue, PaperBlob(0, 0, 5, 5), false);
-    MsCachedDeviceCapabilities capabilities(nullptr);
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer_.GetHandle()).size(), 2u);
-        EXPECT_EQ(capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(other.GetHandle()).size(), 5u);
-    }
-}
-
-TEST_F(CapabilitiesTest, ValidatesThePaperDatabaseAgainstTheForms) {
+TEST_F(CapabilitiesTest, ThePaperDatabaseIsValidatedAgainstTheForms) {
     MSDeviceCapabilities capabilities;
-    capabilities.Initialize(printer_.GetHandle(), false);
-    EXPECT_TRUE(capabilities.IsPaperCacheStale());
+    capabilities.Initialize(handle_, false);
     const DWORD forms = capabilities.ComputeFormsDatabaseCRC();
     EXPECT_NE(forms, kStart) << "a printer has forms";
-    EXPECT_EQ(capabilities.GetCustomFormsCRC(), kStart) << "the user has no sizes of his own";
-    struct Row {
-        const char* what;
-        DWORD forms, custom;
-        bool validate;
-        HRESULT result;
-        bool stale;
+    const auto expect = [&](const char* what, DWORD formsCrc, DWORD customCrc, bool validate, HRESULT result) {
+        Store(kPaperCapsValue, PaperBlob(formsCrc, customCrc, 0, 0));
+        EXPECT_EQ(capabilities.LoadCache(2, validate), result) << what;
+        EXPECT_EQ(capabilities.IsPaperCacheStale(), validate && formsCrc != forms) << what;
     };
-    const Row rows[] = {
-        {"current", forms, kStart, true, S_OK, false},
-        {"other forms", forms + 1, kStart, true, E_FAIL, true},
-        {"other custom sizes", forms, kStart + 1, true, E_FAIL, false},
-        {"not asked", forms + 1, kStart + 1, false, S_OK, false},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        Store(kPaperCapsValue, PaperBlob(row.forms, row.custom, 0, 0));
-        EXPECT_EQ(capabilities.LoadCache(2, row.validate), row.result);
-        EXPECT_EQ(capabilities.IsPaperCacheStale(), row.stale);
-    }
-    EXPECT_EQ(capabilities.LoadCache(6, true), E_FAIL) << "no bins stored";
+    expect("current", forms, kStart, true, S_OK);
+    expect("other forms", forms + 1, kStart, true, E_FAIL);
+    expect("other custom sizes", forms, kStart + 1, true, E_FAIL);
+    expect("not asked", forms + 1, kStart + 1, false, S_OK);
     EXPECT_EQ(capabilities.LoadCache(7, true), S_OK) << "needs no cache";
 
     Store(kPaperCapsValue, PaperBlob(forms, kStart, 0, 0));
-    Store(kDeviceLimitsValue, MakeBlob<_tag_FormsInfoRec>({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 0));
+    Store(kDeviceLimitsValue, PaperBlob(0, 0, 0, 1));
     EXPECT_EQ(capabilities.LoadAllCaches(), E_FAIL);
     EXPECT_EQ(capabilities.GetLoadedFlags(), 0x2000u | 0x7ff);
-    for (const CapabilityGroup& group : kCapabilityGroups)
-        if (group.minimumBytes < 16) Store(group.valueName, MakeBlob<_tag_FormsInfoRec>({0, 0, 0}, 0));
-    EXPECT_EQ(capabilities.LoadAllCaches(), S_OK);
-    EXPECT_EQ(capabilities.GetLoadedFlags(), 0x1ffffu);
 }
 
-TEST_F(CapabilitiesTest, ChecksTheUsersCustomSizes) {
-    const CXString key = CXString(kDriverFamilyKey) + W("\\Morvane Custom Paper Sizes\\");
-    const auto makeKey = [&](const CXString& name) {
-        UniqueKey made;
-        RegCreateKeyExW(HKEY_CURRENT_USER, key + name, 0, nullptr, 0, KEY_WRITE, nullptr, made.Put(), nullptr);
-        return made;
-    };
-    const auto wanted = [&](const WCHAR* name, LONG width, LONG length, DWORD units, DWORD start) {
-        _tag_FormsInfoRec record{};
+TEST_F(CapabilitiesTest, TheUsersCustomSizesHaveACheckValue) {
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(handle_, false);
+    DWORD crc = kStart;
+    EXPECT_EQ(capabilities.GetCustomFormsCRC(), crc);
+    const auto expectNext = [&](const CXString& name, LONG width, LONG length, DWORD units) {
+        _tag_FormsInfoRec record = MakePaper(0, width, length, 0, 25003, name);
+        record.displayUnits = units;
         const DWORD id = PageSizeDictionary::GetCustomSizeMsId(name);
         std::memcpy(&record, &id, sizeof id);
-        record.width = width;
-        record.length = length;
-        record.displayUnits = units;
-        record.pageSizeType = 25003;
-        std::copy_n(name, std::min<std::size_t>(std::char_traits<WCHAR>::length(name), 63), record.name);
-        return Crc32::GetCrc(&record, sizeof record, start);
+        crc = Crc32::GetCrc(&record, sizeof record, crc);
+        EXPECT_EQ(capabilities.GetCustomFormsCRC(), crc) << name.ToUtf8();
     };
-    MSDeviceCapabilities capabilities;
-    capabilities.Initialize(printer_.GetHandle(), false);
-    makeKey(W("Bare"));
-    DWORD crc = wanted(W("Bare"), 0, 0, 7492, kStart);
-    EXPECT_EQ(capabilities.GetCustomFormsCRC(), crc);
-
+    UniqueKey bare;
+    RegCreateKeyExW(HKEY_CURRENT_USER, CustomSizePath(W("Bare")), 0, nullptr, 0, KEY_WRITE, nullptr, bare.Put(),
+                    nullptr);
+    expectNext(W("Bare"), 0, 0, 7492);
     const CXString longName(WideString(100, W('z')));
-    const UniqueKey poster = makeKey(longName);
-    const auto set = [&](const WCHAR* name, DWORD value) {
-        RegSetValueExW(poster.Get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);
-    };
-    set(W("WidthInThousandthsOfAMillimeter"), 500000);
-    set(W("LengthInThousandthsOfAMillimeter"), 700000);
-    set(W("IsMetricUnits"), 1);
-    crc = wanted(longName, 500000, 700000, 7491, crc);
-    EXPECT_EQ(capabilities.GetCustomFormsCRC(), crc);
+    AddCustomSize(longName, 500000, 700000);
+    expectNext(longName, 500000, 700000, 7491);
 
     Application::SetExecutableName(W("spoolsv.exe"));
     MSDeviceCapabilities inSpooler;
-    inSpooler.Initialize(printer_.GetHandle(), false);
+    inSpooler.Initialize(handle_, false);
     EXPECT_EQ(inSpooler.GetCustomFormsCRC(), kStart);
 }
 
-// Takes the exported items into an attribute list, as long as there is room.
-class ListSink final : public AttributeBytesSink {
-public:
-    void SetNameSpace(const AttributeBytesNameSpaceId& id) override { nameSpace = id.GetId(); }
-    bool AddDataBlob(AttributeBytesFeatureId feature, const ByteBuffer& value) override {
-        offered.push_back(feature.id);
-        if (value.getDword() > room) return false;
-        list.Append(feature, AttributeBytesDataBlobValue(value));
-        return true;
-    }
-    std::size_t room = 5000;
-    DWORD nameSpace = 0;
-    std::vector<DWORD> offered;
+TestDevmode MakeDevmode(DWORD nameSpace, DWORD feature, const AttributeBytesValue& value) {
     AttributeBytesRawList list;
-};
-
-TestDevmode MakeDevmode(const AttributeBytesRawList& capabilities) {
-    const DWORD nameSpace = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
-    return TestDevmode(MakePrivateBlock({{1, MakeAttributeState(nameSpace, capabilities)}}));
+    list.Append(AttributeBytesFeatureId(feature), value);
+    return TestDevmode(MakePrivateBlock({{1, PersistentAttributes::MakeState(nameSpace, list)}}));
 }
 
 TEST_F(CapabilitiesTest, TravelThroughADevmodeToTheSpooler) {
-    Store(kPaperCapsValue, PaperBlob(0, 0, 3, 3));
-    Store(kBinCapsValue, Cut(PaperBlob(0, 0, 0, 0), 9));  // too short to count
-    Store(kMediaCapsValue, MakeBlob<_tag_FormsInfoRec>({0, 40}, 40));
-    Store(kResolutionsValue, MakeBlob<_tag_ResolutionInfoRec>({0, 2, 0}, 2));
-    MSDeviceCapabilities capabilities;
-    capabilities.Initialize(printer_.GetHandle(), true);
-    ListSink sink;
-    EXPECT_TRUE(capabilities.ExportCachesToDevmode(sink));
-    EXPECT_EQ(sink.nameSpace, PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId());
-    EXPECT_EQ(sink.offered, (std::vector<DWORD>{2, 35, 65527})) << "bins are too short, device limits absent";
-    ASSERT_EQ(sink.list.GetItems().size(), 2u) << "the media types do not fit";
-    const ByteBuffer good = sink.list.GetItems()[0].second.GetDataBlob();
     const ByteBuffer paper = PaperBlob(0, 0, 3, 3);
+    Store(kPaperCapsValue, paper);
+    Store(kBinCapsValue, Cut(PaperBlob(0, 0, 0, 0), 9));
+    ByteBuffer large = MakeBlob<MediaCapsRecord>({0, 40}, 40);
+    for (DWORD i = 8, x = 1; i < large.getDword(); ++i) large.getLpbyte()[i] = static_cast<BYTE>((x *= 1664525) >> 24);
+    Store(kMediaCapsValue, large);
+    Store(kResolutionsValue, ResolutionBlob(2, 2));
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(handle_, true);
+    const DWORD nameSpace = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
+    const DWORD properties = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+    TestDevmode devmode = MakeDevmode(properties, 43, AttributeBytesIntegerValue(7));
+    XDevmode xdevmode(devmode.Get());
+    DevmodeSettingsSink sink(xdevmode);
+    EXPECT_TRUE(capabilities.ExportCachesToDevmode(sink) && sink.Commit());
+    LONG copies = 0;
+    EXPECT_TRUE(xdevmode.GetIntegerValueFromAttributeBytes(43, copies)) << "the document properties stay";
+    const auto& items = xdevmode.GetAttributeBytesIndexedList(nameSpace)->GetItems();
+    ASSERT_EQ(items.size(), 2u) << "bins are too short, device limits absent, and the media types do not fit";
+    EXPECT_EQ(items.begin()->first.id, 2u);
+    EXPECT_EQ(items.rbegin()->first.id, 65527u);
+    const ByteBuffer good = items.begin()->second.GetDataBlob();
     EXPECT_EQ(privateblock::ReadDword(good.getLpbyte()),
               Crc32::GetCrc(paper.getLpbyte(), paper.getDword(), Cache().GetCurrentCRC()));
-    for (const CapabilityGroup& group : kCapabilityGroups) Cache().DeleteCache(group.valueName, false);
 
+    ClearCaches();
     Application::SetExecutableName(W("spoolsv.exe"));
-    const HANDLE printer = printer_.GetHandle();
-    TestDevmode devmode = MakeDevmode(sink.list);
     MsCachedDeviceCapabilities cached(devmode.Get());
-    EXPECT_EQ(cached.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer).size(), 3u);
-    EXPECT_EQ(cached.GetResolutionEnumsCachedDeviceCapabilitiesVector(printer).size(), 2u);
-    EXPECT_TRUE(MsCachedDeviceCapabilities(nullptr).GetPaperDatabaseCachedDeviceCapabilitiesVector(printer).empty());
-
-    struct Row {
-        const char* what;
-        ByteBuffer item;
-        HRESULT result;
-        bool mismatch;
-    };
+    EXPECT_EQ(cached.GetResolutionEnumsCachedDeviceCapabilitiesVector(handle_).size(), 2u);
+    EXPECT_TRUE(MsCachedDeviceCapabilities(nullptr).GetPaperDatabaseCachedDeviceCapabilitiesVector(handle_).empty());
     ByteBuffer altered = good;
     altered.getLpbyte()[0] ^= 1;
-    for (const Row& row : {Row{"intact", good, 0x0004DC01, false},
-                           {"another checksum", altered, 0x0004DC01, true},
-                           {"cut in the last record", Cut(good, 1), 0x0004DC01, true},
-                           {"cut in the header", Cut(good, 3 * 152 + 1), E_FAIL, false},
-                           {"empty", {}, E_FAIL, false}}) {
-        SCOPED_TRACE(row.what);
-        AttributeBytesRawList list;
-        list.Append(AttributeBytesFeatureId(2), AttributeBytesDataBlobValue(row.item));
-        TestDevmode changed = MakeDevmode(list);
+    const auto expect = [&](const char* what, const ByteBuffer& item, std::size_t count, bool isMismatch) {
+        TestDevmode changed = MakeDevmode(nameSpace, 2, AttributeBytesDataBlobValue(item));
         MSDeviceCapabilities spooled;
         std::vector<_tag_FormsInfoRec> records;
-        EXPECT_EQ(spooled.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, changed.Get(), records), row.result);
-        EXPECT_EQ(spooled.HasDevmodeCrcMismatch(), row.mismatch);
-    }
+        EXPECT_EQ(spooled.GetPaperDatabaseCachedDeviceCapabilitiesVector(handle_, changed.Get(), records),
+                  count ? 0x0004DC01 : E_FAIL)
+            << what;
+        EXPECT_EQ(records.size(), count) << what;
+        EXPECT_EQ(spooled.HasDevmodeCrcMismatch(), isMismatch) << what;
+    };
+    expect("intact", good, 3, false);
+    expect("another checksum", altered, 3, true);
+    expect("cut in the last record", Cut(good, 1), 2, true);
+    expect("cut in the header", Cut(good, 3 * 152 + 1), 0, false);
+    expect("empty", {}, 0, false);
 }
 
 }  // namespace

@@ -5,19 +5,15 @@
 #include <bstr.h>
 #include <capabilitycaches.h>
 #include <devmodemaker.h>
+#include <devmodesettingssink.h>
 #include <hosttext.h>
 #include <mscacheddevicecapabilities.h>
-#include <mvutil/cachelocation.h>
-#include <mvutil/customsizes.h>
 #include <products/reader/productdescription.h>
 #include <schemacheck/schematree.h>
 #include <support/printerfixture.h>
+#include <support/userpapers.h>
 #include <xdevmode.h>
 #include <xmlfile.h>
-
-#include <gtest/gtest.h>
-#include <windows.h>
-#include <winspool.h>
 
 #include <cstdlib>
 #include <map>
@@ -28,30 +24,11 @@ constexpr WORD kTabloid = 3, kElevenBySeventeen = 17;
 constexpr LONG kFormWidth = 1234, kFormLength = 2345;  // tenths of a millimetre: sizes of no product
 constexpr LONG kCustomWidth = 1357, kCustomLength = 2468;
 
-void AddUserPapers(HANDLE printer) {
-    WideString name = W("Round Trip Form");
-    FORM_INFO_1W form{};
-    form.Flags = FORM_USER;
-    form.pName = name.data();
-    form.Size = {kFormWidth * 100, kFormLength * 100};
-    form.ImageableArea = {0, 0, kFormWidth * 100, kFormLength * 100};
-    ASSERT_TRUE(AddFormW(printer, 1, reinterpret_cast<LPBYTE>(&form)));
-    const WideString path =
-        WideString(kDriverFamilyKey) + W("\\") + kCustomSizesKey + W("\\") + W("Round Trip Custom Size");
-    UniqueKey key;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
-                              key.Put(), nullptr),
-              ERROR_SUCCESS);
-    for (const auto& [value, number] :
-         {std::pair(kCustomSizeWidthValue, kCustomWidth * 100), std::pair(kCustomSizeLengthValue, kCustomLength * 100)})
-        ASSERT_EQ(RegSetValueExW(key.Get(), value, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number),
-                  ERROR_SUCCESS);
-}
-
 // A printer of one product with a form and a custom size of the user's.
 struct Subject {
     explicit Subject(const char* name) : product(LoadProduct(ProductFile(name))), printer(name) {
-        AddUserPapers(printer.GetHandle());
+        AddForm(printer.GetHandle(), W("Round Trip Form"), kFormWidth * 100, kFormLength * 100);
+        AddCustomSize(W("Round Trip Custom Size"), kCustomWidth * 100, kCustomLength * 100, 0);
         RebuildCapabilityCaches(printer.GetHandle());
         session = std::make_unique<PrintSession>(printer.GetName());
         records =
@@ -61,8 +38,14 @@ struct Subject {
     DevmodeBuffer Fresh(const DevmodeSettings& settings = {}) const {
         return MakeDevmode(*product, printer.GetName().AsWideString(), settings);
     }
+    // To a DEVMODE that carries the printer's capability caches beside its settings.
     DevmodeBuffer Apply(IXMLDOMDocument2* ticket) const {
         DevmodeBuffer devmode = Fresh();
+        XDevmode xdevmode(devmode.Get());
+        DevmodeSettingsSink sink(xdevmode);
+        MSDeviceCapabilities capabilities;
+        capabilities.Initialize(printer.GetHandle(), true);
+        EXPECT_TRUE(capabilities.ExportCachesToDevmode(sink) && sink.Commit());
         session->ApplyTicket(ticket, devmode);
         return devmode;
     }
@@ -186,6 +169,7 @@ TEST_P(RoundTrip, PaperComesBack) {
         ExpectPaper(expected, subject.Apply(ticket.Get()));
     }
     EXPECT_GT(types[25001], 0);
+    EXPECT_GT(types[25004], 0);
     EXPECT_GE(types[25003], 2) << "the user's form, which the caches keep under this type, and the custom size";
 
     // A size of no record travels in the ticket's parameters.
