@@ -6,124 +6,95 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace {
+
+constexpr const WCHAR* kStamp = W("XInstallableOptionsState");
+const ByteBuffer kNuggets("some nuggets", 12), kState("state", 5);
 
 class Provider final : public DataSourceProvider {
     void ProvideDataSources(std::vector<std::pair<DataSourceProviderTypes, DataSource*>>&) override {}
 };
 
-struct Item {
-    const char* name;
-    void (DataSourceProvider::*set)(HANDLE, const ByteBuffer&);
-    LONG (DataSourceProvider::*isCurrent)(HANDLE);
-    void (DataSourceProvider::*remove)(HANDLE);
-    void (DataSourceProvider::*get)(HANDLE, ByteBuffer&);
-};
-constexpr Item kItems[] = {
-    {"nuggets", &DataSourceProvider::SetDataModelInfoNuggets, &DataSourceProvider::IsDataModelInfoNuggetsCurrent,
-     &DataSourceProvider::DeleteDataModelInfoNuggets, &DataSourceProvider::GetDataModelInfoNuggets},
-    {"state", &DataSourceProvider::SetDataModelState, &DataSourceProvider::IsDataModelStateCurrent,
-     &DataSourceProvider::DeleteDataModelState, &DataSourceProvider::GetDataModelState},
-};
+DataCache CacheOf(const TestPrinter& printer) { return DataCache(printer.GetHandle(), printer.GetCacheKey(), 0, true); }
 
-const ByteBuffer kBytes("some state", 10);
-
-class DataSourceProviderTest : public testing::TestWithParam<int> {
+class DataSourceProviderTest : public testing::Test {
 protected:
-    DataCache Cache(const TestPrinter& printer) {
-        return DataCache(printer.GetHandle(), printer.GetCacheKey(), 0, true);
-    }
-    ByteBuffer Stored(DataSourceProvider& provider, const Item& item, const TestPrinter& printer) {
-        ByteBuffer bytes("old", 3);
-        (provider.*item.get)(printer.GetHandle(), bytes);
-        return bytes;
+    ByteBuffer NuggetsOf(DataSourceProvider& provider) const {
+        ByteBuffer nuggets("old", 3);
+        provider.GetDataModelInfoNuggets(handle_, nuggets);
+        return nuggets;
     }
 
     TestStore store_;
+    TestPrinter printer_{kPress};
+    HANDLE handle_ = printer_.GetHandle();
+    Provider provider_;
 };
 
-TEST_P(DataSourceProviderTest, IsCurrentAsLongAsTheConfigurationStands) {
-    const Item& item = kItems[GetParam()];
-    const Item& other = kItems[1 - GetParam()];
-    const TestPrinter printer(kPress);
-    const HANDLE handle = printer.GetHandle();
-    Provider provider;
-    const auto isCurrent = [&](const Item& of) { return (provider.*of.isCurrent)(handle); };
-    struct Step {
-        const char* what;
-        std::function<void()> action;
-        LONG current;
-        bool stored;
+TEST_F(DataSourceProviderTest, BothItemsAreCurrentAsLongAsTheConfigurationStands) {
+    const auto expect = [&](const char* what, LONG nuggetsCurrent, LONG stateCurrent, bool hasNuggets, bool hasState) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(provider_.IsDataModelInfoNuggetsCurrent(handle_), nuggetsCurrent);
+        EXPECT_EQ(provider_.IsDataModelStateCurrent(handle_), stateCurrent);
+        EXPECT_EQ(NuggetsOf(provider_), hasNuggets ? kNuggets : ByteBuffer());
+        ByteBuffer state("old", 3);
+        provider_.GetDataModelState(handle_, state);
+        EXPECT_EQ(state, hasState ? kState : ByteBuffer());
     };
-    const Step steps[] = {
-        {"nothing stored", [] {}, -1, false},
-        {"stored", [&] { (provider.*item.set)(handle, kBytes); }, 1, true},
-        {"configuration changed", [&] { Cache(printer).SetCachedValue(W("XAutoConfig"), kBytes, false); }, 0, true},
-        {"stored again", [&] { (provider.*item.set)(handle, kBytes); }, 1, true},
-        {"stamp -1", [&] { Cache(printer).SetCachedValue(W("XInstallableOptionsState"), LONG{-1}, false); }, -1, true},
-        {"stored once more", [&] { (provider.*item.set)(handle, kBytes); }, 1, true},
-        {"the other item deleted, and the stamp with it", [&] { (provider.*other.remove)(handle); }, -1, true},
-        {"deleted", [&] { (provider.*item.remove)(handle); }, -1, false},
-        {"stored empty", [&] { (provider.*item.set)(handle, ByteBuffer()); }, -1, false},
-    };
-    for (const Step& step : steps) {
-        SCOPED_TRACE(step.what);
-        step.action();
-        EXPECT_EQ(isCurrent(item), step.current);
-        EXPECT_EQ(isCurrent(other), -1) << "without bytes, whatever the stamp says";
-        EXPECT_EQ(Stored(provider, item, printer), step.stored ? kBytes : ByteBuffer());
-    }
+    expect("nothing stored", -1, -1, false, false);
+    provider_.SetDataModelInfoNuggets(handle_, kNuggets);
+    expect("nuggets stored", 1, -1, true, false);
+    provider_.SetDataModelState(handle_, kState);
+    expect("state stored", 1, 1, true, true);
+    CacheOf(printer_).SetCachedValue(W("XAutoConfig"), kState, false);
+    expect("configured anew", 0, 0, true, true);
+    provider_.SetDataModelState(handle_, kState);
+    expect("state stored again: the stamp is both's", 1, 1, true, true);
+    CacheOf(printer_).SetCachedValue(kStamp, LONG{-1}, false);
+    expect("stamp -1", -1, -1, true, true);
+    provider_.SetDataModelInfoNuggets(handle_, kNuggets);
+    expect("nuggets stored again", 1, 1, true, true);
+    provider_.DeleteDataModelInfoNuggets(handle_);
+    expect("nuggets deleted, and the stamp with them", -1, -1, false, true);
+    provider_.SetDataModelState(handle_, kState);
+    expect("state stored once more", -1, 1, false, true);
+    provider_.DeleteDataModelState(handle_);
+    expect("state deleted", -1, -1, false, false);
 }
 
-TEST_P(DataSourceProviderTest, KeepsTheOldStampWithoutDeviceSettings) {
-    const Item& item = kItems[GetParam()];
+TEST_F(DataSourceProviderTest, KeepsTheOldStampWithoutDeviceSettings) {
     const std::filesystem::path folder = ProgramFolder() / "lost products";
     std::filesystem::remove_all(folder);
     std::filesystem::copy(ProgramFolder() / "products", folder, std::filesystem::copy_options::recursive);
     const TestPrinter printer(W("Lost Product"), folder / kPress / ProductFile(kPress).filename());
     std::filesystem::remove_all(folder);
-
-    Provider provider;
-    (provider.*item.set)(printer.GetHandle(), kBytes);
-    EXPECT_EQ(Stored(provider, item, printer), kBytes);
-    EXPECT_FALSE(Cache(printer).DoesCacheExist(W("XInstallableOptionsState")));
-    EXPECT_EQ((provider.*item.isCurrent)(printer.GetHandle()), -1);
-    Cache(printer).SetCachedValue(W("XInstallableOptionsState"), LONG{5}, false);
-    (provider.*item.set)(printer.GetHandle(), kBytes);
-    EXPECT_EQ(Cache(printer).GetCachedLongValue(W("XInstallableOptionsState"), 0), 5);
+    CacheOf(printer).SetCachedValue(kStamp, LONG{5}, false);
+    provider_.SetDataModelState(printer.GetHandle(), kState);
+    EXPECT_TRUE(CacheOf(printer).DoesCacheExist(W("XDataModelState")));
+    EXPECT_EQ(CacheOf(printer).GetCachedLongValue(kStamp, 0), 5);
+    EXPECT_EQ(provider_.IsDataModelStateCurrent(printer.GetHandle()), -1);
 }
 
-TEST_P(DataSourceProviderTest, StaysWithThePlaceOfItsFirstOperation) {
-    const Item& item = kItems[GetParam()];
-    const TestPrinter printer(kPress);
-    Provider keyed;
-    (keyed.*item.set)(printer.GetHandle(), kBytes);
+TEST_F(DataSourceProviderTest, StaysWithThePlaceOfItsFirstOperation) {
+    provider_.SetDataModelInfoNuggets(handle_, kNuggets);
     Provider unkeyed;
-    (unkeyed.*item.remove)(printer.GetHandle());
-    EXPECT_EQ((keyed.*item.isCurrent)(printer.GetHandle()), 1) << "the delete went to another place";
-    EXPECT_TRUE(Stored(unkeyed, item, printer).isEmpty());
-    (unkeyed.*item.set)(printer.GetHandle(), ByteBuffer("b", 1));
-    EXPECT_EQ(Stored(keyed, item, printer), kBytes);
+    unkeyed.DeleteDataModelInfoNuggets(handle_);
+    EXPECT_EQ(NuggetsOf(provider_), kNuggets) << "the delete went to another place";
+    unkeyed.SetDataModelInfoNuggets(handle_, kState);
+    EXPECT_EQ(NuggetsOf(unkeyed), kState);
+    EXPECT_EQ(NuggetsOf(provider_), kNuggets);
 }
 
-INSTANTIATE_TEST_SUITE_P(BothItems, DataSourceProviderTest, testing::Values(0, 1),
-                         [](const auto& test) { return std::string(kItems[test.param].name); });
-
-TEST(DataSourceProviderCopyTest, CopiesNuggetsAndStampToTheCurrentUser) {
-    const TestStore store;
-    const TestPrinter printer(kPress);
-    DataCache machine(printer.GetHandle(), HKEY_LOCAL_MACHINE, printer.GetCacheKey(), 0, true);
-    machine.SetCachedValue(W("XDataModelInfoNuggets"), kBytes, false);
-    machine.SetCachedValue(W("XInstallableOptionsState"), LONG{77}, false);
-    Provider().CopyDataModelInfoNuggetsToCurrentUser(printer.GetHandle());
-
-    const DataCache user(printer.GetHandle(), HKEY_CURRENT_USER, printer.GetCacheKey(), 0, false);
+TEST_F(DataSourceProviderTest, CopiesNuggetsAndStampToTheCurrentUser) {
+    DataCache machine(handle_, HKEY_LOCAL_MACHINE, printer_.GetCacheKey(), 0, true);
+    machine.SetCachedValue(W("XDataModelInfoNuggets"), kNuggets, false);
+    machine.SetCachedValue(kStamp, LONG{77}, false);
+    provider_.CopyDataModelInfoNuggetsToCurrentUser(handle_);
+    const DataCache user(handle_, HKEY_CURRENT_USER, printer_.GetCacheKey(), 0, false);
     ByteBuffer nuggets;
-    EXPECT_TRUE(user.GetCachedBytesValue(W("XDataModelInfoNuggets"), nuggets));
-    EXPECT_EQ(nuggets, kBytes);
-    EXPECT_EQ(user.GetCachedLongValue(W("XInstallableOptionsState"), 0), 77);
+    user.GetCachedBytesValue(W("XDataModelInfoNuggets"), nuggets);
+    EXPECT_EQ(nuggets, kNuggets);
+    EXPECT_EQ(user.GetCachedLongValue(kStamp, 0), 77);
 }
 
 }  // namespace

@@ -8,84 +8,66 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-
 namespace {
-
-constexpr const char* kLibraries[] = {"mvwftuC0.dll", "mvwfwuC0.dll", "mvwfuvC0.dll"};
 
 // Numbers of the workflow libraries in the process, as digits.
 std::string LoadedLibraries() {
     std::string loaded;
-    for (int index = 1; index <= 3; ++index)
-        if (GetModuleHandleA(kLibraries[index - 1])) loaded += static_cast<char>('0' + index);
+    if (GetModuleHandleA("mvwftuC0.dll")) loaded += '1';
+    if (GetModuleHandleA("mvwfwuC0.dll")) loaded += '2';
+    if (GetModuleHandleA("mvwfuvC0.dll")) loaded += '3';
     return loaded;
-}
-
-std::optional<DWORD> StoredIndex(HANDLE printer) {
-    DWORD type = 0;
-    ByteBuffer value;
-    if (!Printer(printer).GetPrinterDataW(W("XWorkflowDLL"), type, value)) return std::nullopt;
-    return static_cast<DWORD>(value.getAsLongValue());
-}
-
-void StoreIndex(HANDLE printer, DWORD type, DWORD value) {
-    Printer(printer).SetPrinterDataW(W("XWorkflowDLL"), type, &value, sizeof value);
 }
 
 class WorkflowObjectTest : public testing::Test {
 protected:
+    // The library's number in the printer data; -1 when there is none.
+    LONG StoredIndex() const {
+        DWORD type = 0;
+        ByteBuffer value;
+        return Printer(printer_.GetHandle()).GetPrinterDataW(W("XWorkflowDLL"), type, value) ? value.getAsLongValue()
+                                                                                             : -1;
+    }
+    // Binds to a printer whose data names the library; family is the product's, or 5001 where nothing is loaded.
+    void ExpectLibrary(DWORD type, LONG index, const std::string& loaded, unsigned family) {
+        SCOPED_TRACE(testing::Message() << "type " << type << " value " << index);
+        Printer(printer_.GetHandle()).SetPrinterDataW(W("XWorkflowDLL"), type, &index, sizeof index);
+        {
+            WorkflowObject workflow;
+            unsigned told = 0;
+            EXPECT_EQ(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, &told), !loaded.empty());
+            EXPECT_EQ(told, family);
+            EXPECT_EQ(LoadedLibraries(), loaded);
+            EXPECT_EQ(StoredIndex(), index) << "nothing is detected";
+            if (loaded.empty()) {
+                EXPECT_THROW(workflow.GetProductDataObj(), ExceptionWorkflowObjectNotInitialized);
+            } else {
+                EXPECT_FALSE(workflow.InitializeWorkflowObject(nullptr, nullptr, &told)) << "a second time";
+                EXPECT_EQ(told, family);
+                EXPECT_EQ(workflow.GetProductDataObj()->GetControllerFamily(), family);
+            }
+        }
+        EXPECT_EQ(LoadedLibraries(), "");
+    }
+
     TestStore store_;
     TestPrinter printer_{kPress};
 };
 
 TEST_F(WorkflowObjectTest, TakesTheLibraryThatThePrinterDataNames) {
-    struct Row {
-        DWORD type, value;
-        const char* loaded;
-    };
-    const Row rows[] = {{REG_DWORD, 1, "1"}, {REG_DWORD, 2, "2"}, {REG_DWORD, 3, "3"},        {REG_DWORD, 0, ""},
-                        {REG_DWORD, 4, ""},  {REG_BINARY, 1, ""}, {REG_DWORD, 0xFFFFFFFF, ""}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << "type " << row.type << " value " << row.value);
-        StoreIndex(printer_.GetHandle(), row.type, row.value);
-        {
-            WorkflowObject workflow;
-            unsigned family = 0;
-            const bool wanted = *row.loaded != 0;
-            EXPECT_EQ(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, &family), wanted);
-            EXPECT_EQ(family, wanted ? 8434u : 5001u);
-            EXPECT_EQ(LoadedLibraries(), row.loaded);
-            EXPECT_EQ(StoredIndex(printer_.GetHandle()), row.value) << "nothing is detected";
-            if (wanted) {
-                EXPECT_FALSE(workflow.InitializeWorkflowObject(nullptr, nullptr, &family)) << "a second time";
-                EXPECT_EQ(family, 8434u);
-                EXPECT_EQ(workflow.GetProductDataObj()->GetControllerFamily(), 8434u);
-            } else {
-                EXPECT_THROW(workflow.GetProductDataObj(), ExceptionWorkflowObjectNotInitialized);
-            }
-        }
-        EXPECT_EQ(LoadedLibraries(), "");
-    }
+    for (const LONG index : {1, 2, 3}) ExpectLibrary(REG_DWORD, index, std::to_string(index), 8434);
+    for (const LONG index : {0, 4, -1}) ExpectLibrary(REG_DWORD, index, "", 5001);
+    ExpectLibrary(REG_BINARY, 1, "", 5001);
 }
 
 TEST_F(WorkflowObjectTest, DetectsTheLibraryFromTheDriversFilesOnce) {
-    ASSERT_EQ(StoredIndex(printer_.GetHandle()), std::nullopt);
-    WorkflowObject workflow;
-    EXPECT_TRUE(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, nullptr));
-    const std::string loaded = LoadedLibraries();
-    ASSERT_EQ(loaded.size(), 1u);
-    EXPECT_EQ(StoredIndex(printer_.GetHandle()), static_cast<DWORD>(loaded[0] - '0'));
-}
-
-TEST_F(WorkflowObjectTest, SurvivesAPrinterThatDoesNotAnswer) {
     int unknown = 0;
     WorkflowObject workflow;
-    unsigned family = 0;
-    EXPECT_FALSE(workflow.InitializeWorkflowObject(&unknown, nullptr, &family));
-    EXPECT_EQ(family, 5001u);
-    EXPECT_FALSE(workflow.IsInitialized());
-    EXPECT_TRUE(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, &family)) << "it can be tried again";
+    EXPECT_FALSE(workflow.InitializeWorkflowObject(&unknown, nullptr, nullptr)) << "no such printer";
+    ASSERT_EQ(StoredIndex(), -1);
+    EXPECT_TRUE(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, nullptr)) << "it can be tried again";
+    EXPECT_EQ(StoredIndex(), 1);
+    EXPECT_EQ(LoadedLibraries(), "1");
 }
 
 // The libraries lie beside the component; here it plays to be in the folder of libraries that misbehave.
@@ -94,24 +76,9 @@ TEST_F(WorkflowObjectTest, LetsGoOfLibrariesThatMisbehave) {
     UniqueModule component(LoadLibraryW(CXString((folder / "component.dll").make_preferred().string<WCHAR>())));
     ASSERT_TRUE(component);
     SetComponentModule(component.Get());
-    struct Row {
-        const char* what;
-        DWORD index;
-        bool initialized;
-    };
-    for (const Row& row :
-         {Row{"throws on release", 1, true}, {"lacks the exports", 2, false}, {"no object", 3, false}}) {
-        SCOPED_TRACE(row.what);
-        StoreIndex(printer_.GetHandle(), REG_DWORD, row.index);
-        {
-            WorkflowObject workflow;
-            unsigned family = 0;
-            EXPECT_EQ(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, &family), row.initialized);
-            EXPECT_EQ(family, row.initialized ? 8431u : 5001u);
-            EXPECT_EQ(LoadedLibraries(), row.initialized ? "1" : "") << "freed at once";
-        }
-        EXPECT_EQ(LoadedLibraries(), "");
-    }
+    ExpectLibrary(REG_DWORD, 1, "1", 8431);  // throws when its object is released
+    ExpectLibrary(REG_DWORD, 2, "", 5001);   // lacks the exports
+    ExpectLibrary(REG_DWORD, 3, "", 5001);   // gives no object
     SetComponentModule(nullptr);
 }
 
