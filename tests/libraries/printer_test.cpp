@@ -1,5 +1,6 @@
 // What the spooler tells of a printer, its driver and its forms.
 #include <support/printerfixture.h>
+#include <support/userpapers.h>
 
 #include <mvutil/cforms.h>
 #include <mvutil/morvaneexception.h>
@@ -9,14 +10,10 @@
 #include <mvutil/printer.h>
 #include <mvutil/textresources.h>
 
-#include <windows.h>
-// After windows.h, which it needs.
-#include <winspool.h>
-
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
+#include <utility>
 
 namespace {
 
@@ -31,17 +28,16 @@ TEST_F(PrinterTest, TellsNamePortAndData) {
     const Printer printer(handle_);
     EXPECT_EQ(printer.GetPrinterName(), printer_.GetName());
     const TestPrinter other(kOffice, W("Other"));
-    EXPECT_FALSE(printer.GetPrinterPort().IsEmpty());
     EXPECT_NE(printer.GetPrinterPort(), Printer(other.GetHandle()).GetPrinterPort());
     DWORD type = 7;
     ByteBuffer value;
     EXPECT_FALSE(printer.GetPrinterDataW(W("XNone"), type, value));
     EXPECT_EQ(type, 7u);
-    const std::string large(5000, 'x');
-    printer.SetPrinterDataW(W("XLarge"), REG_BINARY, large.data(), static_cast<DWORD>(large.size()));
+    const ByteBuffer large(std::string(5000, 'x').data(), 5000);
+    printer.SetPrinterDataW(W("XLarge"), REG_BINARY, large.getLpbyte(), large.getDword());
     ASSERT_TRUE(printer.GetPrinterDataW(W("XLarge"), type, value));
     EXPECT_EQ(type, DWORD(REG_BINARY));
-    EXPECT_EQ(value, ByteBuffer(large.data(), large.size()));
+    EXPECT_EQ(value, large);
 }
 
 TEST_F(PrinterTest, AnUnknownPrinterIsAFailure) {
@@ -63,38 +59,27 @@ TEST_F(PrinterTest, AnUnknownPrinterIsAFailure) {
 }
 
 TEST_F(PrinterTest, TheDriversFilesAreListedByKindInLowerCase) {
-    const CXString main = PrintDriver().GetDriverFiles(handle_, 1, CXString());
-    const CXString dependent = PrintDriver().GetDriverFiles(handle_, 8, CXString());
+    const PrintDriver driver;
+    const CXString main = driver.GetDriverFiles(handle_, 1, CXString());
+    const CXString dependent = driver.GetDriverFiles(handle_, 8, CXString());
     EXPECT_NE(main.Find(W("office8430.toml\n")), -1);
     EXPECT_EQ(main.Find(W("mvwfwuc0.dll")), -1);
     EXPECT_NE(dependent.Find(W("mvwfwuc0.dll\n")), -1);
-    EXPECT_EQ(PrintDriver().GetDriverFiles(handle_, 9, CXString()), main + dependent);
-    const CXString one = PrintDriver().GetDriverFiles(handle_, 9, W("mvWFwuC0"));
-    EXPECT_NE(one.Find(W("mvwfwuc0.dll")), -1);
-    EXPECT_EQ(one.Find(W("mvutil")), -1);
-}
-
-TEST_F(PrinterTest, TheDependentFilesKeepTheirSpelling) {
-    const std::vector<CXString> files = PrintDriver().GetDriverDependentFiles(handle_);
-    ASSERT_EQ(files.size(), 5u);
-    EXPECT_EQ(files.front(), CXString("mvutilC0.dll"));
-    EXPECT_EQ(files.back(), CXString("mvwfwuC0.dll"));
+    EXPECT_EQ(driver.GetDriverFiles(handle_, 9, CXString()), main + dependent);
+    EXPECT_EQ(driver.GetDriverFiles(handle_, 9, W("mvWFwuC0")).Find(W("mvutil")), -1);
+    EXPECT_EQ(driver.GetDriverDependentFiles(handle_).back(), CXString("mvwfwuC0.dll")) << "in their own spelling";
 }
 
 TEST_F(PrinterTest, TheStampCountsUpAndABadPrinterIsPassedOver) {
-    const auto stamp = [&] {
+    const Printer printer(handle_);
+    for (const LONG wanted : {1, 2, 1}) {
+        printer.ClearDevmode1stLevelCache();
         DWORD type = 0;
         ByteBuffer value;
-        return Printer(handle_).GetPrinterDataW(W("XDevmodeCacheStamp"), type, value) ? value.getAsLongValue() : -1;
-    };
-    EXPECT_EQ(stamp(), -1);
-    for (const LONG wanted : {1, 2}) {
-        Printer(handle_).ClearDevmode1stLevelCache();
-        EXPECT_EQ(stamp(), wanted);
+        ASSERT_TRUE(printer.GetPrinterDataW(W("XDevmodeCacheStamp"), type, value));
+        EXPECT_EQ(value.getAsLongValue(), wanted) << "what is no stamp is replaced";
+        if (wanted == 2) printer.SetPrinterDataW(W("XDevmodeCacheStamp"), REG_BINARY, "x", 1);
     }
-    Printer(handle_).SetPrinterDataW(W("XDevmodeCacheStamp"), REG_BINARY, "x", 1);
-    Printer(handle_).ClearDevmode1stLevelCache();
-    EXPECT_EQ(stamp(), 1) << "what is no stamp is replaced";
     Printer(nullptr).ClearDevmode1stLevelCache();
 }
 
@@ -110,37 +95,18 @@ TEST_F(PrinterTest, TheCurrentProductNamesItsTraysAndMediaTypes) {
 }
 
 TEST_F(PrinterTest, AReadableDataFileCompletesAnInstallation) {
-    EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(handle_), int{PrintDriver::kInstallationComplete});
     EXPECT_EQ(PrintDriver().GetDriverCapability(handle_, 1984), 1u);
     EXPECT_EQ(PrintDriver().GetDriverCapability(handle_, 1), 0u);
-    // A private copy of the product, then damaged.
-    const std::filesystem::path file = std::filesystem::temp_directory_path() /
-                                       ("mvproduct-" + std::to_string(GetCurrentProcessId())) / "own" / "own.toml";
-    std::filesystem::create_directories(file.parent_path());
-    const std::filesystem::path source = ProductFile(kOffice);
-    std::filesystem::copy(source.parent_path(), file.parent_path());
-    std::filesystem::rename(file.parent_path() / source.filename(), file);
-    std::filesystem::copy_file(source.parent_path().parent_path() / "strings.toml",
-                               file.parent_path().parent_path() / "strings.toml");
-    {
-        const TestPrinter own(W("Own"), file);
-        EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), 4);
-        std::ofstream(file) << "model = 5\n";
-        EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), 3);
-        EXPECT_EQ(PrintDriver().GetDriverCapability(own.GetHandle(), 1984), 0u);
-    }
-    std::filesystem::remove_all(file.parent_path().parent_path());
+    const ChangedProduct product(kOffice, "damaged", {});
+    const TestPrinter own(W("Own"), product.GetFile());
+    EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), int{PrintDriver::kInstallationComplete});
+    std::ofstream(product.GetFile()) << "model = 5\n";
+    EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), 3);
+    EXPECT_EQ(PrintDriver().GetDriverCapability(own.GetHandle(), 1984), 0u);
 }
 
 TEST_F(PrinterTest, FormsAreNumberedFromOneInTheSpoolersOrder) {
-    WCHAR name[] = W("A User's Form");
-    FORM_INFO_1W form = {};
-    form.Flags = FORM_USER;
-    form.pName = name;
-    form.Size = {100000, 70000};
-    form.ImageableArea = {0, 0, 100000, 70000};
-    ASSERT_TRUE(AddFormW(handle_, 1, reinterpret_cast<LPBYTE>(&form)));
-
+    AddForm(handle_, W("A User's Form"), 100000, 70000);
     const CForms all(handle_, true);
     const CForms tall(handle_, false);
     ASSERT_GT(all.GetForms().size(), 100u);
@@ -150,14 +116,13 @@ TEST_F(PrinterTest, FormsAreNumberedFromOneInTheSpoolersOrder) {
     ASSERT_NE(a4, nullptr);
     EXPECT_EQ(a4->formIndex, 9) << "a built-in form's number is its paper number";
     EXPECT_EQ(a4->width, 210000);
-    EXPECT_EQ(a4->length, 297000);
     EXPECT_EQ(a4->isUserForm, 0u);
     EXPECT_EQ(all.GetFormW(WORD(9)), a4);
     EXPECT_EQ(all.GetFormW(WORD(0)), nullptr);
-    const _MVN_FORM_INFO* const own = all.GetFormW(name);
+    const _MVN_FORM_INFO* const own = all.GetFormW(W("A User's Form"));
     ASSERT_NE(own, nullptr);
     EXPECT_EQ(own->isUserForm, 1u);
-    EXPECT_EQ(tall.GetFormW(name), nullptr) << "wider than long";
+    EXPECT_EQ(tall.GetFormW(W("A User's Form")), nullptr) << "wider than long";
     ASSERT_NE(tall.GetFormW(W("A4")), nullptr);
     EXPECT_EQ(tall.GetFormW(W("A4"))->formIndex, 9) << "leaving forms out moves no number";
 }
@@ -186,10 +151,9 @@ TEST(OperatingSystem, FollowsTheUsersConventions) {
 }
 
 TEST(MorvaneUtilities, SplitsPaths) {
-    EXPECT_EQ(MorvaneUtilities::getPathFromFileName(W("C:\\a\\b.dll")), W("C:\\a\\"));
-    EXPECT_EQ(MorvaneUtilities::getPathFromFileName(W("a/b.dll")), W("a/"));
-    EXPECT_EQ(MorvaneUtilities::getPathFromFileName(W("b.dll")), W(""));
-    EXPECT_NE(MorvaneUtilities::getModulePath(nullptr).Find(W("libraries_test")), -1);
+    const std::pair<const WCHAR*, const WCHAR*> paths[] = {
+        {W("C:\\a\\b.dll"), W("C:\\a\\")}, {W("a/b.dll"), W("a/")}, {W("b.dll"), W("")}};
+    for (const auto& [file, path] : paths) EXPECT_EQ(MorvaneUtilities::getPathFromFileName(file), path);
     EXPECT_TRUE(MorvaneUtilities::getModulePath(reinterpret_cast<HMODULE>(0x10)).IsEmpty());
 }
 

@@ -10,38 +10,34 @@ namespace {
 constexpr DWORD kCurrent = DataModelIds::kCurrentSettings;
 constexpr DWORD kOffered = DataModelIds::kCapabilities;
 
+using Told = std::vector<std::string>;
+
 class ChangesTest : public testing::Test {
 protected:
-    FeatureServices& GetServices() { return model_.GetServices(); }
-    bool SetCopies(LONG copies) { return GetServices().GetIntegerFeature(FeatureId(43)).SetValue(copies); }
+    bool SetCopies(LONG copies) { return services_.GetIntegerFeature(FeatureId(43)).SetValue(copies); }
 
     TestStore store_;
     TestModel model_;
+    FeatureServices& services_ = model_.GetServices();
     TestObserver sides_, copies_;
 };
 
-using Told = std::vector<std::string>;
-
 TEST_F(ChangesTest, OnlyThoseWhoRegisteredAreToldAndOnlyOfChanges) {
-    sides_.Register(GetServices(), kCurrent, FeatureId(46));
-    sides_.Register(GetServices(), kCurrent, FeatureId(46));
-    copies_.Register(GetServices(), kCurrent, FeatureId(43));
-    copies_.Register(GetServices(), kOffered, FeatureId(46));
-    model_.SetOption(FeatureId(46), 5421);
-    model_.SetOption(FeatureId(46), 5421);
-    model_.SetOption(FeatureId(46), 5429);
+    for (int twice = 0; twice < 2; ++twice) sides_.Register(services_, kCurrent, FeatureId(46));
+    copies_.Register(services_, kCurrent, FeatureId(43));
+    copies_.Register(services_, kOffered, FeatureId(46));
+    for (const DWORD sides : {5421u, 5421u, 5429u}) model_.SetOption(FeatureId(46), sides);
     model_.SetOption(FeatureId(45), 5411);
     EXPECT_EQ(sides_.told, Told{"23002 22003 46 <- 46"});
     EXPECT_EQ(copies_.told, Told{});
-    GetServices().UnregisterFeatureChangeObserver(&sides_);
+    services_.UnregisterFeatureChangeObserver(&sides_);
     model_.SetOption(FeatureId(46), 5422);
     EXPECT_EQ(sides_.told.size(), 1u);
 }
 
 TEST_F(ChangesTest, AMassSetIsOneBundleForEach) {
-    sides_.Register(GetServices(), kCurrent, FeatureId(46));
-    sides_.Register(GetServices(), kCurrent, FeatureId(45));
-    copies_.Register(GetServices(), kCurrent, FeatureId(43));
+    for (const DWORD feature : {46u, 45u}) sides_.Register(services_, kCurrent, FeatureId(feature));
+    copies_.Register(services_, kCurrent, FeatureId(43));
     DataModelManager& manager = model_.GetManager();
     manager.BeginMassSet();
     model_.SetOption(FeatureId(46), 5421);
@@ -62,45 +58,39 @@ TEST_F(ChangesTest, AMassSetIsOneBundleForEach) {
 
 TEST_F(ChangesTest, AListTellsOfWhatItHolds) {
     TestObserver media, rows;
-    media.Register(GetServices(), kCurrent, Id({477, 175}));
-    sides_.Register(GetServices(), kCurrent, FeatureId(477));
-    rows.Register(GetServices(), kCurrent, FeatureId(192));
+    media.Register(services_, kCurrent, Id({477, 175}));
+    sides_.Register(services_, kCurrent, FeatureId(477));
+    rows.Register(services_, kCurrent, FeatureId(192));
     model_.SetOption(FeatureId(175), 6801);
     EXPECT_EQ(media.told, Told{"23002 22003 477/210/175 <- 477/175"});
     EXPECT_EQ(sides_.told, Told{"23002 22003 477/210/175 <- 477"});
-    GetServices()
-        .GetListOfValues(FeatureId(192))
-        .GetListOfFeatures(0)
-        .GetOptionFeature(FeatureId(175))
-        .SetValue(ValueId(6801));
+    model_.GetTray(0).GetOptionFeature(FeatureId(175)).SetValue(ValueId(6801));
     EXPECT_EQ(rows.told, Told{"23002 22003 192/477/175 <- 192"});
     EXPECT_EQ(media.told.size(), 1u) << "a tray's media type is not the job's";
 }
 
 TEST_F(ChangesTest, WhatIsOfferedIsTold) {
-    IntegrationServices& services = model_.GetIntegration();
-    for (const DWORD feature : {94u, 168u, 43u, 45u}) copies_.Register(GetServices(), kOffered, FeatureId(feature));
-    sides_.Register(GetServices(), kOffered, FeatureId(45), DataModelIds::kUsableChanged);
-    copies_.Register(GetServices(), kCurrent, FeatureId(43));
-    services.SetResolutions(FeatureId(94), {Resolution(600, 600, 3)});
-    services.SetResolutions(FeatureId(94), {Resolution(600, 600, 3)});
-    services.AddOptionValues(FeatureId(168), {ValueId(6430)}, 1);
-    services.AddOptionValues(FeatureId(168), {ValueId(70000)}, 1);
+    IntegrationServices& integration = model_.GetIntegration();
+    for (const DWORD feature : {94u, 168u, 43u, 45u}) copies_.Register(services_, kOffered, FeatureId(feature));
+    sides_.Register(services_, kOffered, FeatureId(45), DataModelIds::kUsableChanged);
+    copies_.Register(services_, kCurrent, FeatureId(43));
+    for (int twice = 0; twice < 2; ++twice) integration.SetResolutions(FeatureId(94), {Resolution(600, 600, 3)});
+    for (const DWORD value : {6430u, 70000u}) integration.AddOptionValues(FeatureId(168), {ValueId(value)}, 1);
     SetCopies(500);
-    services.SetRange(FeatureId(43), 1, 99);
-    services.SetUsable(FeatureId(45), false);
-    EXPECT_FALSE(services.TestFeature(FeatureId(45)));
+    integration.SetRange(FeatureId(43), 1, 99);
+    integration.SetUsable(FeatureId(45), false);
+    EXPECT_FALSE(integration.TestFeature(FeatureId(45)));
     EXPECT_EQ(copies_.told, (Told{"23004 22003 94 <- 94", "23004 22003 477/168 <- 168", "23002 22003 43 <- 43",
                                   "23004 22003 43 <- 43, 23002 22003 43 <- 43"}));
     EXPECT_EQ(model_.GetInteger(43), 99);
     EXPECT_EQ(sides_.told, Told{"23004 22006 45 <- 45"});
-    services.AddOptionValues(FeatureId(46), {ValueId(5422)}, 0);
+    integration.AddOptionValues(FeatureId(46), {ValueId(5422)}, 0);
     EXPECT_EQ(model_.GetOption(FeatureId(46)), 5001u) << "the default is no longer offered";
 }
 
-TEST_F(ChangesTest, ObserversMaySetValuesAndLeave) {
-    sides_.Register(GetServices(), kCurrent, FeatureId(46));
-    copies_.Register(GetServices(), kCurrent, FeatureId(43));
+TEST_F(ChangesTest, ObserversMaySetValuesLeaveAndFail) {
+    sides_.Register(services_, kCurrent, FeatureId(46));
+    copies_.Register(services_, kCurrent, FeatureId(43));
     sides_.onTold = [&] { SetCopies(8); };
     copies_.onTold = [&] { EXPECT_EQ(sides_.told.size(), 1u) << "bundles come one after the other"; };
     model_.SetOption(FeatureId(46), 5421);
@@ -112,42 +102,32 @@ TEST_F(ChangesTest, ObserversMaySetValuesAndLeave) {
     SetCopies(3);
     EXPECT_LT(copies_.told.size(), 100u);
 
-    sides_.onTold = [&] { GetServices().UnregisterFeatureChangeObserver(&copies_); };
     copies_.onTold = {};
-    sides_.told.clear();
-    copies_.told.clear();
-    model_.GetManager().BeginMassSet();
-    model_.SetOption(FeatureId(46), 5420);
-    SetCopies(1);
-    model_.GetManager().EndMassSet();
-    EXPECT_EQ(sides_.told.size(), 1u);
-    EXPECT_EQ(copies_.told, Told{}) << "it left before its turn";
-}
-
-TEST_F(ChangesTest, AFailingObserverKeepsNobodyFromBeingTold) {
-    sides_.Register(GetServices(), kCurrent, FeatureId(46));
-    copies_.Register(GetServices(), kCurrent, FeatureId(46));
-    sides_.onTold = [] { throw std::runtime_error("observer"); };
-    EXPECT_THROW(model_.SetOption(FeatureId(46), 5421), std::runtime_error);
-    EXPECT_EQ(copies_.told.size(), 1u);
-    sides_.onTold = {};
-    model_.SetOption(FeatureId(46), 5422);
-    EXPECT_EQ(sides_.told.size(), 2u);
+    for (const bool leaves : {false, true}) {
+        sides_.onTold = [&] {
+            if (leaves) services_.UnregisterFeatureChangeObserver(&copies_);
+            throw std::runtime_error("observer");
+        };
+        copies_.told.clear();
+        model_.GetManager().BeginMassSet();
+        model_.SetOption(FeatureId(46), leaves ? 5420 : 5001);
+        SetCopies(leaves ? 1 : 2);
+        EXPECT_THROW(model_.GetManager().EndMassSet(), std::runtime_error);
+        EXPECT_EQ(copies_.told.size(), leaves ? 0u : 1u) << "told after a failure, unless it left before its turn";
+    }
 }
 
 TEST_F(ChangesTest, EventsReachTheirObserversInOrder) {
-    FeatureServices& services = GetServices();
-    for (const DWORD event : {21032u, 21002u}) services.RegisterEventObserver(&sides_, EventId(event), 26016);
-    services.RegisterEventObserver(&copies_, EventId(21032), 26016);
+    for (const DWORD event : {21032u, 21002u}) services_.RegisterEventObserver(&sides_, EventId(event), 26016);
+    services_.RegisterEventObserver(&copies_, EventId(21032), 26016);
     sides_.onTold = [&] {
         EXPECT_EQ(copies_.told.size(), 0u);
-        services.RaiseEvent(EventId(21032));
+        services_.RaiseEvent(EventId(21032));
     };
-    services.RaiseEvent(EventId(21032));
-    services.RaiseEvent(EventId(21003));
+    for (const DWORD event : {21032u, 21003u}) services_.RaiseEvent(EventId(event));
     sides_.onTold = {};
-    services.UnregisterEventObserver(&copies_);
-    services.RaiseEvent(EventId(21002));
+    services_.UnregisterEventObserver(&copies_);
+    services_.RaiseEvent(EventId(21002));
     EXPECT_EQ(sides_.told, (Told{"event 21032", "event 21002"}));
     EXPECT_EQ(copies_.told, Told{"event 21032"});
 }

@@ -27,34 +27,28 @@ inline std::string TextOf(const FeatureIdWithContext& id) {
     return text;
 }
 
+inline Dimension Micrometres(LONG length) { return Dimension(length, Dimension::Micrometres); }
+
 class TestSource final : public DataSource {
 public:
-    explicit TestSource(std::function<void(IntegrationServices&)> integrate = {}) : integrate_(std::move(integrate)) {}
+    explicit TestSource(std::function<void(IntegrationServices&)> integrate) : integrate_(std::move(integrate)) {}
 
-    std::vector<std::string> calls;
+    std::string calls;
     std::function<void(FeatureServices&)> useServices;
 
 private:
-    void RegisterForIntegrateSourceDataChanges(DataModelObserverInterfaces&) override {
-        calls.push_back("register to integrate");
-    }
+    void RegisterForIntegrateSourceDataChanges(DataModelObserverInterfaces&) override { calls += "a"; }
     void IntegrateSourceData(IntegrationInterface& integration) override {
-        calls.push_back("integrate");
-        if (integrate_) integrate_(integration.GetServices());
+        calls += "b";
+        integrate_(integration.GetServices());
     }
-    void UnregisterForIntegrateSourceDataChanges(DataModelObserverInterfaces&) override {
-        calls.push_back("unregister to integrate");
-    }
-    void RegisterForCurrentSettingsChanges(DataModelObserverInterfaces&) override {
-        calls.push_back("register for settings");
-    }
+    void UnregisterForIntegrateSourceDataChanges(DataModelObserverInterfaces&) override { calls += "e"; }
+    void RegisterForCurrentSettingsChanges(DataModelObserverInterfaces&) override { calls += "c"; }
     void SetFeatureServices(FeatureServices& services) override {
-        calls.push_back("services");
+        calls += "d";
         if (useServices) useServices(services);
     }
-    void UnregisterForCurrentSettingsChanges(DataModelObserverInterfaces&) override {
-        calls.push_back("unregister for settings");
-    }
+    void UnregisterForCurrentSettingsChanges(DataModelObserverInterfaces&) override { calls += "f"; }
 
     std::function<void(IntegrationServices&)> integrate_;
 };
@@ -74,6 +68,9 @@ public:
         ListOfFeaturesRef root;
         GetServices().GetRootListOfFeatures(root);
         return root;
+    }
+    ListOfFeaturesRef GetTray(std::size_t index) {
+        return GetServices().GetListOfValues(FeatureId(192)).GetListOfFeatures(index);
     }
     DWORD GetOption(const FeatureIdWithContext& feature) {
         return GetServices().GetOptionFeature(feature).GetValue().GetValueEnum();

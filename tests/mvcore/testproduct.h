@@ -9,11 +9,9 @@ model = "Test Product"
 controller_family = 8434
 driver_version = 1
 workflow_library = "mvwftuC0.dll"
-dependent_files = ["mvutilC0.dll"]
-pages_per_sheet = [1]
 papers = [
     { size = "NorthAmericaLetter" },
-    { size = "ISOA4" },
+    { size = "ISOA4", form = "Sheet" },
     { size = "NorthAmericaTabloid" },
     { size = "NorthAmerica11x17" },
     { name = "Press Sheet 330 x 487", number = 400, value = 6700, width = 330200, length = 487680 },
@@ -22,7 +20,7 @@ papers = [
 trays = [
     { number = 15, value = 5001, name = "Automatic" },
     { number = 1, value = 7147, name = "Tray 1" },
-    { number = 3, value = 7149, name = "Tray 2" },
+    { number = 3, value = 7149, name = "Tray 2", holds = { size = "ISOA4", media = 6801 } },
 ]
 media_types = [
     { value = 5001, name = "Automatic" },
@@ -45,16 +43,8 @@ resolutions = [
 286 = { default = true }
 477 = {}
 [devmode]
-dmOrientation = 1
 dmPaperSize = 1
-dmScale = 100
-dmCopies = 1
 dmDefaultSource = 15
-dmPrintQuality = 600
-dmYResolution = 600
-dmColor = 2
-dmDuplex = 1
-dmCollate = 1
 dmMediaType = 1
 )";
 

@@ -66,9 +66,7 @@ TEST_F(TranslatorsTest, WhatIsImportedIsExported) {
     EXPECT_EQ(model_.GetOption(FeatureId(175)), 6801u);
 
     TestModel other({&source_});
-    AttributeBytesIndexedList indexed;
-    indexed.ImportFromRawList(Export());
-    EXPECT_TRUE(GetTranslator(other).ImportSettings(indexed, 1));
+    EXPECT_TRUE(GetTranslator(other).ImportSettings(Export(), 1));
     List again;
     GetTranslator(other).ExportSettings(again, 1);
     EXPECT_EQ(again, Export());
@@ -111,27 +109,20 @@ TEST_F(TranslatorsTest, WhatDoesNotFitIsPassedOver) {
 }
 
 TEST_F(TranslatorsTest, RowsUserValuesAndUserSettings) {
-    List trays;
-    for (const DWORD size : {6430u, 6436u}) trays.Append(AttributeBytesFeatureId(192), Nested(168, Option(size)));
-    trays.Append(AttributeBytesFeatureId(477),
-                 Nested(210, Nested(175, AttributeBytesOptionValue(AttributeBytesNewValueId(W("House Stock")), true))));
-    trays.Append(AttributeBytesFeatureId(571), AttributeBytesIntegerValue(9));
-    EXPECT_TRUE(GetTranslator(model_).ImportSettings(trays, 1));
-    const ListOfValuesRef rows = model_.GetServices().GetListOfValues(FeatureId(192));
-    EXPECT_EQ(rows.GetListOfFeatures(1).GetOptionFeature(FeatureId(168)).GetValue().GetValueEnum(), 6436u);
-    EXPECT_EQ(model_.GetOption(FeatureId(175)), 9636u);
+    List list;
+    for (const DWORD size : {6430u, 6436u}) list.Append(AttributeBytesFeatureId(192), Nested(168, Option(size)));
+    list.Append(AttributeBytesFeatureId(477),
+                Nested(210, Nested(175, AttributeBytesOptionValue(AttributeBytesNewValueId(W("House Stock")), true))));
+    list.Append(AttributeBytesFeatureId(571), AttributeBytesIntegerValue(9));
+    EXPECT_TRUE(GetTranslator(model_).ImportSettings(list, 1));
     EXPECT_EQ(model_.GetInteger(571), 9);
     TestModel other({&source_});
     EXPECT_TRUE(GetTranslator(other).ImportSettings(Export(), 1));
-    EXPECT_EQ(other.GetOption(FeatureId(175)), 9636u);
-    EXPECT_EQ(other.GetServices()
-                  .GetListOfValues(FeatureId(192))
-                  .GetListOfFeatures(1)
-                  .GetOptionFeature(FeatureId(168))
-                  .GetValue()
-                  .GetValueEnum(),
-              6436u);
     EXPECT_EQ(other.GetInteger(571), -1) << "the user's own settings do not travel with documents";
+    for (TestModel* model : {&model_, &other}) {
+        EXPECT_EQ(model->GetOption(FeatureId(175)), 9636u);
+        EXPECT_EQ(model->GetTray(1).GetOptionFeature(FeatureId(168)).GetValue().GetValueEnum(), 6436u);
+    }
 }
 
 TEST_F(TranslatorsTest, JobTicketTextHasALineForEachSetting) {
@@ -139,24 +130,14 @@ TEST_F(TranslatorsTest, JobTicketTextHasALineForEachSetting) {
     EXPECT_EQ(GetTicket(true),
               "before\n%MVNbegin: 001.0300\n%MVNcopyCount: 1\n%MVNrequirements: simplex\n"
               "%MVNrequirements: collated\n");
-    model_.GetServices().GetStringFeature(FeatureId(78)).SetValue(CXString(W("Two\nlines")));
+    model_.GetServices().GetStringFeature(FeatureId(78)).SetValue(CXString(W("Two\nlines\x85")));
     model_.GetServices().GetIntegerFeature(FeatureId(43)).SetValue(12);
     model_.GetServices().GetDimensionFeature(FeatureId(95)).SetValue(Dimension(-12.6, Dimension::Millimetres));
     model_.SetOption(FeatureId(144), 6254);
     model_.SetOption(FeatureId(46), 5001);
     EXPECT_EQ(GetTicket(false),
-              "before\n%MVNbegin: 001.0300\n%MVNtitle: Two lines\n%MVNcopyCount: 12\n"
+              "before\n%MVNbegin: 001.0300\n%MVNtitle: Two lines \n%MVNcopyCount: 12\n"
               "%MVNedgeStitching: SinglePortrait\n%MVNxImageShift: -13\n");
-}
-
-TEST_F(TranslatorsTest, TransparenciesArePrintedOnOneSide) {
-    for (const auto& [media, sides, want] :
-         {std::tuple<DWORD, DWORD, DWORD>{6801, 5421, 5420}, {6801, 5420, 5420}, {6800, 5421, 5421}}) {
-        model_.SetOption(FeatureId(175), media);
-        model_.SetOption(FeatureId(46), sides);
-        model_.GetManager().GetSpecialPagesServices().MakePrintInstructionAdjustments();
-        EXPECT_EQ(model_.GetOption(FeatureId(46)), want);
-    }
 }
 
 }  // namespace

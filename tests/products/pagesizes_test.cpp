@@ -1,6 +1,5 @@
-// The table of page sizes and the catalogue of features.
+// The table of page sizes.
 #include <products/pagesizes.h>
-#include <products/reader/featurecatalogue.h>
 
 #include <gtest/gtest.h>
 
@@ -39,41 +38,18 @@ TEST(PageSizes, KeepTheirFixedNumbers) {
     struct Row {
         const char* name;
         WORD paperNumber;
-        DWORD value;
-        LONG width, length;
-        DWORD units;
+        DWORD value, kind, units;
     };
-    const Row rows[] = {{"NorthAmericaLetter", 1, 6430, 215900, 279400, 7492},
-                        {"ISOA4", 9, 6436, 210000, 297000, 7491},
-                        {"NorthAmerica4x6", 0, 6400, 101600, 152400, 7492},
-                        {"ISOSRA3", 0, 6490, 320000, 450000, 7491},
-                        {"Roll54Inch", 0, 6569, 1371600, 0, 7492}};
+    const Row rows[] = {{"NorthAmericaLetter", 1, 6430, 25001, 7492}, {"ISOA4", 9, 6436, 25001, 7491},
+                        {"NorthAmerica4x6", 0, 6400, 25002, 7492},    {"Roll54Inch", 0, 6569, 25002, 7492},
+                        {"CustomMediaSize", 0, 0, 25008, 7491},       {"PSCustomMediaSize", 0, 0, 25007, 7491}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         const PageSizeRow* found = FindPageSizeByName(row.name);
         ASSERT_NE(found, nullptr);
         EXPECT_EQ(found->paperNumber, row.paperNumber);
         EXPECT_EQ(found->value, row.value);
-        EXPECT_EQ(found->width, row.width);
-        EXPECT_EQ(found->length, row.length);
+        EXPECT_EQ(found->GetKind(), row.kind);
         EXPECT_EQ(found->GetDisplayUnits(), row.units);
     }
-    EXPECT_EQ(FindPageSizeByName("CustomMediaSize")->GetKind(), 25008u);
-    EXPECT_EQ(FindPageSizeByName("PSCustomMediaSize")->GetKind(), 25007u);
-}
-
-TEST(FeatureCatalogue, LeadsFromTheRootToEachFeature) {
-    for (DWORD id = 1; id < 1000; ++id) {
-        const CatalogueFeature* feature = FindCatalogueFeature(id);
-        if (!feature) continue;
-        SCOPED_TRACE(id);
-        EXPECT_EQ(feature->id, id);
-        const auto path = GetCataloguePath(id);
-        EXPECT_EQ(path.back(), id);
-        for (std::size_t index = 0; index + 1 < path.size(); ++index)
-            EXPECT_EQ(FindCatalogueFeature(path[index])->kind, ProductFeatureKind::List);
-    }
-    EXPECT_EQ(GetCataloguePath(175), (std::vector<DWORD>{477, 210, 175}));
-    EXPECT_EQ(FindCatalogueFeature(1), nullptr);
-    EXPECT_TRUE(GetCataloguePath(99999).empty());
 }
