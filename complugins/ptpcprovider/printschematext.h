@@ -8,16 +8,21 @@
 #include <comptr.h>
 #include <msxml2.h>
 
+#include <algorithm>
+#include <new>
+
 // The text; a null one is empty.
 inline WideStringView ViewOf(const WCHAR* text) noexcept { return text ? WideStringView(text) : WideStringView(); }
 inline bool IsEmpty(const WCHAR* text) noexcept { return !text || !*text; }
 
-// A new text of both, one after the other.
+// A new text of both, one after the other. Throws std::bad_alloc when there is no memory.
 inline Bstr Join(WideStringView left, WideStringView right) {
-    WideString text;
-    text.reserve(left.size() + right.size());
-    text.append(left).append(right);
-    return Bstr(text);
+    Bstr text;
+    const BSTR joined = *text.Put() = SysAllocStringLen(nullptr, static_cast<UINT>(left.size() + right.size()));
+    if (!joined) throw std::bad_alloc();
+    std::copy(left.begin(), left.end(), joined);
+    std::copy(right.begin(), right.end(), joined + left.size());
+    return text;
 }
 
 // Integers as documents hold them.

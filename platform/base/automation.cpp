@@ -26,11 +26,18 @@ UINT ByteLength(const WCHAR* text) {
 BSTR Allocate(const void* source, std::size_t bytes) {
     constexpr std::size_t longest = 0x7FFFFFFF - prefixBytes - sizeof(WCHAR);
     if (bytes > longest) return nullptr;
-    char* block = static_cast<char*>(std::calloc(1, prefixBytes + bytes + sizeof(WCHAR)));
+    char* block = static_cast<char*>(std::malloc(prefixBytes + bytes + sizeof(WCHAR)));
     if (!block) return nullptr;
     const UINT length = static_cast<UINT>(bytes);
+    std::memset(block, 0, prefixBytes);
     std::memcpy(block + prefixBytes - lengthBytes, &length, lengthBytes);
-    if (source) std::memcpy(block + prefixBytes, source, bytes);
+    char* const text = block + prefixBytes;
+    if (source) {
+        std::memcpy(text, source, bytes);
+    } else {
+        std::memset(text, 0, bytes);
+    }
+    std::memset(text + bytes, 0, sizeof(WCHAR));
     ++liveBstrs;
     return reinterpret_cast<BSTR>(block + prefixBytes);
 }
