@@ -147,10 +147,10 @@ HRESULT PutAttributeText(const NodeCore& element, const std::string& wholeName, 
     const std::string uri(prefix.empty() || isDeclaration ? std::string_view()
                                                           : BoundNamespace(element.Node(), prefix));
     if (!prefix.empty() && !isDeclaration && uri.empty()) return E_FAIL;
-    xmlNode* attribute = nullptr;
+    OwnedNode attribute;
     if (const HRESULT result = NewAttributeNode(element.Tree(), wholeName, uri, &attribute); FAILED(result))
         return result;
-    holder = NodeCore::Wrap(element.SharedTree(), attribute);
+    holder = NodeCore::WrapNew(element.SharedTree(), std::move(attribute));
     NodeCore* const core = NodeCore::Of(holder.Get());
     if (const HRESULT result = core->PutContent(text); FAILED(result)) return result;
     return PutAttribute(element, core, nullptr);
@@ -167,18 +167,18 @@ HRESULT TakeOffAttribute(const NodeCore& element, xmlAttr* attribute, IXMLDOMNod
     return S_OK;
 }
 
-HRESULT NewAttributeNode(DomTree& tree, const std::string& wholeName, std::string_view uri, xmlNode** attribute) {
+HRESULT NewAttributeNode(DomTree& tree, const std::string& wholeName, std::string_view uri, OwnedNode* attribute) {
     if (!IsQName(wholeName)) return E_INVALIDARG;
     if (IsDeclarationName(wholeName)) {
         // Callers name no namespace or the one that declarations are in.
         if (!uri.empty() && uri != kXmlnsNamespace) return E_INVALIDARG;
-        *attribute = tree.AddOrphan(NewAttribute(tree.Document(), kDeclarationType, nullptr, wholeName));
+        *attribute = NewAttribute(tree.Document(), kDeclarationType, nullptr, wholeName);
         return S_OK;
     }
     const QName name = SplitName(wholeName);
     xmlNs* space = nullptr;
     if (!NamespaceForName(tree, name, uri, &space)) return E_INVALIDARG;
-    *attribute = tree.AddOrphan(NewAttribute(tree.Document(), XML_ATTRIBUTE_NODE, space, std::string(name.local)));
+    *attribute = NewAttribute(tree.Document(), XML_ATTRIBUTE_NODE, space, std::string(name.local));
     return S_OK;
 }
 

@@ -23,6 +23,6 @@ HRESULT PutAttributeText(const NodeCore& element, const std::string& wholeName, 
 HRESULT TakeOffAttribute(const NodeCore& element, xmlAttr* attribute, IXMLDOMNode** taken);
 
 // A new attribute or declaration with no element. E_INVALIDARG when name and namespace do not go together.
-HRESULT NewAttributeNode(DomTree& tree, const std::string& wholeName, std::string_view uri, xmlNode** attribute);
+HRESULT NewAttributeNode(DomTree& tree, const std::string& wholeName, std::string_view uri, OwnedNode* attribute);
 
 }  // namespace dom

@@ -94,7 +94,8 @@ HRESULT NodeCore::RemoveChild(IXMLDOMNode* child, IXMLDOMNode** outOldChild) {
 HRESULT NodeCore::CloneNode(VARIANT_BOOL deep, IXMLDOMNode** clone) const {
     if (!clone) return E_INVALIDARG;
     if (node_->type != XML_DOCUMENT_NODE) {
-        return ReturnNode(tree_->AddOrphan(CopyNode(*tree_, node_, deep != VARIANT_FALSE)), clone);
+        *clone = WrapNew(tree_, CopyNode(*tree_, node_, deep != VARIANT_FALSE)).Detach();
+        return S_OK;
     }
     const auto copy = std::make_shared<DomTree>();
     copy->settings = tree_->settings;

@@ -16,7 +16,7 @@ constexpr LONG kLoadingIsComplete = 4;
 
 // New nodes of a document; the type is a DOMNodeType.
 HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_view uri, const std::string& content,
-                xmlNode** node) {
+                OwnedNode* node) {
     xmlDoc* const document = tree.Document();
     xmlElementType contentType = XML_TEXT_NODE;
     switch (type) {
@@ -24,7 +24,7 @@ HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_v
             const QName parts = SplitName(name);
             xmlNs* space = nullptr;
             if (!IsQName(name) || !NamespaceForName(tree, parts, uri, &space)) return E_INVALIDARG;
-            *node = tree.AddOrphan(NewElement(document, space, std::string(parts.local)));
+            *node = NewElement(document, space, std::string(parts.local));
             return S_OK;
         }
         case NODE_ATTRIBUTE:
@@ -44,7 +44,7 @@ HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_v
         default:
             return E_INVALIDARG;
     }
-    *node = tree.AddOrphan(NewContentNode(document, contentType, name, content));
+    *node = NewContentNode(document, contentType, name, content);
     return S_OK;
 }
 
@@ -190,11 +190,11 @@ private:
     HRESULT Create(LONG type, BSTR name, BSTR namespaceUri, BSTR content, Interface** out) {
         return Guarded([&] {
             if (!out) return E_INVALIDARG;
-            xmlNode* node = nullptr;
+            OwnedNode node;
             const std::string uri = ContentToUtf8(ViewOf(namespaceUri));
             HRESULT result = NewNode(Tree(), type, RawToUtf8(ViewOf(name)), uri, std::string(), &node);
             if (FAILED(result)) return result;
-            ComPtr<IXMLDOMNode> wrapper = Wrap(SharedTree(), node);
+            ComPtr<IXMLDOMNode> wrapper = WrapNew(SharedTree(), std::move(node));
             if (content) result = Of(wrapper.Get())->PutContent(ContentToUtf8(ViewOf(content)));
             if (SUCCEEDED(result)) *out = static_cast<Interface*>(wrapper.Detach());
             return result;

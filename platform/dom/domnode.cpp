@@ -46,6 +46,12 @@ ComPtr<IXMLDOMNode> NodeCore::Wrap(const std::shared_ptr<DomTree>& tree, xmlNode
     return ComPtr<IXMLDOMNode>::Adopt(make(tree, node));
 }
 
+ComPtr<IXMLDOMNode> NodeCore::WrapNew(const std::shared_ptr<DomTree>& tree, OwnedNode node) {
+    ComPtr<IXMLDOMNode> wrapper = Wrap(tree, node.get());
+    node.release();
+    return wrapper;
+}
+
 namespace {
 
 struct TypeName {

@@ -81,6 +81,8 @@ public:
     // The one wrapper of the node, made if there is none. Its interface is the one of the node's type, so that the
     // result can be cast down to it.
     static ComPtr<IXMLDOMNode> Wrap(const std::shared_ptr<DomTree>& tree, xmlNode* node);
+    // The same for a node that was just made: it becomes an orphan of the tree.
+    static ComPtr<IXMLDOMNode> WrapNew(const std::shared_ptr<DomTree>& tree, OwnedNode node);
 
     // Replaces what an element or an attribute holds, or a content node's text. E_FAIL where there is none to replace
     // and where the node's kind cannot hold the text.

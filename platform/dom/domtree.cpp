@@ -31,8 +31,21 @@ xmlNode* RootOf(xmlNode* node) {
     return node;
 }
 
-std::size_t WrappersIn(xmlNode* top) {
-    std::size_t count = 0;
+// How many wrappers an orphan's root counts. It is of no meaning in a node that is not such a root.
+std::uintptr_t WrapperCount(const xmlNode* root) noexcept {
+    return reinterpret_cast<std::uintptr_t>(IsAttribute(root) ? reinterpret_cast<const xmlAttr*>(root)->psvi
+                                                              : root->psvi);
+}
+
+void SetWrapperCount(xmlNode* root, std::uintptr_t count) noexcept {
+    (IsAttribute(root) ? AsAttribute(root)->psvi : root->psvi) = reinterpret_cast<void*>(count);
+}
+
+// The document counts nothing: it lives as long as its tree.
+bool IsOrphan(const xmlNode* root) noexcept { return root->type != XML_DOCUMENT_NODE; }
+
+std::uintptr_t WrappersIn(xmlNode* top) {
+    std::uintptr_t count = 0;
     ForEachNode(top, [&count](const xmlNode* node) { count += node->_private ? 1 : 0; });
     return count;
 }
@@ -102,8 +115,6 @@ DomTree::~DomTree() { FreeAll(); }
 
 void DomTree::FreeAll() noexcept {
     selector.reset();
-    for (const auto& [root, wrappers] : orphans_) NodeDeleter()(root);
-    orphans_.clear();
     xmlFreeDoc(document_);
 }
 
@@ -133,36 +144,28 @@ xmlNs* DomTree::Namespace(std::string_view prefix, std::string_view uri) {
     return &record;
 }
 
-xmlNode* DomTree::AddOrphan(OwnedNode node) {
-    orphans_.emplace(node.get(), 0);
-    return node.release();
-}
-
-void DomTree::Detach(xmlNode* node) {
+void DomTree::Detach(xmlNode* node) noexcept {
     if (!node->parent) return;
     xmlNode* const root = RootOf(node);
-    const std::size_t wrappers = WrappersIn(node);
-    orphans_.emplace(node, wrappers);
+    const std::uintptr_t wrappers = WrappersIn(node);
+    SetWrapperCount(node, wrappers);
     Unlink(node);
     NoteChange();
-    const auto left = orphans_.find(root);
-    if (left == orphans_.end()) return;  // the document
-    left->second -= wrappers;
-    if (left->second == 0) FreeOrphan(root);
+    if (!IsOrphan(root)) return;
+    SetWrapperCount(root, WrapperCount(root) - wrappers);
+    if (WrapperCount(root) == 0) NodeDeleter()(root);
 }
 
-void DomTree::Discard(xmlNode* node) {
+void DomTree::Discard(xmlNode* node) noexcept {
     Detach(node);
-    if (orphans_.at(node) == 0) FreeOrphan(node);
+    if (WrapperCount(node) == 0) NodeDeleter()(node);
 }
 
-void DomTree::Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan) {
-    const auto entry = orphans_.find(orphan);
-    const std::size_t wrappers = entry->second;
-    orphans_.erase(entry);
+void DomTree::Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan) noexcept {
     Link(parent, before, orphan);
     NoteChange();
-    if (const auto whole = orphans_.find(RootOf(parent)); whole != orphans_.end()) whole->second += wrappers;
+    xmlNode* const root = RootOf(parent);
+    if (IsOrphan(root)) SetWrapperCount(root, WrapperCount(root) + WrapperCount(orphan));
 }
 
 void DomTree::AttachNew(xmlNode* parent, OwnedNode node) noexcept {
@@ -180,8 +183,6 @@ void DomTree::TakeOver(DomTree& other, xmlNode* orphan) {
             Namespace(ViewOf(node->ns->prefix), ViewOf(node->ns->href));
         }
     });
-    orphans_.emplace(orphan, other.orphans_.at(orphan));
-    other.orphans_.erase(orphan);
     ForEachNode(orphan, [this, &self](xmlNode* node) {
         node->doc = document_;
         if ((node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) && node->ns) {
@@ -192,17 +193,15 @@ void DomTree::TakeOver(DomTree& other, xmlNode* orphan) {
 }
 
 void DomTree::WrapperMade(xmlNode* node) noexcept {
-    if (const auto orphan = orphans_.find(RootOf(node)); orphan != orphans_.end()) ++orphan->second;
+    xmlNode* const root = RootOf(node);
+    if (IsOrphan(root)) SetWrapperCount(root, WrapperCount(root) + 1);
 }
 
 void DomTree::WrapperGone(xmlNode* node) noexcept {
-    const auto orphan = orphans_.find(RootOf(node));
-    if (orphan != orphans_.end() && --orphan->second == 0) FreeOrphan(orphan->first);
-}
-
-void DomTree::FreeOrphan(xmlNode* root) noexcept {
-    orphans_.erase(root);
-    NodeDeleter()(root);
+    xmlNode* const root = RootOf(node);
+    if (!IsOrphan(root)) return;
+    SetWrapperCount(root, WrapperCount(root) - 1);
+    if (WrapperCount(root) == 0) NodeDeleter()(root);
 }
 
 xmlNode* LinkLast(xmlNode* parent, OwnedNode node) noexcept {

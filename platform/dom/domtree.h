@@ -2,7 +2,8 @@
 //
 // The COM object of a node (its wrapper) is made when somebody asks for it; xmlNode::_private then points to it.
 // Wrappers share the ownership of the tree. A node outside the document (new, or removed) belongs to an orphan: a
-// subtree of its own, which is freed as soon as no wrapper is left in it, or with the tree.
+// subtree of its own, whose root counts the wrappers in it (in libxml2's psvi member, which only schemas use) and which
+// is freed with the last of them.
 //
 // Namespaces differ from libxml2's own habit. A declaration is an attribute in the element's list, in the order in
 // which it was written, with the whole name ("xmlns:psf") and the type kDeclarationType, over which XPath and libxml2's
@@ -19,7 +20,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 namespace dom {
@@ -107,14 +107,12 @@ public:
     // The tree's one record of the pair; null for an empty URI. An empty prefix stands for none.
     xmlNs* Namespace(std::string_view prefix, std::string_view uri);
 
-    // Takes over a node that was just made.
-    xmlNode* AddOrphan(OwnedNode node);
-    // Unlinks the node from its parent, if it has one; it becomes an orphan.
-    void Detach(xmlNode* node);
+    // Unlinks the node from its parent, if it has one; it becomes an orphan. Somebody holds a part of it.
+    void Detach(xmlNode* node) noexcept;
     // Detaches the node and frees it if nobody holds a part of it.
-    void Discard(xmlNode* node);
+    void Discard(xmlNode* node) noexcept;
     // Links an orphan of this tree under the parent, in front of a child (an attribute: of an attribute) or at the end.
-    void Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan);
+    void Attach(xmlNode* parent, xmlNode* before, xmlNode* orphan) noexcept;
     // Links a node that was just made, and that nobody holds, at the end.
     void AttachNew(xmlNode* parent, OwnedNode node) noexcept;
     // Makes an orphan of another tree one of this tree, wrappers and namespaces included.
@@ -128,7 +126,6 @@ public:
     std::unique_ptr<Selector> selector;  // made by the first query
 
 private:
-    void FreeOrphan(xmlNode* root) noexcept;
     void FreeAll() noexcept;
     void SetEncoding() noexcept;
     void NoteChange() noexcept;
@@ -145,7 +142,6 @@ private:
         }
     };
     std::map<std::pair<std::string, std::string>, xmlNs, NamespaceOrder> namespaces_;
-    std::unordered_map<xmlNode*, std::size_t> orphans_;  // root, number of wrappers in it
 };
 
 // Links at the end of the parent's children, or of its attributes, with no bookkeeping; for trees that nobody holds
