@@ -19,27 +19,33 @@ struct Paper {
 
 class NormalizeTest : public testing::Test {
 protected:
-    bool Normalize(DEVMODEW* devmode, DWORD fields, const Paper& paper) {
+    void Expect(const char* what, DWORD fields, const Paper& before, bool isMatched, const Paper& after) {
+        SCOPED_TRACE(what);
+        TestDevmode memory(0);
+        DEVMODEW* const devmode = memory.Get();
         devmode->dmFields = fields;
-        devmode->dmPaperSize = paper.number;
-        XDevmode::SetPaperDimensions(devmode, paper.width, paper.length);
-        XDevmode::SetFormName(devmode, paper.form);
+        devmode->dmPaperSize = before.number;
+        XDevmode::SetPaperDimensions(devmode, before.width, before.length);
+        XDevmode::SetFormName(devmode, before.form);
         MSDeviceCapabilities capabilities;
-        return XDevmode::NormalizeDevmodePaperSize(printer_.GetHandle(), devmode, capabilities);
-    }
-    static void Expect(const DEVMODEW* devmode, const Paper& paper) {
-        EXPECT_EQ(devmode->dmPaperSize, paper.number);
-        EXPECT_EQ(devmode->dmPaperWidth, paper.width);
-        EXPECT_EQ(devmode->dmPaperLength, paper.length);
-        EXPECT_EQ(CXString(devmode->dmFormName), paper.form);
+        EXPECT_EQ(XDevmode::NormalizeDevmodePaperSize(printer_.GetHandle(), devmode, capabilities), isMatched);
+        EXPECT_EQ(devmode->dmFields, fields == (DM_PAPERSIZE | DM_FORMNAME) ? DWORD{DM_PAPERSIZE} : fields);
+        EXPECT_EQ(devmode->dmPaperSize, after.number);
+        EXPECT_EQ(devmode->dmPaperWidth, after.width);
+        EXPECT_EQ(devmode->dmPaperLength, after.length);
+        EXPECT_EQ(CXString(devmode->dmFormName), after.form);
     }
 
     TestStore store_;
     TestPrinter printer_{kPress};
-    const WCHAR* usual_ = OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4");
 };
 
 TEST_F(NormalizeTest, AgreesWithOneRecord) {
+    const CXString usual = OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4");
+    const DWORD byNumber = DM_PAPERSIZE, byName = DM_FORMNAME, both = DM_PAPERSIZE | DM_FORMNAME;
+    Expect("no cache", byNumber, {3, 300, 200, W("x")}, false, {17, 300, 200, usual});
+    StorePapers(printer_.GetHandle(), {});
+    Expect("an empty cache", byNumber, {9, 300, 200, W("x")}, false, {9, 300, 200, usual});
     StorePapers(
         printer_.GetHandle(),
         {MakePaper(256, 700, 800, 0, kCustom, W("Custom")), MakePaper(3, 2794, 4318, 6441, kCommon, W("Tabloid")),
@@ -49,30 +55,22 @@ TEST_F(NormalizeTest, AgreesWithOneRecord) {
          MakePaper(121, 1270, 1778, 0, kCommon, W("Same as 5x7")), MakePaper(257, 1400, 2200, 0, kUserForm, W("Ours")),
          MakePaper(10000, 900, 950, 0, kCommon, W("High")), MakePaper(65535, 910, 960, 0, kCommon, W("Higher")),
          MakePaper(9, 1000, 40000, 0, kCommon, CXString(WideString(40, W('n'))))});
-    const DWORD byNumber = DM_PAPERSIZE, byName = DM_FORMNAME, both = DM_PAPERSIZE | DM_FORMNAME;
-    const auto expect = [&](const char* what, DWORD fields, const Paper& before, bool isMatched, const Paper& after) {
-        SCOPED_TRACE(what);
-        TestDevmode devmode(0);
-        EXPECT_EQ(Normalize(devmode.Get(), fields, before), isMatched);
-        EXPECT_EQ(devmode.Get()->dmFields, fields == both ? byNumber : fields);
-        Expect(devmode.Get(), after);
-    };
-    expect("a number", both, {1, 5, 6, W("x")}, true, {1, 2159, 2794, W("US Letter")});
-    expect("Tabloid", byNumber, {3, 5, 6, W("x")}, true, {17, 2794, 4318, W("11x17")});
-    expect("one of a mapped form's size", byNumber, {121, 5, 6, W("x")}, true, {120, 1270, 1778, W("Same as 5x7")});
-    expect("a name in another case", byName, {0, 5, 6, W("us LETTER")}, true, {1, 2159, 2794, W("us LETTER")});
-    expect("a form's size, laid across", byNumber, {77, 1778, 1270, W("x")}, true, {120, 1270, 1778, W("5x7")});
-    expect("a mapped form's size alone", 0, {77, 1270, 1778, W("x")}, true, {120, 1270, 1778, W("5x7")});
-    expect("Tabloid's form's size alone", 0, {5, 500, 600, W("x")}, true, {5, 500, 600, W("Tabloid Form")});
-    expect("the custom record is not looked for", byName, {5, 700, 801, W("CUSTOM")}, false, {5, 700, 801, usual_});
-    expect("but with its size it stays", byName, {5, 700, 800, W("Custom")}, true, {5, 700, 800, W("Custom")});
-    expect("an unknown name, a known size", byName, {5, 1400, 2200, W("x")}, true, {5, 1400, 2200, W("Ours")});
-    expect("neither number nor size", byNumber, {77, 5, 6, W("x")}, false, {77, 5, 6, usual_});
-    expect("custom, of a record's size", byNumber, {256, 1400, 2200, W("x")}, true, {256, 1400, 2200, usual_});
-    expect("a number of 10000", byNumber, {10000, 5, 6, W("x")}, true, {10000, 900, 950, usual_});
-    expect("records' numbers have no sign", byNumber, {-1, 5, 6, W("x")}, false, {-1, 5, 6, usual_});
-    expect("but their sizes match", byNumber, {-1, 910, 960, W("x")}, true, {-1, 910, 960, W("Higher")});
-    expect("more than fits", byNumber, {9, 5, 6, W("x")}, true, {9, 1000, 32767, CXString(WideString(31, W('n')))});
+    Expect("a number", both, {1, 5, 6, W("x")}, true, {1, 2159, 2794, W("US Letter")});
+    Expect("Tabloid", byNumber, {3, 5, 6, W("x")}, true, {17, 2794, 4318, W("11x17")});
+    Expect("one of a mapped form's size", byNumber, {121, 5, 6, W("x")}, true, {120, 1270, 1778, W("Same as 5x7")});
+    Expect("a name in another case", byName, {0, 5, 6, W("us LETTER")}, true, {1, 2159, 2794, W("us LETTER")});
+    Expect("a form's size, laid across", byNumber, {77, 1778, 1270, W("x")}, true, {120, 1270, 1778, W("5x7")});
+    Expect("a mapped form's size alone", 0, {77, 1270, 1778, W("x")}, true, {120, 1270, 1778, W("5x7")});
+    Expect("Tabloid's form's size alone", 0, {5, 500, 600, W("x")}, true, {5, 500, 600, W("Tabloid Form")});
+    Expect("the custom record is not looked for", byName, {5, 700, 801, W("CUSTOM")}, false, {5, 700, 801, usual});
+    Expect("but with its size it stays", byName, {5, 700, 800, W("Custom")}, true, {5, 700, 800, W("Custom")});
+    Expect("an unknown name, a known size", byName, {5, 1400, 2200, W("x")}, true, {5, 1400, 2200, W("Ours")});
+    Expect("neither number nor size", byNumber, {77, 5, 6, W("x")}, false, {77, 5, 6, usual});
+    Expect("custom, of a record's size", byNumber, {256, 1400, 2200, W("x")}, true, {256, 1400, 2200, usual});
+    Expect("a number of 10000", byNumber, {10000, 5, 6, W("x")}, true, {10000, 900, 950, usual});
+    Expect("records' numbers have no sign", byNumber, {-1, 5, 6, W("x")}, false, {-1, 5, 6, usual});
+    Expect("but their sizes match", byNumber, {-1, 910, 960, W("x")}, true, {-1, 910, 960, W("Higher")});
+    Expect("more than fits", byNumber, {9, 5, 6, W("x")}, true, {9, 1000, 32767, CXString(WideString(31, W('n')))});
     TestDevmode endless(0);
     std::fill(std::begin(endless.Get()->dmFormName), std::end(endless.Get()->dmFormName), W('n'));
     endless.Get()->dmFields = byName;
@@ -80,37 +78,22 @@ TEST_F(NormalizeTest, AgreesWithOneRecord) {
     EXPECT_FALSE(XDevmode::NormalizeDevmodePaperSize(printer_.GetHandle(), endless.Get(), capabilities));
 }
 
-TEST_F(NormalizeTest, HasTheUsualFormNameWithoutRecords) {
-    TestDevmode devmode(0);
-    EXPECT_FALSE(Normalize(devmode.Get(), DM_PAPERSIZE, {3, 300, 200, W("x")})) << "no cache";
-    Expect(devmode.Get(), {17, 300, 200, usual_});
-    StorePapers(printer_.GetHandle(), {});
-    EXPECT_FALSE(Normalize(devmode.Get(), DM_PAPERSIZE, {9, 300, 200, W("x")})) << "an empty cache";
-    Expect(devmode.Get(), {9, 300, 200, usual_});
-}
-
 TEST_F(NormalizeTest, ReplacesTheUsersFormInASpreadsheet) {
     AddForm(printer_.GetHandle(), W("The User's"), 100000, 200000);                   // 119
     AddForm(printer_.GetHandle(), W("The Printer's"), 100000, 210000, FORM_PRINTER);  // 120
     const TestPrinter withoutRule(kScript, W("Without the rule"));
-    const struct {
-        HANDLE printer;
-        const WCHAR* program;
-        SHORT number, after;
-    } rows[] = {
-        {printer_.GetHandle(), W("excel.exe"), 119, OperatingSystem::IsMetricCountry() ? SHORT{9} : SHORT{1}},
-        {printer_.GetHandle(), W("Excel.exe"), 119, 119},
-        {printer_.GetHandle(), W("excel.exe"), 120, 120},
-        {printer_.GetHandle(), W("excel.exe"), 121, 121},
-        {withoutRule.GetHandle(), W("excel.exe"), 119, 119},
-    };
-    for (const auto& row : rows) {
-        TestDevmode devmode(MakePrivateBlock({{2, TextBytes(row.program)}}));
-        devmode.Get()->dmPaperSize = row.number;
+    const auto replace = [&](const TestPrinter& printer, const WCHAR* program, SHORT number) {
+        TestDevmode devmode(MakePrivateBlock({{2, TextBytes(program)}}));
+        devmode.Get()->dmPaperSize = number;
         MSDeviceCapabilities capabilities;
-        XDevmode::NormalizeDevmodePaperSize(row.printer, devmode.Get(), capabilities);
-        EXPECT_EQ(devmode.Get()->dmPaperSize, row.after) << "row " << &row - rows;
-    }
+        XDevmode::NormalizeDevmodePaperSize(printer.GetHandle(), devmode.Get(), capabilities);
+        return devmode.Get()->dmPaperSize;
+    };
+    EXPECT_EQ(replace(printer_, W("excel.exe"), 119), OperatingSystem::IsMetricCountry() ? 9 : 1);
+    EXPECT_EQ(replace(printer_, W("Excel.exe"), 119), 119) << "another program";
+    EXPECT_EQ(replace(printer_, W("excel.exe"), 120), 120) << "no form of the user's";
+    EXPECT_EQ(replace(printer_, W("excel.exe"), 121), 121) << "no form";
+    EXPECT_EQ(replace(withoutRule, W("excel.exe"), 119), 119);
 }
 
 }  // namespace
