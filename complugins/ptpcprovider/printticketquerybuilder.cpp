@@ -57,18 +57,14 @@ void PrintTicketQueryBuilder::AddChildOptionName(const WCHAR* namePrefix, const 
 void PrintTicketQueryBuilder::AddValue() {
     const ComChecks checks(W("PrintTicketQueryBuilder::AddValue"), kSourceUnit);
     checks.Require(!prefix_.IsEmpty(), E_FAIL);
-    CXString step;
-    step.Format(W("/%sValue"), prefix_.Get());
-    Append(step);
+    Append(checks, W("/%sValue"), prefix_.Get());
 }
 
 void PrintTicketQueryBuilder::AddOption(const WCHAR* keywordsPrefix) {
     const ComChecks checks(W("PrintTicketQueryBuilder::AddOption"), kSourceUnit);
     checks.Require(!prefix_.IsEmpty(), E_FAIL);
-    CXString step;
-    step.Format(W("/%sOption | %s/%sScoredProperty[@name = \"%sOptionName\"]/%sValue"), prefix_.Get(), query_.Get(),
-                prefix_.Get(), keywordsPrefix, prefix_.Get());
-    Append(step);
+    Append(checks, W("/%sOption | %s/%sScoredProperty[@name = \"%sOptionName\"]/%sValue"), prefix_.Get(), query_.Get(),
+           prefix_.Get(), keywordsPrefix, prefix_.Get());
 }
 
 // The formats name the framework prefix, the name, and for some the framework prefix once more.
@@ -78,9 +74,16 @@ void PrintTicketQueryBuilder::AddNamed(const WCHAR* methodName, const WCHAR* for
     checks.Require(!prefix_.IsEmpty(), E_FAIL);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
     const Bstr fullName = Join(ViewOf(namePrefix), name);
-    CXString step;
-    step.Format(format, prefix_.Get(), fullName.Get(), prefix_.Get());
-    Append(step);
+    Append(checks, format, prefix_.Get(), fullName.Get(), prefix_.Get());
 }
 
-void PrintTicketQueryBuilder::Append(const WCHAR* text) { query_ = Join(query_.View(), text); }
+template <class... Texts>
+void PrintTicketQueryBuilder::Append(const ComChecks& checks, const WCHAR* format, Texts... texts) {
+    try {
+        CXString step;
+        step.Format(format, texts...);
+        query_ = Join(query_.View(), step.AsWideString());
+    } catch (const std::bad_alloc&) {
+        checks.Throw(E_OUTOFMEMORY);
+    }
+}

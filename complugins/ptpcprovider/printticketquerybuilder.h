@@ -6,9 +6,11 @@
 
 #include <bstr.h>
 
+class ComChecks;
+
 // Made for one query. The operation that needs it appends steps in order, then takes the text. A name argument is a
 // name prefix (with its colon, or empty) followed by a local name. Every step throws MorvaneComException: E_FAIL when
-// the builder's framework prefix is empty, E_INVALIDARG for an empty local name.
+// the builder's framework prefix is empty, E_INVALIDARG for an empty local name, E_OUTOFMEMORY.
 class PrintTicketQueryBuilder {
 public:
     // prefix: the document's framework prefix with its colon. start: what the query begins with; "." makes it relative.
@@ -37,7 +39,8 @@ public:
 
 private:
     void AddNamed(const WCHAR* methodName, const WCHAR* format, const WCHAR* namePrefix, const WCHAR* name);
-    void Append(const WCHAR* text);
+    template <class... Texts>
+    void Append(const ComChecks& checks, const WCHAR* format, Texts... texts);
 
     Bstr query_;
     Bstr prefix_;
