@@ -128,18 +128,13 @@ TEST(Provider, KnowsAColorDeviceByTheProductsOwnWord) {
     }
 }
 
-TEST(Provider, MakesThePageSizeDictionaryOnceAndWithoutBinding) {
-    const Provider provider = MakeProvider();
-    PageSizeDictionary& dictionary = ProviderProbe::GetPageSizeDictionary(*provider.Get());
-    EXPECT_EQ(&dictionary, &ProviderProbe::GetPageSizeDictionary(*provider.Get()));
-    EXPECT_FALSE(dictionary.GetPageSizeEntryRefs(Dimension(2100, 6), Dimension(2970, 6)).empty());
-}
-
 // A printer whose driver names no workflow library binds all the same; what needs product data then fails.
 TEST(Provider, WithoutAWorkflowLibraryFailsInsideTheUnitsOnly) {
     const TestStore store;
     const Provider provider = MakeProvider();
     EXPECT_THROW(ProviderProbe::IsColorDevice(*provider.Get()), MorvaneComException);
+    PageSizeDictionary& dictionary = ProviderProbe::GetPageSizeDictionary(*provider.Get());
+    EXPECT_EQ(&dictionary, &ProviderProbe::GetPageSizeDictionary(*provider.Get())) << "made once";
     const auto capabilities = LoadUsual("PrintCapabilities", "");
     ReportCounter reports;
     EXPECT_EQ(provider->CompletePrintCapabilities(nullptr, capabilities.Get()), E_FAIL) << "no printer to ask";
