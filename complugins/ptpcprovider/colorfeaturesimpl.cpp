@@ -45,7 +45,7 @@ const WCHAR* NameOfValue(const ColorOption (&options)[Count], DWORD value, const
 // Puts the feature with the chosen option, both keywords, in place of what the ticket holds of it.
 void ReplaceFeature(PrintTicketXmlDocument& ticket, const WCHAR* feature, const WCHAR* option) {
     const Bstr keywords = ticket.GetKeywordsPrefix();
-    DeleteEvery([&] { return ticket.DeleteFeatureNodeIfExists(keywords.Get(), feature); });
+    DeleteEveryFeature(ticket, keywords, feature);
     ComPtr<IXMLDOMElement> featureElement, optionElement;
     ticket.CreateFeatureOptionPair(feature, true, option, featureElement.Put(), optionElement.Put());
     ticket.AppendChildToRootNode(featureElement.Get());
@@ -63,7 +63,7 @@ HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabiliti
         const Bstr keywords = capabilities.GetKeywordsPrefix();
         const ProductStringLoader& texts = GetProductStringLoader();
         const auto createFeature = [&](const WCHAR* name, DWORD display) {
-            DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), name); });
+            DeleteEveryFeature(capabilities, keywords, name);
             ComPtr<IXMLDOMElement> feature;
             capabilities.CreateFeature(name, texts.LoadStringW(display), feature.Put());
             return feature;
@@ -80,7 +80,7 @@ HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabiliti
         capabilities.AppendChildToRootNode(management.Get());
 
         if (!IsAtLeastOsVersion6()) {
-            DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), kRenderingIntent); });
+            DeleteEveryFeature(capabilities, keywords, kRenderingIntent);
             return S_OK;
         }
         const auto intents = createFeature(kRenderingIntent, kRenderingIntentDisplay);

@@ -47,7 +47,7 @@ HRESULT MorvanePtProvider::GetMorvaneMvjtJobTicketAsCdataSection(XDevmode& xdevm
 HRESULT MorvanePtProvider::EmbedPrivateMvjtInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& xdevmode) {
     return RunFeatureUnit([&]() -> HRESULT {
         const Bstr prefix = ticket.GetPrivatePrefix();
-        DeleteEvery([&] { return ticket.DeleteParameterInitNodeIfExists(prefix.Get(), kJobTicket); });
+        DeleteEveryParameterInit(ticket, prefix, kJobTicket);
         Bstr text;
         if (GetMorvaneMvjtJobTicketAsCdataSection(xdevmode, text) == S_FALSE) return S_FALSE;
         ComPtr<IXMLDOMElement> parameter;  // after a failure the text is empty, which the document refuses
@@ -59,7 +59,7 @@ HRESULT MorvanePtProvider::EmbedPrivateMvjtInPrintTicket(PrintTicketXmlDocument&
 HRESULT MorvanePtProvider::AddJobMvjtJobTicketCapabilities(PrintCapabilitiesXmlDocument& capabilities) {
     return RunFeatureUnit([&] {
         const Bstr prefix = capabilities.GetPrivatePrefix();
-        DeleteEvery([&] { return capabilities.DeleteParameterDefNodeIfExists(prefix.Get(), kJobTicket); });
+        DeleteEveryParameterDef(capabilities, prefix, kJobTicket);
         ComPtr<IXMLDOMElement> definition;
         const HRESULT created =
             capabilities.CreateStringParameterDef(prefix.Get(), kJobTicket, W("Optional"), CXString(), CXString(), 0,

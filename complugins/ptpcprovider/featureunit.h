@@ -2,6 +2,8 @@
 #pragma once
 
 #include <mvutil/morvaneexception.h>
+#include <ptpcprovider/printcapabilitiesxmldocument.h>
+#include <ptpcprovider/printticketxmldocument.h>
 
 // Runs the unit; a MorvaneComException ends it and becomes its result. Any other exception passes to the conversion.
 template <class Unit>
@@ -13,9 +15,16 @@ HRESULT RunFeatureUnit(Unit unit) {
     }
 }
 
-// Runs a deletion until it finds nothing more: a document may come in with an element doubled, and leaves with one.
-template <class Deletion>
-void DeleteEvery(Deletion deleteOne) {
-    while (deleteOne() == S_OK) {
-    }
+// A document may come in with an element doubled, and leaves with one: whatever there is behind the first goes, too.
+inline void DeleteEveryFeature(PrintSchemaXmlDocument& document, const Bstr& prefix, const WCHAR* name) {
+    if (document.DeleteFeatureNodeIfExists(prefix.Get(), name) == S_OK)
+        document.DeleteEvery(W("Feature"), prefix.Get(), name);
+}
+inline void DeleteEveryParameterInit(PrintTicketXmlDocument& ticket, const Bstr& prefix, const WCHAR* name) {
+    if (ticket.DeleteParameterInitNodeIfExists(prefix.Get(), name) == S_OK)
+        ticket.DeleteEvery(W("ParameterInit"), prefix.Get(), name);
+}
+inline void DeleteEveryParameterDef(PrintCapabilitiesXmlDocument& capabilities, const Bstr& prefix, const WCHAR* name) {
+    if (capabilities.DeleteParameterDefNodeIfExists(prefix.Get(), name) == S_OK)
+        capabilities.DeleteEvery(W("ParameterDef"), prefix.Get(), name);
 }

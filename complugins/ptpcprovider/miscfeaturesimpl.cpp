@@ -27,7 +27,7 @@ HRESULT MorvanePtProvider::AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitie
             DeviceCapabilitiesW(printerName, nullptr, DC_COPIES, nullptr, deviceCapabilities.GetDevmode());
 
         const Bstr keywords = capabilities.GetKeywordsPrefix();
-        DeleteEvery([&] { return capabilities.DeleteParameterDefNodeIfExists(keywords.Get(), kCopies); });
+        DeleteEveryParameterDef(capabilities, keywords, kCopies);
         ComPtr<IXMLDOMElement> definition;
         capabilities.CreateIntegerParameterDef(keywords.Get(), kCopies, W("Unconditional"),
                                                GetProductStringLoader().LoadStringW(kCopiesDisplay), 1, 1,
@@ -55,7 +55,7 @@ HRESULT MorvanePtProvider::ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& 
 HRESULT MorvanePtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode&) {
     return RunFeatureUnit([&] {
         const Bstr prefix = ticket.GetPrivatePrefix();
-        DeleteEvery([&] { return ticket.DeleteParameterInitNodeIfExists(prefix.Get(), kCopies); });
+        DeleteEveryParameterInit(ticket, prefix, kCopies);
         ComPtr<IXMLDOMElement> copies;
         ticket.CreateIntegerParameterInit(prefix.Get(), kCopies, static_cast<unsigned>(devmode->dmCopies),
                                           copies.Put());

@@ -33,16 +33,12 @@ bool IsBlockPayload(const BYTE* payload, std::size_t bytes) {
            privateblock::ReadDword(payload + privateblock::kSignatureOffset) == privateblock::kSignature;
 }
 
-void DeleteEveryDriverData(PrintTicketXmlDocument& ticket, const Bstr& prefix) {
-    DeleteEvery([&] { return ticket.DeleteParameterInitNodeIfExists(prefix.Get(), kDriverData); });
-}
-
 }  // namespace
 
 HRESULT MorvanePtProvider::AddMorvaneDriverDataCapabilities(PrintCapabilitiesXmlDocument& capabilities) {
     return RunFeatureUnit([&] {
         const Bstr prefix = capabilities.GetPrivatePrefix();
-        DeleteEvery([&] { return capabilities.DeleteParameterDefNodeIfExists(prefix.Get(), kDriverData); });
+        DeleteEveryParameterDef(capabilities, prefix, kDriverData);
         ComPtr<IXMLDOMElement> definition;
         capabilities.CreateStringParameterDef(prefix.Get(), kDriverData, W("Optional"), CXString(), CXString(), 0,
                                               kMaximumDriverDataLength, W("base64"), definition.Put());
@@ -56,7 +52,7 @@ HRESULT MorvanePtProvider::SetMorvaneDriverDataInPrintTicket(PrintTicketXmlDocum
         const Bstr prefix = ticket.GetPrivatePrefix();
         const BYTE* block = xdevmode.GetOemDevmode();
         if (!block) {  // another driver's DEVMODE: driver data in the ticket cannot be its own
-            DeleteEveryDriverData(ticket, prefix);
+            DeleteEveryParameterInit(ticket, prefix, kDriverData);
             return S_FALSE;
         }
         const std::size_t payloadBytes = xdevmode.GetPrivateDataSize();
@@ -71,7 +67,7 @@ HRESULT MorvanePtProvider::SetMorvaneDriverDataInPrintTicket(PrintTicketXmlDocum
         if (!MorvaneUtilities::Base64Encode(data.data(), bytes, text.data(), &characters, kFlags)) return E_FAIL;
         text.resize(std::min(text.size(), static_cast<std::size_t>(characters)));
 
-        DeleteEveryDriverData(ticket, prefix);
+        DeleteEveryParameterInit(ticket, prefix, kDriverData);
         ComPtr<IXMLDOMElement> parameter;
         ticket.CreateStringParameterInit(prefix.Get(), kDriverData, CXString(text), parameter.Put());
         return ComChecks(W("MorvanePtProvider::SetMorvaneDriverDataInPrintTicket"), kSourceUnit)

@@ -31,7 +31,7 @@ std::vector<PageOutputQualityDataEntry> MorvanePtProvider::GetPageOutputQualityC
 HRESULT MorvanePtProvider::AddOrReplacePageOutputQualityCapabilities(PrintCapabilitiesXmlDocument& capabilities) {
     return RunFeatureUnit([&] {
         const Bstr keywords = capabilities.GetKeywordsPrefix();
-        DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), kOutputQuality); });
+        DeleteEveryFeature(capabilities, keywords, kOutputQuality);
         if (!HasAutomaticOutputQuality()) return S_OK;
         ComPtr<IXMLDOMElement> feature, option;
         const ProductStringLoader& texts = GetProductStringLoader();
@@ -53,7 +53,7 @@ HRESULT MorvanePtProvider::ConvertPageOutputQualityToDevmode(PrintTicketXmlDocum
 HRESULT MorvanePtProvider::ConvertDevmodeToPageOutputQuality(PrintTicketXmlDocument& ticket, XDevmode&) {
     return RunFeatureUnit([&] {
         const Bstr keywords = ticket.GetKeywordsPrefix();
-        DeleteEvery([&] { return ticket.DeleteFeatureNodeIfExists(keywords.Get(), kOutputQuality); });
+        DeleteEveryFeature(ticket, keywords, kOutputQuality);
         if (!HasAutomaticOutputQuality()) return S_OK;
         ComPtr<IXMLDOMElement> feature, option;
         ticket.CreateFeatureOptionPair(kOutputQuality, true, kAutomatic, feature.Put(), option.Put());

@@ -327,7 +327,7 @@ HRESULT MorvanePtProvider::ReplacePageMediaSizeCapabilities(PrintCapabilitiesXml
         const ComChecks checks(W("MorvanePtProvider::ReplacePageMediaSizeCapabilities"), kSourceUnit);
         const Bstr keywords = capabilities.GetKeywordsPrefix();
         const Bstr privatePrefix = capabilities.GetPrivatePrefix();
-        DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), kMediaSize); });
+        DeleteEveryFeature(capabilities, keywords, kMediaSize);
         ComPtr<IXMLDOMElement> feature;
         capabilities.CreatePickOneFeature(kMediaSize, GetProductStringLoader().LoadStringW(kMediaSizeDisplay),
                                           feature.Put());

@@ -99,7 +99,7 @@ HRESULT MorvanePtProvider::AddOrReplacePageMediaTypeCapabilities(PrintCapabiliti
         if (entries.empty()) return E_FAIL;
         const Bstr keywords = capabilities.GetKeywordsPrefix();
         const Bstr privatePrefix = capabilities.GetPrivatePrefix();
-        DeleteEvery([&] { return capabilities.DeleteFeatureNodeIfExists(keywords.Get(), kMediaType); });
+        DeleteEveryFeature(capabilities, keywords, kMediaType);
         ComPtr<IXMLDOMElement> feature;
         capabilities.CreatePickOneFeature(kMediaType, GetProductStringLoader().LoadStringW(kMediaTypeDisplay),
                                           feature.Put());
@@ -162,7 +162,7 @@ HRESULT MorvanePtProvider::ConvertDevmodeToPageMediaType(PrintTicketXmlDocument&
         ticket.CreateFeatureOptionPair(kMediaType, entry.inKeywordsNamespace, entry.optionName, feature.Put(),
                                        option.Put());
         const Bstr keywords = ticket.GetKeywordsPrefix();
-        DeleteEvery([&] { return ticket.DeleteFeatureNodeIfExists(keywords.Get(), kMediaType); });
+        DeleteEveryFeature(ticket, keywords, kMediaType);
         return ticket.AppendChildToRootNode(feature.Get());
     });
 }

@@ -207,8 +207,19 @@ HRESULT PrintSchemaXmlDocument::DeletePropertyNodesIfExist(const WCHAR* prefix, 
     const ComChecks checks(W("PrintSchemaXmlDocument::DeletePropertyNodesIfExist"), kSourceUnit);
     checks.Require(!IsEmpty(name), E_FAIL);
     const Bstr query = ComposeQuery(psfPrefix_, [&](auto& steps) { steps.AddProperty(prefix, name); });
-    const ComPtr<IXMLDOMNodeList> properties = SelectNodes(checks, query.Get());
-    const LONG count = CountOf(checks, properties.Get());
-    for (LONG index = 0; index < count; ++index) DeleteNode(NodeAt(checks, properties.Get(), index).Get());
+    DeleteSelected(checks, query.Get());
     return S_OK;
+}
+
+void PrintSchemaXmlDocument::DeleteEvery(const WCHAR* kind, const WCHAR* prefix, const WCHAR* name) {
+    const ComChecks checks(W("PrintSchemaXmlDocument::DeleteEvery"), kSourceUnit);
+    CXString query;
+    query.Format(W("//%s%s[@name = \"%s%s\"]"), psfPrefix_.Get(), kind, prefix, name);
+    DeleteSelected(checks, query);
+}
+
+void PrintSchemaXmlDocument::DeleteSelected(const ComChecks& checks, const WCHAR* query) {
+    const ComPtr<IXMLDOMNodeList> nodes = SelectNodes(checks, query);
+    const LONG count = CountOf(checks, nodes.Get());
+    for (LONG index = 0; index < count; ++index) DeleteNode(NodeAt(checks, nodes.Get(), index).Get());
 }

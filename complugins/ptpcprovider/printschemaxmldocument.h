@@ -79,6 +79,8 @@ public:
     HRESULT DeleteFeatureNodeIfADuplicateExists(const WCHAR* prefix, const WCHAR* name);
     // Deletes every Property of that name in the document; S_OK, also when there is none. An empty name is E_FAIL.
     HRESULT DeletePropertyNodesIfExist(const WCHAR* prefix, const WCHAR* name);
+    // Deletes every framework element of that kind ("Feature") and name, in one walk through the document.
+    void DeleteEvery(const WCHAR* kind, const WCHAR* prefix, const WCHAR* name);
 
     // ---- creation -----------------------------------------------------------------------------------------------
 
@@ -133,6 +135,7 @@ private:
     HRESULT RenamePrivateNames(const std::vector<ComPtr<IXMLDOMNode>>& names);
     HRESULT RenamePrivateDeclaration();
     ComPtr<IXMLDOMNodeList> SelectNodes(const ComChecks& checks, const WCHAR* query) const;
+    void DeleteSelected(const ComChecks& checks, const WCHAR* query);
     bool FindParameterValue(const ComChecks& checks, const Bstr& name, Bstr* text) const;
 
     ComPtr<IXMLDOMDocument2> document_;

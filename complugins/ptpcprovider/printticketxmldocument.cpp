@@ -168,16 +168,14 @@ HRESULT PrintTicketXmlDocument::DeleteParameterInitNodeIfExists(const WCHAR* pre
 HRESULT PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists(const WCHAR* prefix, const WCHAR* name) {
     const ComChecks checks(W("PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists"), kSourceUnit);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddFeature(prefix, name); });
-    ComPtr<IXMLDOMNode> feature;
-    while (GetNode(query.Get(), feature.Put()) == S_OK) {
-        checks.Require(DeleteNode(feature.Get()) == S_OK, E_FAIL);  // it would be found for ever
-        ComPtr<IXMLDOMNodeList> parameterInits;
-        ComPtr<IXMLDOMNodeList> parameterRefs;
-        GetNodes(W("ParameterInit"), parameterInits.Put());
-        GetNodes(W("ParameterRef"), parameterRefs.Put());
-        DeleteParamInitOrphans(parameterRefs.Get(), parameterInits.Get());
-    }
+    if (DeleteFeatureNodeIfExists(prefix, name) == S_FALSE) return S_FALSE;
+    DeleteEvery(W("Feature"), prefix, name);
+    // What each deletion orphans is orphaned still when all are gone.
+    ComPtr<IXMLDOMNodeList> parameterInits;
+    ComPtr<IXMLDOMNodeList> parameterRefs;
+    GetNodes(W("ParameterInit"), parameterInits.Put());
+    GetNodes(W("ParameterRef"), parameterRefs.Put());
+    DeleteParamInitOrphans(parameterRefs.Get(), parameterInits.Get());
     return S_FALSE;
 }
 

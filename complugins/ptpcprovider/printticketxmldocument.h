@@ -40,7 +40,7 @@ public:
     // ---- deletion -----------------------------------------------------------------------------------------------
 
     HRESULT DeleteParameterInitNodeIfExists(const WCHAR* prefix, const WCHAR* name);
-    // Deletes every Feature of that name, and after each of them every ParameterInit of the document that no remaining
+    // Deletes every Feature of that name and, if there was any, every ParameterInit of the document that no remaining
     // ParameterRef names. Returns S_FALSE.
     HRESULT DeleteFeatureAndOrphanParameterInitsIfExists(const WCHAR* prefix, const WCHAR* name);
     // Deletes the ParameterInits that none of the ParameterRefs names; one without a name stays, unless there is no

@@ -1,6 +1,7 @@
 // Colour management and copies, in both directions and in the capabilities.
 #include "boundprovider.h"
 
+#include <chrono>
 #include <climits>
 
 namespace {
@@ -31,6 +32,22 @@ TEST(Color, IsWrittenFromTheDevmode) {
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), test.methodOption);
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), test.intentOption);
     }
+}
+
+// One walk through the document removes them all; one walk each would take minutes.
+TEST(Color, DoubledThousandsOfTimesIsReplacedAsQuickly) {
+    const TestStore store;
+    const BoundProvider press(kPress);
+    std::string old;
+    for (int i = 0; i < 10000; ++i)
+        old += Chosen("PageColorManagement", "psk:None") + Chosen("PageMediaSize", "psk:ISOA4") + Copies("mk:", "1");
+    const auto ticket = LoadUsual("PrintTicket", old);
+    TestDevmode devmode = MakeTestDevmode();
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(press.ToTicket(devmode, ticket), S_OK);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+    EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), "psk:Device");
+    EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), "0");
 }
 
 TEST(Color, IsReadFromTheTicket) {
