@@ -1,6 +1,8 @@
 // Makes DEVMODEs as the driver would.
 #include "devmodemaker.h"
 
+#include <devmodesettingssink.h>
+#include <msdevicecapabilities.h>
 #include <mvutil/persistentattributes.h>
 #include <printsubsystem/driverextra.h>
 #include <privateblock.h>
@@ -98,4 +100,13 @@ DevmodeBuffer MakeDevmode(const ProductDescription& product, std::basic_string_v
                 {privateblock::kApplicationNameKey, MakeText(kExecutableName)},
                 {privateblock::kJobTextKey, MakeText(CXString::FromUtf8(user).AsWideString())}});
     return buffer;
+}
+
+void ExportCapabilityCaches(HANDLE printer, DevmodeBuffer& devmode) {
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(printer, true);
+    XDevmode xdevmode(devmode.Get());
+    DevmodeSettingsSink sink(xdevmode);
+    if (!capabilities.ExportCachesToDevmode(sink) || !sink.Commit())
+        throw OperationError("the printer's capability caches cannot be put into the DEVMODE; rebuild them first");
 }

@@ -19,3 +19,7 @@ struct DevmodeSettings {
 // Throws InputError when a setting cannot be, or when the settings do not fit in the private block.
 DevmodeBuffer MakeDevmode(const ProductDescription& product, std::basic_string_view<WCHAR> printerName,
                           const DevmodeSettings& settings);
+
+// Puts the printer's capability caches into the DEVMODE's private block, as far as the settings keep room to grow.
+// Throws OperationError when that fails.
+void ExportCapabilityCaches(HANDLE printer, DevmodeBuffer& devmode);

@@ -15,7 +15,7 @@ namespace {
 struct DevmodeOptions {
     std::string printer, file;
     std::vector<std::string> fields, attributes;
-    bool json = false;
+    bool caches = false, json = false;
 };
 
 std::vector<std::pair<std::string, std::string>> SplitSettings(const std::vector<std::string>& texts) {
@@ -33,7 +33,8 @@ void RunNew(HostContext& context, const DevmodeOptions& options) {
     const DevmodeSettings settings{SplitSettings(options.fields), SplitSettings(options.attributes)};
     context.UseStore();
     const InstalledPrinter printer(CXString::FromUtf8(options.printer));
-    const DevmodeBuffer devmode = MakeDevmode(*printer.GetProduct(), printer.GetName().AsWideString(), settings);
+    DevmodeBuffer devmode = MakeDevmode(*printer.GetProduct(), printer.GetName().AsWideString(), settings);
+    if (options.caches) ExportCapabilityCaches(printer.GetHandle(), devmode);
     WriteWholeFile(PathFromUtf8(options.file), devmode.GetBytesView());
 }
 
@@ -61,6 +62,7 @@ void AddDevmodeCommands(CLI::App& app, HostContext& context) {
         ->allow_extra_args(false);
     make->add_option("--attribute", options->attributes, "PATH=VALUE: a driver setting, such as 477/210/175=6801")
         ->allow_extra_args(false);
+    make->add_flag("--caches", options->caches, "Put the printer's capability caches into the private block");
     make->callback([&context, options] { context.action = [&context, options] { RunNew(context, *options); }; });
 
     CLI::App* show = devmode->add_subcommand("show", "Prints what a DEVMODE file holds");

@@ -5,7 +5,6 @@
 #include <bstr.h>
 #include <capabilitycaches.h>
 #include <devmodemaker.h>
-#include <devmodesettingssink.h>
 #include <hosttext.h>
 #include <mscacheddevicecapabilities.h>
 #include <products/reader/productdescription.h>
@@ -41,11 +40,7 @@ struct Subject {
     // To a DEVMODE that carries the printer's capability caches beside its settings.
     DevmodeBuffer Apply(IXMLDOMDocument2* ticket) const {
         DevmodeBuffer devmode = Fresh();
-        XDevmode xdevmode(devmode.Get());
-        DevmodeSettingsSink sink(xdevmode);
-        MSDeviceCapabilities capabilities;
-        capabilities.Initialize(printer.GetHandle(), true);
-        EXPECT_TRUE(capabilities.ExportCachesToDevmode(sink) && sink.Commit());
+        ExportCapabilityCaches(printer.GetHandle(), devmode);
         session->ApplyTicket(ticket, devmode);
         return devmode;
     }
