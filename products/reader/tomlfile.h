@@ -1,7 +1,7 @@
 // Reading a TOML file whole.
 #pragma once
 
-#include <toml++/toml.h>
+#include "tomlparser.h"
 
 #include <filesystem>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include <products/reader/productdescription.h>
 
-#include <toml++/toml.h>
+#include "tomlparser.h"
 
 #include <cstdint>
 #include <limits>

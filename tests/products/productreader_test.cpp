@@ -140,6 +140,7 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"value = 6700", "value = 6436", 8, "papers[2].value: expected a value that no Print Schema size has"},
         {"width = 300000", "width = 99000000", 8, "papers[2].width: expected a whole number from 100 to 3276700"},
         {"length = 900000", "length = 900000, colour = 1", 8, "papers[2].colour: expected no such key"},
+        {"trays = [", "trays = [}", 11, "expected TOML"},
         {"value = 5001, name", "value = 6800, name", 11, "trays[0].value: expected a tray"},
         {"value = 6800", "value = 6811", 12, "media_types[0].value: expected a media type"},
         {"default = true", "default = false", 13, "resolutions: expected one resolution with default = true"},
