@@ -40,6 +40,20 @@ public:
     HRESULT ToDevmode(const ComPtr<IXMLDOMDocument2>& ticket, TestDevmode& devmode) const {
         return provider_->ConvertPrintTicketToDevMode(ticket.Get(), BytesOf(devmode), devmode.Get(), 0, nullptr);
     }
+    // The same for documents of the usual prefixes with the given children; failures are the test's.
+    ComPtr<IXMLDOMDocument2> MakeTicket(TestDevmode& devmode, const std::string& children = "") const {
+        auto ticket = LoadUsual("PrintTicket", children);
+        EXPECT_EQ(ToTicket(devmode, ticket), S_OK);
+        return ticket;
+    }
+    void Apply(const std::string& children, TestDevmode& devmode) const {
+        EXPECT_EQ(ToDevmode(LoadUsual("PrintTicket", children), devmode), S_OK);
+    }
+    ComPtr<IXMLDOMDocument2> Complete(const std::string& children = "", IXMLDOMDocument2* ticket = nullptr) const {
+        auto capabilities = LoadUsual("PrintCapabilities", children);
+        EXPECT_EQ(provider_->CompletePrintCapabilities(ticket, capabilities.Get()), S_OK);
+        return capabilities;
+    }
     static ULONG BytesOf(TestDevmode& devmode) { return ULONG{devmode.Get()->dmSize} + devmode.Get()->dmDriverExtra; }
 
 private:

@@ -41,8 +41,7 @@ TEST(DriverData, RestoresAZeroedBlockByteForByte) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.what);
         TestDevmode devmode(test.block), other = MakeTestDevmode(77);
-        const auto ticket = LoadUsual("PrintTicket", DriverData("old") + DriverData("older"));
-        ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+        const auto ticket = office.MakeTicket(devmode, DriverData("old") + DriverData("older"));
         const std::string text = ValueOf(ticket, "ParameterInit", kName);
         EXPECT_EQ(TextsOf(ticket, "/*/*[last()]/@name"), kName);
         ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
@@ -77,15 +76,14 @@ TEST(DriverData, ThatIsNotABlockLeavesTheBlockAlone) {
         SCOPED_TRACE(what);
         TestDevmode devmode = MakeTestDevmode(5);
         const std::vector<BYTE> before = devmode.CopyBlock();
-        const auto ticket = LoadUsual("PrintTicket", DriverData(text));
-        ASSERT_EQ(office.ToDevmode(ticket, devmode), S_OK);
+        office.Apply(DriverData(text), devmode);
         EXPECT_EQ(devmode.CopyBlock(), before);
     }
     // The shortest payload is a header alone; line breaks and indentation are white space.
     std::string header = Encode(std::vector<BYTE>(good.begin(), good.begin() + 62));
     header.insert(8, "\n    ");
     TestDevmode devmode = MakeTestDevmode(5);
-    ASSERT_EQ(office.ToDevmode(LoadUsual("PrintTicket", DriverData(header)), devmode), S_OK);
+    office.Apply(DriverData(header), devmode);
     EXPECT_TRUE(std::equal(good.begin(), good.begin() + 62, devmode.Block()));
     EXPECT_TRUE(std::all_of(devmode.Block() + 62, devmode.Block() + privateblock::kBytes, [](BYTE b) { return !b; }));
 }
@@ -94,25 +92,18 @@ TEST(DriverData, OfADevmodeWithoutABlockIsNone) {
     const TestStore store;
     const BoundProvider office(kOffice);
     TestDevmode devmode(16);
-    const auto ticket = LoadUsual("PrintTicket", DriverData(Encode(MakePrivateBlock({}))));
-    EXPECT_EQ(office.ToDevmode(ticket, devmode), S_OK);
-    EXPECT_EQ(office.ToTicket(devmode, ticket), S_OK);
-    EXPECT_EQ(ValueOf(ticket, "ParameterInit", kName), "-");
+    const std::string data = DriverData(Encode(MakePrivateBlock({})));
+    office.Apply(data, devmode);
+    EXPECT_EQ(ValueOf(office.MakeTicket(devmode, data), "ParameterInit", kName), "-");
 }
 
 TEST(DriverData, IsDeclaredLastWhateverTheProduct) {
     const TestStore store;
-    for (const char* product : {kPress, kOffice, kScript}) {
-        SCOPED_TRACE(product);
-        const BoundProvider provider(product, CXString(product));
-        const auto capabilities = LoadUsual("PrintCapabilities", "");
-        ASSERT_EQ(provider->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
-        const std::string once = TextOf(capabilities);
-        ASSERT_EQ(provider->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
-        EXPECT_EQ(TextOf(capabilities), once) << "a second completion changes nothing";
-        EXPECT_EQ(TextsOf(capabilities, "/*/*[last()]/@name | /*/*[last()]//psf:Value"),
-                  kName + " xsd:string 20000 0 psk:Optional base64 ");
-    }
+    for (const char* product : {kPress, kOffice, kScript})
+        EXPECT_EQ(
+            TextsOf(BoundProvider(product, CXString(product)).Complete("<psf:ParameterDef name='" + kName + "'/>"),
+                    "//@name[.='" + kName + "'] | /*/*[last()]//psf:Value"),
+            kName + " xsd:string 20000 0 psk:Optional base64 ");
 }
 
 }  // namespace

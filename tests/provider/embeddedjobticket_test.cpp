@@ -55,8 +55,7 @@ TEST(JobTicket, IsForTheFamilyAndTheFlagOnly) {
         const BoundProvider provider(test.product, CXString(name.c_str()));
         ProviderProbe::SetCapabilityFlags(*provider, test.flags);
         TestDevmode devmode = MakeJobDevmode([&](auto& list) { SetBoolean(list, 286, test.asks); });
-        const auto ticket = LoadUsual("PrintTicket", kOld);
-        ASSERT_EQ(provider.ToTicket(devmode, ticket), S_OK);
+        const auto ticket = provider.MakeTicket(devmode, kOld);
         const std::string text = TextOf(ticket);
         EXPECT_EQ(std::to_string(Count(text, kName)) + " " + std::to_string(Count(text, ">old<")), test.wanted);
     }
@@ -75,8 +74,7 @@ TEST(JobTicket, ArrivesCharacterForCharacter) {
     };
     for (const auto& [title, expected] : cases) {
         TestDevmode devmode = MakeJobDevmode([&](auto& list) { SetText(list, 78, title); });
-        const auto ticket = LoadUsual("PrintTicket", "");
-        ASSERT_EQ(press.ToTicket(devmode, ticket), S_OK);
+        const auto ticket = press.MakeTicket(devmode);
         const auto again = Load(TextOf(ticket));
         again->setProperty(Bstr(W("SelectionLanguage")).Get(), Variant(WideStringView(W("XPath"))).Get());
         const CXString text = JobTicketOf(again);
@@ -92,9 +90,9 @@ TEST(JobTicket, IsMadeAgainWithoutReadingTheBlockAgain) {
     const BoundProvider press(kPress);
     TestDevmode devmode = MakeJobDevmode();
     GlobalCaches::Clear();
-    ASSERT_EQ(press.ToTicket(devmode, LoadUsual("PrintTicket", "")), S_OK);
+    press.MakeTicket(devmode);
     const GlobalCaches::Counters first = GlobalCaches::GetCounters();
-    ASSERT_EQ(press.ToTicket(devmode, LoadUsual("PrintTicket", "")), S_OK);
+    press.MakeTicket(devmode);
     const GlobalCaches::Counters second = GlobalCaches::GetCounters();
     EXPECT_EQ(second.propertyBagMisses, first.propertyBagMisses);
     EXPECT_EQ(second.listMisses, first.listMisses);
@@ -104,16 +102,13 @@ TEST(JobTicket, IsMadeAgainWithoutReadingTheBlockAgain) {
 TEST(JobTicket, IsDeclaredFirstForTheFlagOnly) {
     const TestStore store;
     const BoundProvider press(kPress);
-    const auto capabilities = LoadUsual("PrintCapabilities", "<psf:Feature name='psk:Other'/>");
-    for (int time = 0; time < 2; ++time) {
-        ASSERT_EQ(press->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
-        EXPECT_EQ(TextsOf(capabilities, "/*/*[1]/@name | /*/*[1]//psf:Value"),
-                  kName + " xsd:string 3500000 0 psk:Optional base64 ");
-        EXPECT_EQ(Count(TextOf(capabilities), kName), 1u);
-    }
+    const std::string old = "<psf:ParameterDef name='" + kName + "'/>";
+    const auto capabilities = press.Complete("<psf:Feature name='psk:Other'/>" + old + old);
+    EXPECT_EQ(TextsOf(capabilities, "/*/*[1]/@name | /*/*[1]//psf:Value"),
+              kName + " xsd:string 3500000 0 psk:Optional base64 ");
+    EXPECT_EQ(Count(TextOf(capabilities), kName), 1u);
     ProviderProbe::SetCapabilityFlags(*press, 0);
-    const auto plain = LoadUsual("PrintCapabilities", "");
-    ASSERT_EQ(press->CompletePrintCapabilities(nullptr, plain.Get()), S_OK);
+    const auto plain = press.Complete();
     EXPECT_EQ(Count(TextOf(plain), kName), 0u);
 }
 

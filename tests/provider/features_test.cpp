@@ -25,10 +25,7 @@ TEST(Color, IsWrittenFromTheDevmode) {
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmICMMethod = test.method;
         devmode.Get()->dmICMIntent = test.intent;
-        // Doubled on the way in, single on the way out.
-        const std::string old = Chosen("PageColorManagement", "psk:None");
-        const auto ticket = LoadUsual("PrintTicket", old + old);
-        ASSERT_EQ(press.ToTicket(devmode, ticket), S_OK);
+        const auto ticket = press.MakeTicket(devmode, Chosen("PageColorManagement", "psk:None"));
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), test.methodOption);
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), test.intentOption);
     }
@@ -65,9 +62,8 @@ TEST(Color, IsReadFromTheTicket) {
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmICMMethod = 9;
         devmode.Get()->dmICMIntent = 9;
-        const auto ticket = LoadUsual("PrintTicket", Chosen("PageColorManagement", test.option) +
-                                                         Chosen("PageICMRenderingIntent", "psk:Photographs"));
-        ASSERT_EQ(press.ToDevmode(ticket, devmode), S_OK);
+        press.Apply(Chosen("PageColorManagement", test.option) + Chosen("PageICMRenderingIntent", "psk:Photographs"),
+                    devmode);
         EXPECT_EQ(devmode.Get()->dmICMMethod, test.method);
         EXPECT_EQ(devmode.Get()->dmICMIntent, 9u) << "the intent goes one way only";
     }
@@ -90,8 +86,7 @@ TEST(Color, IsOfferedAsTheCapabilityWordAndTheSystemAllow) {
         SCOPED_TRACE(test.flags);
         ProviderProbe::SetCapabilityFlags(*press, test.flags);
         ProviderProbe::SetOsMajorVersion(*press, test.osVersion);
-        const auto capabilities = LoadUsual("PrintCapabilities", Chosen("PageICMRenderingIntent", "psk:Old"));
-        ASSERT_EQ(press->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+        const auto capabilities = press.Complete(Chosen("PageICMRenderingIntent", "psk:Old"));
         EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageColorManagement"), test.methods);
         EXPECT_EQ(ValueOf(capabilities, "Feature", "psk:PageICMRenderingIntent"), test.intents);
         EXPECT_EQ(TextsOf(capabilities, "//@name[.='psk:PageColorManagement']"), "psk:PageColorManagement");
@@ -103,10 +98,10 @@ TEST(Color, IsLeftAloneOnOtherFamilies) {
     const BoundProvider office(kOffice);
     TestDevmode devmode = MakeTestDevmode();
     devmode.Get()->dmICMMethod = 9;
-    const auto ticket = LoadUsual("PrintTicket", Chosen("PageColorManagement", "psk:None"));
-    ASSERT_EQ(office.ToDevmode(ticket, devmode), S_OK);
+    const std::string none = Chosen("PageColorManagement", "psk:None");
+    office.Apply(none, devmode);
     EXPECT_EQ(devmode.Get()->dmICMMethod, 9u);
-    ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+    const auto ticket = office.MakeTicket(devmode, none);
     EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), "psk:None");
     EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), "-");
 }
@@ -123,16 +118,14 @@ TEST(Copies, TravelInThePrivateNamespace) {
         SCOPED_TRACE(test.text);
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmCopies = 5;
-        const auto ticket = LoadUsual("PrintTicket", Copies(test.prefix, test.text));
-        ASSERT_EQ(office.ToDevmode(ticket, devmode), S_OK);
+        office.Apply(Copies(test.prefix, test.text), devmode);
         EXPECT_EQ(devmode.Get()->dmCopies, test.copies);
     }
     const std::pair<SHORT, const char*> fromDevmode[] = {{1, "1"}, {SHRT_MAX, "32767"}, {-1, "4294967295"}};
     for (const auto& [copies, text] : fromDevmode) {
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmCopies = copies;
-        const auto ticket = LoadUsual("PrintTicket", Copies("mk:", "3") + Copies("psk:", "2") + Copies("mk:", "4"));
-        ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
+        const auto ticket = office.MakeTicket(devmode, Copies("mk:", "3") + Copies("psk:", "2") + Copies("mk:", "4"));
         EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), text);
         EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:JobCopiesAllDocuments"), "2") << "the core driver's own";
     }
@@ -141,8 +134,7 @@ TEST(Copies, TravelInThePrivateNamespace) {
 TEST(Copies, AreDeclaredWithThePrintersLimit) {
     const TestStore store;
     const BoundProvider office(kOffice);
-    const auto capabilities = LoadUsual("PrintCapabilities", "<psf:ParameterDef name='psk:JobCopiesAllDocuments'/>");
-    ASSERT_EQ(office->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+    const auto capabilities = office.Complete("<psf:ParameterDef name='psk:JobCopiesAllDocuments'/>");
     EXPECT_EQ(TextsOf(capabilities, "/*/psf:ParameterDef[@name='psk:JobCopiesAllDocuments']//psf:Value"),
               "xsd:integer 1 999 1 psk:Unconditional copies 1 Copies");
     EXPECT_EQ(TextsOf(capabilities, "//@name[.='psk:JobCopiesAllDocuments']"), "psk:JobCopiesAllDocuments");

@@ -32,9 +32,8 @@ protected:
     // The imageable sizes, origin and extents.
     std::string Area(const std::string& ticketChildren) {
         const auto ticket = LoadUsual("PrintTicket", ticketChildren);
-        const auto capabilities = LoadUsual("PrintCapabilities", "<psf:Property name='psk:PageImageableSize'/>");
-        EXPECT_EQ(press_->CompletePrintCapabilities(ticket.Get(), capabilities.Get()), S_OK);
-        return TextsOf(capabilities, "/*/psf:Property[@name='psk:PageImageableSize']//psf:Value");
+        return TextsOf(press_.Complete("<psf:Property name='psk:PageImageableSize'/>", ticket.Get()),
+                       "/*/psf:Property[@name='psk:PageImageableSize']//psf:Value");
     }
 
     TestStore store_;
@@ -63,8 +62,7 @@ TEST_F(ImageableTest, AreaTurnsWithThePage) {
     EXPECT_EQ(Area(Ticket("2147483647", "1000", "")), "2147483600 1000 1000 2000 2147479600 -5000");
 
     const std::string old = "<psf:Property name='psk:PageImageableSize'/>";
-    const auto capabilities = LoadUsual("PrintCapabilities", old + old);
-    ASSERT_EQ(press_->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+    const auto capabilities = press_.Complete(old + old);
     EXPECT_EQ(
         TextsOf(capabilities, "/*/psf:Property[starts-with(@name,'psk:')]/descendant-or-self::psf:Property/@name"),
         "psk:PageImageableSize psk:ImageableSizeWidth psk:ImageableSizeHeight psk:ImageableArea psk:OriginWidth "

@@ -39,11 +39,6 @@ protected:
     PageMediaSizeTest() { StorePapers(office_.GetPrinter(), MakePapers()); }
     ~PageMediaSizeTest() override { Application::SetExecutableName(CXString()); }
 
-    ComPtr<IXMLDOMDocument2> Complete(const std::string& children = "") {
-        const auto capabilities = LoadUsual("PrintCapabilities", children);
-        EXPECT_EQ(office_->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
-        return capabilities;
-    }
     std::string Options(const ComPtr<IXMLDOMDocument2>& document) {
         return ValueOf(document, "Feature", "psk:PageMediaSize");
     }
@@ -74,7 +69,7 @@ TEST_F(PageMediaSizeTest, IsOfferedForEachRecordOnce) {
         SCOPED_TRACE(test.custom);
         Application::SetExecutableName(CXString(test.program));
         ProviderProbe::SetCapabilityFlags(*office_, test.flags);
-        const auto capabilities = Complete(MediaSize("psk:Old", "1", "1") + MediaSize("psk:Older", "", ""));
+        const auto capabilities = office_.Complete(MediaSize("psk:Old", "1", "1") + MediaSize("psk:Older", "", ""));
         EXPECT_EQ(Options(capabilities), sizes + test.custom);
         EXPECT_EQ(TextsOf(capabilities, "//psf:Option[contains(@name,'CustomMedia')]/psf:ScoredProperty//@name"),
                   test.references);
@@ -87,7 +82,7 @@ TEST_F(PageMediaSizeTest, IsNotOfferedWithARecordThatHasNoName) {
                                          MakePaper(50, 2159, 2794, 6436, kCommon, W("Another size's value")),
                                          MakePaper(50, 2159, 2794, 6430, kHidden, W("Not for users"))}) {
         StorePapers(office_.GetPrinter(), {MakePapers()[0], bad});
-        const auto capabilities = Complete(MediaSize("psk:Old", "1", "1"));
+        const auto capabilities = office_.Complete(MediaSize("psk:Old", "1", "1"));
         EXPECT_EQ(Options(capabilities), "-");
         EXPECT_NE(ValueOf(capabilities, "Feature", "psk:PageMediaType"), "-") << "the other units go on";
     }
@@ -132,9 +127,7 @@ TEST_F(PageMediaSizeTest, IsReadFromTheTicket) {
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmFields = DM_FORMNAME | DM_PAPERLENGTH | DM_COPIES;
         std::fill(std::begin(devmode.Get()->dmFormName), std::end(devmode.Get()->dmFormName), W('x'));
-        const auto ticket =
-            LoadUsual("PrintTicket", *test.option ? MediaSize(test.option, test.width, test.height) : "");
-        ASSERT_EQ(office_.ToDevmode(ticket, devmode), S_OK);
+        office_.Apply(*test.option ? MediaSize(test.option, test.width, test.height) : "", devmode);
         const DEVMODEW& result = *devmode.Get();
         EXPECT_EQ(result.dmPaperSize, test.size.number);
         EXPECT_EQ(result.dmPaperWidth, test.size.width);
@@ -185,19 +178,18 @@ TEST_F(PageMediaSizeTest, IsWrittenFromTheDevmode) {
         ProviderProbe::SetCapabilityFlags(*office_, test.flags);
         TestDevmode devmode = makeDevmode(test.fields, test.number, test.width, test.length);
         const DEVMODEW before = *devmode.Get();
-        const auto ticket = LoadUsual("PrintTicket", MediaSize("psk:Old", "1", "1") + MediaSize("psk:Older", "", "") +
-                                                         Parameter("psk:PageMediaSizePSWidth", "9"));
-        ASSERT_EQ(office_.ToTicket(devmode, ticket), S_OK);
+        const auto ticket =
+            office_.MakeTicket(devmode, MediaSize("psk:Old", "1", "1") + MediaSize("psk:Older", "", "") +
+                                            Parameter("psk:PageMediaSizePSWidth", "9"));
         EXPECT_EQ(std::memcmp(&before, devmode.Get(), sizeof before), 0) << "the DEVMODE is only read";
         EXPECT_EQ(Options(ticket), test.option);
         EXPECT_EQ(TextsOf(ticket, values), test.values);
     }
     StorePapers(office_.GetPrinter(), {});
     TestDevmode devmode = makeDevmode(DM_PAPERSIZE, 9, 2100, 2970);
-    const auto ticket = LoadUsual("PrintTicket", MediaSize("psk:Old", "1", "1"));
-    ASSERT_EQ(office_.ToTicket(devmode, ticket), S_OK);
+    const auto ticket = office_.MakeTicket(devmode, MediaSize("psk:Old", "1", "1"));
     EXPECT_EQ(Options(ticket), "psk:Old") << "without a record the ticket stays as it was";
-    ASSERT_EQ(office_.ToDevmode(LoadUsual("PrintTicket", ""), devmode), S_OK);
+    office_.Apply("", devmode);
     EXPECT_EQ(devmode.Get()->dmPaperSize, 256) << "without records there is no default size to be found";
     EXPECT_EQ(devmode.Get()->dmPaperWidth, 0);
 }

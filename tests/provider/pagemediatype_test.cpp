@@ -69,8 +69,7 @@ protected:
         StoreMedia(press_.GetPrinter(), records);
     }
     std::string OptionsOffered() {
-        const auto capabilities = LoadUsual("PrintCapabilities", MediaType("psk:Old") + MediaType("psk:Older"));
-        EXPECT_EQ(press_->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+        const auto capabilities = press_.Complete(MediaType("psk:Old") + MediaType("psk:Older"));
         return ValueOf(capabilities, "Feature", "psk:PageMediaType");
     }
 
@@ -81,8 +80,7 @@ protected:
 TEST_F(PageMediaTypeTest, IsOfferedAsReported) {
     EXPECT_EQ(OptionsOffered(), "psk:AutoSelect psk:Plain psk:Transparency mk:glossy mk:letterhead " +
                                     CustomOption(W("Heavy Card")) + " " + CustomOption(WideString(63, W('n'))));
-    const auto capabilities = LoadUsual("PrintCapabilities", "");
-    ASSERT_EQ(press_->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
+    const auto capabilities = press_.Complete();
     const std::pair<std::string, const char*> cases[] = {
         {"psk:AutoSelect", "Automatic"},
         {"mk:letterhead",
@@ -141,17 +139,17 @@ TEST_F(PageMediaTypeTest, IsStoredFromTheTicket) {
     for (const auto& test : cases) {
         SCOPED_TRACE(test.what);
         TestDevmode devmode = DevmodeOf(test.before);
-        ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", MediaType(test.option)), devmode), S_OK);
+        press_.Apply(MediaType(test.option), devmode);
         EXPECT_EQ(TypeIn(devmode), test.after);
     }
     TestDevmode bare = MakeTestDevmode();
-    ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", MediaType("mk:letterhead")), bare), S_OK);
+    press_.Apply(MediaType("mk:letterhead"), bare);
     EXPECT_EQ(TypeIn(bare), "6821 alone") << "the collections are made when they are not there";
     const std::vector<BYTE> before = bare.CopyBlock();
-    ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", ""), bare), S_OK);
+    press_.Apply("", bare);
     EXPECT_EQ(bare.CopyBlock(), before) << "no media type in the ticket";
     TestDevmode blockless(0);
-    ASSERT_EQ(press_.ToDevmode(LoadUsual("PrintTicket", MediaType("psk:Plain")), blockless), S_OK);
+    press_.Apply(MediaType("psk:Plain"), blockless);
 }
 
 TEST_F(PageMediaTypeTest, IsWrittenFromTheDocumentProperties) {
@@ -164,15 +162,13 @@ TEST_F(PageMediaTypeTest, IsWrittenFromTheDocumentProperties) {
     for (const auto& [type, wanted] : cases) {
         SCOPED_TRACE(wanted);
         TestDevmode devmode = DevmodeOf(type);
-        const auto ticket = LoadUsual("PrintTicket", MediaType("psk:Old") + MediaType("psk:Older"));
-        ASSERT_EQ(press_.ToTicket(devmode, ticket), S_OK);
+        const auto ticket = press_.MakeTicket(devmode, MediaType("psk:Old") + MediaType("psk:Older"));
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageMediaType"), wanted);
     }
     TestDevmode devmode = DevmodeOf(Known(6801));
     for (const auto& reported : {std::vector<std::pair<DWORD, CXString>>{}, {{6811, "Nameless"}}}) {
         Report(reported);
-        const auto ticket = LoadUsual("PrintTicket", MediaType("psk:Old"));
-        ASSERT_EQ(press_.ToTicket(devmode, ticket), S_OK);
+        const auto ticket = press_.MakeTicket(devmode, MediaType("psk:Old"));
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageMediaType"), "psk:Old") << "a unit that fails changes nothing";
     }
 }
