@@ -19,6 +19,7 @@ class PrintSchemaXmlDocument;
 class PrintTicketXmlDocument;
 class XDevmode;
 enum class NamespaceKind : LONG;
+using MsPrintTicketNamespacesEnum = NamespaceKind;  // the namespace that the name of an option is in
 struct MediaTypeDataEntry;
 struct PageOutputQualityDataEntry;
 struct _tag_FormsInfoRec;
@@ -97,7 +98,7 @@ private:
 
     // Media size. A size without an entry in the dictionary leaves the name as it was.
     void GetMsPageMediaSizeOptionName(bool custom, const _tag_FormsInfoRec& record, CXString* name,
-                                      NamespaceKind* kind);
+                                      MsPrintTicketNamespacesEnum* kind);
     // The record that the ticket selects. True when the ticket gives no usable size, so that it is the default one.
     bool GetPrintTicketPaperSize(PrintTicketXmlDocument& ticket, MsCachedDeviceCapabilities& deviceCapabilities,
                                  _tag_FormsInfoRec* paper);

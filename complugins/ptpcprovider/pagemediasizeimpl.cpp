@@ -194,7 +194,7 @@ void AppendCustomSizeProperties(PrintSchemaXmlDocument& document, IXMLDOMNode* o
 }  // namespace
 
 void MorvanePtProvider::GetMsPageMediaSizeOptionName(bool custom, const _tag_FormsInfoRec& record, CXString* name,
-                                                     NamespaceKind* kind) {
+                                                     MsPrintTicketNamespacesEnum* kind) {
     const ComChecks checks(W("MorvanePtProvider::GetMsPageMediaSizeOptionName"), kSourceUnit);
     checks.Require(name != nullptr, E_POINTER, 385);
     checks.Require(kind != nullptr, E_POINTER, 386);
