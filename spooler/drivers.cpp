@@ -1,8 +1,8 @@
 // Printer drivers: adding, deleting and telling them, and the folder of their files.
 #include "infopacker.h"
 #include "printerhandles.h"
-#include "printerstore.h"
 #include "registryvalues.h"
+#include "storedfields.h"
 
 #include <algorithm>
 
@@ -43,13 +43,8 @@ BOOL WINAPI AddPrinterDriverW(LPWSTR server, DWORD level, LPBYTE information) {
         RequireEnvironment(info.pEnvironment);
         StoredDriver driver;
         driver.name = TextOrEmpty(info.pName);
-        driver.driverPath = TextOrEmpty(info.pDriverPath);
-        driver.dataFile = TextOrEmpty(info.pDataFile);
-        driver.configFile = TextOrEmpty(info.pConfigFile);
-        driver.helpFile = TextOrEmpty(info.pHelpFile);
+        for (const auto& text : kDriverTexts) driver.*text.member = TextOrEmpty(info.*text.field);
         driver.dependentFiles = CopyTexts(info.pDependentFiles);
-        driver.monitor = TextOrEmpty(info.pMonitorName);
-        driver.datatype = TextOrEmpty(info.pDefaultDataType);
         Require(info.cVersion == kDriverVersion && IsDriverName(driver.name) && !driver.driverPath.empty() &&
                     !driver.dataFile.empty() && !driver.configFile.empty(),
                 ERROR_INVALID_PARAMETER);
@@ -84,13 +79,8 @@ BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, L
         packer.AddItem(info);
         packer.AddText(&DRIVER_INFO_3W::pName, driver->name);
         packer.AddText(&DRIVER_INFO_3W::pEnvironment, kEnvironment);
-        packer.AddText(&DRIVER_INFO_3W::pDriverPath, driver->driverPath);
-        packer.AddText(&DRIVER_INFO_3W::pDataFile, driver->dataFile);
-        packer.AddText(&DRIVER_INFO_3W::pConfigFile, driver->configFile);
-        packer.AddText(&DRIVER_INFO_3W::pHelpFile, driver->helpFile);
+        for (const auto& text : kDriverTexts) packer.AddText(text.field, (*driver).*text.member);
         packer.AddText(&DRIVER_INFO_3W::pDependentFiles, driver->dependentFiles);
-        packer.AddText(&DRIVER_INFO_3W::pMonitorName, driver->monitor);
-        packer.AddText(&DRIVER_INFO_3W::pDefaultDataType, driver->datatype);
         packer.Pack(buffer, bytes, needed);
     });
 }

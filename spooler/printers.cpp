@@ -1,8 +1,8 @@
 // Opening, listing, adding and deleting printers, and their data.
 #include "infopacker.h"
 #include "printerhandles.h"
-#include "printerstore.h"
 #include "registryvalues.h"
+#include "storedfields.h"
 
 #include <algorithm>
 
@@ -10,24 +10,11 @@ namespace {
 
 void AddPrinterInfo(InfoPacker<PRINTER_INFO_2W>& packer, const StoredPrinter& printer) {
     PRINTER_INFO_2W info{};
-    info.Attributes = printer.attributes | PRINTER_ATTRIBUTE_LOCAL;
-    info.Priority = printer.priority;
-    info.DefaultPriority = printer.defaultPriority;
-    info.StartTime = printer.startTime;
-    info.UntilTime = printer.untilTime;
-    info.AveragePPM = printer.averagePagesPerMinute;
+    for (const auto& number : kPrinterNumbers) info.*number.field = printer.*number.member;
+    info.Attributes |= PRINTER_ATTRIBUTE_LOCAL;
     packer.AddItem(info);
     packer.AddDevmode(&PRINTER_INFO_2W::pDevMode, printer.devmode);
-    packer.AddText(&PRINTER_INFO_2W::pPrinterName, printer.name);
-    packer.AddText(&PRINTER_INFO_2W::pShareName, printer.shareName);
-    packer.AddText(&PRINTER_INFO_2W::pPortName, printer.port);
-    packer.AddText(&PRINTER_INFO_2W::pDriverName, printer.driver);
-    packer.AddText(&PRINTER_INFO_2W::pComment, printer.comment);
-    packer.AddText(&PRINTER_INFO_2W::pLocation, printer.location);
-    packer.AddText(&PRINTER_INFO_2W::pSepFile, printer.separatorFile);
-    packer.AddText(&PRINTER_INFO_2W::pPrintProcessor, printer.printProcessor);
-    packer.AddText(&PRINTER_INFO_2W::pDatatype, printer.datatype);
-    packer.AddText(&PRINTER_INFO_2W::pParameters, printer.parameters);
+    for (const auto& text : kPrinterTexts) packer.AddText(text.field, printer.*text.member);
 }
 
 void AddPrinterInfo(InfoPacker<PRINTER_INFO_4W>& packer, const StoredPrinter& printer) {
@@ -47,22 +34,11 @@ DWORD PackPrinters(LPBYTE buffer, DWORD bytes, LPDWORD needed) {
 
 StoredPrinter GetPrinterToAdd(const PRINTER_INFO_2W& info) {
     StoredPrinter printer;
-    printer.name = TextOrEmpty(info.pPrinterName);
-    printer.shareName = TextOrEmpty(info.pShareName);
-    printer.port = TextOrEmpty(info.pPortName);
-    printer.driver = TextOrEmpty(info.pDriverName);
-    printer.comment = TextOrEmpty(info.pComment);
-    printer.location = TextOrEmpty(info.pLocation);
-    printer.separatorFile = TextOrEmpty(info.pSepFile);
-    printer.printProcessor = info.pPrintProcessor ? info.pPrintProcessor : W("winprint");
-    printer.datatype = info.pDatatype ? info.pDatatype : W("RAW");
-    printer.parameters = TextOrEmpty(info.pParameters);
-    printer.attributes = info.Attributes;
+    for (const auto& text : kPrinterTexts) printer.*text.member = TextOrEmpty(info.*text.field);
+    for (const auto& number : kPrinterNumbers) printer.*number.member = info.*number.field;
+    if (!info.pPrintProcessor) printer.printProcessor = W("winprint");
+    if (!info.pDatatype) printer.datatype = W("RAW");
     printer.priority = std::clamp<DWORD>(info.Priority, 1, 99);
-    printer.defaultPriority = info.DefaultPriority;
-    printer.startTime = info.StartTime;
-    printer.untilTime = info.UntilTime;
-    printer.averagePagesPerMinute = info.AveragePPM;
     if (const DEVMODEW* devmode = info.pDevMode) {
         const auto* bytes = reinterpret_cast<const BYTE*>(devmode);
         printer.devmode.assign(bytes, bytes + devmode->dmSize + devmode->dmDriverExtra);
