@@ -5,11 +5,13 @@
 
 #include <products/reader/productdescription.h>
 
+#include <uniquehandle.h>
 #include <windows.h>
 // After windows.h, which it needs.
 #include <winspool.h>
 
 #include <cstring>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -74,12 +76,45 @@ bool IsPortUsed(const std::vector<InstalledPrinter>& printers, const WideString&
                        [&](const InstalledPrinter& printer) { return SharesCaches(printer.port, port); });
 }
 
-WideString MakeOwnPort(const std::vector<InstalledPrinter>& printers) {
-    for (int number = 1;; ++number) {
-        WideString port = WidenUtf8("MV_" + std::to_string(number) + ":");
-        if (!IsPortUsed(printers, port)) return port;
-    }
+// The port's key is told in the terms of its caches, which it stands for.
+WideString GetPortKey(const WideString& port) {
+    return W("SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors\\Morvane Port\\Ports\\") + GetCacheKeyName(port);
 }
+
+// False when the port is taken. Of several processes that add printers at once each takes another.
+bool TakePort(const WideString& port) {
+    UniqueKey key;
+    DWORD disposition = 0;
+    const LSTATUS status = RegCreateKeyExW(HKEY_LOCAL_MACHINE, GetPortKey(port).c_str(), 0, nullptr,
+                                           REG_OPTION_NON_VOLATILE, KEY_READ, nullptr, key.Put(), &disposition);
+    if (status == ERROR_SUCCESS) return disposition == REG_CREATED_NEW_KEY;
+    SetLastError(static_cast<DWORD>(status));
+    ThrowRefusal("The port " + Quoted(port) + " cannot be made");
+}
+
+void GiveBackPort(const WideString& port) { RegDeleteTreeW(HKEY_LOCAL_MACHINE, GetPortKey(port).c_str()); }
+
+// A port that no printer has, given back unless it is kept.
+class OwnPort {
+public:
+    explicit OwnPort(const std::vector<InstalledPrinter>& printers) {
+        int number = 1;
+        do {
+            name_ = WidenUtf8("MV_" + std::to_string(number++) + ":");
+        } while (IsPortUsed(printers, name_) || !TakePort(name_));
+    }
+    OwnPort(const OwnPort&) = delete;
+    OwnPort& operator=(const OwnPort&) = delete;
+    ~OwnPort() {
+        if (!kept_) GiveBackPort(name_);
+    }
+    const WideString& GetName() const noexcept { return name_; }
+    void Keep() noexcept { kept_ = true; }
+
+private:
+    WideString name_;
+    bool kept_ = false;
+};
 
 // What is left of a printer that had the port before would be taken for the new one's capabilities.
 void ClearCaches(const WideString& port) {
@@ -114,7 +149,9 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
     const auto product = LoadProduct(std::filesystem::absolute(productFile));
     const WideString driver = WidenUtf8(product->modelName);
     const auto printers = ListPrinters();
-    WideString ownPort = port.empty() ? MakeOwnPort(printers) : port;
+    std::optional<OwnPort> made;
+    if (port.empty()) made.emplace(printers);
+    const WideString ownPort = made ? made->GetName() : port;
     for (const InstalledPrinter& other : printers)
         if (SharesCaches(other.port, ownPort) && !EqualNoCase(other.driver, driver))
             throw std::runtime_error("The port " + Quoted(ownPort) + " is used by the printer " + Quoted(other.name) +
@@ -131,6 +168,7 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
         SetLastError(error);
         ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
     }
+    if (made) made->Keep();
     if (!IsPortUsed(printers, ownPort)) ClearCaches(ownPort);
     return ownPort;
 }
@@ -145,6 +183,9 @@ void RemovePrinter(const WideString& name) {
         ThrowRefusal("The printer " + Quoted(name) + " cannot be opened");
     const OpenedPrinter printer(handle);
     if (!DeletePrinter(handle)) ThrowRefusal("The printer " + Quoted(name) + " cannot be removed");
-    if (!IsPortUsed(ListPrinters(), found->port)) ClearCaches(found->port);
+    if (!IsPortUsed(ListPrinters(), found->port)) {
+        ClearCaches(found->port);
+        GiveBackPort(found->port);
+    }
     RemoveUnusedDriver(found->driver);
 }

@@ -4,62 +4,29 @@
 #include "printerhandles.h"
 #include "registryvalues.h"
 #include "spoolererror.h"
+#include "storedfields.h"
 
 #include <cstring>
 
 namespace {
 
-// Value names of a printer's key, with the member that each one holds.
-struct TextValue {
-    const WCHAR* name;
-    WideString StoredPrinter::*member;
-};
-struct NumberValue {
-    const WCHAR* name;
-    DWORD StoredPrinter::*member;
-};
+// Values of other kinds than texts and numbers.
 constexpr const WCHAR* kDefaultDevmode = W("Default DevMode");
-constexpr const WCHAR* kPrinterDriver = W("Printer Driver");
-constexpr TextValue kPrinterTexts[] = {
-    {W("Name"), &StoredPrinter::name},
-    {W("Share Name"), &StoredPrinter::shareName},
-    {W("Port"), &StoredPrinter::port},
-    {kPrinterDriver, &StoredPrinter::driver},
-    {W("Description"), &StoredPrinter::comment},
-    {W("Location"), &StoredPrinter::location},
-    {W("Separator File"), &StoredPrinter::separatorFile},
-    {W("Print Processor"), &StoredPrinter::printProcessor},
-    {W("Datatype"), &StoredPrinter::datatype},
-    {W("Parameters"), &StoredPrinter::parameters},
-};
-constexpr NumberValue kPrinterNumbers[] = {
-    {W("Attributes"), &StoredPrinter::attributes},
-    {W("Priority"), &StoredPrinter::priority},
-    {W("Default Priority"), &StoredPrinter::defaultPriority},
-    {W("StartTime"), &StoredPrinter::startTime},
-    {W("UntilTime"), &StoredPrinter::untilTime},
-    {W("AveragePPM"), &StoredPrinter::averagePagesPerMinute},
-};
-
-struct DriverValue {
-    const WCHAR* name;
-    WideString StoredDriver::*member;
-};
 constexpr const WCHAR* kDependentFiles = W("Dependent Files");
-constexpr DriverValue kDriverTexts[] = {
-    {W("Driver"), &StoredDriver::driverPath},
-    {W("Data File"), &StoredDriver::dataFile},
-    {W("Configuration File"), &StoredDriver::configFile},
-    {W("Help File"), &StoredDriver::helpFile},
-    {W("Monitor"), &StoredDriver::monitor},
-    {W("Datatype"), &StoredDriver::datatype},
-};
 
 WideString KeyBelow(const WCHAR* parent, const WideString& name) { return WideString(parent) + W("\\") + name; }
 
 bool IsKeyName(const WideString& name, std::size_t longest, WideStringView refused) noexcept {
     const auto isBad = [&](WCHAR c) { return c < 0x20 || c == 0x7F || refused.find(c) != WideStringView::npos; };
     return !name.empty() && name.size() <= longest && std::none_of(name.begin(), name.end(), isBad);
+}
+
+// Whether two names can be those of one key, which folds the cases of all letters: those beyond ASCII count as equal.
+bool MayBeSameKey(WideStringView a, WideStringView b) noexcept {
+    const auto same = [](WCHAR x, WCHAR y) {
+        return x < 0x80 && y < 0x80 ? EqualNoCase({&x, 1}, {&y, 1}) : x >= 0x80 && y >= 0x80;
+    };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
 }
 
 }  // namespace
@@ -75,11 +42,12 @@ std::optional<StoredPrinter> ReadPrinter(const WideString& name) {
     const UniqueKey key = OpenKey(GetPrinterKey(name));
     if (!key) return std::nullopt;
     StoredPrinter printer;
-    for (const TextValue& value : kPrinterTexts) printer.*value.member = ReadText(key, value.name);
-    for (const NumberValue& value : kPrinterNumbers) printer.*value.member = ReadNumber(key, value.name);
+    for (const auto& value : kPrinterTexts) printer.*value.member = ReadText(key, value.valueName);
+    for (const auto& value : kPrinterNumbers) printer.*value.member = ReadNumber(key, value.valueName);
     if (auto devmode = ReadValue(key, kDefaultDevmode); devmode && devmode->type == REG_BINARY)
         printer.devmode = std::move(devmode->bytes);
-    if (printer.name.empty()) printer.name = name;
+    // The key is what the printer is found by; the value tells how it is written.
+    if (!MayBeSameKey(printer.name, name)) printer.name = name;
     return printer;
 }
 
@@ -87,8 +55,14 @@ std::vector<StoredPrinter> ReadPrinters() {
     std::vector<StoredPrinter> printers;
     const UniqueKey key = OpenKey(kPrintersKey);
     if (!key) return printers;
-    for (const WideString& name : ListKeys(key))
-        if (auto printer = ReadPrinter(name)) printers.push_back(std::move(*printer));
+    for (const WideString& name : ListKeys(key)) {
+        try {
+            if (auto printer = ReadPrinter(name)) printers.push_back(std::move(*printer));
+        } catch (const SpoolerError& error) {
+            // Another process removes it just now.
+            if (error.code != ERROR_KEY_DELETED) throw;
+        }
+    }
     return printers;
 }
 
@@ -97,8 +71,8 @@ void CreatePrinter(const StoredPrinter& printer) {
     const UniqueKey key = CreateKey(GetPrinterKey(printer.name), &created);
     Require(created, ERROR_PRINTER_ALREADY_EXISTS);
     try {
-        for (const TextValue& value : kPrinterTexts) WriteText(key, value.name, printer.*value.member);
-        for (const NumberValue& value : kPrinterNumbers) WriteNumber(key, value.name, printer.*value.member);
+        for (const auto& value : kPrinterTexts) WriteText(key, value.valueName, printer.*value.member);
+        for (const auto& value : kPrinterNumbers) WriteNumber(key, value.valueName, printer.*value.member);
         if (!printer.devmode.empty())
             WriteValue(key, kDefaultDevmode, REG_BINARY, printer.devmode.data(), printer.devmode.size());
     } catch (...) {
@@ -115,7 +89,7 @@ std::optional<StoredDriver> ReadDriver(const WideString& name) {
     if (!key) return std::nullopt;
     StoredDriver driver;
     driver.name = name;
-    for (const DriverValue& value : kDriverTexts) driver.*value.member = ReadText(key, value.name);
+    for (const auto& value : kDriverTexts) driver.*value.member = ReadText(key, value.valueName);
     driver.dependentFiles = ReadTexts(key, kDependentFiles);
     return driver;
 }
@@ -123,7 +97,7 @@ std::optional<StoredDriver> ReadDriver(const WideString& name) {
 void WriteDriver(const StoredDriver& driver) {
     const UniqueKey key = CreateKey(KeyBelow(kDriversKey, driver.name));
     WriteNumber(key, W("Version"), kDriverVersion);
-    for (const DriverValue& value : kDriverTexts) WriteText(key, value.name, driver.*value.member);
+    for (const auto& value : kDriverTexts) WriteText(key, value.valueName, driver.*value.member);
     WriteTexts(key, kDependentFiles, driver.dependentFiles);
 }
 
@@ -134,7 +108,7 @@ WideString GetDriverNameOf(HANDLE handle) {
     Require(!name.empty(), ERROR_INVALID_HANDLE);
     const UniqueKey key = OpenKey(GetPrinterKey(name));
     Require(static_cast<bool>(key), ERROR_PRINTER_DELETED);
-    return ReadText(key, kPrinterDriver);
+    return ReadText(key, kPrinterDriverValue);
 }
 
 StoredPrinter GetPrinterOf(HANDLE handle) {
