@@ -1,6 +1,7 @@
 // ReadSchemaDocument: libxml2 reads the bytes, its events become the tree.
 #include <hosterror.h>
 #include <libxml/parser.h>
+#include <quietxmlerrors.h>
 #include <xmlfile.h>
 
 #include <algorithm>
@@ -31,6 +32,8 @@ constexpr std::pair<std::string_view, SchemaKind> kKinds[] = {
     {"ParameterRef", SchemaKind::ParameterRef},
     {"Value", SchemaKind::Value},
 };
+
+constexpr const char* kNoDocumentType = "a document type declaration (<!DOCTYPE) is not accepted; take it out";
 
 std::string Text(const xmlChar* text) { return text ? reinterpret_cast<const char*>(text) : std::string(); }
 
@@ -98,6 +101,14 @@ static void OnStart(void* context, const xmlChar* local, const xmlChar* prefix, 
     });
 }
 
+// One that HoldsDocumentType does not see, in an encoding that is neither UTF-8 nor UTF-16.
+static void OnDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
+    Builder::Guard(context, [&](Builder& builder) {
+        builder.failure = kNoDocumentType;
+        xmlStopParser(static_cast<xmlParserCtxt*>(context));
+    });
+}
+
 static void OnEnd(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
     Builder& builder = Builder::Of(context);
     if (builder.open) builder.open = builder.open->parent;
@@ -132,7 +143,7 @@ static void OnWarning(void*, const char*, ...) {}
 }  // namespace
 
 SchemaDocument ReadSchemaDocument(std::string_view bytes) {
-    if (HoldsDocumentType(bytes)) throw InputError("a document type declaration (<!DOCTYPE) is not accepted");
+    if (HoldsDocumentType(bytes)) throw InputError(kNoDocumentType);
     if (bytes.empty()) throw InputError("the document is empty");
     if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         throw InputError("the document is too large");
@@ -147,11 +158,13 @@ SchemaDocument ReadSchemaDocument(std::string_view bytes) {
     events.characters = OnText;
     events.ignorableWhitespace = OnText;
     events.cdataBlock = OnText;
+    events.internalSubset = OnDocumentType;
     events.comment = nullptr;
     events.processingInstruction = nullptr;
     events.error = OnError;
     events.fatalError = OnError;
     events.warning = OnWarning;
+    const QuietXmlErrors quiet;
     const std::unique_ptr<xmlDoc, DocumentDeleter> document(xmlCtxtReadMemory(
         parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr, XML_PARSE_NONET));
     if (builder.outOfMemory) throw std::bad_alloc();

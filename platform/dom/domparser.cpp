@@ -7,6 +7,7 @@
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
+#include <quietxmlerrors.h>
 
 #include <algorithm>
 #include <limits>
@@ -213,6 +214,7 @@ xmlDoc* Parse(Builder& builder, const void* bytes, int length, int options) {
     parser->sax->error = OnError;
     parser->sax->fatalError = OnError;
     parser->sax->warning = OnWarning;
+    const QuietXmlErrors quiet;
     return xmlCtxtReadMemory(parser.get(), static_cast<const char*>(bytes), length, nullptr, nullptr, options);
 }
 
