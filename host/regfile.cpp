@@ -12,6 +12,7 @@ namespace {
 constexpr WideStringView kHeaderLine = W("Windows Registry Editor Version 5.00");
 constexpr WideStringView kBlanks = W(" \t");
 constexpr std::size_t kMaximumKeyNameCharacters = 255;
+constexpr int kMaximumKeyDepth = 512;
 constexpr std::size_t kMaximumValueNameCharacters = 16383;
 constexpr std::size_t kHexBytesPerLine = 25;
 
@@ -35,6 +36,9 @@ WideStringView Trim(WideStringView text) {
     if (first == WideStringView::npos) return {};
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
+
+// What a line still says where a comment may follow.
+WideStringView WithoutComment(WideStringView text) { return Trim(text.substr(0, text.find(W(';')))); }
 
 // The lines of a file, cut at LF or CR LF.
 class LineReader {
@@ -122,8 +126,10 @@ public:
 
 private:
     void ParseKey(WideStringView text) {
-        if (!text.ends_with(W(']'))) lines_.Fail("a key ends with ']'");
-        text = text.substr(1, text.size() - 2);
+        const std::size_t keyEnd = text.rfind(W(']'));
+        if (keyEnd == WideStringView::npos || !WithoutComment(text.substr(keyEnd + 1)).empty())
+            lines_.Fail("a key ends with ']'");
+        text = text.substr(1, keyEnd - 1);
         RegFileKey key;
         key.remove = text.starts_with(W('-'));
         if (key.remove) text.remove_prefix(1);
@@ -139,6 +145,8 @@ private:
     }
 
     void CheckPath(WideStringView path) {
+        if (std::count(path.begin(), path.end(), W('\\')) >= kMaximumKeyDepth)
+            lines_.Fail("a key lies at most " + std::to_string(kMaximumKeyDepth) + " deep");
         while (!path.empty()) {
             const std::size_t end = std::min(path.find(W('\\')), path.size());
             if (end == 0 || end > kMaximumKeyNameCharacters || end + 1 == path.size())
@@ -161,18 +169,17 @@ private:
         text = Trim(text);
         if (!text.starts_with(W('='))) lines_.Fail("expected '=' behind the value's name");
         text = Trim(text.substr(1));
-        if (text == W("-")) {
+        if (WithoutComment(text) == W("-")) {
             value.remove = true;
         } else if (text.starts_with(W('"'))) {
             value.type = REG_SZ;
             WideString characters = TakeQuoted(text);
-            if (!Trim(text).empty()) lines_.Fail("expected nothing behind the closing quote");
+            if (!WithoutComment(text).empty()) lines_.Fail("expected nothing behind the closing quote");
             characters.push_back(W('\0'));
             for (const WCHAR character : characters) AppendLittleEndian(value.data, character, sizeof(WCHAR));
         } else if (ToLowerAscii(text.substr(0, 6)) == W("dword:")) {
             value.type = REG_DWORD;
-            const WideStringView digits = Trim(text.substr(6));
-            AppendLittleEndian(value.data, TakeHex(digits, 8), sizeof(DWORD));
+            AppendLittleEndian(value.data, TakeHex(WithoutComment(text.substr(6)), 8), sizeof(DWORD));
         } else if (ToLowerAscii(text.substr(0, 3)) == W("hex")) {
             ParseHexValue(text.substr(3), value);
         } else {
@@ -191,12 +198,12 @@ private:
             text.remove_prefix(end + 1);
         }
         if (!text.starts_with(W(':'))) lines_.Fail("expected ':' behind hex");
-        text = Trim(text.substr(1));
+        text = WithoutComment(text.substr(1));
         bool more = false;  // a comma was read, so another byte has to come
         for (;;) {
             if (text == W("\\")) {
                 if (!lines_.Next(text)) lines_.Fail("the file ends where a line is to be continued");
-                text = Trim(text);
+                text = WithoutComment(text);
                 continue;
             }
             if (text.empty()) {

@@ -13,40 +13,38 @@ RegFile Parse(const std::string& body) { return ParseRegFile(kHeader + body); }
 TEST(RegistryFile, EveryKindOfValueIsRead) {
     const RegFile file = Parse(
         "; a comment\r\n"
-        "[HKEY_LOCAL_MACHINE\\Software\\A b]\r\n"
-        "@=\"default\"\r\n"
+        "[HKEY_LOCAL_MACHINE\\Software\\A b] ; with a blank\r\n"
+        "@=\"d\" ; in quotes\r\n"
         "\"quo\\\"ted\\\\\"=\"\\\\\\\"\"\r\n"
-        "\"d\"=dword:0000001F\r\n"
-        "  \"b\" = hex:01,\\\r\n"
+        "\"d\"=dword:0000001F;31\r\n"
+        "  \"b\" = hex:01,\\ ; and more\r\n"
         "  02,fF\r\n"
-        "\"q\"=hex(b):01,00,00,00,00,00,00,00\r\n"
+        "\"q\"=hex(b):01,00,00,00,00\r\n"
         "\"empty\"=hex(7):\r\n"
-        "\"gone\"=-\r\n"
+        "\"gone\"=- ; away\r\n"
         "[-HKCU\\Old]\n"
         "[hkey_current_user]");
     ASSERT_EQ(file.size(), 3u);
     EXPECT_EQ(file[0].hive, HKEY_LOCAL_MACHINE);
     EXPECT_EQ(file[0].path, W("Software\\A b"));
-    using Bytes = std::vector<BYTE>;
     const struct {
-        WideString name;
-        bool remove;
+        const WCHAR* name;
         DWORD type;
-        Bytes data;
+        std::vector<BYTE> data;
     } expected[] = {
-        {W(""), false, REG_SZ, {'d', 0, 'e', 0, 'f', 0, 'a', 0, 'u', 0, 'l', 0, 't', 0, 0, 0}},
-        {W("quo\"ted\\"), false, REG_SZ, {'\\', 0, '"', 0, 0, 0}},
-        {W("d"), false, REG_DWORD, {0x1F, 0, 0, 0}},
-        {W("b"), false, REG_BINARY, {1, 2, 0xFF}},
-        {W("q"), false, REG_QWORD, {1, 0, 0, 0, 0, 0, 0, 0}},
-        {W("empty"), false, REG_MULTI_SZ, {}},
-        {W("gone"), true, REG_NONE, {}},
+        {W(""), REG_SZ, {'d', 0, 0, 0}},
+        {W("quo\"ted\\"), REG_SZ, {'\\', 0, '"', 0, 0, 0}},
+        {W("d"), REG_DWORD, {0x1F, 0, 0, 0}},
+        {W("b"), REG_BINARY, {1, 2, 0xFF}},
+        {W("q"), REG_QWORD, {1, 0, 0, 0, 0}},
+        {W("empty"), REG_MULTI_SZ, {}},
+        {W("gone"), REG_NONE, {}},
     };
     ASSERT_EQ(file[0].values.size(), std::size(expected));
     for (std::size_t index = 0; index < std::size(expected); ++index) {
         const RegFileValue& value = file[0].values[index];
         EXPECT_EQ(value.name, expected[index].name) << index;
-        EXPECT_EQ(value.remove, expected[index].remove) << index;
+        EXPECT_EQ(value.remove, value.type == REG_NONE) << index;
         EXPECT_EQ(value.type, expected[index].type) << index;
         EXPECT_EQ(value.data, expected[index].data) << index;
     }
@@ -60,47 +58,29 @@ TEST(RegistryFile, EveryKindOfValueIsRead) {
     EXPECT_EQ(FormatRegFile(ParseRegFile(text)), text);
 }
 
-TEST(RegistryFile, ABadLineIsNamed) {
-    const std::string key = "[HKLM\\A]\r\n";
-    const struct {
-        std::string file;
-        int line;
-    } cases[] = {
-        {"", 1},
-        {"REGEDIT4\r\n", 1},
-        {kHeader + std::string("\"early\"=dword:1\r\n"), 3},
-        {kHeader + std::string("[HKLM\\A\r\n"), 3},
-        {kHeader + std::string("[HKEY_USERS\\A]\r\n"), 3},
-        {kHeader + std::string("[-HKLM]\r\n"), 3},
-        {kHeader + std::string("[HKLM\\A\\\\B]\r\n"), 3},
-        {kHeader + std::string("[HKLM\\A\\]\r\n"), 3},
-        {kHeader + std::string("[-HKLM\\A]\r\n\"v\"=\"\"\r\n"), 4},
-        {kHeader + key + "\"v\"\r\n", 4},
-        {kHeader + key + "\"v=1\r\n", 4},
-        {kHeader + key + "\"v\"=\"open\r\n", 4},
-        {kHeader + key + "\"v\"=\"a\"b\r\n", 4},
-        {kHeader + key + "\"v\"=\"\\n\"\r\n", 4},
-        {kHeader + key + "\"v\"=dword:\r\n", 4},
-        {kHeader + key + "\"v\"=dword:123456789\r\n", 4},
-        {kHeader + key + "\"v\"=dword:-1\r\n", 4},
-        {kHeader + key + "\"v\"=hex:1g\r\n", 4},
-        {kHeader + key + "\"v\"=hex:001\r\n", 4},
-        {kHeader + key + "\"v\"=hex(:00\r\n", 4},
-        {kHeader + key + "\"v\"=hex:00,\r\n", 4},
-        {kHeader + key + "\"v\"=hex:00,\\\r\n", 4},
-        {kHeader + key + "\"v\"=hex:00,\\\r\n  zz\r\n", 5},
-        {kHeader + key + "\"v\xC3\"=\"\"\r\n", 4},
-    };
-    for (const auto& c : cases) {
-        try {
-            ParseRegFile(c.file);
-            ADD_FAILURE() << "accepted: " << c.file;
-        } catch (const InputError& error) {
-            EXPECT_NE(std::string(error.what()).find("line " + std::to_string(c.line) + " "), std::string::npos)
-                << c.file << "\n"
-                << error.what();
-        }
+void ExpectBadLine(const std::string& file, int line) {
+    try {
+        ParseRegFile(file);
+        ADD_FAILURE() << "accepted: " << file;
+    } catch (const InputError& error) {
+        EXPECT_NE(std::string(error.what()).find("line " + std::to_string(line) + " "), std::string::npos)
+            << file << "\n"
+            << error.what();
     }
+}
+
+TEST(RegistryFile, ABadLineIsNamed) {
+    const std::pair<const char*, int> cases[] = {
+        {"\"early\"=dword:1", 3}, {"[HKLM\\A", 3},    {"[HKEY_USERS\\A]", 3},    {"[-HKLM]", 3},
+        {"[HKLM\\A\\\\B]", 3},    {"[HKLM\\A\\]", 3}, {"[-HKLM\\A]\n@=\"\"", 4}, {"[HKLM\\A]\n\"v\"", 4},
+    };
+    for (const auto& [body, line] : cases) ExpectBadLine(kHeader + std::string(body), line);
+    ExpectBadLine("", 1);
+    ExpectBadLine("REGEDIT4\r\n", 1);
+    for (const char* value : {"=1", "=\"open", "=\"a\"b", "=\"\\n\"", "=dword:", "=dword:123456789", "=dword:-1",
+                              "=hex:1g", "=hex:001", "=hex(:00", "=hex:00,", "=hex:00,\\", "\xC3=\"\""})
+        ExpectBadLine(kHeader + std::string("[HKLM\\A]\r\n\"v\"") + value + "\r\n", 4);
+    ExpectBadLine(kHeader + std::string("[HKLM\\A]\r\n@=hex:00,\\\r\n  zz\r\n"), 5);
 }
 
 TEST_F(HostRun, AnExportedStoreIsTheSameAfterItsImport) {
