@@ -8,6 +8,12 @@
 #include "hostplatform.h"
 #include "hosttext.h"
 
+namespace {
+
+constexpr int kMostLinks = 40;  // as many as the system follows
+
+}  // namespace
+
 std::string ReadWholeFile(const std::filesystem::path& file) {
     const std::string name = "'" + PathToUtf8(file) + "'";
     std::error_code error;
@@ -25,10 +31,14 @@ std::string ReadWholeFile(const std::filesystem::path& file) {
     return contents;
 }
 
-void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes) {
+void WriteWholeFile(const std::filesystem::path& named, std::string_view bytes) {
     std::error_code error;
-    // A device or a pipe keeps its place.
-    const bool inPlace = std::filesystem::is_other(file, error);
+    // A device or a pipe is written in its place; of a link the target is.
+    const std::filesystem::file_status before = std::filesystem::status(named, error);
+    const bool inPlace = std::filesystem::is_other(before);
+    std::filesystem::path file = named;
+    for (int hops = 0; hops < kMostLinks && !inPlace && std::filesystem::is_symlink(file, error); ++hops)
+        file = file.parent_path() / std::filesystem::read_symlink(file, error);
     std::filesystem::path temporary = file;
     if (!inPlace) temporary += "." + ToLowerHex(std::random_device()(), 8) + ".part";
     std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
@@ -36,10 +46,12 @@ void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes) {
     stream.close();
     bool written = !stream.fail();
     if (!inPlace) {
+        if (written && std::filesystem::exists(before))
+            std::filesystem::permissions(temporary, before.permissions(), error);
         if (written) std::filesystem::rename(temporary, file, error);
         written = written && !error;
         if (!written) std::filesystem::remove(temporary, error);
     }
     if (written) return;
-    throw OperationError("the file '" + PathToUtf8(file) + "' cannot be written; check the folder and its free space");
+    throw OperationError("the file '" + PathToUtf8(named) + "' cannot be written; check the folder and its free space");
 }
