@@ -1,6 +1,7 @@
 // InstalledPrinter: an open printer with the product that it was made of.
 #include "installedprinter.h"
 
+#include <mvutil/morvaneexception.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 #include <winspool.h>
@@ -20,11 +21,26 @@ UniqueHandle<HANDLE, CloseSpoolerHandle> OpenInstalledPrinter(const CXString& na
     return handle;
 }
 
+namespace {
+
+std::shared_ptr<const ProductDescription> LoadProductOf(HANDLE printer, const CXString& name) {
+    CXString file;
+    try {
+        file = PrintDriver::GetMorvaneDriverDataFilePathFromHandle(printer);
+    } catch (const ExceptionPrintDriverFailure&) {
+        throw OperationError("the printer '" + name.ToUtf8() +
+                             "' has no driver with a product; remove it and add it again");
+    }
+    return LoadProduct(file.AsWideString());
+}
+
+}  // namespace
+
 InstalledPrinter::InstalledPrinter(const CXString& name)
     : name_(name),
       handle_(OpenInstalledPrinter(name)),
       port_(Printer(GetHandle()).GetPrinterPort()),
-      product_(LoadProduct(PrintDriver::GetMorvaneDriverDataFilePathFromHandle(GetHandle()).AsWideString())) {}
+      product_(LoadProductOf(GetHandle(), name)) {}
 
 bool IsPostScript(const ProductDescription& product) {
     constexpr DWORD kDriverFlagsCapability = 1984;

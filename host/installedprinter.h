@@ -15,8 +15,8 @@ struct CloseSpoolerHandle {
 
 class InstalledPrinter {
 public:
-    // Throws InputError for a printer that is not installed, ExceptionPrintDriverFailure when it has no driver with a
-    // data file, and ProductError when that is no product description.
+    // Throws InputError for a printer that is not installed, OperationError when it has no driver with a data file, and
+    // ProductError when that is no product description.
     explicit InstalledPrinter(const CXString& name);
 
     HANDLE GetHandle() const noexcept { return handle_.Get(); }

@@ -26,7 +26,8 @@ void AddCommands(CLI::App& app, HostContext& context) {
     app.require_subcommand(1);
     app.fallthrough();  // --store is taken anywhere
     app.add_option("--store", context.storeFolder,
-                   "Folder that keeps printers and settings (default: $MVPTHOST_STORE, else a folder of the user's)");
+                   "Folder that keeps printers and settings (default: $MVPTHOST_STORE, else a folder of the user's)")
+        ->check(NotEmpty());
     AddDemoCommand(app, context);
     AddProductCommands(app, context);
     AddPrinterCommands(app, context);
@@ -108,7 +109,9 @@ void HostContext::Open(const std::string& folder) {
     try {
         OpenStore(folder);
     } catch (const std::runtime_error& error) {
-        throw InputError(error.what());
+        std::string sentence = error.what();
+        if (sentence.ends_with('.')) sentence.pop_back();
+        throw InputError(sentence + "; name another folder with --store");
     }
     open_ = true;
 }

@@ -139,7 +139,8 @@ void RunShow(HostContext& context, const std::string& name) {
 
 void RunRebuild(HostContext& context, const std::string& name) {
     context.UseStore();
-    RebuildCapabilityCaches(OpenInstalledPrinter(ArgumentToWide(name)).Get());
+    const InstalledPrinter printer(ArgumentToWide(name));  // with a product that can be read
+    RebuildCapabilityCaches(printer.GetHandle());
 }
 
 }  // namespace

@@ -32,6 +32,13 @@ private:
     bool open_ = false;
 };
 
+// For options that name a file or a folder and may be left out: an empty name is refused, not taken for none.
+inline CLI::Validator NotEmpty() {
+    return CLI::Validator(
+        [](std::string& text) { return text.empty() ? std::string("the name is empty; give one") : std::string(); },
+        "");
+}
+
 void AddDemoCommand(CLI::App& app, HostContext& context);
 void AddCheckCommand(CLI::App& app, HostContext& context);
 void AddProductCommands(CLI::App& app, HostContext& context);

@@ -95,23 +95,26 @@ void AddConversionCommands(CLI::App& app, HostContext& context) {
 
     CLI::App* ticket = AddConversion(app, context, options, "ticket", "A DEVMODE becomes a PrintTicket", RunTicket);
     ticket->add_option("--devmode", options->devmode, "The DEVMODE's file")->required();
-    ticket->add_option("--in", options->in,
-                       "The PrintTicket as the core driver left it (default: mvpthost writes one)");
-    ticket->add_option("-o,--out", options->out, kOutDocument);
+    ticket->add_option("--in", options->in, "The PrintTicket as the core driver left it (default: mvpthost writes one)")
+        ->check(NotEmpty());
+    ticket->add_option("-o,--out", options->out, kOutDocument)->check(NotEmpty());
 
     CLI::App* apply = AddConversion(app, context, options, "apply", "A PrintTicket is applied to a DEVMODE", RunApply);
-    apply->add_option("--ticket", options->ticket, "The PrintTicket's file")->required();
+    apply->add_option("--ticket", options->ticket, "The PrintTicket's file")->required()->check(NotEmpty());
     apply->add_option("--devmode", options->devmode, "The file of the DEVMODE to start from")->required();
-    apply->add_option("-o,--out", options->out, "The new DEVMODE's file (default: standard output)");
+    apply->add_option("-o,--out", options->out, "The new DEVMODE's file (default: standard output)")->check(NotEmpty());
 
     CLI::App* capabilities = AddConversion(app, context, options, "capabilities",
                                            "What the printer can do, as PrintCapabilities", RunCapabilities);
-    capabilities->add_option("--ticket", options->ticket, "A PrintTicket that the capabilities are asked for");
-    capabilities->add_option("--in", options->in,
-                             "The PrintCapabilities as the core driver left it (default: mvpthost writes one)");
-    capabilities->add_option("-o,--out", options->out, kOutDocument);
+    capabilities->add_option("--ticket", options->ticket, "A PrintTicket that the capabilities are asked for")
+        ->check(NotEmpty());
+    capabilities
+        ->add_option("--in", options->in,
+                     "The PrintCapabilities as the core driver left it (default: mvpthost writes one)")
+        ->check(NotEmpty());
+    capabilities->add_option("-o,--out", options->out, kOutDocument)->check(NotEmpty());
 
     CLI::App* validate = AddConversion(app, context, options, "validate", "A PrintTicket is checked", RunValidate);
-    validate->add_option("--ticket", options->ticket, "The PrintTicket's file")->required();
-    validate->add_option("-o,--out", options->out, "File for the document as it then is");
+    validate->add_option("--ticket", options->ticket, "The PrintTicket's file")->required()->check(NotEmpty());
+    validate->add_option("-o,--out", options->out, "File for the document as it then is")->check(NotEmpty());
 }

@@ -53,7 +53,9 @@ bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, co
     InstallPrinter(printer.AsWideString(), productFile, WideString());
     RebuildCapabilityCaches(OpenInstalledPrinter(printer).Get());
     const PrintSession session(printer);
-    std::filesystem::create_directories(folder);
+    std::error_code error;
+    if (std::filesystem::create_directories(folder, error); error)
+        throw OperationError("the folder '" + PathToUtf8(folder) + "' cannot be made; name another one with -o");
 
     out << product->modelName << ", installed as '" << printer.ToUtf8() << "':\n";
     DevmodeBuffer devmode = MakeDevmode(*product, printer.AsWideString(), kJobSettings);
@@ -102,6 +104,6 @@ void RunDemo(HostContext& context, const std::string& output) {
 void AddDemoCommand(CLI::App& app, HostContext& context) {
     const auto folder = std::make_shared<std::string>();
     CLI::App* demo = app.add_subcommand("demo", "Shows a job's settings travel through the component on each product");
-    demo->add_option("-o,--out", *folder, "Folder for the files (default: a new temporary one)");
+    demo->add_option("-o,--out", *folder, "Folder for the files (default: a new temporary one)")->check(NotEmpty());
     demo->callback([&context, folder] { context.action = [&context, folder] { RunDemo(context, *folder); }; });
 }

@@ -46,9 +46,9 @@ void RunAdd(HostContext& context, const PrinterOptions& options) {
 
 void RunRemove(HostContext& context, const PrinterOptions& options) {
     context.UseStore();
-    const WideString name = ArgumentToWide(options.name);
-    OpenInstalledPrinter(name);
-    Install([&] { RemovePrinter(name); });
+    // As the spooler knows it: of names it takes other letters' cases for the same than the installer does.
+    const auto handle = OpenInstalledPrinter(ArgumentToWide(options.name));
+    Install([&] { RemovePrinter(WideString(Printer(handle.Get()).GetPrinterName().AsWideString())); });
 }
 
 void RunList(HostContext& context) {

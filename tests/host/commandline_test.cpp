@@ -1,6 +1,8 @@
 // Command lines: what they print, their exit statuses, and what bad input leaves behind.
 #include "hostrun.h"
 
+#include <iterator>
+
 namespace {
 
 constexpr const char* kTicket =
@@ -8,27 +10,35 @@ constexpr const char* kTicket =
     "xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords' version='1'/>";
 
 TEST_F(HostRun, HelpIsThereForEveryCommand) {
-    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{{},
-                                                                                         {"demo"},
-                                                                                         {"product"},
-                                                                                         {"product", "list"},
-                                                                                         {"printer", "add"},
-                                                                                         {"printer", "list"},
-                                                                                         {"printer", "show"},
-                                                                                         {"printer", "remove"},
-                                                                                         {"devmode", "new"},
-                                                                                         {"devmode", "show"},
-                                                                                         {"ticket"},
-                                                                                         {"apply"},
-                                                                                         {"capabilities"},
-                                                                                         {"validate"},
-                                                                                         {"registry", "export"},
-                                                                                         {"registry", "import"}}) {
-        std::vector<std::string> arguments = command;
+    for (const char* command : {"mvpthost",
+                                "demo",
+                                "product",
+                                "product list",
+                                "printer add",
+                                "printer list",
+                                "printer show",
+                                "printer remove",
+                                "printer form add",
+                                "printer customsize add",
+                                "caches show",
+                                "devmode new",
+                                "devmode show",
+                                "ticket",
+                                "apply",
+                                "capabilities",
+                                "validate",
+                                "jobticket",
+                                "check",
+                                "registry export",
+                                "registry import"}) {
+        std::istringstream words(command);
+        std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+        const std::string last = arguments.back();
+        if (last == "mvpthost") arguments.clear();
         arguments.push_back("--help");
         const std::string help = Do(arguments);
         EXPECT_NE(help.find("Usage:"), std::string::npos) << help;
-        EXPECT_NE(help.find(command.empty() ? "mvpthost" : command.back()), std::string::npos) << help;
+        EXPECT_NE(help.find(last), std::string::npos) << help;
     }
     EXPECT_FALSE(Exists("store"));
 }
@@ -59,10 +69,8 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
         {{"printer", "add", "Q", "--product", "nonsense"}, "press8434"},
         {{"printer", "add", "Q", "--product", File("bad.toml")}, "bad.toml"},
         {{"printer", "show", "Q"}, "no printer 'Q'"},
-        {{"printer", "remove", "Q"}, "no printer 'Q'"},
         {{"devmode", "new", "--printer", "Q", "-o", out}, "no printer 'Q'"},
         {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmCopies=32768"}, "dmCopies"},
-        {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmCopies=1x"}, "1x"},
         {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmCopies"}, "NAME=VALUE"},
         {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmNonsense=1"}, "dmNonsense"},
         {{"devmode", "new", "--printer", "P", "-o", out, "--set", "dmSize=1"}, "dmSize"},
@@ -76,10 +84,8 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
         {{"ticket", "--printer", "P", "--devmode", File("cut.bin"), "-o", out}, "cut short"},
         {{"ticket", "--printer", "P", "--devmode", File("good.bin"), "--in", File("malformed.xml"), "-o", out},
          "malformed.xml"},
-        {{"ticket", "--printer", "Q", "--devmode", File("good.bin"), "-o", out}, "no printer 'Q'"},
         {{"apply", "--printer", "P", "--devmode", File("good.bin"), "--ticket", File("dtd.xml"), "-o", out}, "dtd.xml"},
-        {{"apply", "--printer", "P", "--devmode", File("short.bin"), "--ticket", File("ticket.xml"), "-o", out},
-         "too few"},
+        {{"apply", "--printer", "P", "--devmode", File("good.bin"), "--ticket", ""}, "--ticket"},
         {{"capabilities", "--printer", "P", "--in", File("malformed.xml"), "-o", out}, "malformed.xml"},
         {{"validate", "--printer", "P", "--ticket", File("malformed.xml"), "-o", out}, "malformed.xml"},
         {{"registry", "import", File("bad.reg")}, "line 3"},
@@ -100,10 +106,6 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
 TEST_F(HostRun, PrintersComeAndGo) {
     Do({"printer", "add", "Colour press", "--product", "press8434"});
     Do({"printer", "add", "Büro", "--product", "office8430", "--port", "FILE7"});
-    const std::string list = Do({"printer", "list"});
-    EXPECT_NE(list.find("Colour press"), std::string::npos) << list;
-    EXPECT_NE(list.find("Büro"), std::string::npos) << list;
-
     EXPECT_NE(Do({"printer", "show", "Büro"}).find("not chosen yet"), std::string::npos);
     Do({"capabilities", "--printer", "Büro"});
     const std::string shown = Do({"printer", "show", "Büro"});
@@ -114,10 +116,10 @@ TEST_F(HostRun, PrintersComeAndGo) {
     // A port keeps the caches of one product.
     EXPECT_NE(Run({"printer", "add", "Third", "--product", "press8434", "--port", "FILE7"}).status, 0);
     EXPECT_NE(Run({"printer", "add", "Büro", "--product", "office8430"}).status, 0);
-
     Do({"printer", "remove", "Colour press"});
-    EXPECT_EQ(Do({"printer", "list"}).find("Colour press"), std::string::npos);
-    EXPECT_EQ(Run({"printer", "show", "Colour press"}).status, 2);
+    EXPECT_EQ(Do({"printer", "list"}), "Büro  (Morvane Office 8430, port FILE7)\n");
+    Do({"printer", "remove", "BÜRO"});
+    EXPECT_EQ(Do({"printer", "list"}), "");
 }
 
 TEST_F(HostRun, ProductsAreListedWithFamilyAndCapabilityWord) {
