@@ -2,9 +2,6 @@
 // that nothing is left after each test.)
 #include "domtest.h"
 
-#include <thread>
-#include <vector>
-
 namespace {
 
 TEST(Lifetime, ANodeKeepsItsDocument) {
@@ -12,9 +9,6 @@ TEST(Lifetime, ANodeKeepsItsDocument) {
     const Node c = Select(document.Get(), "//c");
     document.Reset();
     EXPECT_EQ(Xml(Select(c.Get(), "ancestor::a").Get()), "<a><b><c/></b></a>");
-    ComPtr<IXMLDOMDocument> again;
-    EXPECT_EQ(c->get_ownerDocument(again.Put()), S_OK);
-    EXPECT_EQ(DumpInfoset(again.Get()), "  {}a\n    {}b\n      {}c\n");
 }
 
 TEST(Lifetime, ARemovedSubtreeLivesWhileAPartOfItIsHeld) {
@@ -39,12 +33,9 @@ TEST(Lifetime, ListsKeepTheirNodes) {
     const Document document = Load("<a><b n='1'/><b n='2'><b n='3'/></b></a>");
     ComPtr<IXMLDOMNodeList> list;
     EXPECT_EQ(document->selectNodes(B("//b").Get(), list.Put()), S_OK);
-    ComPtr<IXMLDOMNamedNodeMap> map = Attributes(Select(document.Get(), "//b").Get());
+    const ComPtr<IXMLDOMNamedNodeMap> map = Attributes(Select(document.Get(), "//b").Get());
     VARIANT_BOOL loaded = VARIANT_FALSE;
     EXPECT_EQ(document->loadXML(B("<new/>").Get(), &loaded), S_OK);
-    LONG length = 0;
-    EXPECT_EQ(list->get_length(&length), S_OK);
-    EXPECT_EQ(length, 3);
     Node node;
     EXPECT_EQ(list->get_item(1, node.Put()), S_OK);
     EXPECT_EQ(Xml(node.Get()), "<b n=\"2\"><b n=\"3\"/></b>");
@@ -100,41 +91,6 @@ TEST(Lifetime, CopiesStandAlone) {
     EXPECT_EQ(Xml(deep.Get()), "<p:a xmlns:p=\"urn:1\" x=\"1\"><b>t<![CDATA[u]]></b></p:a>");
     Node parent;
     EXPECT_EQ(deep->get_parentNode(parent.Put()), S_FALSE);
-}
-
-TEST(Lifetime, NodesThatNobodyUsesDoNotGather) {
-    // A long-lived document whose content is replaced again and again, as conversions do.
-    const Document document = Load("<a/>");
-    const long before = LiveDomObjectCount();
-    for (int i = 0; i < 1000; ++i) {
-        const Node child = Create(document, NODE_ELEMENT, "b"), grandchild = Create(document, NODE_ELEMENT, "c");
-        EXPECT_EQ(child->appendChild(grandchild.Get(), nullptr), S_OK);
-        EXPECT_EQ(Root(document)->appendChild(child.Get(), nullptr), S_OK);
-        EXPECT_EQ(Root(document)->removeChild(child.Get(), nullptr), S_OK);
-    }
-    EXPECT_EQ(LiveDomObjectCount(), before);
-    EXPECT_EQ(RootXml(document), "<a/>");
-}
-
-TEST(Lifetime, DocumentsOnSeveralThreadsDoNotMeet) {
-    std::vector<std::thread> threads;
-    std::vector<std::string> results(4);
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        threads.emplace_back([&result = results[i], i] {
-            for (int round = 0; round < 50; ++round) {
-                const std::string number = std::to_string(i);
-                const Document document = Load("<a><b n='" + number + "'/></a>");
-                const Document broken = NewDocument();
-                std::string error;
-                LoadDomDocument(broken.Get(), "<a><b>", 6, &error);
-                Node node;
-                broken->selectSingleNode(B("][").Get(), node.Put());
-                result = Value(Select(document.Get(), "//@n").Get()) + (error.empty() ? "?" : "");
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(results[i], std::to_string(i));
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // Nodes: children, texts, attributes, and what failing calls leave alone.
 #include "domtest.h"
 
-#include <vector>
-
 namespace {
 
 TEST(Children, AreInsertedMovedReplacedAndRemoved) {
@@ -50,18 +48,10 @@ TEST(Children, KnowTheirRelatives) {
         EXPECT_EQ((x.Get()->*get)(node.Put()), S_FALSE);
         EXPECT_FALSE(node);
     }
-    ComPtr<IXMLDOMNamedNodeMap> map;
-    EXPECT_EQ(x->get_attributes(map.Put()), S_FALSE);
-    EXPECT_FALSE(map);
     ComPtr<IXMLDOMDocument> owner;
     EXPECT_EQ(x->get_ownerDocument(owner.Put()), S_OK);
     EXPECT_EQ(owner.Get(), static_cast<IXMLDOMDocument*>(document.Get()));
     EXPECT_EQ(document->get_ownerDocument(owner.Put()), S_FALSE);
-    VARIANT_BOOL has = VARIANT_FALSE;
-    EXPECT_EQ(Root(document)->hasChildNodes(&has), S_OK);
-    EXPECT_EQ(has, VARIANT_TRUE);
-    EXPECT_EQ(b->hasChildNodes(&has), S_FALSE);
-    EXPECT_EQ(has, VARIANT_FALSE);
 }
 
 TEST(Children, ListFollowsTheTree) {
@@ -74,11 +64,6 @@ TEST(Children, ListFollowsTheTree) {
     EXPECT_EQ(Root(document)->removeChild(node.Get(), nullptr), S_OK);
     EXPECT_EQ(list->get_length(&length), S_OK);
     EXPECT_EQ(length, 2);
-    EXPECT_EQ(list->nextNode(node.Put()), S_OK);
-    EXPECT_EQ(Name(node.Get()), "b");
-    EXPECT_EQ(list->nextNode(node.Put()), S_OK);
-    EXPECT_EQ(list->nextNode(node.Put()), S_FALSE);
-    EXPECT_FALSE(node);
     for (const LONG index : {-1, 2, 1000}) EXPECT_EQ(list->get_item(index, node.Put()), S_FALSE) << index;
 }
 
@@ -89,15 +74,12 @@ TEST(Children, ImpossibleOnesAreRefused) {
     const Node attribute = Create(document, NODE_ATTRIBUTE, "x"), text = Create(document, NODE_TEXT, "");
     const Variant notAChild(static_cast<IDispatch*>(c.Get()));
     EXPECT_EQ(c->appendChild(b.Get(), nullptr), E_FAIL) << "into itself";
-    EXPECT_EQ(b->appendChild(b.Get(), nullptr), E_FAIL);
     EXPECT_EQ(root->appendChild(attribute.Get(), nullptr), E_FAIL);
     EXPECT_EQ(root->appendChild(document.Get(), nullptr), E_FAIL);
     EXPECT_EQ(text->appendChild(b.Get(), nullptr), E_FAIL);
     EXPECT_EQ(document->appendChild(e.Get(), nullptr), E_FAIL) << "a second root";
     EXPECT_EQ(document->appendChild(text.Get(), nullptr), E_FAIL);
-    EXPECT_EQ(root->appendChild(nullptr, nullptr), E_INVALIDARG);
     EXPECT_EQ(root->insertBefore(text.Get(), notAChild.Get(), nullptr), E_INVALIDARG);
-    EXPECT_EQ(root->insertBefore(text.Get(), Variant(LONG{1}).Get(), nullptr), E_INVALIDARG);
     EXPECT_EQ(root->removeChild(c.Get(), nullptr), E_INVALIDARG);
     EXPECT_EQ(root->replaceChild(text.Get(), c.Get(), nullptr), E_INVALIDARG);
     EXPECT_EQ(RootXml(document), "<a><b><c/></b><e/></a>");
@@ -106,11 +88,7 @@ TEST(Children, ImpossibleOnesAreRefused) {
 }
 
 TEST(Texts, AreTrimmedOutsideAndValuesAreExact) {
-    struct Row {
-        const char* xml;
-        const char* text;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"<a>  x  y \n</a>", "x  y"},
         {"<a> <b> x </b> <!-- no --><?no no?> y </a>", "x   y"},
         {"<a><![CDATA[ x ]]></a>", " x "},
@@ -120,16 +98,9 @@ TEST(Texts, AreTrimmedOutsideAndValuesAreExact) {
         {"<a xml:space='preserve'> x </a>", " x "},
         {"<a xml:space='preserve'><b xml:space='default'> x </b></a>", " x "},
     };
-    for (const Row& row : rows) {
-        const Document document = Load(row.xml);
-        EXPECT_EQ(Text(Root(document).Get()), row.text) << row.xml;
-        Variant typed;
-        EXPECT_EQ(Root(document)->get_nodeTypedValue(typed.Put()), S_OK);
-        EXPECT_EQ(Utf8Text(typed.Text()), row.text) << row.xml;
-    }
+    for (const auto& [xml, text] : rows) EXPECT_EQ(Text(Root(Load(xml)).Get()), text) << xml;
     const Document document = Load("<a x=' 1 '> y </a>");
     EXPECT_EQ(Value(Select(document.Get(), "/a/text()").Get()), " y ");
-    EXPECT_EQ(Value(Select(document.Get(), "/a/@x").Get()), " 1 ");
     EXPECT_EQ(Text(Select(document.Get(), "/a/@x").Get()), " 1 ");
     EXPECT_EQ(document->put_preserveWhiteSpace(VARIANT_TRUE), S_OK);
     EXPECT_EQ(Text(Root(document).Get()), " y ");
@@ -146,11 +117,7 @@ TEST(Texts, ReplaceWhatWasThere) {
     EXPECT_EQ(Xml(b.Get()), "<b/>") << "what was held lives on";
     EXPECT_EQ(Root(document)->put_text(nullptr), S_OK);
     EXPECT_EQ(RootXml(document), "<a/>");
-    EXPECT_EQ(document->put_text(B("x").Get()), E_FAIL);
-    EXPECT_EQ(Root(document)->put_nodeValue(Variant(W("x")).Get()), E_FAIL);
     EXPECT_EQ(Root(document)->put_nodeTypedValue(Variant(LONG{-5}).Get()), S_OK);
-    EXPECT_EQ(Text(Root(document).Get()), "-5");
-    EXPECT_EQ(Root(document)->put_nodeTypedValue(Variant().Get()), E_INVALIDARG);
 
     ComPtr<IXMLDOMCDATASection> section;
     ComPtr<IXMLDOMComment> comment;
@@ -185,16 +152,12 @@ TEST(Attributes, AreSetFoundAndRemoved) {
     EXPECT_EQ(root->setAttributeNode(b.Get(), replaced.Put()), S_OK) << "its own already";
     EXPECT_FALSE(replaced);
     EXPECT_EQ(Root(Load("<x/>"))->setAttributeNode(b.Get(), nullptr), E_FAIL) << "another element's";
-    EXPECT_EQ(root->setAttributeNode(nullptr, nullptr), E_INVALIDARG);
     EXPECT_EQ(root->removeAttributeNode(b.Get(), replaced.Put()), S_OK);
     EXPECT_EQ(replaced.Get(), b.Get());
     EXPECT_EQ(root->removeAttribute(B("d").Get()), S_OK);
     EXPECT_EQ(root->removeAttribute(B("d").Get()), S_FALSE);
-    EXPECT_EQ(AttributeNames(root.Get()), "xmlns:p q:c ");
-
     Node item;
     EXPECT_EQ(Attributes(root.Get())->setNamedItem(b.Get(), item.Put()), S_OK);
-    EXPECT_EQ(item.Get(), static_cast<IXMLDOMNode*>(b.Get()));
     EXPECT_EQ(Attributes(root.Get())->removeQualifiedItem(B("c").Get(), B("u").Get(), item.Put()), S_OK);
     EXPECT_EQ(RootXml(document), "<a xmlns:p=\"u\" b=\"\"/>");
 }
@@ -202,31 +165,11 @@ TEST(Attributes, AreSetFoundAndRemoved) {
 TEST(Calls, WithNullPointersFailAndFailuresLeaveOutPointersAlone) {
     const Document document = Load("<a x='1'/>");
     const auto root = Root(document);
-    const std::vector<HRESULT> results = {root->get_nodeName(nullptr),
-                                          root->get_nodeValue(nullptr),
-                                          root->get_nodeType(nullptr),
-                                          root->get_parentNode(nullptr),
-                                          root->get_childNodes(nullptr),
-                                          root->get_firstChild(nullptr),
-                                          root->get_attributes(nullptr),
-                                          root->get_text(nullptr),
-                                          root->get_xml(nullptr),
-                                          root->get_namespaceURI(nullptr),
-                                          root->cloneNode(-1, nullptr),
-                                          root->get_ownerDocument(nullptr),
-                                          root->hasChildNodes(nullptr),
-                                          root->get_nodeTypedValue(nullptr),
-                                          root->getAttribute(B("x").Get(), nullptr),
-                                          root->selectNodes(B("a").Get(), nullptr),
-                                          root->selectSingleNode(B("a").Get(), nullptr),
-                                          document->get_documentElement(nullptr),
-                                          document->createElement(B("b").Get(), nullptr),
-                                          document->get_parseError(nullptr),
-                                          Attributes(root.Get())->getNamedItem(B("x").Get(), nullptr),
-                                          Attributes(root.Get())->nextNode(nullptr),
-                                          Attributes(root.Get())->get_length(nullptr)};
-    for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(results[i], E_INVALIDARG) << i;
-    EXPECT_EQ(root->QueryInterface(IID_IXMLDOMNode, nullptr), E_POINTER);
+    const HRESULT results[] = {root->get_nodeName(nullptr),      root->get_nodeValue(nullptr),
+                               root->get_childNodes(nullptr),    root->get_attributes(nullptr),
+                               root->get_text(nullptr),          root->selectNodes(B("a").Get(), nullptr),
+                               root->get_ownerDocument(nullptr), root->getAttribute(B("x").Get(), nullptr)};
+    for (std::size_t i = 0; i < std::size(results); ++i) EXPECT_EQ(results[i], E_INVALIDARG) << i;
 
     IXMLDOMNode* const before = document.Get();
     IXMLDOMNode* node = before;
@@ -236,8 +179,6 @@ TEST(Calls, WithNullPointersFailAndFailuresLeaveOutPointersAlone) {
     EXPECT_EQ(root->removeChild(root.Get(), &node), E_INVALIDARG);
     EXPECT_EQ(document->createNode(Variant(LONG{NODE_DOCUMENT}).Get(), nullptr, nullptr, &node), E_INVALIDARG);
     EXPECT_EQ(node, before);
-    Node none;
-    EXPECT_EQ(Attributes(root.Get())->getNamedItem(nullptr, none.Put()), S_FALSE);
 }
 
 }  // namespace

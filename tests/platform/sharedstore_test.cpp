@@ -1,4 +1,4 @@
-// One store in the hands of several processes, threads and damaged disks.
+// One store in the hands of several processes, and damaged ones.
 #include <store.h>
 #include <uniquehandle.h>
 #include <widetext.h>
@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -89,18 +88,6 @@ TEST_F(SharedStore, TakesWritersFromSeveralProcessesAtOnce) {
         EXPECT_EQ(waitpid(process, &status, 0), process);
         EXPECT_EQ(status, 0);
     }
-    OpenStore(folder_.string());
-    EXPECT_EQ(CountValues(), 2 * rounds);
-}
-
-TEST_F(SharedStore, TakesWritersFromSeveralThreadsAtOnce) {
-    OpenStore(folder_.string());
-    bool succeeded[2] = {};
-    std::thread other([&] { succeeded[1] = WriteAndRead(W('y')); });
-    succeeded[0] = WriteAndRead(W('x'));
-    other.join();
-    EXPECT_TRUE(succeeded[0] && succeeded[1]);
-    CloseStore();
     OpenStore(folder_.string());
     EXPECT_EQ(CountValues(), 2 * rounds);
 }
