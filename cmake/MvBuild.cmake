@@ -11,6 +11,7 @@ endif()
 
 option(MV_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(MV_BENCH "Build the benchmarks" OFF)
+option(MV_FUZZ "Build the fuzz targets, and all for them, with clang's libFuzzer; no tests" OFF)
 
 # Every program and library lies in one folder, as an installed driver's files do; in a package the driver's and the host's
 # lie in two, side by side.
@@ -34,7 +35,16 @@ else()
     add_compile_definitions(MV_WIDE_PREFIX=u)
     # A library with symbols that are unique in the process could never be unloaded.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
-    add_link_options(-Wl,--no-undefined)
+    # A library for fuzzing finds the sanitizer's functions in the program.
+    if(NOT MV_FUZZ)
+        add_link_options(-Wl,--no-undefined)
+    endif()
+endif()
+if(MV_FUZZ)
+    # The rule of the right class asks for type information that hidden classes do not share between libraries.
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=vptr -fno-sanitize-recover=undefined
+        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=fuzzer-no-link,address,undefined)
 endif()
 if(MV_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

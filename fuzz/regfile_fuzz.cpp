@@ -1,0 +1,26 @@
+// A .reg file from outside: its text, and a store that holds what it says.
+#include <capabilitycaches.h>
+#include <installedprinter.h>
+#include <regfile.h>
+#include <registrystore.h>
+#include <store.h>
+
+#include "fuzzhost.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    AllowRefusal([&] {
+        const RegFile file = ParseRegFile({reinterpret_cast<const char*>(data), size});
+        const std::string text = FormatRegFile(file);
+        Demand(FormatRegFile(ParseRegFile(text)) == text, "a registry file that was written reads back as it was");
+
+        OpenStore(":memory:");
+        AllowRefusal([&] { ChangeRegistryStore(file); });
+        const std::string stored = FormatRegFile(ReadRegistryStore());
+        OpenStore(":memory:");
+        ChangeRegistryStore(ParseRegFile(stored));
+        Demand(FormatRegFile(ReadRegistryStore()) == stored, "a store that was exported is imported as it was");
+        AllowRefusal([] { ListInstalledPrinters(); });
+        CloseStore();
+    });
+    return 0;
+}
