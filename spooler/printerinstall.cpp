@@ -47,8 +47,10 @@ std::string Quoted(const WideString& text) { return "'" + NarrowToUtf8(text) + "
             throw std::runtime_error(what + ": a printer's name has 1 to 219 characters, without \\ , ! and controls");
         case ERROR_PRINTER_ALREADY_EXISTS:
             throw std::runtime_error(what + ": there is a printer of that name; remove it first or take another name");
+        case ERROR_DISK_FULL:
+            throw SpoolerFailure(what + ": the disk that keeps the printers is full; make room and try again");
         default:
-            throw std::runtime_error(what + ": the spooler refused with error " + std::to_string(error));
+            throw SpoolerFailure(what + ": the spooler failed with error " + std::to_string(error));
     }
 }
 

@@ -5,12 +5,19 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <stdexcept>
 #include <string>
+
+// The spooler could not do what it was rightly asked for.
+class SpoolerFailure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 // Adds the product's driver (or brings it up to date) and a printer of it. An empty port makes one for this printer
 // alone, "MV_1:" and so on. The port's capability caches start empty when no other printer uses it. Returns the port.
 // Throws ProductError for an unusable product file, and std::runtime_error with a sentence for the user: a name that a
-// printer cannot have or one has already, a port that a printer of another product uses, a spooler that refuses.
+// printer cannot have or one has already, a port that a printer of another product uses; a SpoolerFailure for the rest.
 std::basic_string<WCHAR> InstallPrinter(const std::basic_string<WCHAR>& name, const std::filesystem::path& productFile,
                                         const std::basic_string<WCHAR>& port);
 inline std::basic_string<WCHAR> InstallPrinter(const WCHAR* name, const std::filesystem::path& productFile,

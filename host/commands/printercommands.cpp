@@ -31,6 +31,8 @@ void Install(Operation operation) {
         operation();
     } catch (const ProductError&) {
         throw;
+    } catch (const SpoolerFailure& error) {
+        throw OperationError(error.what());
     } catch (const std::runtime_error& error) {
         throw InputError(error.what());
     }
