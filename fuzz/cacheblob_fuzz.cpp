@@ -55,7 +55,7 @@ void AskSpooler(const FuzzPrinter& printer, const CapabilityGroup& group) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
-    const FuzzPrinter& printer = GetFuzzPrinter("press8434");
+    const FuzzPrinter& printer = GetFuzzPrinter("office8430");  // of few papers: its capabilities are soon made
     const CapabilityGroup& group = kCapabilityGroups[data[0] % kCapabilityGroupCount];
     ByteBuffer blob(data + 1, size - 1);
     DWORD check = 0;

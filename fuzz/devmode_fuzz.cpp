@@ -21,7 +21,6 @@ void Use(DevmodeBuffer devmode) {
         Demand(devmode.GetBytesView() == before, "making a ticket leaves the DEVMODE alone");
         const std::string text = FormatDocument(ticket.Get());
         printer.session.ApplyTicket(ReadDocumentBytes(text, "the ticket").Get(), devmode);
-        printer.session.MakeCapabilities(ticket.Get());
     });
 }
 
