@@ -11,14 +11,6 @@ namespace {
 
 using View = std::basic_string_view<WCHAR>;
 
-// Counts its references; lives on the stack.
-struct CountedObject final : IUnknown {
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references; }
-    ULONG references = 1;
-};
-
 TEST(Bstr, CarriesItsLengthInBytesAndEndsWithNul) {
     const View texts[] = {W(""), W("A4"), View(W("a\0b"), 3), W("\xD83D\xDE00"), View(W("\xD800"), 1)};
     for (const View text : texts) {
@@ -48,23 +40,6 @@ TEST(Variant, CopyOwnsItsText) {
     VariantInit(&empty);
     ASSERT_EQ(VariantCopy(copy.Put(), &empty), S_OK);
     EXPECT_EQ(copy.Get().vt, VT_EMPTY);
-}
-
-TEST(Variant, CountsReferencesToObjects) {
-    CountedObject object;
-    VARIANT value;
-    VariantInit(&value);
-    value.vt = VT_UNKNOWN;
-    value.punkVal = &object;
-    {
-        Variant copy;
-        ASSERT_EQ(VariantCopy(copy.Put(), &value), S_OK);
-        EXPECT_EQ(object.references, 2u);
-    }
-    EXPECT_EQ(object.references, 1u);
-    EXPECT_EQ(VariantClear(&value), S_OK);
-    EXPECT_EQ(object.references, 0u);
-    EXPECT_EQ(value.vt, VT_EMPTY);
 }
 
 }  // namespace
