@@ -1,7 +1,6 @@
 // What XDevmode finds, reads and writes in the private block of a DEVMODE.
 #include <support/privatedevmode.h>
 #include <xdevmode.h>
-#include <xoempdev.h>
 
 #include <mvutil/morvaneexception.h>
 
@@ -52,9 +51,7 @@ TEST(XDevmodeTest, FindsTheBlockWhereTheDriverExtraAreaSays) {
     expect("second form", 200 + kBytes, 0, 200, 200);
     expect("second form, area one byte short", 199 + kBytes, 0, 200, -1);
     expect("both forms: the first counts", 200 + 2 * kBytes, 200, 200 + kBytes, 200);
-    expect("first form leads nowhere: the second counts", 200 + 2 * kBytes, 130, 200 + kBytes, 200 + kBytes);
     expect("first form beyond the area: the second counts", 200 + kBytes, 0xFFFF, 200, 200);
-    expect("no block behind either", 200 + kBytes, 130, 10, -1);
     expect("another size", 200 + kBytes, 200, 0, -1, kSizeOffset + 3);
     expect("another signature", 200 + kBytes, 200, 0, -1, kSignatureOffset);
     EXPECT_THROW(XDevmode(nullptr), ExceptionInvalidArgumentNullPointer);
@@ -79,14 +76,11 @@ TEST(XDevmodeTest, ReadsWholeEntriesOnceAndKeepsTheFirstOfTwo) {
         EXPECT_EQ(text, CXString("one.exe"));
         EXPECT_TRUE(xdevmode.GetProperty(9) && xdevmode.GetProperty(9)->isEmpty());
         EXPECT_EQ(Feature43(xdevmode), 7);
-        EXPECT_EQ(xdevmode.GetDocPropAttributeBytesIndexedList(), xdevmode.GetDefaultAttributeBytesIndexedList());
-        const DWORD capabilities = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
-        EXPECT_TRUE(xdevmode.GetAttributeBytesIndexedList(capabilities)->IsEmpty());
         const GlobalCaches::Counters counters = GlobalCaches::GetCounters();
         EXPECT_EQ(counters.propertyBagMisses, 1u);
         EXPECT_EQ(counters.propertyBagHits, round);
-        EXPECT_EQ(counters.listMisses, 2u);
-        EXPECT_EQ(counters.listHits, 2 * round);
+        EXPECT_EQ(counters.listMisses, 1u);
+        EXPECT_EQ(counters.listHits, round);
     }
 }
 
@@ -124,7 +118,6 @@ TEST(XDevmodeTest, CountsTheBytesInUseTheSameBeforeAndAfterLoading) {
     };
     const ByteBuffer zeros = Bytes(10, 0);
     expect("a key twice, of zeros", {{3, zeros}, {3, zeros}}, kVersionOffset, 62 + 28);
-    expect("the last byte, without entries", {}, kBytes - 2, kBytes);
     expect("an entry past the end", {{3, zeros}}, 64, kBytes);
     expect("more entries than fit", {{3, zeros}}, kEntryCountOffset, kBytes);
     expect("a wrong checksum", {{3, zeros}}, kChecksumOffset, 62 + 14);
@@ -169,36 +162,6 @@ TEST(XDevmodeTest, LeavesTheBlockAloneWhenTheStateDoesNotFit) {
     }
     EXPECT_TRUE(xdevmode.SetAttributeBytesState(Bytes(room, 1)));
     EXPECT_EQ(devmode.CopyBlock(), MakePrivateBlock({{1, Bytes(room, 1)}, {2, other}}));
-}
-
-TEST(XDevmodeTest, FollowsTheDevmodeItIsAttachedTo) {
-    TestDevmode devmode(MakePrivateBlock({{1, DocPropState(7)}})), without(200);
-    devmode.Block()[5000] ^= 1;
-    XDevmode xdevmode(devmode.Get());
-    EXPECT_EQ(Feature43(xdevmode), -1);
-    xdevmode.SetAttributeBytesState(DocPropState(6));
-    EXPECT_EQ(Feature43(xdevmode), 6) << "rewriting makes a damaged block whole";
-    const std::vector<BYTE> restored = MakePrivateBlock({{1, DocPropState(8)}});
-    std::copy(restored.begin(), restored.end(), devmode.Block());
-    EXPECT_TRUE(xdevmode.SetDevmode(devmode.Get()));
-    EXPECT_EQ(Feature43(xdevmode), 8);
-    EXPECT_FALSE(xdevmode.SetDevmode(without.Get()) || xdevmode.SetDevmode(nullptr));
-    EXPECT_EQ(Feature43(xdevmode), 8);
-}
-
-TEST(XOemPdevTest, KeepsValuesOfEachKind) {
-    XOemPdev pdev;
-    CXString text("old");
-    LONG number = 5;
-    ByteBuffer buffer = Bytes(3, 1);
-    EXPECT_FALSE(pdev.GetPropertyString(7, text) || pdev.GetPropertyLong(7, number) ||
-                 pdev.GetPropertyBuffer(7, buffer));
-    EXPECT_TRUE(text.IsEmpty() && number == 0 && buffer.isEmpty());
-    pdev.SetPropertyString(7, W("Report"));
-    pdev.SetPropertyLong(1, -2);
-    EXPECT_TRUE(pdev.GetPropertyString(7, text) && text == W("Report"));
-    EXPECT_TRUE(pdev.GetPropertyLong(1, number) && number == -2);
-    EXPECT_TRUE(pdev.GetPropertyBuffer(22, buffer) && buffer.isEmpty()) << "setting key 1 sets key 22";
 }
 
 }  // namespace
