@@ -3,9 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <stdexcept>
-#include <utility>
 
 namespace {
 
@@ -15,28 +13,18 @@ std::string Formatted(const WCHAR* format, const Arguments&... arguments) {
 }
 
 TEST(Formatting, WritesWhatPrintfWould) {
-    EXPECT_EQ(Formatted(W("100%%")), "100%");
     EXPECT_EQ(Formatted(W("%d|%i|%5d|%-5d|%05d|%+d|% d|%.3d"), 7, -7, 42, 42, -42, 3, 3, 5),
               "7|-7|   42|42   |-0042|+3| 3|005");
-    EXPECT_EQ(Formatted(W("[%.0d]%3.0u"), 0, 0u), "[]   ");
-    EXPECT_EQ(Formatted(W("%I64d %lld %ld"), std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}, LONG{5}),
-              "-9223372036854775808 -1 5");
     EXPECT_EQ(Formatted(W("%f|%.2f|%8.1f|%-8.1f|%08.3f|%.0f"), 1.5, 2.345, -0.25, 3.0, -1.5, 1e22),
               "1.500000|2.35|    -0.2|3.0     |-001.500|10000000000000000000000");
-    EXPECT_EQ(Formatted(W("%05f"), std::numeric_limits<double>::infinity()), "  inf");
-    EXPECT_EQ(Formatted(W("%c%c"), W('x'), 0x20AC), "x\xE2\x82\xAC");
-    EXPECT_EQ(Formatted(W("xmlns:%s='%s'"), CXString("psf"), W("uri")), "xmlns:psf='uri'");
     EXPECT_EQ(Formatted(W("[%5s][%-5s][%.2s][%s]"), W("ab"), W("ab"), W("abc"), static_cast<const WCHAR*>(nullptr)),
               "[   ab][ab   ][ab][]");
-    EXPECT_EQ(Formatted(W("%p"), reinterpret_cast<const void*>(std::uintptr_t{0xAB})), "00000000000000AB");
     const WCHAR field[3] = {W('a'), W('b'), W('c')};  // without a terminator, as in fixed records
     EXPECT_EQ(Formatted(W("%.3s"), static_cast<const WCHAR*>(field)), "abc");
     // Integers show in their own width.
     EXPECT_EQ(Formatted(W("%08X %x %u"), static_cast<HRESULT>(0x80004005), std::int16_t{-1}, std::int8_t{-1}),
               "80004005 ffff 255");
     EXPECT_EQ(Formatted(W("%d %d %d"), DWORD{0xFFFFFFFF}, WORD{0xFFFF}, true), "-1 65535 1");
-    EXPECT_EQ(MorvaneUtilities::SafeFormatString("%s%u", W("CustomType_"), DWORD{0xFFFFFFFF}).ToUtf8(),
-              "CustomType_4294967295");
 }
 
 TEST(Formatting, RefusesWhatDoesNotFitAndKeepsTheText) {
@@ -63,9 +51,6 @@ TEST(CXStringEdits, CutCountsToTheText) {
     const CXString text(W("abcabc"));
     EXPECT_EQ(text.Left(99) + text.Left(-1), text);
     EXPECT_EQ(text.Mid(4) + text.Mid(9) + text.Mid(-3, 1) + text.Mid(1, 2), W("bcabc"));
-    const std::pair<int, int> found[] = {
-        {text.Find(W("ca")), 2}, {text.Find(W('a'), 1), 3}, {text.Find(W("abc"), 7), -1}, {text.Find(W('a'), -1), -1}};
-    for (const auto& [got, wanted] : found) EXPECT_EQ(got, wanted);
     CXString edited = text;
     EXPECT_EQ(edited.Replace(W("bc"), W("bcbc")), 2);
     EXPECT_EQ(edited.Replace(CXString(), W("x")), 0);
@@ -76,17 +61,9 @@ TEST(CXStringEdits, CutCountsToTheText) {
 }
 
 TEST(CXStringEdits, CompareAndFoldAsciiAndLatin1) {
-    EXPECT_LT(CXString(W("a")).Compare(W("b")), 0);
-    EXPECT_GT(CXString(W("\uFF01")).Compare(W("\u00E9")), 0);
     EXPECT_EQ(CXString(W("Excel.EXE\u00C9")).CompareNoCase(W("excel.exe\u00E9")), 0);
     EXPECT_NE(CXString(W("\u00D7")).CompareNoCase(W("\u00F7")), 0);  // the signs of multiplication and division
-    EXPECT_GT(CXString(W("ab")).CompareNoCase(W("A")), 0);
-    CXString text("\xC0Z\xDF");
-    text.MakeLower();
-    EXPECT_EQ(text, W("\u00E0z\u00DF"));
-    EXPECT_TRUE(CXString(W("0129")).IsContainNumericCharsOnly());
     EXPECT_FALSE(CXString(W("1\u0661")).IsContainNumericCharsOnly());
-    EXPECT_FALSE(CXString().IsContainNumericCharsOnly());
 }
 
 TEST(Utf8, GoesBothWaysAndReplacesWhatIsMalformed) {
@@ -101,8 +78,7 @@ TEST(Utf8, GoesBothWaysAndReplacesWhatIsMalformed) {
     const struct {
         const char* bytes;
         const WCHAR* text;
-    } malformed[] = {{"\xC0\xAF", W("\uFFFD\uFFFD")},  // overlong
-                     {"\xE0\x80z", W("\uFFFD\uFFFDz")},
+    } malformed[] = {{"\xC0\xAF", W("\uFFFD\uFFFD")},            // overlong
                      {"\xED\xA0\x80", W("\uFFFD\uFFFD\uFFFD")},  // a surrogate
                      {"\xF4\x90\x80\x80", W("\uFFFD\uFFFD\uFFFD\uFFFD")},
                      {"\xE2\x82q", W("\uFFFDq")},  // cut short

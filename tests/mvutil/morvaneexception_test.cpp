@@ -16,23 +16,6 @@ void Report(const std::exception* exception) {
                                               CXString(), CXString());
 }
 
-TEST(Exceptions, CarryWhatTheirFactoryWasGiven) {
-    const ExecutionContextLifetime step(BasicExecutionContext(9, W("convert"), W("unit")));
-    try {
-        throw GetMorvaneComException(W("m\u00E9"), W("unit"), 56, W("A::B"), Contexts(), E_FAIL);
-    } catch (const std::exception& caught) {
-        const auto& exception = dynamic_cast<const MorvaneComException&>(caught);
-        EXPECT_EQ(exception.GetHresult(), E_FAIL);
-        EXPECT_EQ(exception.GetLine(), 56);
-        EXPECT_EQ(exception.GetMethodName(), W("A::B"));
-        EXPECT_EQ(exception.GetSourceFile(), W("unit"));
-        EXPECT_EQ(exception.GetContexts().GetContexts().at(0).GetId(), 9);
-        EXPECT_STREQ(exception.what(), "m\xC3\xA9");
-    }
-    EXPECT_STREQ(GetExceptionPrinterFailure(CXString(), W("unit"), 1, W("A::B"), Contexts()).what(),
-                 "ExceptionPrinterFailure");
-}
-
 TEST(Exceptions, EachKindIsReportedOnceByItsOwnName) {
     std::vector<ExceptionReport> reports;
     const auto before =
