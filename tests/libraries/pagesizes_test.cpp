@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 
 namespace {
@@ -34,12 +33,10 @@ TEST(PageSizeDictionary, FindsSizesThatAreEqualInWholeMillimetres) {
     };
     const Row rows[] = {
         {210000, 297000, Dimension::Micrometres, "ISOA4"},
-        {209501, 297499, Dimension::Micrometres, "ISOA4"},
         {209500, 297000, Dimension::Micrometres, ""},  // a half rounds down
         {2159, 2794, Dimension::TenthsOfMillimetre, "NorthAmericaLetter NorthAmericaNote"},
         {114300, 263525, Dimension::Micrometres, "NorthAmericaNumber11Envelope"},
         {1143, 2635, Dimension::TenthsOfMillimetre, "NorthAmericaNumber11Envelope"},  // as a paper database keeps it
-        {8.5, 11, Dimension::Inches, "NorthAmericaLetter NorthAmericaNote"},
         {297000, 210000, Dimension::Micrometres, "ISOA4Rotated"},
         {0, 0, Dimension::Micrometres, ""},
     };
@@ -49,31 +46,6 @@ TEST(PageSizeDictionary, FindsSizesThatAreEqualInWholeMillimetres) {
             row.names)
             << row.width << " x " << row.length;
     }
-}
-
-TEST(PageSizeDictionary, HoldsEveryKeywordOnceByKind) {
-    const PageSizeDictionary dictionary(nullptr);
-    std::set<WideString> names;
-    std::set<DWORD> values;
-    for (const PageSizeTypeEnum type : {PageSizeTypeEnum::Common, PageSizeTypeEnum::Other}) {
-        for (const PageSizeDictionaryEntry* entry : dictionary.GetPageSizeEntryRefs(type)) {
-            EXPECT_EQ(entry->GetMsId() != 0, type == PageSizeTypeEnum::Common);
-            EXPECT_TRUE(entry->IsPredefinedMsOptionName());
-            values.insert(entry->GetValueId().GetValueEnum());
-            names.insert(entry->GetMsPageMediaSizeOptionName());
-        }
-    }
-    EXPECT_EQ(names.size(), 170u);
-    EXPECT_EQ(values.size(), 170u);
-    EXPECT_EQ(NamesOf(dictionary.GetPageSizeEntryRefs(PageSizeTypeEnum::Custom)), "CustomMediaSize");
-    EXPECT_EQ(NamesOf(dictionary.GetPageSizeEntryRefs(PageSizeTypeEnum::PostScriptCustom)), "PSCustomMediaSize");
-}
-
-TEST(PageSizeDictionary, ACustomSizesNumberIs256BelowANumberOfItsName) {
-    const DWORD card = PageSizeDictionary::GetCustomSizeMsId(W("Card"));
-    EXPECT_EQ(card & 0xFFFF, 256u);
-    EXPECT_EQ(card, PageSizeDictionary::GetCustomSizeMsId(W("Card")));
-    EXPECT_NE(card, PageSizeDictionary::GetCustomSizeMsId(W("card")));
 }
 
 }  // namespace
