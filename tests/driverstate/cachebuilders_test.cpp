@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr DWORD kTabloid = 6441, kSra3 = 6490;
+
 using Papers = std::vector<_tag_FormsInfoRec>;
 
 class CacheBuildersTest : public testing::Test {
@@ -47,10 +49,10 @@ protected:
 // A model of the press whose caches follow it.
 class CacheModelTest : public CacheBuildersTest {
 protected:
-    void Populate() {
+    void Populate(std::vector<DataSource*> before = {}) {
         capabilities_.Initialize(handle_, false);
-        std::vector<DataSource*> sources = {&capabilities_};
-        manager_.PopulateFromSourceData(sources);
+        before.push_back(&capabilities_);
+        manager_.PopulateFromSourceData(before);
     }
     IntegrationServices& GetServices() { return manager_.GetIntegrationInterface().GetServices(); }
 
@@ -171,6 +173,33 @@ TEST(CacheAnswers, TheCoreDriverAnswersTheSameFromTheCachesAsFromTheProduct) {
         RebuildCapabilityCaches(printer.GetHandle());
         EXPECT_EQ(answers(), before);
     }
+}
+
+// A source that takes the paper numbers of page sizes away, so that the printer's forms give them.
+class NumberlessSizes final : public DataSource {
+public:
+    void IntegrateSourceData(IntegrationInterface& integration) override {
+        for (const DWORD value : {kTabloid, kSra3})
+            integration.GetServices().GetMediaHandler().GetPageSize(ValueId(value))->SetMsId(0);
+    }
+};
+
+TEST_F(CacheModelTest, FormsGiveNumbersToTheSizesThatTheyStandFor) {
+    AddForm(handle_, W("Press Form"), 320000, 450000, FORM_PRINTER);
+    NumberlessSizes numberless;
+    Populate({&numberless});
+    const Papers papers = GetPapers();
+    ASSERT_EQ(papers.size(), 52u);
+    // Form 3 has the size of a tabloid, too, and comes first: it is never taken.
+    ExpectPaper(papers, W("Tabloid"), {17, 3, 2794, 4318, 0, 7492, 25001, {}});
+    ExpectPaper(papers, W("SRA3"), {119, 0, 3200, 4500, 0, 7491, 25002, {}});
+    const Papers mapped(papers.end() - 4, papers.end() - 2);  // before the user's form and the custom size
+    ExpectPaper(papers, W("Press Form"), {119, 119, 3200, 4500, 0, 7491, 25004, {}});
+    ExpectPaper(papers, W("11x17 in"), {17, 17, 2794, 4318, 0, 7492, 25004, {}});
+    const auto micrometres = [](LONG value) { return Dimension(value, Dimension::Micrometres); };
+    MediaHandler& media = GetServices().GetMediaHandler();
+    EXPECT_FALSE(media.AnyExist(micrometres(431800), micrometres(279400))) << "ledger is wider than long";
+    EXPECT_TRUE(media.AnyExist(micrometres(92075), micrometres(165100))) << "a form that the press does not offer";
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <support/userpapers.h>
 #include <xdevmode.h>
 
+#include <mvcore/pagesizedictionary.h>
 #include <mvutil/operatingsystem.h>
 
 namespace {
@@ -178,6 +179,33 @@ TEST_F(CapabilitiesTest, TravelThroughADevmodeToTheSpooler) {
     expect("another checksum", altered, 3, true);
     expect("cut in the last record", Cut(good, 1), 2, true);
     expect("cut in the header", Cut(good, 3 * 152 + 1), 0, false);
+}
+
+TEST_F(CapabilitiesTest, TheUsersCustomSizesHaveACheckValue) {
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(handle_, false);
+    DWORD crc = kStart;
+    EXPECT_EQ(capabilities.GetCustomFormsCRC(), crc);
+    const auto expectNext = [&](const CXString& name, LONG width, LONG length, DWORD units) {
+        _tag_FormsInfoRec record = MakePaper(0, width, length, 0, 25003, name);
+        record.displayUnits = units;
+        const DWORD id = PageSizeDictionary::GetCustomSizeMsId(name);
+        std::memcpy(&record, &id, sizeof id);
+        crc = Crc32::GetCrc(&record, sizeof record, crc);
+        EXPECT_EQ(capabilities.GetCustomFormsCRC(), crc) << name.ToUtf8();
+    };
+    UniqueKey bare;
+    RegCreateKeyExW(HKEY_CURRENT_USER, CustomSizePath(W("Bare")), 0, nullptr, 0, KEY_WRITE, nullptr, bare.Put(),
+                    nullptr);
+    expectNext(W("Bare"), 0, 0, 7492);
+    const CXString longName(WideString(100, W('z')));
+    AddCustomSize(longName, 500000, 700000);
+    expectNext(longName, 500000, 700000, 7491);
+
+    Application::SetExecutableName(W("spoolsv.exe"));
+    MSDeviceCapabilities inSpooler;
+    inSpooler.Initialize(handle_, false);
+    EXPECT_EQ(inSpooler.GetCustomFormsCRC(), kStart);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // What XDevmode finds, reads and writes in the private block of a DEVMODE.
 #include <support/privatedevmode.h>
 #include <xdevmode.h>
+#include <xoempdev.h>
 
 #include <mvutil/morvaneexception.h>
 
@@ -162,6 +163,16 @@ TEST(XDevmodeTest, LeavesTheBlockAloneWhenTheStateDoesNotFit) {
     }
     EXPECT_TRUE(xdevmode.SetAttributeBytesState(Bytes(room, 1)));
     EXPECT_EQ(devmode.CopyBlock(), MakePrivateBlock({{1, Bytes(room, 1)}, {2, other}}));
+}
+
+TEST(XOemPdevTest, SettingTheAttributeStateMarksItChanged) {
+    XOemPdev pdev;
+    LONG number = 5;
+    ByteBuffer buffer = Bytes(3, 1);
+    EXPECT_TRUE(!pdev.GetPropertyLong(1, number) && !pdev.GetPropertyBuffer(22, buffer) && number == 0);
+    pdev.SetPropertyLong(1, -2);
+    EXPECT_TRUE(pdev.GetPropertyLong(1, number) && number == -2);
+    EXPECT_TRUE(pdev.GetPropertyBuffer(22, buffer) && buffer.isEmpty());
 }
 
 }  // namespace
