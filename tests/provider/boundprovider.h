@@ -15,10 +15,6 @@ public:
     static void SetCapabilityFlags(MorvanePtProvider& provider, ULONGLONG flags) {
         provider.driverCapabilityFlags = flags;
     }
-    static bool IsColorDevice(MorvanePtProvider& provider) { return provider.IsColorDevice(); }
-    static PageSizeDictionary& GetPageSizeDictionary(MorvanePtProvider& provider) {
-        return provider.GetPageSizeDictionary();
-    }
 };
 
 // The product's printer in the open store, with a provider bound to it.
@@ -68,6 +64,12 @@ private:
 
     TestPrinter printer_;
     ComPtr<MorvanePtProvider> provider_ = ComPtr<MorvanePtProvider>::Adopt(new MorvanePtProvider);
+};
+
+// Two printers in a store of their own.
+struct ProviderTest : testing::Test {
+    const TestStore store;
+    const BoundProvider press{kPress, W("Press")}, office{kOffice, W("Office")};
 };
 
 // A DEVMODE whose block holds document properties (feature 43 = the number) and an application name.

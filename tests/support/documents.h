@@ -10,8 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <iomanip>
-#include <sstream>
 #include <string>
 #include <utility>
 
@@ -71,9 +69,9 @@ inline std::string Name(HRESULT hr) {
     if (hr == E_POINTER) return "E_POINTER";
     if (hr == E_FAIL) return "E_FAIL";
     if (hr == E_INVALIDARG) return "E_INVALIDARG";
-    std::ostringstream hex;
-    hex << "0x" << std::hex << std::uppercase << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(hr);
-    return hex.str();
+    CXString number;
+    number.Format(W("0x%08X"), static_cast<unsigned>(hr));
+    return number.ToUtf8();
 }
 
 // What a call gives back, or "throws" and what the exception carries.

@@ -24,6 +24,20 @@ Variant InnerReference(VARIANT reference) {
     return Variant(Inner(static_cast<IXMLDOMNode*>(reference.pdispVal)).Get());
 }
 
+// A method that goes through the plan, one that hands out an object at that, and one that the component never calls.
+#define PASSES(name, parameters, arguments)                                 \
+    HRESULT STDMETHODCALLTYPE name parameters override {                    \
+        return this->Forward([&] { return this->inner_->name arguments; }); \
+    }
+#define HANDS(name, parameters, result, arguments)                                         \
+    HRESULT STDMETHODCALLTYPE name parameters override {                                   \
+        return this->Hand(result, [&](auto out) { return this->inner_->name arguments; }); \
+    }
+#define REFUSES(name, parameters) \
+    HRESULT STDMETHODCALLTYPE name parameters override { return E_NOTIMPL; }
+
+// It would take a macro's argument of parameters for a product.
+// clang-format off
 template <class Interface, const IID& kInterface>
 class Proxy : public Interface {
 public:
@@ -47,18 +61,14 @@ public:
             AddRef();
             return S_OK;
         }
-        if (plan_->Fails()) return plan_->failure;
         if (IsEqualIID(iid, IID_IXMLDOMElement)) return HandOther<IXMLDOMElement>(iid, object);
-        if (IsEqualIID(iid, IID_IXMLDOMAttribute)) return HandOther<IXMLDOMAttribute>(iid, object);
         if (IsEqualIID(iid, IID_IXMLDOMNode)) return HandOther<IXMLDOMNode>(iid, object);
-        return E_NOINTERFACE;
+        return Forward([&] { return inner_->QueryInterface(iid, object); });  // an attribute, which is asked nothing
     }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPWSTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-        return E_NOTIMPL;
-    }
+    REFUSES(GetTypeInfoCount, (UINT*));
+    REFUSES(GetTypeInfo, (UINT, LCID, ITypeInfo**));
+    REFUSES(GetIDsOfNames, (REFIID, LPWSTR*, UINT, LCID, DISPID*));
+    REFUSES(Invoke, (DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*));
 
 protected:
     template <class Call>
@@ -82,36 +92,17 @@ protected:
 private:
     template <class Other>
     HRESULT HandOther(REFIID iid, void** object) {
-        const ComPtr<Other> other = inner_.template As<Other>(iid);
-        if (!other) return E_NOINTERFACE;
-        *object = MakeProxy(other.Get(), plan_).Detach();
-        return S_OK;
+        return Hand(reinterpret_cast<Other**>(object),
+                    [&](Other** out) { return inner_->QueryInterface(iid, reinterpret_cast<void**>(out)); });
     }
 
     ULONG references_ = 0;
 };
 
-// A method that goes through the plan, one that hands out an object at that, and one that the component never calls.
-#define PASSES(name, parameters, arguments)                     \
-    HRESULT STDMETHODCALLTYPE name parameters override {        \
-        return Forward([&] { return inner_->name arguments; }); \
-    }
-#define HANDS(name, parameters, result, arguments)                             \
-    HRESULT STDMETHODCALLTYPE name parameters override {                       \
-        return Hand(result, [&](auto out) { return inner_->name arguments; }); \
-    }
-#define REFUSES(name, parameters) \
-    HRESULT STDMETHODCALLTYPE name parameters override { return E_NOTIMPL; }
-
-// It would take a macro's argument of parameters for a product.
-// clang-format off
 template <class Interface, const IID& kInterface>
 class NodeProxy : public Proxy<Interface, kInterface> {
 public:
     using Proxy<Interface, kInterface>::Proxy;
-    using Proxy<Interface, kInterface>::inner_;
-    using Proxy<Interface, kInterface>::Forward;
-    using Proxy<Interface, kInterface>::Hand;
 
     PASSES(get_nodeName, (BSTR* a), (a));
     PASSES(get_nodeValue, (VARIANT* a), (a));
@@ -124,16 +115,10 @@ public:
     REFUSES(get_previousSibling, (IXMLDOMNode**));
     REFUSES(get_nextSibling, (IXMLDOMNode**));
     HANDS(get_attributes, (IXMLDOMNamedNodeMap** a), a, (out));
-    HRESULT STDMETHODCALLTYPE insertBefore(IXMLDOMNode* a, VARIANT b, IXMLDOMNode** c) override {
-        return Hand(c, [&](auto out) { return inner_->insertBefore(Inner(a).Get(), InnerReference(b).Get(), out); });
-    }
+    HANDS(insertBefore, (IXMLDOMNode* a, VARIANT b, IXMLDOMNode** c), c, (Inner(a).Get(), InnerReference(b).Get(), out));
     REFUSES(replaceChild, (IXMLDOMNode*, IXMLDOMNode*, IXMLDOMNode**));
-    HRESULT STDMETHODCALLTYPE removeChild(IXMLDOMNode* a, IXMLDOMNode** b) override {
-        return Hand(b, [&](auto out) { return inner_->removeChild(Inner(a).Get(), out); });
-    }
-    HRESULT STDMETHODCALLTYPE appendChild(IXMLDOMNode* a, IXMLDOMNode** b) override {
-        return Hand(b, [&](auto out) { return inner_->appendChild(Inner(a).Get(), out); });
-    }
+    HANDS(removeChild, (IXMLDOMNode* a, IXMLDOMNode** b), b, (Inner(a).Get(), out));
+    HANDS(appendChild, (IXMLDOMNode* a, IXMLDOMNode** b), b, (Inner(a).Get(), out));
     REFUSES(hasChildNodes, (VARIANT_BOOL*));
     REFUSES(get_ownerDocument, (IXMLDOMDocument**));
     REFUSES(cloneNode, (VARIANT_BOOL, IXMLDOMNode**));
@@ -167,20 +152,10 @@ public:
     REFUSES(setAttribute, (BSTR, VARIANT));
     REFUSES(removeAttribute, (BSTR));
     REFUSES(getAttributeNode, (BSTR, IXMLDOMAttribute**));
-    HRESULT STDMETHODCALLTYPE setAttributeNode(IXMLDOMAttribute* a, IXMLDOMAttribute** b) override {
-        return Hand(b, [&](auto out) { return inner_->setAttributeNode(Inner(a).Get(), out); });
-    }
+    PASSES(setAttributeNode, (IXMLDOMAttribute* a, IXMLDOMAttribute** b), (a, b));
     REFUSES(removeAttributeNode, (IXMLDOMAttribute*, IXMLDOMAttribute**));
     REFUSES(getElementsByTagName, (BSTR, IXMLDOMNodeList**));
     REFUSES(normalize, ());
-};
-
-class AttributeProxy final : public NodeProxy<IXMLDOMAttribute, IID_IXMLDOMAttribute> {
-public:
-    using NodeProxy::NodeProxy;
-    REFUSES(get_name, (BSTR*));
-    REFUSES(get_value, (VARIANT*));
-    REFUSES(put_value, (VARIANT));
 };
 
 class DocumentProxy final : public NodeProxy<IXMLDOMDocument2, IID_IXMLDOMDocument2> {
@@ -261,7 +236,6 @@ public:
 struct ProxyClass {
     static PlainNodeProxy Of(IXMLDOMNode*);
     static ElementProxy Of(IXMLDOMElement*);
-    static AttributeProxy Of(IXMLDOMAttribute*);
     static DocumentProxy Of(IXMLDOMDocument2*);
     static ListProxy Of(IXMLDOMNodeList*);
     static MapProxy Of(IXMLDOMNamedNodeMap*);

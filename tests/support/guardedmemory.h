@@ -3,16 +3,7 @@
 
 #include <cstddef>
 
-class GuardedMemory {
-public:
-    explicit GuardedMemory(std::size_t bytes);  // zeroed
-    ~GuardedMemory();
-    GuardedMemory(const GuardedMemory&) = delete;
-    GuardedMemory& operator=(const GuardedMemory&) = delete;
-    void* Get() const noexcept { return memory_; }
+inline constexpr std::size_t kGuardedBytes = 16384;
 
-private:
-    void* region_ = nullptr;
-    std::size_t regionBytes_ = 0;
-    void* memory_ = nullptr;
-};
+// The end of that many bytes, behind which nothing can be read; they are the process's, and zeroed at first.
+std::byte* GetEndOfGuardedMemory();

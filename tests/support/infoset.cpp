@@ -5,38 +5,36 @@
 #include <comptr.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <stdexcept>
 #include <vector>
 
 namespace {
 
-void Check(HRESULT result, const char* call) {
-    if (FAILED(result)) throw std::runtime_error(std::string(call) + " failed");
-}
-
-template <class Get>
-std::string TextOf(Get get, const char* call) {
-    Bstr text;
-    Check(get(text.Put()), call);
-    return Utf8Text(text.View());
+void Check(HRESULT result) {
+    if (FAILED(result)) throw std::runtime_error("the document cannot be read");
 }
 
 std::string ValueOf(IXMLDOMNode* node) {
     Variant value;
-    Check(node->get_nodeValue(value.Put()), "get_nodeValue");
+    Check(node->get_nodeValue(value.Put()));
     return Utf8Text(value.Text());
 }
 
-std::string NameOf(IXMLDOMNode* node) {
-    return '{' + TextOf([node](BSTR* text) { return node->get_namespaceURI(text); }, "get_namespaceURI") + '}' +
-           TextOf([node](BSTR* text) { return node->get_baseName(text); }, "get_baseName");
+std::string NodeNameOf(IXMLDOMNode* node) {
+    Bstr name;
+    Check(node->get_nodeName(name.Put()));
+    return Utf8Text(name.View());
 }
 
-std::string Quoted(const std::string& text) {
-    std::string quoted = "\"";
-    for (const char c : text) quoted += c == '\n' ? "\\n" : c == '\r' ? "\\r" : c == '\t' ? "\\t" : std::string(1, c);
-    return quoted + '"';
+std::string NameOf(IXMLDOMNode* node) {
+    Bstr uri, name;
+    Check(node->get_namespaceURI(uri.Put()));
+    Check(node->get_baseName(name.Put()));
+    return '{' + Utf8Text(uri.View()) + '}' + Utf8Text(name.View());
 }
+
+std::string Quoted(const std::string& text) { return '"' + text + '"'; }
 
 class Dump {
 public:
@@ -44,32 +42,23 @@ public:
 
     void Add(IXMLDOMNode* node, std::size_t depth) {
         DOMNodeType type = NODE_INVALID;
-        Check(node->get_nodeType(&type), "get_nodeType");
-        switch (type) {
-            case NODE_TEXT:
-            case NODE_CDATA_SECTION:
-                text_ += ValueOf(node);
-                textDepth_ = depth;
-                return;
-            case NODE_ELEMENT:
-                Line(depth, NameOf(node) + AttributesOf(node));
-                break;
-            case NODE_COMMENT:
-                Line(depth, "comment " + Quoted(ValueOf(node)));
-                return;
-            case NODE_PROCESSING_INSTRUCTION:
-                AddInstruction(node, depth);
-                return;
-            default:
-                break;
+        Check(node->get_nodeType(&type));
+        if (type == NODE_TEXT || type == NODE_CDATA_SECTION) {
+            text_ += ValueOf(node);
+            textDepth_ = depth;
+            return;
         }
-        ComPtr<IXMLDOMNode> child;
-        Check(node->get_firstChild(child.Put()), "get_firstChild");
-        while (child) {
+        if (type == NODE_ELEMENT) Line(depth, NameOf(node) + AttributesOf(node));
+        if (type == NODE_COMMENT) Line(depth, "comment " + Quoted(ValueOf(node)));
+        // MSXML shows the XML declaration as an instruction; it is no part of what the document says.
+        if (type == NODE_PROCESSING_INSTRUCTION && NodeNameOf(node) != "xml")
+            Line(depth, "instruction " + NodeNameOf(node) + ' ' + Quoted(ValueOf(node)));
+        if (type != NODE_ELEMENT && type != NODE_DOCUMENT) return;
+        ComPtr<IXMLDOMNode> child, next;
+        Check(node->get_firstChild(child.Put()));
+        for (; child; child = next) {
             Add(child.Get(), depth + 1);
-            ComPtr<IXMLDOMNode> next;
-            Check(child->get_nextSibling(next.Put()), "get_nextSibling");
-            child = next;
+            Check(child->get_nextSibling(next.Put()));
         }
         FlushText();
     }
@@ -79,29 +68,20 @@ public:
     }
 
 private:
-    void AddInstruction(IXMLDOMNode* node, std::size_t depth) {
-        const std::string name = TextOf([node](BSTR* text) { return node->get_nodeName(text); }, "get_nodeName");
-        // MSXML shows the XML declaration as one; it is no part of what the document says.
-        if (name != "xml") Line(depth, "instruction " + name + ' ' + Quoted(ValueOf(node)));
-    }
     std::string AttributesOf(IXMLDOMNode* element) const {
         ComPtr<IXMLDOMNamedNodeMap> map;
-        Check(element->get_attributes(map.Put()), "get_attributes");
-        std::vector<std::string> attributes;
-        std::vector<std::string> declarations;
-        ComPtr<IXMLDOMNode> attribute;
-        while (map && map->nextNode(attribute.Put()) == S_OK) {
-            const std::string name = TextOf([&](BSTR* text) { return attribute->get_nodeName(text); }, "get_nodeName");
+        Check(element->get_attributes(map.Put()));
+        std::vector<std::pair<bool, std::string>> attributes;  // namespace declarations behind the others
+        for (ComPtr<IXMLDOMNode> attribute; map->nextNode(attribute.Put()) == S_OK;) {
+            const std::string name = NodeNameOf(attribute.Get());
             const bool isDeclaration = name == "xmlns" || name.starts_with("xmlns:");
-            (isDeclaration ? declarations : attributes)
-                .push_back((isDeclaration ? name : NameOf(attribute.Get())) + '=' + Quoted(ValueOf(attribute.Get())));
+            if (isDeclaration && options_ == kIgnoreDeclarations) continue;
+            attributes.emplace_back(isDeclaration, (isDeclaration ? name : NameOf(attribute.Get())) + '=' +
+                                                       Quoted(ValueOf(attribute.Get())));
         }
         std::sort(attributes.begin(), attributes.end());
-        std::sort(declarations.begin(), declarations.end());
-        if (options_ != kIgnoreDeclarations)
-            attributes.insert(attributes.end(), declarations.begin(), declarations.end());
         std::string line;
-        for (const std::string& text : attributes) line += ' ' + text;
+        for (const auto& [isDeclaration, text] : attributes) line += ' ' + text;
         return line;
     }
     void FlushText() {
@@ -128,21 +108,6 @@ std::string DumpInfoset(IXMLDOMNode* node, InfosetOptions options) {
 }
 
 std::string Utf8Text(std::basic_string_view<WCHAR> text) {
-    std::string utf8;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        unsigned c = static_cast<unsigned short>(text[i]);
-        const unsigned next = i + 1 < text.size() ? static_cast<unsigned short>(text[i + 1]) : 0;
-        if ((c & 0xFC00) == 0xD800 && (next & 0xFC00) == 0xDC00) {
-            c = 0x10000 + ((c & 0x3FF) << 10) + (next & 0x3FF);
-            ++i;
-        } else if ((c & 0xF800) == 0xD800) {
-            c = '?';
-        }
-        const int more = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-        constexpr unsigned kLead[] = {0x00, 0xC0, 0xE0, 0xF0};
-        utf8.push_back(static_cast<char>(kLead[more] | (c >> (6 * more))));
-        for (int left = more - 1; left >= 0; --left)
-            utf8.push_back(static_cast<char>(0x80 | ((c >> (6 * left)) & 0x3F)));
-    }
-    return utf8;
+    const std::u8string utf8 = std::filesystem::path(text).u8string();  // a path converts alike on every host
+    return {utf8.begin(), utf8.end()};
 }

@@ -14,5 +14,5 @@ enum InfosetOptions { kWholeInfoset, kIgnoreDeclarations };
 // std::runtime_error where that answers with a failure.
 std::string DumpInfoset(IXMLDOMNode* node, InfosetOptions options = kWholeInfoset);
 
-// UTF-16 as UTF-8, for messages; lone surrogates come out as '?'.
+// UTF-16 as UTF-8; throws std::filesystem::filesystem_error at a lone surrogate.
 std::string Utf8Text(std::basic_string_view<WCHAR> text);
