@@ -3,9 +3,9 @@
 
 #include <support/jobdevmode.h>
 
-#include <mvutil/globalcaches.h>
-
 namespace {
+
+using JobTicket = ProviderTest;
 
 const std::string kName = "mk:JobMorvaneMvjtJobTicket";
 const std::string kOld = Parameter(kName, "old");
@@ -28,9 +28,7 @@ std::size_t Count(const std::string& text, const std::string& part) {
     return count;
 }
 
-TEST(JobTicket, IsTheRootsFirstChildHoweverOftenItIsMade) {
-    const TestStore store;
-    const BoundProvider press(kPress);
+TEST_F(JobTicket, IsTheRootsFirstChildHoweverOftenItIsMade) {
     TestDevmode devmode = MakeJobDevmode();
     const auto ticket = LoadUsual("PrintTicket", "<psf:Feature name='psk:PageOrientation'/>" + kOld + kOld);
     for (int time = 0; time < 2; ++time) {
@@ -40,30 +38,28 @@ TEST(JobTicket, IsTheRootsFirstChildHoweverOftenItIsMade) {
     }
 }
 
-TEST(JobTicket, IsForTheFamilyAndTheFlagOnly) {
-    const TestStore store;
+TEST_F(JobTicket, IsForTheFamilyAndTheFlagOnly) {
     const struct {
-        const char* product;
+        const BoundProvider& provider;
         ULONGLONG flags;
         bool asks;
         std::string wanted;  // number of job tickets and of the old one among them
-    } cases[] = {{kPress, 0x400, true, "1 0"},  {kPress, 0x400, false, "0 0"}, {kPress, 0, true, "1 1"},
-                 {kOffice, 0x400, true, "0 0"}, {kOffice, 0, true, "1 1"},     {kScript, 0x600, true, "0 0"}};
-    for (const auto& test : cases) {
-        const std::string name = test.product + std::to_string(test.flags) + (test.asks ? " asks" : "");
-        SCOPED_TRACE(name);
-        const BoundProvider provider(test.product, CXString(name.c_str()));
-        ProviderProbe::SetCapabilityFlags(*provider, test.flags);
-        TestDevmode devmode = MakeJobDevmode([&](auto& list) { SetBoolean(list, 286, test.asks); });
+    } cases[] = {{press, 0x400, true, "1 0"},
+                 {press, 0x400, false, "0 0"},
+                 {press, 0, true, "1 1"},
+                 {office, 0x400, true, "0 0"},
+                 {office, 0, true, "1 1"}};
+    for (const auto& [provider, flags, asks, wanted] : cases) {
+        SCOPED_TRACE(std::to_string(flags) + (asks ? " asks " : " ") + wanted);
+        ProviderProbe::SetCapabilityFlags(*provider, flags);
+        TestDevmode devmode = MakeJobDevmode([isAsked = asks](auto& list) { SetBoolean(list, 286, isAsked); });
         const auto ticket = provider.MakeTicket(devmode, kOld);
         const std::string text = TextOf(ticket);
-        EXPECT_EQ(std::to_string(Count(text, kName)) + " " + std::to_string(Count(text, ">old<")), test.wanted);
+        EXPECT_EQ(std::to_string(Count(text, kName)) + " " + std::to_string(Count(text, ">old<")), wanted);
     }
 }
 
-TEST(JobTicket, ArrivesCharacterForCharacter) {
-    const TestStore store;
-    const BoundProvider press(kPress);
+TEST_F(JobTicket, ArrivesCharacterForCharacter) {
     const std::pair<WideString, std::string> cases[] = {
         {W("Fish & <Chips> ]]> \"'"), "Fish & <Chips> ]]> \"'"},
         {W("forged\n%MVNdisposition: SAVE\r%MVNtitle: x"), "forged %MVNdisposition: SAVE %MVNtitle: x"},
@@ -83,33 +79,6 @@ TEST(JobTicket, ArrivesCharacterForCharacter) {
         EXPECT_TRUE(text.ToUtf8().ends_with("\n"));
         EXPECT_EQ(Count(text.ToUtf8(), "\n%MVNdisposition: "), 1u);
     }
-}
-
-TEST(JobTicket, IsMadeAgainWithoutReadingTheBlockAgain) {
-    const TestStore store;
-    const BoundProvider press(kPress);
-    TestDevmode devmode = MakeJobDevmode();
-    GlobalCaches::Clear();
-    press.MakeTicket(devmode);
-    const GlobalCaches::Counters first = GlobalCaches::GetCounters();
-    press.MakeTicket(devmode);
-    const GlobalCaches::Counters second = GlobalCaches::GetCounters();
-    EXPECT_EQ(second.propertyBagMisses, first.propertyBagMisses);
-    EXPECT_EQ(second.listMisses, first.listMisses);
-    EXPECT_GT(second.listHits, first.listHits);
-}
-
-TEST(JobTicket, IsDeclaredFirstForTheFlagOnly) {
-    const TestStore store;
-    const BoundProvider press(kPress);
-    const std::string old = "<psf:ParameterDef name='" + kName + "'/>";
-    const auto capabilities = press.Complete("<psf:Feature name='psk:Other'/>" + old + old);
-    EXPECT_EQ(TextsOf(capabilities, "/*/*[1]/@name | /*/*[1]//psf:Value"),
-              kName + " xsd:string 3500000 0 psk:Optional base64 ");
-    EXPECT_EQ(Count(TextOf(capabilities), kName), 1u);
-    ProviderProbe::SetCapabilityFlags(*press, 0);
-    const auto plain = press.Complete();
-    EXPECT_EQ(Count(TextOf(plain), kName), 0u);
 }
 
 }  // namespace

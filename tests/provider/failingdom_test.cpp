@@ -10,6 +10,8 @@
 
 namespace {
 
+using FailingDom = ProviderTest;
+
 ComPtr<IXMLDOMDocument2> LoadAs(const std::string& root) {
     return Load("<psf:" + root + " xmlns:psf='{psf}' xmlns:psk='{psk}' xmlns:xsi='{xsi}' xmlns:xsd='{xsd}'" +
                 " xmlns:ns0001='{mk}' version='1'>" + Feature("PageColorManagement", Option("psk:System")) +
@@ -17,9 +19,7 @@ ComPtr<IXMLDOMDocument2> LoadAs(const std::string& root) {
                 "</psf:" + root + ">");
 }
 
-TEST(FailingDom, EndsEveryOperationWithAnHresultAndNothingHeld) {
-    const TestStore store;
-    const BoundProvider press(kPress);
+TEST_F(FailingDom, EndsEveryOperationWithAnHresultAndNothingHeld) {
     // Few of each: every call that is made for one is made to fail, each time in a conversion of its own.
     StorePapers(press.GetPrinter(), {MakePaper(1, 2159, 2794, 6430, 25001, W("Letter")),
                                      MakePaper(256, 2159, 2794, 0, 25008, W("Custom Size"))});

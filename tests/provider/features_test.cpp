@@ -1,25 +1,29 @@
-// Colour management and copies, in both directions and in the capabilities.
+// Colour management and copies, in both directions and in the capabilities, with the other declared parameters.
 #include "boundprovider.h"
 
 #include <chrono>
-#include <climits>
 
 namespace {
 
+using Color = ProviderTest;
+using Copies = ProviderTest;
+using Parameters = ProviderTest;
+
 std::string Chosen(const std::string& feature, const std::string& option) { return Feature(feature, Option(option)); }
-std::string Copies(const std::string& prefix, const std::string& value) {
+std::string CopiesOf(const std::string& prefix, const std::string& value) {
     return Parameter(prefix + "JobCopiesAllDocuments", value);
 }
 
-TEST(Color, IsWrittenFromTheDevmode) {
-    const TestStore store;
-    const BoundProvider press(kPress);
+TEST_F(Color, TravelsToTheTicketAndBack) {
     const struct {
         DWORD method, intent;
         const char *methodOption, *intentOption;
-    } cases[] = {{1, 1, "psk:None", "psk:BusinessGraphics"},       {2, 2, "psk:System", "psk:Photographs"},
-                 {3, 3, "psk:Driver", "psk:RelativeColorimetric"}, {4, 4, "psk:Device", "psk:AbsoluteColorimetric"},
-                 {0, 0, "psk:Device", "psk:Photographs"},          {99, 7, "psk:Device", "psk:Photographs"}};
+        DWORD methodBack;
+    } cases[] = {{1, 1, "psk:None", "psk:BusinessGraphics", 1},
+                 {2, 2, "psk:System", "psk:Photographs", 2},
+                 {3, 3, "psk:Driver", "psk:RelativeColorimetric", 3},
+                 {4, 4, "psk:Device", "psk:AbsoluteColorimetric", 4},
+                 {99, 7, "psk:Device", "psk:Photographs", 4}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.method);
         TestDevmode devmode = MakeTestDevmode();
@@ -28,16 +32,18 @@ TEST(Color, IsWrittenFromTheDevmode) {
         const auto ticket = press.MakeTicket(devmode, Chosen("PageColorManagement", "psk:None"));
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), test.methodOption);
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), test.intentOption);
+        devmode.Get()->dmICMIntent = 9;
+        EXPECT_EQ(press.ToDevmode(ticket, devmode), S_OK);
+        EXPECT_EQ(devmode.Get()->dmICMMethod, test.methodBack);
+        EXPECT_EQ(devmode.Get()->dmICMIntent, 9u) << "the intent goes one way only";
     }
 }
 
 // One walk through the document removes them all; one walk each would take minutes.
-TEST(Color, DoubledThousandsOfTimesIsReplacedAsQuickly) {
-    const TestStore store;
-    const BoundProvider press(kPress);
+TEST_F(Color, DoubledThousandsOfTimesIsReplacedAsQuickly) {
     std::string old;
     for (int i = 0; i < 10000; ++i)
-        old += Chosen("PageColorManagement", "psk:None") + Chosen("PageMediaSize", "psk:ISOA4") + Copies("mk:", "1");
+        old += Chosen("PageColorManagement", "psk:None") + Chosen("PageMediaSize", "psk:ISOA4") + CopiesOf("mk:", "1");
     const auto ticket = LoadUsual("PrintTicket", old);
     TestDevmode devmode = MakeTestDevmode();
     const auto start = std::chrono::steady_clock::now();
@@ -47,31 +53,22 @@ TEST(Color, DoubledThousandsOfTimesIsReplacedAsQuickly) {
     EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), "0");
 }
 
-TEST(Color, IsReadFromTheTicket) {
-    const TestStore store;
-    const BoundProvider press(kPress);
+TEST_F(Color, IsReadFromKeywordsOnly) {
     const struct {
         const char* option;
         DWORD osVersion, method;
-    } cases[] = {{"psk:None", 10, 1},   {"psk:System", 10, 2}, {"psk:Driver", 10, 3},
-                 {"psk:Device", 10, 4}, {"psk:device", 10, 9}, {"mk:None", 10, 9},
-                 {"psk:Other", 10, 9},  {"psk:None", 5, 4},    {"mk:Other", 5, 4}};
+    } cases[] = {{"psk:device", 10, 9}, {"mk:None", 10, 9}, {"psk:None", 5, 4}, {"mk:Other", 5, 4}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.option);
         ProviderProbe::SetOsMajorVersion(*press, test.osVersion);
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmICMMethod = 9;
-        devmode.Get()->dmICMIntent = 9;
-        press.Apply(Chosen("PageColorManagement", test.option) + Chosen("PageICMRenderingIntent", "psk:Photographs"),
-                    devmode);
+        press.Apply(Chosen("PageColorManagement", test.option), devmode);
         EXPECT_EQ(devmode.Get()->dmICMMethod, test.method);
-        EXPECT_EQ(devmode.Get()->dmICMIntent, 9u) << "the intent goes one way only";
     }
 }
 
-TEST(Color, IsOfferedAsTheCapabilityWordAndTheSystemAllow) {
-    const TestStore store;
-    const BoundProvider press(kPress);
+TEST_F(Color, IsOfferedAsTheCapabilityWordAndTheSystemAllow) {
     const char* const intents =
         "psk:AbsoluteColorimetric psk:RelativeColorimetric psk:Photographs psk:BusinessGraphics";
     const struct {
@@ -93,51 +90,40 @@ TEST(Color, IsOfferedAsTheCapabilityWordAndTheSystemAllow) {
     }
 }
 
-TEST(Color, IsLeftAloneOnOtherFamilies) {
-    const TestStore store;
-    const BoundProvider office(kOffice);
-    TestDevmode devmode = MakeTestDevmode();
-    devmode.Get()->dmICMMethod = 9;
-    const std::string none = Chosen("PageColorManagement", "psk:None");
-    office.Apply(none, devmode);
-    EXPECT_EQ(devmode.Get()->dmICMMethod, 9u);
-    const auto ticket = office.MakeTicket(devmode, none);
-    EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageColorManagement"), "psk:None");
-    EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageICMRenderingIntent"), "-");
-}
-
-TEST(Copies, TravelInThePrivateNamespace) {
-    const TestStore store;
-    const BoundProvider office(kOffice);
+TEST_F(Copies, TravelInThePrivateNamespace) {
     const struct {
         const char *prefix, *text;
         int copies;
-    } fromTicket[] = {{"mk:", "7", 7},    {"mk:", "70000", 4464}, {"mk:", " +12x", 12}, {"mk:", "-3", -3},
-                      {"mk:", "many", 0}, {"mk:", "", 5},         {"psk:", "7", 5}};
+    } fromTicket[] = {
+        {"mk:", "70000", 4464}, {"mk:", " +12x", 12}, {"mk:", "many", 0}, {"mk:", "", 5}, {"psk:", "7", 5}};
     for (const auto& test : fromTicket) {
         SCOPED_TRACE(test.text);
         TestDevmode devmode = MakeTestDevmode();
         devmode.Get()->dmCopies = 5;
-        office.Apply(Copies(test.prefix, test.text), devmode);
+        office.Apply(CopiesOf(test.prefix, test.text), devmode);
         EXPECT_EQ(devmode.Get()->dmCopies, test.copies);
     }
-    const std::pair<SHORT, const char*> fromDevmode[] = {{1, "1"}, {SHRT_MAX, "32767"}, {-1, "4294967295"}};
-    for (const auto& [copies, text] : fromDevmode) {
-        TestDevmode devmode = MakeTestDevmode();
-        devmode.Get()->dmCopies = copies;
-        const auto ticket = office.MakeTicket(devmode, Copies("mk:", "3") + Copies("psk:", "2") + Copies("mk:", "4"));
-        EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), text);
-        EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:JobCopiesAllDocuments"), "2") << "the core driver's own";
-    }
+    TestDevmode devmode = MakeTestDevmode();
+    devmode.Get()->dmCopies = -1;
+    const auto ticket = office.MakeTicket(devmode, CopiesOf("mk:", "3") + CopiesOf("psk:", "2") + CopiesOf("mk:", "4"));
+    EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), "4294967295");
+    EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:JobCopiesAllDocuments"), "2") << "the core driver's own";
 }
 
-TEST(Copies, AreDeclaredWithThePrintersLimit) {
-    const TestStore store;
-    const BoundProvider office(kOffice);
-    const auto capabilities = office.Complete("<psf:ParameterDef name='psk:JobCopiesAllDocuments'/>");
-    EXPECT_EQ(TextsOf(capabilities, "/*/psf:ParameterDef[@name='psk:JobCopiesAllDocuments']//psf:Value"),
-              "xsd:integer 1 999 1 psk:Unconditional copies 1 Copies");
-    EXPECT_EQ(TextsOf(capabilities, "//@name[.='psk:JobCopiesAllDocuments']"), "psk:JobCopiesAllDocuments");
+TEST_F(Parameters, AreDeclaredOnceEachInTheirPlaces) {
+    const std::string ticket = "mk:JobMorvaneMvjtJobTicket", copies = "psk:JobCopiesAllDocuments",
+                      data = "mk:JobMorvaneDriverData";
+    std::string old = "<psf:Feature name='psk:Other'/>";
+    for (const std::string& name : {data, copies, ticket, ticket}) old += "<psf:ParameterDef name='" + name + "'/>";
+    const auto capabilities = press.Complete(old);
+    EXPECT_EQ(TextsOf(capabilities, "/*/*[1]//psf:Value"), "xsd:string 3500000 0 psk:Optional base64 ");
+    EXPECT_EQ(TextsOf(capabilities, "/*/psf:ParameterDef[@name='" + copies + "']//psf:Value"),
+              "xsd:integer 1 9999 1 psk:Unconditional copies 1 Copies");
+    EXPECT_EQ(TextsOf(capabilities, "/*/*[last()]//psf:Value"), "xsd:string 20000 0 psk:Optional base64 ");
+    EXPECT_EQ(TextsOf(capabilities, "//@name[contains(.,':JobCopies') or contains(.,':JobMorvane')]"),
+              ticket + " " + copies + " " + data);
+    ProviderProbe::SetCapabilityFlags(*press, 0);
+    EXPECT_EQ(TextsOf(press.Complete(), "/*/*[@name='" + ticket + "']"), "-");
 }
 
 }  // namespace

@@ -10,25 +10,21 @@
 
 namespace {
 
-ComPtr<IXMLDOMDocument2> LoadFile(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    ComPtr<IXMLDOMDocument2> document;
-    std::string error;
-    EXPECT_EQ(CreateDomDocument(document.Put()), S_OK);
-    EXPECT_EQ(LoadDomDocument(document.Get(), bytes.data(), bytes.size(), &error), S_OK) << path << ": " << error;
-    return document;
+using Samples = ProviderTest;
+
+// The documents whose files' names start so, by these names.
+std::map<std::string, ComPtr<IXMLDOMDocument2>> LoadAll(const std::string& start) {
+    std::map<std::string, ComPtr<IXMLDOMDocument2>> documents;
+    if (!std::filesystem::is_directory(MV_SAMPLE_DOCUMENTS)) return documents;
+    for (const auto& entry : std::filesystem::directory_iterator(MV_SAMPLE_DOCUMENTS)) {
+        const std::string name = entry.path().filename().string();
+        std::ifstream file(entry.path(), std::ios::binary);
+        if (name.starts_with(start)) documents[name] = Load({std::istreambuf_iterator<char>(file), {}});
+    }
+    return documents;
 }
 
-std::vector<std::filesystem::path> Samples(const std::string& start) {
-    std::vector<std::filesystem::path> files;
-    if (std::filesystem::is_directory(MV_SAMPLE_DOCUMENTS))
-        for (const auto& entry : std::filesystem::directory_iterator(MV_SAMPLE_DOCUMENTS))
-            if (entry.path().filename().string().starts_with(start)) files.push_back(entry.path());
-    return files;
-}
-
-// How often each name stands on a root child of that kind.
+// How often each name stands on a child of the root.
 std::map<std::string, int> RootNames(const ComPtr<IXMLDOMDocument2>& document) {
     std::map<std::string, int> names;
     std::istringstream list(TextsOf(document, "/*/*/@name"));
@@ -36,30 +32,15 @@ std::map<std::string, int> RootNames(const ComPtr<IXMLDOMDocument2>& document) {
     return names;
 }
 
-bool IsForeignFramework(const std::filesystem::path& path) {
-    return path.filename().string().find("foreign-framework") != std::string::npos;
-}
+TEST_F(Samples, OfTicketsValidateUnchangedAndAreConvertedOnce) {
+    for (const auto& [file, ticket] : LoadAll("ticket-")) {
+        SCOPED_TRACE(file);
+        const bool isForeign = file.find("foreign-framework") != std::string::npos;
+        const std::string infoset = DumpInfoset(ticket.Get());
+        EXPECT_EQ(press->ValidatePrintTicket(ticket.Get()), isForeign ? E_FAIL : S_NO_CONFLICT);
+        EXPECT_EQ(DumpInfoset(ticket.Get()), infoset);
+        if (isForeign) continue;
 
-TEST(Samples, OfTicketsValidateUnchanged) {
-    const auto provider = ComPtr<MorvanePtProvider>::Adopt(new MorvanePtProvider);
-    for (const auto& path : Samples("ticket-")) {
-        SCOPED_TRACE(path.filename());
-        const auto ticket = LoadFile(path);
-        const std::string before = DumpInfoset(ticket.Get());
-        EXPECT_EQ(provider->ValidatePrintTicket(ticket.Get()), IsForeignFramework(path) ? E_FAIL : S_NO_CONFLICT);
-        EXPECT_EQ(DumpInfoset(ticket.Get()), before);
-    }
-    for (const auto& path : Samples("capabilities-"))
-        EXPECT_EQ(provider->ValidatePrintTicket(LoadFile(path).Get()), E_FAIL) << path.filename();
-}
-
-TEST(Samples, ConvertedTwiceHoldOneOfEachAndKeepWhatIsForeign) {
-    const TestStore store;
-    const BoundProvider press(kPress);
-    for (const auto& path : Samples("ticket-")) {
-        if (IsForeignFramework(path)) continue;
-        SCOPED_TRACE(path.filename());
-        const auto ticket = LoadFile(path);
         const auto before = RootNames(ticket);
         TestDevmode devmode = MakeTestDevmode(4), back = MakeTestDevmode(0);
         ASSERT_EQ(press.ToTicket(devmode, ticket), S_OK);
@@ -74,12 +55,10 @@ TEST(Samples, ConvertedTwiceHoldOneOfEachAndKeepWhatIsForeign) {
     }
 }
 
-TEST(Samples, OfCapabilitiesAreCompletedOnce) {
-    const TestStore store;
-    const BoundProvider press(kPress);
-    for (const auto& path : Samples("capabilities-")) {
-        SCOPED_TRACE(path.filename());
-        const auto capabilities = LoadFile(path);
+TEST_F(Samples, OfCapabilitiesAreNoTicketsAndAreCompletedOnce) {
+    for (const auto& [file, capabilities] : LoadAll("capabilities-")) {
+        SCOPED_TRACE(file);
+        EXPECT_EQ(press->ValidatePrintTicket(capabilities.Get()), E_FAIL);
         ASSERT_EQ(press->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
         const std::string once = TextOf(capabilities);
         ASSERT_EQ(press->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
