@@ -52,22 +52,20 @@ TEST(Provider, HasThePublishedOperationsInItsFirstTwelveSlots) {
     EXPECT_EQ(slot(11, ticket.Get()), S_NO_CONFLICT);
 }
 
-TEST(Provider, BindsEachProductWithTheNamespacesThatItsCapabilityWordAsksFor) {
-    const TestStore store;
-    const std::pair<const char*, bool> products[] = {{kPress, true}, {kOffice, false}};
-    for (const auto& [product, hasNamespace] : products) {
-        SCOPED_TRACE(product);
-        const TestPrinter printer(product, CXString(product));
+using Binding = ProviderTest;
+
+TEST_F(Binding, GivesTheNamespacesThatTheCapabilityWordAsksFor) {
+    for (const auto& [printer, hasNamespace] : {std::pair{press.GetPrinter(), true}, {office.GetPrinter(), false}}) {
+        SCOPED_TRACE(hasNamespace);
         const Provider provider = MakeProvider();
         OEMPTOPTS options = OEMPT_NOSNAPSHOT;
         INT count = 7;
         BSTR* namespaces = nullptr;
         EXPECT_EQ(provider->BindPrinter(nullptr, 1, &options, &count, &namespaces), E_INVALIDARG);
         EXPECT_EQ(count, 7) << "a refused call touches nothing";
-        EXPECT_EQ(provider->BindPrinter(printer.GetHandle(), 2, &options, &count, &namespaces),
-                  E_VERSION_NOT_SUPPORTED);
+        EXPECT_EQ(provider->BindPrinter(printer, 2, &options, &count, &namespaces), E_VERSION_NOT_SUPPORTED);
         EXPECT_EQ(count, 0);
-        ASSERT_EQ(provider->BindPrinter(printer.GetHandle(), 1, &options, &count, &namespaces), S_OK);
+        ASSERT_EQ(provider->BindPrinter(printer, 1, &options, &count, &namespaces), S_OK);
         EXPECT_EQ(options, OEMPT_DEFAULT);
         Bstr uri;
         EXPECT_EQ(provider->QueryDeviceDefaultNamespace(uri.Put()), hasNamespace ? S_OK : E_NOTIMPL);

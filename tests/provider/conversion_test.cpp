@@ -34,6 +34,10 @@ TEST_F(Conversion, RefusesADevmodeThatIsNotWhole) {
         EXPECT_EQ(office->ConvertPrintTicketToDevMode(ticket.Get(), test.bytes, devmode.Get(), 0, nullptr),
                   test.expected);
     }
+    const auto ticket = LoadUsual("PrintTicket", "");
+    EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, nullptr, 0, nullptr, ticket.Get()), E_INVALIDARG);
+    EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, devmode.Get(), 0, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(office->ConvertPrintTicketToDevMode(nullptr, whole, devmode.Get(), 0, nullptr), E_INVALIDARG);
 }
 
 // Nothing behind the DEVMODE is touched: every byte after it is unreadable.

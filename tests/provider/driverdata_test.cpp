@@ -24,30 +24,27 @@ std::string Encode(const std::vector<BYTE>& payload) {
 std::string DataOf(const std::string& value) { return Parameter(kName, value); }
 
 TEST_F(DriverData, RestoresAZeroedBlockByteForByte) {
-    struct Case {
-        const char* what;
-        std::vector<BYTE> block;
-    };
-    std::vector<Case> cases = {{"entries", MakeTestDevmode(3).CopyBlock()},
-                               {"no entries", MakePrivateBlock({})},
-                               {"one key twice", MakePrivateBlock({{2, TextBytes(W("a"))}, {2, TextBytes(W("bcd"))}})}};
+    std::vector<std::pair<const char*, std::vector<BYTE>>> cases = {
+        {"entries", MakeTestDevmode(3).CopyBlock()},
+        {"no entries", MakePrivateBlock({})},
+        {"one key twice", MakePrivateBlock({{2, TextBytes(W("a"))}, {2, TextBytes(W("bcd"))}})}};
     std::vector<BYTE> trailing = MakePrivateBlock({{2, TextBytes(W("a"))}});
     trailing[5000] = 0x5A;  // behind the last entry
     privateblock::WriteDword(&trailing[privateblock::kChecksumOffset], privateblock::ComputeChecksum(trailing.data()));
     cases.push_back({"bytes behind the entries", trailing});
-    std::vector<BYTE> damaged = cases[0].block;
+    std::vector<BYTE> damaged = cases[0].second;
     damaged[100] ^= 1;
     cases.push_back({"a wrong checksum", damaged});
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.what);
-        TestDevmode devmode(test.block), other = MakeTestDevmode(77);
+    for (const auto& [what, block] : cases) {
+        SCOPED_TRACE(what);
+        TestDevmode devmode(block), other = MakeTestDevmode(77);
         const auto ticket = office.MakeTicket(devmode, DataOf("old") + DataOf("older"));
         const std::string text = ValueOf(ticket, "ParameterInit", kName);
         EXPECT_EQ(TextsOf(ticket, "/*/*[last()]/@name"), kName);
         ASSERT_EQ(office.ToTicket(devmode, ticket), S_OK);
         EXPECT_EQ(ValueOf(ticket, "ParameterInit", kName), text) << "a second conversion gives the same text";
         ASSERT_EQ(office.ToDevmode(ticket, other), S_OK);
-        EXPECT_EQ(other.CopyBlock(), test.block);
+        EXPECT_EQ(other.CopyBlock(), block);
     }
 }
 
