@@ -77,7 +77,6 @@ TEST(MvjtWriter, WritesEachLine) {
         {"146=6320 208/145=6310", "requirements", "simplex|collated"},
         {"208/145=6310", "requirements", "simplex|slipSheeting|collated"},
         {"208/145=6310 144=6254", "binding|edgeStitching|bookletMaker", "None|None|False"},
-        {"144=6254", "binding|edgeStitching|bookletMaker", "None|SinglePortrait|False"},
         {"144=6276", "binding|edgeStitching|bookletMaker", "right|None|False"},
         {"95=12499 96=12501", "xImageShift|yImageShift", "12|13"},
         {"46=5420 97=4000 98=4000", "x2ImageShift|y2ImageShift", "-|-"},

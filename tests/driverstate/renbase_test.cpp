@@ -63,18 +63,17 @@ TEST_F(RenBaseTest, MakesNoTicketUnlessTheDevmodeAsksForIt) {
 
 TEST_F(RenBaseTest, TakesEachTextFromWhereItsFlagSays) {
     pdev_.SetPropertyString(7, W("document"));
-    for (const bool own : {true, false}) {
-        TestDevmode devmode = MakeJobDevmode([own](auto& list) {
+    for (DWORD system = 437; system <= 440; ++system) {
+        TestDevmode devmode = MakeJobDevmode([&](auto& list) {
             SetText(list, 78, W("own title"));
             SetText(list, 82, W("own sender"));
             SetText(list, 83, W("own recipient"));
-            SetBoolean(list, 438, !own);
-            SetBoolean(list, 439, own);
-            SetBoolean(list, 440, !own);
+            for (const DWORD flag : {438, 439, 440}) SetBoolean(list, flag, flag == system);
         });
         ExpectLines(Generate(XDevmode(devmode.Get())),
-                    {own ? "title: own title" : "title: document", own ? "senderName: owner" : "senderName: own sender",
-                     own ? "recipientName: own recipient" : "recipientName: owner"});
+                    {system == 438 ? "title: document" : "title: own title",
+                     system == 439 ? "senderName: owner" : "senderName: own sender",
+                     system == 440 ? "recipientName: owner" : "recipientName: own recipient"});
     }
 }
 
@@ -153,34 +152,31 @@ public:
 };
 
 TEST(Identification, ComesFromTheDeviceOrFromTheJob) {
-    // Mode, source (0: not delivered), the job's items 29 and 15 and whether it has any, setting 244, family.
+    // Mode, source (0: not delivered), the job's items 29 and 15 and whether it has any, family.
     const struct {
         DWORD mode, source;
         LONG identified, kindItem;
-        const WCHAR* first244;
-        DWORD family;
-        DWORD wantedMode, wantedKind;
+        DWORD family, wantedMode, wantedKind;
         const char* wantedTexts;
     } cases[] = {
-        {7621, 0, 0, 0, W("a"), 8434, 5001, 5001, "||||"},
-        {7620, 7640, 0, 0, W("a"), 8434, 5001, 5001, "||||"},
-        {7621, 7641, 1, 0, W("a"), 8434, 5001, 5001, "||||"},
-        {7621, 7641, 0, 0, W("a"), 8434, 7621, 7680, "13|14|25|26|27"},
-        {7621, 7641, 0, 2, W("a"), 8434, 7621, 7682, "13|14|25|26|27"},
-        {7622, 7641, 1, 1, W("a"), 8434, 7622, 5001, "13|14|25|26|27"},
-        {7621, 7640, 1, 1, W("a"), 8434, 7621, 7681, "a|245|606|604|605"},
-        {7622, 7640, 0, 1, W(""), 8434, 7622, 5001, "|245|606|604|605"},
-        {7622, 7640, 0, 1, W(""), 8433, 7622, 5001, "441|245|606|604|605"},
+        {7621, 0, 0, 0, 8434, 5001, 5001, "||||"},
+        {7620, 7640, 0, 0, 8434, 5001, 5001, "||||"},
+        {7621, 7641, 1, 0, 8434, 5001, 5001, "||||"},
+        {7621, 7641, 0, 0, 8434, 7621, 7680, "13|14|25|26|27"},
+        {7621, 7641, 0, 2, 8434, 7621, 7682, "13|14|25|26|27"},
+        {7622, 7641, 1, 1, 8434, 7622, 5001, "13|14|25|26|27"},
+        {7621, 7640, 1, 1, 8434, 7621, 7681, "|245|606|604|605"},
+        {7622, 7640, 0, 1, 8433, 7622, 5001, "441|245|606|604|605"},
     };
     TestDevmode devmode(MakePrivateBlock({}));
     for (const auto& test : cases) {
         AttributesAlone settings(devmode.Get());
         XOemPdev pdev;
-        if (test.mode) SetOption(settings.list, 239, test.mode);
+        SetOption(settings.list, 239, test.mode);
         if (test.source) SetOption(settings.list, 240, test.source);
-        SetText(settings.list, 244, test.first244);
         for (const DWORD id : {245, 441, 604, 605, 606})
             SetText(settings.list, id, CXString::FromUtf8(std::to_string(id)));
+        SetText(settings.list, 244, W(""));
         SetOption(settings.list, 246, 7681);
         for (const LONG key : {13, 14, 25, 26, 27})
             pdev.SetPropertyString(key, CXString::FromUtf8(std::to_string(key)));

@@ -7,7 +7,6 @@
 #include <mvutil/cachelocation.h>
 #include <mvutil/dataencrypter.h>
 #include <mvutil/morvaneexception.h>
-#include <mvutil/operatingsystem.h>
 #include <mvutil/user.h>
 
 #include <gtest/gtest.h>
@@ -76,11 +75,9 @@ void StoreProtected(const WCHAR* name, const WCHAR* text) {
     EXPECT_TRUE(User::StoreUserDataBytesInRegistry(kKey, name, bytes));
 }
 
-TEST(UserPreferences, FollowTheUsersMeasuresAndStayOutOfTheDocument) {
+TEST(UserPreferences, StayOutOfTheDocument) {
     const TestStore store;
     PreferenceModel press;
-    EXPECT_EQ(press.model.GetOption(FeatureId(238)), OperatingSystem::UseEnglishPaperSizes() ? 7492u : 7491u);
-    EXPECT_EQ(press.model.GetOption(FeatureId(237)), OperatingSystem::IsMetricCountry() ? 7491u : 7492u);
     AttributeBytesRawList exported;
     AttributeBytesListTranslator translator;
     press.model.GetServices().GetAttributeBytesListTranslator(translator, 214, 401, 301);
