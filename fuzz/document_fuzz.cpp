@@ -11,7 +11,7 @@ namespace {
 using Document = PrintSession::Document;
 
 std::string Reread(IXMLDOMDocument2* document) {
-    const std::string text = FormatDocument(document);
+    std::string text = FormatDocument(document);
     std::string again;
     try {
         again = FormatDocument(ReadDocumentBytes(text, "the written document").Get());

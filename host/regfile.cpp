@@ -88,9 +88,10 @@ private:
         while (!bytes.empty()) {
             const std::size_t end = std::min(bytes.find('\n'), bytes.size());
             std::optional<WideString> line = ToWide(bytes.substr(0, end));
-            lines_.push_back(line ? *std::move(line) : WideString());
+            const bool isUtf8 = line.has_value();
+            lines_.push_back(std::move(line).value_or(WideString()));
             number_ = lines_.size();
-            if (!line) Fail("it is neither UTF-8 nor UTF-16 text");
+            if (!isUtf8) Fail("it is neither UTF-8 nor UTF-16 text");
             bytes.remove_prefix(std::min(end + 1, bytes.size()));
         }
         number_ = 0;

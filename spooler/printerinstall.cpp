@@ -153,7 +153,7 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
     const auto printers = ListPrinters();
     std::optional<OwnPort> made;
     if (port.empty()) made.emplace(printers);
-    const WideString ownPort = made ? made->GetName() : port;
+    WideString ownPort = made ? made->GetName() : port;
     for (const InstalledPrinter& other : printers)
         if (SharesCaches(other.port, ownPort) && !EqualNoCase(other.driver, driver))
             throw std::runtime_error("The port " + Quoted(ownPort) + " is used by the printer " + Quoted(other.name) +

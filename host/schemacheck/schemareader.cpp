@@ -85,8 +85,8 @@ static void OnStart(void* context, const xmlChar* local, const xmlChar* prefix, 
         element->prefix = Text(prefix);
         element->local = Text(local);
         element->kind = KindOf(element->local, Text(uri));
-        for (int index = 0; index < declarations; ++index)
-            element->declarations[Text(declared[2 * index])] = Text(declared[2 * index + 1]);
+        for (int index = 0; index < declarations; ++index, declared += 2)
+            element->declarations[Text(declared[0])] = Text(declared[1]);
         for (int index = 0; index < attributes; ++index, values += 5)
             element->attributes.push_back(
                 {Text(values[1]), Text(values[0]), Text(values[2]),
