@@ -134,6 +134,7 @@ std::vector<CXString> MSDeviceCapabilities::GetLoadedPaperNames(const ListOfFeat
     std::vector<PageSize*> sizes;
     media.GetPageSizes(width, length, sizes);
     std::vector<CXString> names;
+    names.reserve(sizes.size());
     for (const PageSize* size : sizes) names.push_back(size->GetDisplayString());
     return names;
 }

@@ -108,8 +108,6 @@ MVUTIL_API MorvaneComException GetMorvaneComException(const CXString& message, c
     class MVUTIL_API name : public MorvaneException {                                         \
     public:                                                                                   \
         using MorvaneException::MorvaneException;                                             \
-        name(const name&) = default;                                                          \
-        name& operator=(const name&) = default;                                               \
         ~name() override;                                                                     \
         const char* GetClassName() const noexcept override;                                   \
     };                                                                                        \
