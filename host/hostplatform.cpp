@@ -78,7 +78,7 @@ std::filesystem::path MakeTemporaryFolder(const std::string& prefix) {
     const std::filesystem::path parent = std::filesystem::temp_directory_path(error);
     std::random_device random;
     for (int attempt = 0; attempt < 100 && !error; ++attempt) {
-        const std::filesystem::path folder = parent / (prefix + FormatHex(random(), 8).substr(2));
+        std::filesystem::path folder = parent / (prefix + FormatHex(random(), 8).substr(2));
         if (std::filesystem::create_directory(folder, error)) return folder;
     }
     throw OperationError("no temporary folder can be made below '" + PathToUtf8(parent) + "'; name a folder yourself");

@@ -38,7 +38,7 @@ constexpr DWORD kWin32Facility = 0x80070000u;
 
 std::string DescribeHresult(HRESULT result) {
     const auto bits = static_cast<DWORD>(result);
-    const std::string number = FormatHex(bits, 8);
+    std::string number = FormatHex(bits, 8);
     for (const HresultName& entry : kNames)
         if (entry.result == result) return std::string(entry.name) + " (" + number + ")";
     if ((bits & kWin32FacilityMask) == kWin32Facility)

@@ -56,8 +56,8 @@ void ReadKeys(HKEY hive, const WideString& path, RegFile& file) {
     entry.path = path;
     entry.values = ReadValues(key.Get(), path);
     file.push_back(std::move(entry));
-    for (const WideString& name : ReadKeyNames(key.Get(), path))
-        ReadKeys(hive, path.empty() ? name : path + W('\\') + name, file);
+    const WideString prefix = path.empty() ? path : path + W('\\');
+    for (const WideString& name : ReadKeyNames(key.Get(), path)) ReadKeys(hive, prefix + name, file);
 }
 
 void ChangeKey(const RegFileKey& entry) {

@@ -80,7 +80,7 @@ CXString PrintDriver::GetMorvaneDriverDataFilePathFromHandle(HANDLE printer) {
     SizedBytes record;
     const DWORD error = ReadDriver(printer, record);
     if (error != ERROR_SUCCESS) ThrowPrintDriverFailure(kMethod, error);
-    const CXString file = record.Text(record.As<DRIVER_INFO_3W>()->pDataFile);
+    CXString file = record.Text(record.As<DRIVER_INFO_3W>()->pDataFile);
     if (file.IsEmpty()) ThrowPrintDriverFailure(kMethod, ERROR_FILE_NOT_FOUND);
     return file;
 }

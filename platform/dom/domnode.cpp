@@ -48,7 +48,7 @@ ComPtr<IXMLDOMNode> NodeCore::Wrap(const std::shared_ptr<DomTree>& tree, xmlNode
 
 ComPtr<IXMLDOMNode> NodeCore::WrapNew(const std::shared_ptr<DomTree>& tree, OwnedNode node) {
     ComPtr<IXMLDOMNode> wrapper = Wrap(tree, node.get());
-    node.release();
+    static_cast<void>(node.release());  // the wrapper counts in it now
     return wrapper;
 }
 

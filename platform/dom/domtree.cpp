@@ -38,7 +38,8 @@ std::uintptr_t WrapperCount(const xmlNode* root) noexcept {
 }
 
 void SetWrapperCount(xmlNode* root, std::uintptr_t count) noexcept {
-    (IsAttribute(root) ? AsAttribute(root)->psvi : root->psvi) = reinterpret_cast<void*>(count);
+    void*& member = IsAttribute(root) ? AsAttribute(root)->psvi : root->psvi;
+    member = reinterpret_cast<void*>(count);  // NOLINT(performance-no-int-to-ptr): a number is kept there
 }
 
 // The document counts nothing: it lives as long as its tree.
