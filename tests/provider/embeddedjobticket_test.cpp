@@ -69,7 +69,7 @@ TEST_F(JobTicket, ArrivesCharacterForCharacter) {
         {W(""), "Default job"},
     };
     for (const auto& [title, expected] : cases) {
-        TestDevmode devmode = MakeJobDevmode([&](auto& list) { SetText(list, 78, title); });
+        TestDevmode devmode = MakeJobDevmode([&, &title = title](auto& list) { SetText(list, 78, title); });
         const auto ticket = press.MakeTicket(devmode);
         const auto again = Load(TextOf(ticket));
         again->setProperty(Bstr(W("SelectionLanguage")).Get(), Variant(WideStringView(W("XPath"))).Get());
