@@ -46,7 +46,7 @@ std::array<WCHAR, length> MakeName(const WideString& name) {
 // A printer's capabilities: each from its cache, else from the product.
 class PrinterCapabilities {
 public:
-    explicit PrinterCapabilities(const StoredPrinter& printer) : printer_(printer), caches_(printer.port) {}
+    explicit PrinterCapabilities(const StoredPrinterBrief& printer) : printer_(printer), caches_(printer.port) {}
 
     Answer Get(WORD capability) {
         switch (capability) {
@@ -159,7 +159,7 @@ private:
         return *product_;
     }
 
-    const StoredPrinter& printer_;
+    const StoredPrinterBrief& printer_;
     CapabilityCaches caches_;
     std::shared_ptr<const ProductDescription> product_;
 };
@@ -171,7 +171,7 @@ int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR, WORD capability, LPWSTR 
     int result = -1;
     AnswerGuarded([&] {
         Require(device != nullptr, ERROR_INVALID_PRINTER_NAME);
-        const auto printer = ReadPrinter(device);
+        const auto printer = ReadPrinterBrief(device);
         Require(printer.has_value(), ERROR_INVALID_PRINTER_NAME);
         const Answer answer = PrinterCapabilities(*printer).Get(capability);
         if (output && !answer.array.empty()) std::memcpy(output, answer.array.data(), answer.array.size());

@@ -68,7 +68,7 @@ BOOL WINAPI DeletePrinterDriverW(LPWSTR server, LPWSTR environment, LPWSTR drive
 BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD bytes,
                               LPDWORD needed) {
     return AnswerGuarded([&] {
-        const WideString name = GetDriverNameOf(printer);
+        const WideString name = GetPrinterBriefOf(printer).driver;
         Require(level == 3, ERROR_INVALID_LEVEL);
         RequireEnvironment(environment);
         const auto driver = ReadDriver(name);

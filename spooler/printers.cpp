@@ -24,6 +24,21 @@ void AddPrinterInfo(InfoPacker<PRINTER_INFO_4W>& packer, const StoredPrinter& pr
     packer.AddText(&PRINTER_INFO_4W::pPrinterName, printer.name);
 }
 
+void AddPrinterInfo(InfoPacker<PRINTER_INFO_5W>& packer, const StoredPrinterBrief& printer) {
+    PRINTER_INFO_5W info{};
+    info.Attributes = printer.attributes | PRINTER_ATTRIBUTE_LOCAL;
+    packer.AddItem(info);
+    packer.AddText(&PRINTER_INFO_5W::pPrinterName, printer.name);
+    packer.AddText(&PRINTER_INFO_5W::pPortName, printer.port);
+}
+
+template <class Information, class Printer>
+void PackPrinter(const Printer& printer, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+    InfoPacker<Information> packer;
+    AddPrinterInfo(packer, printer);
+    packer.Pack(buffer, bytes, needed);
+}
+
 template <class Information>
 DWORD PackPrinters(LPBYTE buffer, DWORD bytes, LPDWORD needed) {
     InfoPacker<Information> packer;
@@ -47,7 +62,7 @@ StoredPrinter GetPrinterToAdd(const PRINTER_INFO_2W& info) {
 }
 
 UniqueKey OpenPrinterData(HANDLE printer, bool forWriting) {
-    const WideString path = GetPrinterKey(GetPrinterOf(printer).name) + W("\\PrinterDriverData");
+    const WideString path = GetPrinterKey(GetPrinterBriefOf(printer).name) + W("\\PrinterDriverData");
     return forWriting ? CreateKey(path) : OpenKey(path);
 }
 
@@ -62,7 +77,7 @@ BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE printer, LPPRINTER_DEFAULTSW) {
             *printer = OpenHandle({});
             return;
         }
-        const auto stored = ReadPrinter(name);
+        const auto stored = ReadPrinterBrief(name);
         Require(stored.has_value(), ERROR_INVALID_PRINTER_NAME);
         *printer = OpenHandle(stored->name);
     });
@@ -74,11 +89,15 @@ BOOL WINAPI ClosePrinter(HANDLE printer) {
 
 BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
     return AnswerGuarded([&] {
-        const StoredPrinter stored = GetPrinterOf(printer);
-        Require(level == 2, ERROR_INVALID_LEVEL);
-        InfoPacker<PRINTER_INFO_2W> packer;
-        AddPrinterInfo(packer, stored);
-        packer.Pack(buffer, bytes, needed);
+        switch (level) {
+            case 2:
+                return PackPrinter<PRINTER_INFO_2W>(GetPrinterOf(printer), buffer, bytes, needed);
+            case 5:
+                return PackPrinter<PRINTER_INFO_5W>(GetPrinterBriefOf(printer), buffer, bytes, needed);
+            default:
+                GetPrinterBriefOf(printer);  // what the handle is comes first
+                throw SpoolerError{ERROR_INVALID_LEVEL};
+        }
     });
 }
 
@@ -110,7 +129,7 @@ HANDLE WINAPI AddPrinterW(LPWSTR server, DWORD level, LPBYTE information) {
 }
 
 BOOL WINAPI DeletePrinter(HANDLE printer) {
-    return AnswerGuarded([&] { RemoveStoredPrinter(GetPrinterOf(printer).name); });
+    return AnswerGuarded([&] { RemoveStoredPrinter(GetPrinterBriefOf(printer).name); });
 }
 
 DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR name, LPDWORD type, LPBYTE data, DWORD bytes, LPDWORD needed) {

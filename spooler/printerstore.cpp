@@ -29,6 +29,25 @@ bool MayBeSameKey(WideStringView a, WideStringView b) noexcept {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
 }
 
+// The key is what the printer is found by; the value tells how it is written.
+void SettleName(StoredPrinterBrief& printer, const WideString& keyName) {
+    if (!MayBeSameKey(printer.name, keyName)) printer.name = keyName;
+}
+
+UniqueKey OpenPrinterKey(const WideString& name) {
+    return IsPrinterName(name) ? OpenKey(GetPrinterKey(name)) : UniqueKey();
+}
+
+// Of the printer that an open handle stands for: what the reader makes of its name.
+template <class Reader>
+auto ReadPrinterOf(HANDLE handle, Reader read) {
+    const WideString name = GetNameBehind(handle);
+    Require(!name.empty(), ERROR_INVALID_HANDLE);
+    auto printer = read(name);
+    Require(printer.has_value(), ERROR_PRINTER_DELETED);
+    return std::move(*printer);
+}
+
 }  // namespace
 
 bool IsPrinterName(const WideString& name) noexcept { return IsKeyName(name, 219, W("\\,!")); }
@@ -38,16 +57,23 @@ bool IsDriverName(const WideString& name) noexcept { return IsKeyName(name, 255,
 WideString GetPrinterKey(const WideString& name) { return KeyBelow(kPrintersKey, name); }
 
 std::optional<StoredPrinter> ReadPrinter(const WideString& name) {
-    if (!IsPrinterName(name)) return std::nullopt;
-    const UniqueKey key = OpenKey(GetPrinterKey(name));
+    const UniqueKey key = OpenPrinterKey(name);
     if (!key) return std::nullopt;
     StoredPrinter printer;
     for (const auto& value : kPrinterTexts) printer.*value.member = ReadText(key, value.valueName);
     for (const auto& value : kPrinterNumbers) printer.*value.member = ReadNumber(key, value.valueName);
     if (auto devmode = ReadValue(key, kDefaultDevmode); devmode && devmode->type == REG_BINARY)
         printer.devmode = std::move(devmode->bytes);
-    // The key is what the printer is found by; the value tells how it is written.
-    if (!MayBeSameKey(printer.name, name)) printer.name = name;
+    SettleName(printer, name);
+    return printer;
+}
+
+std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name) {
+    const UniqueKey key = OpenPrinterKey(name);
+    if (!key) return std::nullopt;
+    StoredPrinterBrief printer{ReadText(key, kPrinterNameValue), ReadText(key, kPrinterPortValue),
+                               ReadText(key, kPrinterDriverValue), ReadNumber(key, kPrinterAttributesValue)};
+    SettleName(printer, name);
     return printer;
 }
 
@@ -103,18 +129,6 @@ void WriteDriver(const StoredDriver& driver) {
 
 void RemoveStoredDriver(const WideString& name) { DeleteKey(KeyBelow(kDriversKey, name)); }
 
-WideString GetDriverNameOf(HANDLE handle) {
-    const WideString name = GetNameBehind(handle);
-    Require(!name.empty(), ERROR_INVALID_HANDLE);
-    const UniqueKey key = OpenKey(GetPrinterKey(name));
-    Require(static_cast<bool>(key), ERROR_PRINTER_DELETED);
-    return ReadText(key, kPrinterDriverValue);
-}
+StoredPrinter GetPrinterOf(HANDLE handle) { return ReadPrinterOf(handle, ReadPrinter); }
 
-StoredPrinter GetPrinterOf(HANDLE handle) {
-    const WideString name = GetNameBehind(handle);
-    Require(!name.empty(), ERROR_INVALID_HANDLE);
-    auto printer = ReadPrinter(name);
-    Require(printer.has_value(), ERROR_PRINTER_DELETED);
-    return std::move(*printer);
-}
+StoredPrinterBrief GetPrinterBriefOf(HANDLE handle) { return ReadPrinterOf(handle, ReadPrinterBrief); }

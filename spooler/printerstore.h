@@ -14,9 +14,15 @@ inline constexpr const WCHAR* kFormsKey = W("SYSTEM\\CurrentControlSet\\Control\
 inline constexpr const WCHAR* kEnvironment = W("Windows x64");
 inline constexpr DWORD kDriverVersion = 3;
 
-struct StoredPrinter {
-    WideString name, shareName, port, driver, comment, location, separatorFile, printProcessor, datatype, parameters;
-    DWORD attributes = 0, priority = 0, defaultPriority = 0, startTime = 0, untilTime = 0, averagePagesPerMinute = 0;
+// What most calls ask of a printer.
+struct StoredPrinterBrief {
+    WideString name, port, driver;
+    DWORD attributes = 0;
+};
+
+struct StoredPrinter : StoredPrinterBrief {
+    WideString shareName, comment, location, separatorFile, printProcessor, datatype, parameters;
+    DWORD priority = 0, defaultPriority = 0, startTime = 0, untilTime = 0, averagePagesPerMinute = 0;
     std::vector<BYTE> devmode;  // default DEVMODE; empty when it has none
 };
 
@@ -31,6 +37,7 @@ bool IsDriverName(const WideString& name) noexcept;
 
 WideString GetPrinterKey(const WideString& name);
 std::optional<StoredPrinter> ReadPrinter(const WideString& name);
+std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name);  // reads no other value
 std::vector<StoredPrinter> ReadPrinters();
 void CreatePrinter(const StoredPrinter& printer);  // ERROR_PRINTER_ALREADY_EXISTS; nothing is left after a failure
 void RemoveStoredPrinter(const WideString& name);
@@ -41,4 +48,4 @@ void RemoveStoredDriver(const WideString& name);
 
 // The printer that an open handle stands for. ERROR_INVALID_HANDLE, also for the print server; ERROR_PRINTER_DELETED.
 StoredPrinter GetPrinterOf(HANDLE handle);
-WideString GetDriverNameOf(HANDLE handle);  // of that printer, and nothing else read
+StoredPrinterBrief GetPrinterBriefOf(HANDLE handle);

@@ -18,11 +18,14 @@ struct StoredNumber {
     DWORD Information::*field;
 };
 
+inline constexpr const WCHAR* kPrinterNameValue = W("Name");
+inline constexpr const WCHAR* kPrinterPortValue = W("Port");
 inline constexpr const WCHAR* kPrinterDriverValue = W("Printer Driver");
+inline constexpr const WCHAR* kPrinterAttributesValue = W("Attributes");
 inline constexpr StoredText<StoredPrinter, PRINTER_INFO_2W> kPrinterTexts[] = {
-    {W("Name"), &StoredPrinter::name, &PRINTER_INFO_2W::pPrinterName},
+    {kPrinterNameValue, &StoredPrinter::name, &PRINTER_INFO_2W::pPrinterName},
     {W("Share Name"), &StoredPrinter::shareName, &PRINTER_INFO_2W::pShareName},
-    {W("Port"), &StoredPrinter::port, &PRINTER_INFO_2W::pPortName},
+    {kPrinterPortValue, &StoredPrinter::port, &PRINTER_INFO_2W::pPortName},
     {kPrinterDriverValue, &StoredPrinter::driver, &PRINTER_INFO_2W::pDriverName},
     {W("Description"), &StoredPrinter::comment, &PRINTER_INFO_2W::pComment},
     {W("Location"), &StoredPrinter::location, &PRINTER_INFO_2W::pLocation},
@@ -32,7 +35,7 @@ inline constexpr StoredText<StoredPrinter, PRINTER_INFO_2W> kPrinterTexts[] = {
     {W("Parameters"), &StoredPrinter::parameters, &PRINTER_INFO_2W::pParameters},
 };
 inline constexpr StoredNumber<StoredPrinter, PRINTER_INFO_2W> kPrinterNumbers[] = {
-    {W("Attributes"), &StoredPrinter::attributes, &PRINTER_INFO_2W::Attributes},
+    {kPrinterAttributesValue, &StoredPrinter::attributes, &PRINTER_INFO_2W::Attributes},
     {W("Priority"), &StoredPrinter::priority, &PRINTER_INFO_2W::Priority},
     {W("Default Priority"), &StoredPrinter::defaultPriority, &PRINTER_INFO_2W::DefaultPriority},
     {W("StartTime"), &StoredPrinter::startTime, &PRINTER_INFO_2W::StartTime},

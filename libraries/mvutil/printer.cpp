@@ -22,9 +22,9 @@ SizedBytes ReadPrinter(HANDLE printer, const WCHAR* methodName) {
     if (!Printer::IsValidHandle(printer)) ThrowPrinterFailure(methodName, ERROR_INVALID_HANDLE);
     SizedBytes record;
     const DWORD error = record.ReadWithLastError(
-        [&](BYTE* buffer, DWORD size, DWORD* needed) { return GetPrinterW(printer, 2, buffer, size, needed); });
+        [&](BYTE* buffer, DWORD size, DWORD* needed) { return GetPrinterW(printer, 5, buffer, size, needed); });
     if (error != ERROR_SUCCESS) ThrowPrinterFailure(methodName, error);
-    if (!record.As<PRINTER_INFO_2W>()) ThrowPrinterFailure(methodName, ERROR_INVALID_DATA);
+    if (!record.As<PRINTER_INFO_5W>()) ThrowPrinterFailure(methodName, ERROR_INVALID_DATA);
     return record;
 }
 
@@ -36,12 +36,12 @@ bool Printer::IsValidHandle(HANDLE printer) noexcept { return printer && printer
 
 CXString Printer::GetPrinterName() const {
     const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterName"));
-    return record.Text(record.As<PRINTER_INFO_2W>()->pPrinterName);
+    return record.Text(record.As<PRINTER_INFO_5W>()->pPrinterName);
 }
 
 CXString Printer::GetPrinterPort() const {
     const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterPort"));
-    return record.Text(record.As<PRINTER_INFO_2W>()->pPortName);
+    return record.Text(record.As<PRINTER_INFO_5W>()->pPortName);
 }
 
 bool Printer::GetPrinterDataW(const CXString& name, DWORD& type, ByteBuffer& value) const {

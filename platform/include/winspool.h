@@ -53,6 +53,14 @@ struct PRINTER_INFO_4W {
     DWORD Attributes;
 };
 
+struct PRINTER_INFO_5W {
+    LPWSTR pPrinterName;
+    LPWSTR pPortName;
+    DWORD Attributes;
+    DWORD DeviceNotSelectedTimeout;
+    DWORD TransmissionRetryTimeout;
+};
+
 struct DRIVER_INFO_3W {
     DWORD cVersion;
     LPWSTR pName;
