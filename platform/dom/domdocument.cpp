@@ -191,7 +191,7 @@ private:
         return Guarded([&] {
             if (!out) return E_INVALIDARG;
             OwnedNode node;
-            const std::string uri = ContentToUtf8(ViewOf(namespaceUri));
+            const std::string_view uri = namespaceUri ? Tree().UriToUtf8(ViewOf(namespaceUri)) : std::string_view();
             HRESULT result = NewNode(Tree(), type, RawToUtf8(ViewOf(name)), uri, std::string(), &node);
             if (FAILED(result)) return result;
             ComPtr<IXMLDOMNode> wrapper = WrapNew(SharedTree(), std::move(node));

@@ -145,6 +145,14 @@ xmlNs* DomTree::Namespace(std::string_view prefix, std::string_view uri) {
     return &record;
 }
 
+std::string_view DomTree::UriToUtf8(WideView uri) {
+    if (uri != lastUri_) {
+        lastUriUtf8_ = ContentToUtf8(uri);
+        lastUri_ = uri;
+    }
+    return lastUriUtf8_;
+}
+
 void DomTree::Detach(xmlNode* node) noexcept {
     if (!node->parent) return;
     xmlNode* const root = RootOf(node);

@@ -106,6 +106,8 @@ public:
     std::uint64_t Changes() const noexcept { return changes_; }
     // The tree's one record of the pair; null for an empty URI. An empty prefix stands for none.
     xmlNs* Namespace(std::string_view prefix, std::string_view uri);
+    // As ContentToUtf8, until the next call: one URI after the other is the same.
+    std::string_view UriToUtf8(WideView uri);
 
     // Unlinks the node from its parent, if it has one; it becomes an orphan. Somebody holds a part of it.
     void Detach(xmlNode* node) noexcept;
@@ -132,6 +134,8 @@ private:
 
     xmlDoc* document_;
     std::uint64_t changes_;
+    std::basic_string<WCHAR> lastUri_;
+    std::string lastUriUtf8_;
     // By prefix and URI; found without copying either.
     struct NamespaceOrder {
         using is_transparent = void;
