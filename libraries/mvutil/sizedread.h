@@ -11,12 +11,13 @@
 class SizedBytes {
 public:
     static constexpr DWORD kMaximum = 16u << 20;  // no value that this library reads comes near
+    static constexpr DWORD kFirstBytes = 4096;    // holds a driver's record with its files, which are asked for often
 
     // Calls read(buffer, bytes, needed) until the buffer is large enough. The call gives a Win32 error code and stores
     // the size that it needs or has used. The last error code; the bytes are empty unless that is ERROR_SUCCESS.
     template <class Call>
     DWORD Read(Call read) {
-        DWORD size = 1024;
+        DWORD size = kFirstBytes;
         for (int attempt = 0; attempt < 8; ++attempt) {
             bytes_.resize(size);
             DWORD needed = 0;
