@@ -39,8 +39,8 @@ UniqueKey OpenPrinterKey(const WideString& name) {
 }
 
 // Of the printer that an open handle stands for: what the reader makes of its name.
-template <class Reader>
-auto ReadPrinterOf(HANDLE handle, Reader read) {
+template <class Printer>
+Printer ReadPrinterOf(HANDLE handle, std::optional<Printer> (*read)(const WideString& name)) {
     const WideString name = GetNameBehind(handle);
     Require(!name.empty(), ERROR_INVALID_HANDLE);
     auto printer = read(name);
@@ -129,6 +129,8 @@ void WriteDriver(const StoredDriver& driver) {
 
 void RemoveStoredDriver(const WideString& name) { DeleteKey(KeyBelow(kDriversKey, name)); }
 
-StoredPrinter GetPrinterOf(HANDLE handle) { return ReadPrinterOf(handle, ReadPrinter); }
+StoredPrinter GetPrinterOf(HANDLE handle) { return ReadPrinterOf<StoredPrinter>(handle, ReadPrinter); }
 
-StoredPrinterBrief GetPrinterBriefOf(HANDLE handle) { return ReadPrinterOf(handle, ReadPrinterBrief); }
+StoredPrinterBrief GetPrinterBriefOf(HANDLE handle) {
+    return ReadPrinterOf<StoredPrinterBrief>(handle, ReadPrinterBrief);
+}
