@@ -3,10 +3,7 @@
 
 #include <livecounts.h>
 #include <support/jobdevmode.h>
-
-#include <malloc.h>
-
-#include <filesystem>
+#include <support/processuse.h>
 
 namespace {
 
@@ -16,12 +13,7 @@ using Soak = ProviderTest;
 constexpr int kWarmUp = 50;
 constexpr int kRounds = 5000;
 // The allocator's own rounding, and what caches fill up with once.
-constexpr std::size_t kHeapTolerance = 256 * 1024;
-
-std::ptrdiff_t CountOpenFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
-}
+constexpr std::size_t kHeapTolerance = std::size_t{256} * 1024;
 
 TEST_F(Soak, TenThousandConversionsHoldNoMoreThanAHundred) {
     TestDevmode devmode = MakeJobDevmode();  // with its job ticket embedded
@@ -31,14 +23,14 @@ TEST_F(Soak, TenThousandConversionsHoldNoMoreThanAHundred) {
         ASSERT_EQ(press.ToDevmode(ticket, devmode), S_OK);
     };
     for (int i = 0; i < kWarmUp; ++i) convert();
-    const std::size_t heapBytes = mallinfo2().uordblks;  // allocated and not freed
-    const std::ptrdiff_t files = CountOpenFiles();
+    const ProcessUse early = MeasureProcessUse();
     const long nodes = LiveDomObjectCount(), texts = LiveBstrCount();
     for (int i = kWarmUp; i < kRounds; ++i) convert();
-    EXPECT_LE(mallinfo2().uordblks, heapBytes + kHeapTolerance);
+    const ProcessUse late = MeasureProcessUse();
+    EXPECT_LE(late.heapBytes, early.heapBytes + kHeapTolerance);
+    EXPECT_EQ(late.openHandles, early.openHandles);
     EXPECT_EQ(LiveDomObjectCount(), nodes);
     EXPECT_EQ(LiveBstrCount(), texts);
-    EXPECT_EQ(CountOpenFiles(), files);
 }
 
 }  // namespace
