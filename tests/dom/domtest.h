@@ -6,7 +6,6 @@
 #include <bstr.h>
 #include <comptr.h>
 #include <domdocument.h>
-#include <livecounts.h>
 #include <widetext.h>
 
 #include <gtest/gtest.h>
@@ -41,30 +40,22 @@ inline ComPtr<IXMLDOMElement> Root(const Document& document) {
     return root;
 }
 
-inline std::string Xml(IXMLDOMNode* node) {
+// What one of a node's properties holds.
+inline std::string Ask(IXMLDOMNode* node, HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*get)(BSTR*)) {
     Bstr text;
-    EXPECT_EQ(node->get_xml(text.Put()), S_OK);
+    EXPECT_EQ((node->*get)(text.Put()), S_OK);
     return S(text);
 }
+inline std::string Xml(IXMLDOMNode* node) { return Ask(node, &IXMLDOMNode::get_xml); }
+inline std::string Text(IXMLDOMNode* node) { return Ask(node, &IXMLDOMNode::get_text); }
+inline std::string Name(IXMLDOMNode* node) { return Ask(node, &IXMLDOMNode::get_nodeName); }
 
 inline std::string RootXml(const Document& document) { return Xml(Root(document).Get()); }
-
-inline std::string Text(IXMLDOMNode* node) {
-    Bstr text;
-    EXPECT_EQ(node->get_text(text.Put()), S_OK);
-    return S(text);
-}
 
 inline std::string Value(IXMLDOMNode* node) {
     Variant value;
     EXPECT_EQ(node->get_nodeValue(value.Put()), S_OK);
     return Utf8Text(value.Text());
-}
-
-inline std::string Name(IXMLDOMNode* node) {
-    Bstr name;
-    EXPECT_EQ(node->get_nodeName(name.Put()), S_OK);
-    return S(name);
 }
 
 inline Node Select(IXMLDOMNode* from, std::string_view query) {
@@ -113,4 +104,11 @@ inline std::string Serialised(const Document& document) {
     std::string utf8;
     EXPECT_EQ(SerialiseDomDocument(document.Get(), &utf8), S_OK);
     return utf8;
+}
+
+// ASCII in two bytes a character, with a byte order mark or without.
+inline std::string Utf16(std::string_view ascii, bool bigEndian, bool mark) {
+    std::string bytes = !mark ? "" : bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char c : ascii) bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
+    return bytes;
 }

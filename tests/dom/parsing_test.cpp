@@ -1,21 +1,7 @@
 // In and out: what a document says survives, whatever form it comes in; what is no document is refused.
 #include "domtest.h"
 
-#include <filesystem>
-#include <fstream>
-
 namespace {
-
-std::string Utf16(std::string_view ascii, bool bigEndian, bool mark) {
-    std::string bytes;
-    const auto add = [&](unsigned unit) {
-        const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
-        bytes += bigEndian ? std::string{high, low} : std::string{low, high};
-    };
-    if (mark) add(0xFEFF);
-    for (const char c : ascii) add(static_cast<unsigned char>(c));
-    return bytes;
-}
 
 // Through the text that a file gets, and through the one that get_xml gives.
 void ExpectRoundTrip(const std::string& bytes) {
@@ -51,19 +37,6 @@ TEST(Parsing, KeepsTheInfosetOfPeculiarDocuments) {
     }
 }
 
-TEST(Parsing, KeepsTheInfosetOfDocumentsThatOtherSoftwareMade) {
-    if (!std::filesystem::is_directory(MV_SAMPLE_DOCUMENTS)) return;
-    int count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(MV_SAMPLE_DOCUMENTS)) {
-        if (entry.path().extension() != ".xml") continue;
-        SCOPED_TRACE(entry.path().string());
-        std::ifstream file(entry.path(), std::ios::binary);
-        ExpectRoundTrip(std::string(std::istreambuf_iterator<char>(file), {}));
-        ++count;
-    }
-    EXPECT_GT(count, 0);
-}
-
 TEST(Parsing, WritesAttributesAndDeclarationsInTheOrderRead) {
     const std::string xml =
         "<p:a version=\"1\" xmlns:q=\"urn:2\" q:y=\"2\" xmlns:p=\"urn:1\" z=\"\xC3\xA4 &amp; "
@@ -87,7 +60,6 @@ TEST(Parsing, RefusesWithASentence) {
         {"<a p:b='1'/>", "prefix 'p'"},
         {"<a xmlns:p=''/>", "xmlns:p"},
         {"<a xmlns:xml='urn:1'/>", "xmlns:xml"},
-        {"<a xmlns:xmlns='urn:1'/>", "xmlns:xmlns"},
         {"<a:b:c xmlns:a='urn:1'/>", "qualified name"},
         {"<a xmlns:p='u' xmlns:q='u' p:x='1' q:x='2'/>", "twice"},
         {"<a>\x01</a>", "line 1"},
@@ -122,22 +94,14 @@ TEST(Parsing, RefusesADocumentCutAtAnyByte) {
 TEST(Parsing, LoadXmlAnswersAsPublished) {
     const Document document = NewDocument();
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    ComPtr<IXMLDOMParseError> error;
-    LONG number = -1;
     EXPECT_EQ(document->loadXML(B("<?xml version='1.0' encoding='utf-16'?><a> <b> x </b>\n</a>").Get(), &loaded), S_OK);
     EXPECT_EQ(loaded, VARIANT_TRUE);
     EXPECT_EQ(RootXml(document), "<a><b> x </b></a>") << "texts of nothing but white space go, unless they are to stay";
-    EXPECT_EQ(document->get_parseError(error.Put()), S_OK);
-    EXPECT_EQ(error->get_errorCode(&number), S_FALSE);
-
     const WCHAR lone[] = {'<', 'a', '>', 0xD800, '<', '/', 'a', '>'};
     for (const Bstr& text : {B("<a>\n<b></a>"), Bstr(), Bstr({lone, 8})}) {
         EXPECT_EQ(document->loadXML(text.Get(), &loaded), S_FALSE);
         EXPECT_EQ(loaded, VARIANT_FALSE);
         EXPECT_FALSE(Root(document));
-        EXPECT_EQ(document->get_parseError(error.Put()), S_OK);
-        EXPECT_EQ(error->get_errorCode(&number), S_OK);
-        EXPECT_EQ(static_cast<HRESULT>(number), E_XML_NOTWF);
     }
 }
 

@@ -8,12 +8,6 @@
 
 namespace {
 
-std::string AsUtf16(std::string_view text, bool bigEndian, bool mark) {
-    std::string bytes = !mark ? "" : bigEndian ? "\xFE\xFF" : "\xFF\xFE";
-    for (const char c : text) bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
-    return bytes;
-}
-
 TEST(DocumentType, IsSeenInTheProlog) {
     const std::pair<const char*, bool> rows[] = {
         {"<!DOCTYPE a><a/>", true},
@@ -32,14 +26,13 @@ TEST(DocumentType, IsSeenInTheProlog) {
         EXPECT_EQ(HoldsDocumentType(text), holds) << text;
         EXPECT_EQ(HoldsDocumentType(std::string("\xEF\xBB\xBF") + text), holds) << text;
         for (const bool bigEndian : {false, true}) {
-            EXPECT_EQ(HoldsDocumentType(AsUtf16(text, bigEndian, true)), holds) << text;
+            EXPECT_EQ(HoldsDocumentType(Utf16(text, bigEndian, true)), holds) << text;
         }
     }
-    EXPECT_TRUE(HoldsDocumentType(AsUtf16("<!DOCTYPE a><a/>", false, false)));
-    EXPECT_TRUE(HoldsDocumentType(AsUtf16("<!DOCTYPE a><a/>", true, false)));
+    EXPECT_TRUE(HoldsDocumentType(Utf16("<!DOCTYPE a><a/>", false, false)));
+    EXPECT_TRUE(HoldsDocumentType(Utf16("<!DOCTYPE a><a/>", true, false)));
     // U+2D2D and U+3E2D hold the bytes of "-->", which end no comment.
-    EXPECT_FALSE(
-        HoldsDocumentType(AsUtf16("<!--", false, true) + "--->" + AsUtf16("<!DOCTYPE a>--><a/>", false, false)));
+    EXPECT_FALSE(HoldsDocumentType(Utf16("<!--", false, true) + "--->" + Utf16("<!DOCTYPE a>--><a/>", false, false)));
 }
 
 TEST(XmlFile, IsReadAndWrittenWhole) {
