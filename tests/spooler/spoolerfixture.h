@@ -1,9 +1,10 @@
 // A store of its own for each test of the spooler, and short forms of its calls.
 #pragma once
 
+#include <support/printerfixture.h>
+
 #include <spooler/printerinstall.h>
 #include <spooler/spoolertext.h>
-#include <store.h>
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -11,6 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstring>
 #include <vector>
 
 inline WCHAR* Writable(const WideString& text) { return const_cast<WCHAR*>(text.c_str()); }
@@ -23,17 +27,11 @@ LPBYTE BytesOf(Information& information) {
 
 class SpoolerTest : public testing::Test {
 protected:
-    SpoolerTest() { OpenStore(":memory:"); }
     ~SpoolerTest() override {
         for (const HANDLE printer : opened_) ClosePrinter(printer);
-        CloseStore();
     }
 
-    // The tests run in the folder of the programs, where the products lie.
-    static std::filesystem::path ProductFile(const std::string& name) {
-        return std::filesystem::path("products") / name / (name + ".toml");
-    }
-    HANDLE Install(const WCHAR* name, const std::string& product = "press8434", const WCHAR* port = W("")) {
+    HANDLE Install(const WCHAR* name, const std::string& product = kPress, const WCHAR* port = W("")) {
         InstallPrinter(name, ProductFile(product), port);
         return Open(name);
     }
@@ -44,5 +42,6 @@ protected:
     }
 
 private:
+    TestStore store_;
     std::vector<HANDLE> opened_;
 };
