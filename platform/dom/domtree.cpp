@@ -7,6 +7,7 @@
 #include <libxml/parser.h>
 
 #include <atomic>
+#include <cstring>
 #include <new>
 
 namespace dom {
@@ -146,11 +147,15 @@ xmlNs* DomTree::Namespace(std::string_view prefix, std::string_view uri) {
 }
 
 std::string_view DomTree::UriToUtf8(WideView uri) {
-    if (uri != lastUri_) {
-        lastUriUtf8_ = ContentToUtf8(uri);
-        lastUri_ = uri;
+    for (const auto& [wide, utf8] : recentUris_) {
+        if (wide.size() == uri.size() && std::memcmp(wide.data(), uri.data(), uri.size() * sizeof(WCHAR)) == 0)
+            return utf8;
     }
-    return lastUriUtf8_;
+    std::pair converted(std::basic_string<WCHAR>(uri), ContentToUtf8(uri));
+    auto& slot = recentUris_[oldestUri_];
+    oldestUri_ = (oldestUri_ + 1) % recentUris_.size();
+    slot = std::move(converted);
+    return slot.second;
 }
 
 void DomTree::Detach(xmlNode* node) noexcept {

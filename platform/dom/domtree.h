@@ -16,6 +16,7 @@
 
 #include <libxml/tree.h>
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -106,7 +107,7 @@ public:
     std::uint64_t Changes() const noexcept { return changes_; }
     // The tree's one record of the pair; null for an empty URI. An empty prefix stands for none.
     xmlNs* Namespace(std::string_view prefix, std::string_view uri);
-    // As ContentToUtf8, until the next call: one URI after the other is the same.
+    // As ContentToUtf8, until the next call; the few URIs of a document are kept.
     std::string_view UriToUtf8(WideView uri);
 
     // Unlinks the node from its parent, if it has one; it becomes an orphan. Somebody holds a part of it.
@@ -134,8 +135,8 @@ private:
 
     xmlDoc* document_;
     std::uint64_t changes_;
-    std::basic_string<WCHAR> lastUri_;
-    std::string lastUriUtf8_;
+    std::array<std::pair<std::basic_string<WCHAR>, std::string>, 4> recentUris_;  // as given, and as UTF-8
+    std::size_t oldestUri_ = 0;
     // By prefix and URI; found without copying either.
     struct NamespaceOrder {
         using is_transparent = void;
