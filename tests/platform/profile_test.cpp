@@ -55,8 +55,6 @@ TEST_F(Profile, ReadsEveryEncoding) {
     DWORD length = 0;
     Write("[A]\nn=\xC3(\n");
     EXPECT_EQ(Read(W("A"), 6, length), Text(W("n=\xFFFD(\0\0"), 6));
-    Write(Utf16(Text(W("[A]\nn=")) + WCHAR{0xD800}) + "x");
-    EXPECT_EQ(Read(W("A"), 5, length), Text(W("n=")) + WCHAR{0xD800} + W('\0') + W('\0'));
 }
 
 TEST_F(Profile, ListsTheLinesOfTheFirstSectionOfThatName) {

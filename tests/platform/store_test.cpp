@@ -28,6 +28,4 @@ TEST(Store, InMemoryKeepsBothHivesApartAndEndsWhenClosed) {
     CloseStore();
 }
 
-TEST(Store, WithoutFolderIsRefused) { EXPECT_THROW(OpenStore(""), std::runtime_error); }
-
 }  // namespace

@@ -1,4 +1,4 @@
-// The error of the last call, critical sections and the version.
+// The error of the last call, and critical sections.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -36,14 +36,6 @@ TEST(System, CriticalSectionsAreEnteredAgainByTheirThreadOnly) {
     other.join();
     DeleteCriticalSection(&section);
     EXPECT_EQ(count, 4000);
-}
-
-TEST(System, VersionNeedsTheRecordsSize) {
-    OSVERSIONINFOW version = {};
-    EXPECT_FALSE(GetVersionExW(&version));
-    version.dwOSVersionInfoSize = sizeof version;
-    ASSERT_TRUE(GetVersionExW(&version));
-    EXPECT_EQ(version.dwMajorVersion, 10u);
 }
 
 }  // namespace
