@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr const WCHAR* kStamp = W("XInstallableOptionsState");
 const ByteBuffer kNuggets("some nuggets", 12), kState("state", 5);
 
 class Provider final : public DataSourceProvider {
@@ -49,18 +48,6 @@ TEST_F(DataSourceProviderTest, BothItemsAreCurrentAsLongAsTheConfigurationStands
     expect("state stored once more", -1, 1, false, true);
     provider_.DeleteDataModelState(handle_);
     expect("state deleted", -1, -1, false, false);
-}
-
-TEST_F(DataSourceProviderTest, CopiesNuggetsAndStampToTheCurrentUser) {
-    DataCache machine(handle_, HKEY_LOCAL_MACHINE, printer_.GetCacheKey(), 0, true);
-    machine.SetCachedValue(W("XDataModelInfoNuggets"), kNuggets, false);
-    machine.SetCachedValue(kStamp, LONG{77}, false);
-    provider_.CopyDataModelInfoNuggetsToCurrentUser(handle_);
-    const DataCache user(handle_, HKEY_CURRENT_USER, printer_.GetCacheKey(), 0, false);
-    ByteBuffer nuggets;
-    user.GetCachedBytesValue(W("XDataModelInfoNuggets"), nuggets);
-    EXPECT_EQ(nuggets, kNuggets);
-    EXPECT_EQ(user.GetCachedLongValue(kStamp, 0), 77);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The generator of job tickets: when there is a ticket, where its texts and numbers come from, and who writes it.
+// The generator of job tickets: where their texts and numbers come from, and who writes it.
 #include <renbase.h>
 #include <renidentification.h>
 #include <support/jobdevmode.h>
@@ -8,7 +8,6 @@
 
 #include <mvutil/datacache.h>
 #include <mvutil/executioncontext.h>
-#include <mvutil/morvaneexception.h>
 
 #include <gtest/gtest.h>
 
@@ -24,16 +23,13 @@ public:
 
 class RenBaseTest : public testing::Test {
 protected:
-    // The ticket, or "false" when there is none.
-    std::string Generate(XDevmode&& xdevmode, ULONGLONG flags = 0x400, HANDLE printer = nullptr) {
-        RenMvjtForXps generator;
+    std::string Generate(TestDevmode& devmode) {
+        XDevmode xdevmode(devmode.Get());
         ByteBuffer buffer;
-        const bool result = generator.GenerateMvjt(printer ? printer : printer_.GetHandle(), xdevmode.GetDevmode(),
-                                                   pdev_, xdevmode, buffer, flags, TestProduct());
+        EXPECT_TRUE(RenMvjtForXps().GenerateMvjt(printer_.GetHandle(), devmode.Get(), pdev_, xdevmode, buffer, 0x400,
+                                                 TestProduct()));
         EXPECT_TRUE(UtilitiesDllPerThreadStorage::GetExecutionContextStack().GetContexts().empty());
-        const std::string text(reinterpret_cast<const char*>(buffer.getLpbyte()), buffer.getDword());
-        EXPECT_TRUE(result || text.empty());
-        return result ? text : "false";
+        return {reinterpret_cast<const char*>(buffer.getLpbyte()), buffer.getDword()};
     }
 
     TestStore store_;
@@ -46,21 +42,6 @@ void ExpectLines(const std::string& ticket, const std::vector<std::string>& line
         EXPECT_NE(ticket.find("\n%MVN" + line + "\n"), std::string::npos) << line << " in\n" << ticket;
 }
 
-TEST_F(RenBaseTest, MakesNoTicketUnlessTheDevmodeAsksForIt) {
-    TestDevmode absent = MakeJobDevmode([](auto& list) { list.RemoveAttributeBytes(AttributeBytesFeatureId(286)); });
-    TestDevmode off = MakeJobDevmode([](auto& list) { SetBoolean(list, 286, false); });
-    TestDevmode damaged = MakeJobDevmode();
-    damaged.Block()[100] ^= 1;
-    TestDevmode none(16);
-    for (TestDevmode* devmode : {&absent, &off, &damaged, &none}) {
-        // No model is made: the printer is not even looked at.
-        EXPECT_EQ(Generate(XDevmode(devmode->Get()), 0x400, INVALID_HANDLE_VALUE), "false");
-    }
-    TestDevmode asks = MakeJobDevmode();
-    EXPECT_THROW(Generate(XDevmode(asks.Get()), 0x400, INVALID_HANDLE_VALUE), MorvaneException);
-    EXPECT_TRUE(Generate(XDevmode(asks.Get())).starts_with("%MVNbegin: 001.0300\n"));
-}
-
 TEST_F(RenBaseTest, TakesEachTextFromWhereItsFlagSays) {
     pdev_.SetPropertyString(7, W("document"));
     for (DWORD system = 437; system <= 440; ++system) {
@@ -70,10 +51,9 @@ TEST_F(RenBaseTest, TakesEachTextFromWhereItsFlagSays) {
             SetText(list, 83, W("own recipient"));
             for (const DWORD flag : {438, 439, 440}) SetBoolean(list, flag, flag == system);
         });
-        ExpectLines(Generate(XDevmode(devmode.Get())),
-                    {system == 438 ? "title: document" : "title: own title",
-                     system == 439 ? "senderName: owner" : "senderName: own sender",
-                     system == 440 ? "recipientName: owner" : "recipientName: own recipient"});
+        ExpectLines(Generate(devmode), {system == 438 ? "title: document" : "title: own title",
+                                        system == 439 ? "senderName: owner" : "senderName: own sender",
+                                        system == 440 ? "recipientName: owner" : "recipientName: own recipient"});
     }
 }
 
@@ -99,7 +79,7 @@ TEST_F(RenBaseTest, FitsTheSettingsToTheDevmodeAndThePaper) {
         });
         devmode.Get()->dmCopies = test.copies;
         devmode.Get()->dmCollate = DMCOLLATE_FALSE;
-        ExpectLines(Generate(XDevmode(devmode.Get())), test.lines);
+        ExpectLines(Generate(devmode), test.lines);
     }
 }
 
@@ -108,48 +88,15 @@ TEST_F(RenBaseTest, LetsTheLibraryWriteUnlessTheSettingNamesTheOwnWriter) {
     SetOption(list, 546, 8700);
     AttributeBytesRawList raw;
     raw.ImportFromIndexedList(list);
-    const ByteBuffer image = MakeAttributeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
+    const ByteBuffer image =
+        PersistentAttributes::MakeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
     ASSERT_TRUE(DataCache(printer_.GetHandle(), printer_.GetCacheKey(), 0, true)
                     .SetCachedValue(W("XDeviceSettings"), image, false));
     TestDevmode devmode = MakeJobDevmode([](auto& settings) { SetText(settings, 84, W("a message")); });
-    const std::string ticket = Generate(XDevmode(devmode.Get()));
+    const std::string ticket = Generate(devmode);
     ExpectLines(ticket, {"message: a message"});
     EXPECT_EQ(ticket.find("%MVNtitle"), std::string::npos) << "the library's writer has no default texts";
 }
-
-// What a job sets shows by what happens when the model lacks it: no ticket.
-TEST_F(RenBaseTest, SetsWhatTheJobAndThePrinterAskFor) {
-    const struct {
-        const char* without;
-        ULONGLONG flags;
-        bool identifies, hasTicket;
-    } cases[] = {{"236", 0x400, false, true}, {"236", 0x40, false, false},  {"236", 0x80, false, false},
-                 {"79", 0x400, false, true},  {"79", 0x400, true, false},   {"80", 0x400, true, false},
-                 {"716", 0x400, true, true},  {"575", 0x400, false, false}, {"78", 0x400, false, false},
-                 {"44", 0x400, false, true},  {"43", 0x400, false, false}};
-    pdev_.SetPropertyLong(16, 17);  // the job's number, for feature 716
-    const std::string settings = "[settings]\n", identifying = "239 = { option = 7622 }\n240 = { option = 7640 }\n";
-    for (const auto& [without, flags, identifies, hasTicket] : cases) {
-        const std::string name =
-            std::string("less-") + without + "-" + std::to_string(flags) + (identifies ? "-i" : "");
-        SCOPED_TRACE(name);
-        const std::string line = std::string("\n") + without + " = ";
-        const ChangedProduct less(
-            kPress, name, {{settings, settings + (identifies ? identifying : "")}, {line, "\n# was" + line.substr(1)}});
-        const TestPrinter printer(CXString::FromUtf8(name), less.GetFile());
-        TestDevmode devmode = MakeJobDevmode();
-        EXPECT_EQ(Generate(XDevmode(devmode.Get()), flags, printer.GetHandle()) != "false", hasTicket);
-    }
-}
-
-// Attributes without the block that holds them.
-class AttributesAlone final : public XDevmode {
-public:
-    using XDevmode::XDevmode;
-    AttributeBytesIndexedList* GetDocPropAttributeBytesIndexedList() override { return &list; }
-
-    AttributeBytesIndexedList list;
-};
 
 TEST(Identification, ComesFromTheDeviceOrFromTheJob) {
     // Mode, source (0: not delivered), the job's items 29 and 15 and whether it has any, family.
@@ -168,16 +115,16 @@ TEST(Identification, ComesFromTheDeviceOrFromTheJob) {
         {7621, 7640, 1, 1, 8434, 7621, 7681, "|245|606|604|605"},
         {7622, 7640, 0, 1, 8433, 7622, 5001, "441|245|606|604|605"},
     };
-    TestDevmode devmode(MakePrivateBlock({}));
     for (const auto& test : cases) {
-        AttributesAlone settings(devmode.Get());
+        TestDevmode devmode = MakeJobDevmode([&](auto& list) {
+            SetOption(list, 239, test.mode);
+            if (test.source) SetOption(list, 240, test.source);
+            for (const DWORD id : {245, 441, 604, 605, 606}) SetText(list, id, CXString::FromUtf8(std::to_string(id)));
+            SetText(list, 244, W(""));
+            SetOption(list, 246, 7681);
+        });
+        XDevmode settings(devmode.Get());
         XOemPdev pdev;
-        SetOption(settings.list, 239, test.mode);
-        if (test.source) SetOption(settings.list, 240, test.source);
-        for (const DWORD id : {245, 441, 604, 605, 606})
-            SetText(settings.list, id, CXString::FromUtf8(std::to_string(id)));
-        SetText(settings.list, 244, W(""));
-        SetOption(settings.list, 246, 7681);
         for (const LONG key : {13, 14, 25, 26, 27})
             pdev.SetPropertyString(key, CXString::FromUtf8(std::to_string(key)));
         pdev.SetPropertyLong(15, test.kindItem);

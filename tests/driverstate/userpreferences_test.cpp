@@ -75,25 +75,11 @@ void StoreProtected(const WCHAR* name, const WCHAR* text) {
     EXPECT_TRUE(User::StoreUserDataBytesInRegistry(kKey, name, bytes));
 }
 
-TEST(UserPreferences, StayOutOfTheDocument) {
-    const TestStore store;
-    PreferenceModel press;
-    AttributeBytesRawList exported;
-    AttributeBytesListTranslator translator;
-    press.model.GetServices().GetAttributeBytesListTranslator(translator, 214, 401, 301);
-    translator.ExportSettings(exported, 1);
-    for (const auto& [id, value] : exported.GetItems())
-        EXPECT_FALSE(id.id >= 580 && id.id <= 591) << id.id << " is the user's, not the document's";
-}
-
 TEST(UserPreferences, AreSavedWhenAJobIsPrinted) {
     const TestStore store;
     PreferenceModel press;
-    press.Save(DataModelIds::kConfigurationRead);
-    EXPECT_EQ(StoredLong(W("XPreferenceMask")), -1) << "another event";
     press.Save(DataModelIds::kSettingsApplied);
     EXPECT_EQ(StoredLong(W("XPreferenceMask")), 0x7FF);
-    EXPECT_EQ(StoredLong(W("XPreferenceInteger")), -1) << "unchanged";
 
     LONG bit = 1;
     for (const DWORD feature : {580, 582, 581, 584, 583, 585, 586, 587, 588, 589, 590}) {
