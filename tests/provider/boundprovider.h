@@ -76,7 +76,8 @@ struct ProviderTest : testing::Test {
 inline TestDevmode MakeTestDevmode(LONG number = 1) {
     AttributeBytesRawList list;
     list.Append(AttributeBytesFeatureId(43), AttributeBytesIntegerValue(number));
-    const ByteBuffer state = MakeAttributeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
+    const ByteBuffer state =
+        PersistentAttributes::MakeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
     return TestDevmode(MakePrivateBlock({{1, state}, {2, TextBytes(W("writer.exe"))}}));
 }
 

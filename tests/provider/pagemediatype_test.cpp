@@ -24,8 +24,9 @@ AttributeBytesListValue ListOf(AttributeBytesFeatureId feature, const AttributeB
 // A DEVMODE whose document properties hold the media type.
 TestDevmode DevmodeOf(const AttributeBytesValue& type) {
     const DWORD nameSpace = PersistentAttributes::GetDataModelDocPropNameSpaceId();
-    return TestDevmode(MakePrivateBlock(
-        {{1, MakeAttributeState(nameSpace, ListOf(kOuter, ListOf(kInner, ListOf(kType, type))).GetList())}}));
+    return TestDevmode(
+        MakePrivateBlock({{1, PersistentAttributes::MakeState(
+                                  nameSpace, ListOf(kOuter, ListOf(kInner, ListOf(kType, type))).GetList())}}));
 }
 AttributeBytesOptionValue Known(DWORD value, bool set = true) {
     return AttributeBytesOptionValue(AttributeBytesValueId(value), set);

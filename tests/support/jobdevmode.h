@@ -30,7 +30,8 @@ inline TestDevmode MakeJobDevmode(const SettingsMaker& make = {}) {
     if (make) make(list);
     AttributeBytesRawList raw;
     raw.ImportFromIndexedList(list);
-    const ByteBuffer state = MakeAttributeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
+    const ByteBuffer state =
+        PersistentAttributes::MakeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
     TestDevmode devmode(MakePrivateBlock({{1, state}, {4, TextBytes(W("owner"))}}));
     devmode.Get()->dmCopies = 1;
     devmode.Get()->dmCollate = DMCOLLATE_TRUE;

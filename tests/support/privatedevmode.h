@@ -20,11 +20,6 @@ inline ByteBuffer TextBytes(const WCHAR* text) {
     return bytes;
 }
 
-// The attribute state (key 1) that holds the list under the namespace.
-inline ByteBuffer MakeAttributeState(DWORD namespaceId, const AttributeBytesRawList& list) {
-    return PersistentAttributes::MakeState(namespaceId, list);
-}
-
 inline std::vector<BYTE> MakePrivateBlock(const TestEntries& entries) {
     using namespace privateblock;
     std::vector<BYTE> block(kBytes);
