@@ -44,6 +44,9 @@ TEST(Selection, FindsInDocumentOrder) {
         {"//g:Feature[2]", "./g:Feature[@name = \"k:C\"]", "k:C "},
         {"//g:Feature[2]", ".//g:Option", "f:Option "},
         {"//g:Feature[1]", "//g:Scored", "k:A "},
+        {"/", "//g:Feature[@name]//g:Option[@name = 'k:X']", "k:X "},
+        {"/", "//g:Feature[@name = '//g:T[1]' or 1]", "k:A k:B k:C "},
+        {"/", "//g:Feature[@name][1]", "k:A k:C "},  // the first one of each parent
         {"//g:Option/g:Value", "ancestor::*", "f:T k:A k:X "},
         {"/", "//g:Feature[contains(@name, ':C') and not(g:Value)]", "k:C "},
     };

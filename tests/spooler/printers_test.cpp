@@ -59,6 +59,11 @@ TEST_F(SpoolerTest, TellsWhatAPrinterAndItsDriverAre) {
     EXPECT_EQ(WideString(info.pPortName), W("Port:"));
     EXPECT_EQ(WideString(info.pDriverName), W("Morvane Press 8434"));
     EXPECT_EQ(WideString(info.pDatatype), W("RAW"));
+    const auto briefBuffer = CheckSizeProtocol(
+        [&](LPBYTE buffer, DWORD bytes, LPDWORD needed) { return GetPrinterW(printer, 5, buffer, bytes, needed); });
+    const auto& brief = *reinterpret_cast<const PRINTER_INFO_5W*>(briefBuffer.data());
+    EXPECT_EQ(WideString(brief.pPrinterName), W("Press \u00e4"));
+    EXPECT_EQ(WideString(brief.pPortName), W("Port:"));
 
     const auto driverBuffer = CheckSizeProtocol([&](LPBYTE buffer, DWORD bytes, LPDWORD needed) {
         return GetPrinterDriverW(printer, nullptr, 3, buffer, bytes, needed);
