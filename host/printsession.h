@@ -18,7 +18,6 @@ public:
     // provider refuses the printer.
     explicit PrintSession(const CXString& printer);
 
-    IPrintOemPrintTicketProvider& GetProvider() const noexcept { return *provider_.Get(); }
     const InstalledPrinter& GetPrinter() const noexcept { return printer_; }
     const CoreDriver& GetCoreDriver() const noexcept { return coreDriver_; }
 

@@ -45,7 +45,6 @@ public:
     bool ExportSourceData(AttributeBytesSink& sink) { return model_->ExportSourceData(sink); }
 
     FeatureServices& GetFeatureServices() { return model_->GetServices(); }
-    DataModelFeatureServices& GetDataModelFeatureServices() { return model_->GetServices(); }
     IntegrationInterface& GetIntegrationInterface() { return model_->GetIntegration(); }
     void BeginMassSet() { model_->GetServices().BeginMassSet(); }
     void EndMassSet() { model_->GetServices().EndMassSet(); }
