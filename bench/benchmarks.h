@@ -6,8 +6,8 @@
 #include <chrono>
 #include <string>
 
-#include "printsession.h"
-#include "xmlfile.h"
+#include <subsystem/printsession.h>
+#include <subsystem/xmlfile.h>
 
 void RegisterPaperBenchmarks();
 

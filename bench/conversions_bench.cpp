@@ -9,9 +9,9 @@
 #include <spooler/printerinstall.h>
 #include <store.h>
 
+#include <subsystem/devmodemaker.h>
+#include <subsystem/productfiles.h>
 #include "benchmarks.h"
-#include "devmodemaker.h"
-#include "productfiles.h"
 
 namespace {
 

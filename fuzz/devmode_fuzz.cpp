@@ -1,8 +1,8 @@
 // A DEVMODE from outside: what the host tells of it, its private block, and the ticket that the component makes of it.
-#include <devmodereport.h>
 #include <privateblock.h>
+#include <subsystem/devmodereport.h>
+#include <subsystem/xmlfile.h>
 #include <xdevmode.h>
-#include <xmlfile.h>
 
 #include <sstream>
 

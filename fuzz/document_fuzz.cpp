@@ -1,8 +1,8 @@
 // An XML document from outside as the core driver's ticket, as the application's, as capabilities, and as a file to
 // check.
-#include <devmodemaker.h>
-#include <schemacheck/schemacheck.h>
-#include <xmlfile.h>
+#include <subsystem/devmodemaker.h>
+#include <subsystem/schemacheck/schemacheck.h>
+#include <subsystem/xmlfile.h>
 
 #include "fuzzhost.h"
 

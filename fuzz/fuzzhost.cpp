@@ -2,11 +2,11 @@
 #include "fuzzhost.h"
 
 #include <capabilitycaches.h>
-#include <hosttext.h>
-#include <installedprinter.h>
 #include <printerinstall.h>
-#include <productfiles.h>
 #include <store.h>
+#include <subsystem/hosttext.h>
+#include <subsystem/installedprinter.h>
+#include <subsystem/productfiles.h>
 
 #include <cstdio>
 #include <cstdlib>

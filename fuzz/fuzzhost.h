@@ -1,8 +1,8 @@
 // What the fuzz targets share: printers in a store that ends with the process, and the answers that are none of faults.
 #pragma once
 
-#include <hosterror.h>
-#include <printsession.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/printsession.h>
 
 #include <cstddef>
 #include <cstdint>

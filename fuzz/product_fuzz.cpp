@@ -1,11 +1,11 @@
 // A product's description file from outside: read, installed as a printer, and asked what that printer can do.
 #include <capabilitycaches.h>
-#include <devmodemaker.h>
-#include <hostfiles.h>
-#include <hostplatform.h>
 #include <printerinstall.h>
-#include <productfiles.h>
 #include <store.h>
+#include <subsystem/devmodemaker.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/productfiles.h>
 
 #include "fuzzhost.h"
 

@@ -1,9 +1,9 @@
 // A .reg file from outside: its text, and a store that holds what it says.
 #include <capabilitycaches.h>
-#include <installedprinter.h>
-#include <regfile.h>
-#include <registrystore.h>
 #include <store.h>
+#include <subsystem/installedprinter.h>
+#include <subsystem/regfile.h>
+#include <subsystem/registrystore.h>
 
 #include "fuzzhost.h"
 

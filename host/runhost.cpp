@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <ostream>
 
+#include <subsystem/hosterror.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/operationreports.h>
 #include "commands/commands.h"
-#include "hosterror.h"
-#include "hostplatform.h"
-#include "operationreports.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <memory>
 #include <ostream>
 
-#include "../hosttext.h"
-#include "../installedprinter.h"
+#include <subsystem/hosttext.h>
+#include <subsystem/installedprinter.h>
 #include "commands.h"
 
 namespace {

@@ -1,13 +1,13 @@
 // check: which rules of a Print Schema document a file breaks.
-#include <schemacheck/schemacheck.h>
+#include <subsystem/schemacheck/schemacheck.h>
 
 #include <memory>
 #include <ostream>
 #include <set>
 
-#include "../hosterror.h"
-#include "../hostfiles.h"
-#include "../hostplatform.h"
+#include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
 #include "commands.h"
 
 namespace {

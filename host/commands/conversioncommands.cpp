@@ -2,12 +2,12 @@
 #include <memory>
 #include <ostream>
 
-#include "../hosterror.h"
-#include "../hostfiles.h"
-#include "../hostplatform.h"
-#include "../hresultnames.h"
-#include "../printsession.h"
-#include "../xmlfile.h"
+#include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/hresultnames.h>
+#include <subsystem/printsession.h>
+#include <subsystem/xmlfile.h>
 #include "commands.h"
 
 namespace {

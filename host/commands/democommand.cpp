@@ -9,15 +9,15 @@
 #include <memory>
 #include <ostream>
 
-#include "../devmodemaker.h"
-#include "../hosterror.h"
-#include "../hostfiles.h"
-#include "../hostplatform.h"
-#include "../installedprinter.h"
-#include "../jobticket.h"
-#include "../printsession.h"
-#include "../productfiles.h"
-#include "../xmlfile.h"
+#include <subsystem/devmodemaker.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/installedprinter.h>
+#include <subsystem/jobticket.h>
+#include <subsystem/printsession.h>
+#include <subsystem/productfiles.h>
+#include <subsystem/xmlfile.h>
 #include "commands.h"
 
 namespace {

@@ -2,12 +2,12 @@
 #include <memory>
 #include <ostream>
 
-#include "../devmodemaker.h"
-#include "../devmodereport.h"
-#include "../hosterror.h"
-#include "../hostfiles.h"
-#include "../hostplatform.h"
-#include "../installedprinter.h"
+#include <subsystem/devmodemaker.h>
+#include <subsystem/devmodereport.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/installedprinter.h>
 #include "commands.h"
 
 namespace {

@@ -12,9 +12,9 @@
 // After windows.h, which it needs.
 #include <winspool.h>
 
-#include "../hosterror.h"
-#include "../hosttext.h"
-#include "../installedprinter.h"
+#include <subsystem/hosterror.h>
+#include <subsystem/hosttext.h>
+#include <subsystem/installedprinter.h>
 #include "commands.h"
 
 namespace {

@@ -2,10 +2,10 @@
 #include <memory>
 #include <ostream>
 
-#include "../hosterror.h"
-#include "../hostplatform.h"
-#include "../jobticket.h"
-#include "../printsession.h"
+#include <subsystem/hosterror.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/jobticket.h>
+#include <subsystem/printsession.h>
 #include "commands.h"
 
 namespace {

@@ -8,11 +8,11 @@
 #include <memory>
 #include <ostream>
 
-#include "../hosterror.h"
-#include "../hostplatform.h"
-#include "../hosttext.h"
-#include "../installedprinter.h"
-#include "../productfiles.h"
+#include <subsystem/hosterror.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/hosttext.h>
+#include <subsystem/installedprinter.h>
+#include <subsystem/productfiles.h>
 #include "commands.h"
 
 namespace {

@@ -3,9 +3,9 @@
 
 #include <ostream>
 
-#include "../hostplatform.h"
-#include "../hosttext.h"
-#include "../productfiles.h"
+#include <subsystem/hostplatform.h>
+#include <subsystem/hosttext.h>
+#include <subsystem/productfiles.h>
 #include "commands.h"
 
 namespace {

@@ -1,9 +1,9 @@
 // registry export, registry import
 #include <memory>
 
-#include "../hostfiles.h"
-#include "../hostplatform.h"
-#include "../registrystore.h"
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/registrystore.h>
 #include "commands.h"
 
 void AddRegistryCommands(CLI::App& app, HostContext& context) {

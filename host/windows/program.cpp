@@ -3,7 +3,7 @@
 
 #include <iostream>
 
-#include "hostplatform.h"
+#include <subsystem/hostplatform.h>
 #include "runhost.h"
 
 extern "C" __declspec(dllexport) int RunProgram() {

@@ -1,10 +1,10 @@
 // The host's reading and writing of document files.
 #include "domtest.h"
 
-#include <host/hosterror.h>
-#include <host/hostfiles.h>
-#include <host/hostplatform.h>
-#include <host/xmlfile.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/xmlfile.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 // DEVMODEs that the host makes, and what it shows of them.
-#include <devmodereport.h>
-#include <hosterror.h>
+#include <subsystem/devmodereport.h>
+#include <subsystem/hosterror.h>
 
 #include "hostrun.h"
 

@@ -1,9 +1,9 @@
 // HostRun: commands of the host run in this process, over a store and files of the test's own.
 #pragma once
 
-#include <hostfiles.h>
-#include <hostplatform.h>
 #include <runhost.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // .reg files: their text in both directions, and the store behind them.
-#include <hosterror.h>
-#include <regfile.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/regfile.h>
 
 #include "hostrun.h"
 

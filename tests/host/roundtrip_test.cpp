@@ -4,15 +4,15 @@
 
 #include <bstr.h>
 #include <capabilitycaches.h>
-#include <devmodemaker.h>
-#include <hosttext.h>
 #include <mscacheddevicecapabilities.h>
 #include <products/reader/productdescription.h>
-#include <schemacheck/schematree.h>
+#include <subsystem/devmodemaker.h>
+#include <subsystem/hosttext.h>
+#include <subsystem/schemacheck/schematree.h>
+#include <subsystem/xmlfile.h>
 #include <support/printerfixture.h>
 #include <support/userpapers.h>
 #include <xdevmode.h>
-#include <xmlfile.h>
 
 #include <cstdlib>
 #include <map>

@@ -2,8 +2,8 @@
 // project's own documents.)
 #include "hostrun.h"
 
-#include <hosterror.h>
-#include <schemacheck/schemacheck.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/schemacheck/schemacheck.h>
 
 namespace {
 

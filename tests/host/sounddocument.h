@@ -1,8 +1,8 @@
 // ExpectSound: a document of the project's own breaks no rule of Print Schema documents.
 #pragma once
 
-#include <printsession.h>
-#include <schemacheck/schemacheck.h>
+#include <subsystem/printsession.h>
+#include <subsystem/schemacheck/schemacheck.h>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // ReadSchemaDocument: libxml2 reads the bytes, its events become the tree.
-#include <hosterror.h>
 #include <libxml/parser.h>
 #include <quietxmlerrors.h>
-#include <xmlfile.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/xmlfile.h>
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // ReadSchemaDocument in a build that has no libxml2.
-#include <hosterror.h>
+#include <subsystem/hosterror.h>
 
 #include "schematree.h"
 
