@@ -2,6 +2,7 @@
 #include <memory>
 #include <ostream>
 
+#include <subsystem/documentkind.h>
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
@@ -20,8 +21,12 @@ struct ConversionOptions {
 };
 using SharedOptions = std::shared_ptr<ConversionOptions>;
 
-Document ReadDocument(const std::string& file) {
-    return file.empty() ? Document() : ReadDocumentFile(PathFromUtf8(file));
+// Null when no file is named.
+Document ReadDocument(const std::string& file, WideStringView rootName) {
+    if (file.empty()) return nullptr;
+    Document document = ReadDocumentFile(PathFromUtf8(file));
+    RequireRoot(document.Get(), rootName, file);
+    return document;
 }
 
 PrintSession OpenSession(HostContext& context, const ConversionOptions& options) {
@@ -39,7 +44,7 @@ void WriteDocument(HostContext& context, const ConversionOptions& options, IXMLD
 
 void RunTicket(HostContext& context, const ConversionOptions& options) {
     DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.devmode));
-    Document document = ReadDocument(options.in);
+    Document document = ReadDocument(options.in, kTicketRoot);
     const PrintSession session = OpenSession(context, options);
     document = session.MakeTicket(devmode, document);
     WriteDocument(context, options, document.Get());
@@ -47,7 +52,7 @@ void RunTicket(HostContext& context, const ConversionOptions& options) {
 
 void RunApply(HostContext& context, const ConversionOptions& options) {
     DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.devmode));
-    const Document ticket = ReadDocument(options.ticket);
+    const Document ticket = ReadDocument(options.ticket, kTicketRoot);
     const PrintSession session = OpenSession(context, options);
     session.ApplyTicket(ticket.Get(), devmode);
     if (options.out.empty()) {
@@ -58,15 +63,15 @@ void RunApply(HostContext& context, const ConversionOptions& options) {
 }
 
 void RunCapabilities(HostContext& context, const ConversionOptions& options) {
-    const Document ticket = ReadDocument(options.ticket);
-    Document capabilities = ReadDocument(options.in);
+    const Document ticket = ReadDocument(options.ticket, kTicketRoot);
+    Document capabilities = ReadDocument(options.in, kCapabilitiesRoot);
     const PrintSession session = OpenSession(context, options);
     capabilities = session.MakeCapabilities(ticket.Get(), capabilities);
     WriteDocument(context, options, capabilities.Get());
 }
 
 void RunValidate(HostContext& context, const ConversionOptions& options) {
-    const Document ticket = ReadDocument(options.ticket);
+    const Document ticket = ReadDocument(options.ticket, kTicketRoot);
     const PrintSession session = OpenSession(context, options);
     const HRESULT expanded = session.CallExpand(ticket.Get());
     context.out << "ExpandIntentOptions: " << DescribeHresult(expanded) << '\n';

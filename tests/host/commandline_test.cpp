@@ -49,6 +49,7 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
     Do({"devmode", "new", "--printer", "P", "-o", File("good.bin")});
     const std::string good = Read("good.bin");
     Write("ticket.xml", kTicket);
+    Write("foreign.xml", "<PrintTicket xmlns='urn:x'/>");
     Write("short.bin", good.substr(0, 70));
     Write("cut.bin", good.substr(0, good.size() - 1));
     Write("malformed.xml", "<psf:PrintTicket>");
@@ -87,7 +88,11 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
         {{"apply", "--printer", "P", "--devmode", File("good.bin"), "--ticket", File("dtd.xml"), "-o", out}, "dtd.xml"},
         {{"apply", "--printer", "P", "--devmode", File("good.bin"), "--ticket", ""}, "--ticket"},
         {{"capabilities", "--printer", "P", "--in", File("malformed.xml"), "-o", out}, "malformed.xml"},
+        {{"capabilities", "--printer", "P", "--in", File("ticket.xml"), "-o", out},
+         "root is PrintTicket; a PrintCapabilities"},
         {{"validate", "--printer", "P", "--ticket", File("malformed.xml"), "-o", out}, "malformed.xml"},
+        {{"validate", "--printer", "P", "--ticket", File("foreign.xml"), "-o", out},
+         "root is PrintTicket of another framework (urn:x); a PrintTicket"},
         {{"registry", "import", File("bad.reg")}, "line 3"},
     };
     const std::size_t files = CountFiles();
