@@ -25,7 +25,8 @@ constexpr LONG kLargestShort = std::numeric_limits<SHORT>::max();
 // Comparable software takes two sizes for the same within half a millimetre.
 constexpr LONG kSizeTolerance = 500;
 
-// A DEVMODE field's value, the option that stands for it, and the option's display name.
+// A DEVMODE field's value, the option that stands for it, and the option's display name; without one the option is
+// taken and neither offered nor written, since another one stands for the value.
 struct Choice {
     SHORT value;
     const char* keyword;
@@ -40,6 +41,11 @@ constexpr Choice kSides[] = {
     {DMDUP_VERTICAL, "TwoSidedLongEdge", "Two-sided, long edge"},
     {DMDUP_HORIZONTAL, "TwoSidedShortEdge", "Two-sided, short edge"},
 };
+constexpr Choice kColours[] = {
+    {DMCOLOR_COLOR, "Color", "Colour"},
+    {DMCOLOR_MONOCHROME, "Monochrome", "Monochrome"},
+    {DMCOLOR_MONOCHROME, "Grayscale", nullptr},
+};
 constexpr Choice kCollations[] = {
     {DMCOLLATE_FALSE, "Uncollated", "Uncollated"},
     {DMCOLLATE_TRUE, "Collated", "Collated"},
@@ -51,12 +57,16 @@ struct ChoiceFeature {
     const char* displayName;
     std::size_t offset;
     DWORD flag;
-    WORD capability;  // of DeviceCapabilitiesW: whether there is more than the first choice
+    WORD capability;  // of DeviceCapabilitiesW: whether the printer has the feature
     std::span<const Choice> choices;
 };
+// In the order in which they are read from a ticket: of two for one field the last counts.
 constexpr ChoiceFeature kChoiceFeatures[] = {
     {"PageOrientation", "Orientation", offsetof(DEVMODEW, dmOrientation), DM_ORIENTATION, DC_ORIENTATION,
      kOrientations},
+    {"PageOutputColor", "Output colour", offsetof(DEVMODEW, dmColor), DM_COLOR, DC_COLORDEVICE, kColours},
+    {"DocumentDuplex", "Two-sided printing of each document", offsetof(DEVMODEW, dmDuplex), DM_DUPLEX, DC_DUPLEX,
+     kSides},
     {"JobDuplexAllDocumentsContiguously", "Two-sided printing", offsetof(DEVMODEW, dmDuplex), DM_DUPLEX, DC_DUPLEX,
      kSides},
     {"DocumentCollate", "Collation", offsetof(DEVMODEW, dmCollate), DM_COLLATE, DC_COLLATE, kCollations},
@@ -174,9 +184,10 @@ std::vector<std::pair<LONG, LONG>> CoreDriver::QueryResolutions() const {
 std::string CoreDriver::WriteTicket(const DEVMODEW& devmode) const {
     std::string content = ParameterInit("psk:JobCopiesAllDocuments", std::max<SHORT>(devmode.dmCopies, 1));
     for (const ChoiceFeature& feature : kChoiceFeatures) {
+        if (QueryNumber(feature.capability) <= 0) continue;
         const SHORT value = GetField(devmode, feature);
         for (const Choice& choice : feature.choices)
-            if (choice.value == value)
+            if (choice.value == value && choice.displayName)
                 content += Feature(Keyword(feature.keyword), Option(Keyword(choice.keyword), "", ""));
     }
     content += WriteResolution(devmode);
@@ -215,10 +226,10 @@ std::string CoreDriver::WriteMediaSize(const DEVMODEW& devmode) const {
 std::string CoreDriver::WriteCapabilities() const {
     std::string content;
     for (const ChoiceFeature& feature : kChoiceFeatures) {
+        if (QueryNumber(feature.capability) <= 0) continue;
         std::string options;
-        const std::size_t offered = QueryNumber(feature.capability) > 0 ? feature.choices.size() : 1;
-        for (const Choice& choice : feature.choices.first(offered))
-            options += OfferedOption(Keyword(choice.keyword), choice.displayName, "");
+        for (const Choice& choice : feature.choices)
+            if (choice.displayName) options += OfferedOption(Keyword(choice.keyword), choice.displayName, "");
         content += PickOneFeature(feature.keyword, feature.displayName, options);
     }
     content += WriteResolutionChoices();
@@ -258,6 +269,7 @@ std::string CoreDriver::WriteMediaSizeChoices() const {
 void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const {
     const TicketReader ticket(document);
     for (const ChoiceFeature& feature : kChoiceFeatures) {
+        if (QueryNumber(feature.capability) <= 0) continue;
         const WideString keyword = ticket.FindOptionKeyword(WideKeyword(feature.keyword));
         for (const Choice& choice : feature.choices)
             if (keyword == WideKeyword(choice.keyword)) SetField(devmode, feature, choice.value);

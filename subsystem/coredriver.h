@@ -20,12 +20,13 @@ public:
     // Namespace of the core driver's own names for this product: documents declare it where the provider has none.
     WideString GetOwnNamespace() const;
 
-    // A PrintTicket with orientation, resolution, duplex, collation, copies and media size; UTF-8 text.
+    // A PrintTicket with orientation, resolution, colour, duplex, collation, copies and media size, as far as the
+    // printer has them; UTF-8 text.
     std::string WriteTicket(const DEVMODEW& devmode) const;
     // A PrintCapabilities with the same features, as the printer offers them; UTF-8 text.
     std::string WriteCapabilities() const;
     // Sets the public fields that the ticket tells, with their flags. What it does not tell, or tells in another way,
-    // stays. The document is read by XPath from now on.
+    // stays, and so does what the printer has not. The document is read by XPath from now on.
     void ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const;
 
 private:

@@ -41,16 +41,20 @@ TEST_F(Conversions, TheDemonstrationBringsEveryBlockBack) {
 
 TEST_F(Conversions, ColourCopiesAndBlockTravelToTheTicketAndBack) {
     AddPrinter("press8434");
-    MakeDevmode("job.bin",
-                {"--set", "dmICMMethod=2", "--set", "dmICMIntent=1", "--set", "dmCopies=7", "--set", "dmOrientation=2",
-                 "--set", "dmDuplex=3", "--set", "dmCollate=1", "--set", "dmPaperSize=1", "--attribute", "286=true"});
+    MakeDevmode("job.bin", {"--set", "dmICMMethod=2", "--set", "dmICMIntent=1", "--set", "dmCopies=7", "--set",
+                            "dmOrientation=2", "--set", "dmDuplex=3", "--set", "dmCollate=1", "--set", "dmPaperSize=1",
+                            "--set", "dmColor=1", "--attribute", "286=true"});
     MakeDevmode("fresh.bin");
     const std::string ticket = MakeTicket("job.bin");
-    for (const char* part : {"name=\"psk:PageColorManagement\"><psf:Option name=\"psk:System\"",
-                             "name=\"psk:PageICMRenderingIntent\"><psf:Option name=\"psk:BusinessGraphics\"",
-                             "name=\"mk:JobCopiesAllDocuments\"><psf:Value xsi:type=\"xsd:integer\">7<",
-                             "name=\"mk:JobMorvaneDriverData\"", "\"psk:Landscape\"", "\"psk:TwoSidedShortEdge\"",
-                             "\"psk:Collated\"", "\"psk:NorthAmericaLetter\""})
+    for (const char* part :
+         {"name=\"psk:PageColorManagement\"><psf:Option name=\"psk:System\"",
+          "name=\"psk:PageICMRenderingIntent\"><psf:Option name=\"psk:BusinessGraphics\"",
+          "name=\"mk:JobCopiesAllDocuments\"><psf:Value xsi:type=\"xsd:integer\">7<",
+          "name=\"mk:JobMorvaneDriverData\"", "\"psk:Landscape\"",
+          "name=\"psk:DocumentDuplex\"><psf:Option name=\"psk:TwoSidedShortEdge\"",
+          "name=\"psk:JobDuplexAllDocumentsContiguously\"><psf:Option name=\"psk:TwoSidedShortEdge\"",
+          "name=\"psk:PageOutputColor\"><psf:Option name=\"psk:Monochrome\"", "\"psk:Collated\"",
+          "\"psk:NorthAmericaLetter\""})
         EXPECT_TRUE(Holds(ticket, part)) << part << " in " << ticket;
 
     // All that the ticket tells comes back; what it does not tell stays as the fresh DEVMODE has it.
@@ -60,9 +64,39 @@ TEST_F(Conversions, ColourCopiesAndBlockTravelToTheTicketAndBack) {
     const std::string back = Read("back.bin");
     EXPECT_TRUE(job.substr(220) == back.substr(220)) << "the driver's own part";
     const std::string shown = Do({"devmode", "show", File("back.bin")});
-    for (const char* line : {"dmICMMethod         2\n", "dmCopies            7\n", "dmOrientation       2\n",
-                             "dmDuplex            3\n", "dmCollate           1\n", "dmPaperSize         1\n"})
+    for (const char* line :
+         {"dmICMMethod         2\n", "dmCopies            7\n", "dmOrientation       2\n", "dmDuplex            3\n",
+          "dmCollate           1\n", "dmPaperSize         1\n", "dmColor             1\n"})
         EXPECT_TRUE(Holds(shown, line)) << line << " in " << shown;
+}
+
+TEST_F(Conversions, ColourAndSidesAreReadWhereThePrinterHasThem) {
+    struct Case {
+        const char *product, *features, *line;
+    };
+    const Case cases[] = {
+        {"press8434", "<f:Feature name='k:PageOutputColor'><f:Option name='k:Grayscale'/></f:Feature>",
+         "dmColor             1\n"},
+        {"office8430", "<f:Feature name='k:PageOutputColor'><f:Option name='k:Color'/></f:Feature>",
+         "dmColor             1\n"},
+        {"press8434",
+         "<f:Feature name='k:JobDuplexAllDocumentsContiguously'><f:Option name='k:TwoSidedShortEdge'/></f:Feature>"
+         "<f:Feature name='k:DocumentDuplex'><f:Option name='k:TwoSidedLongEdge'/></f:Feature>",
+         "dmDuplex            3\n"},
+    };
+    for (const Case& c : cases) {
+        AddPrinter(c.product);
+        MakeDevmode("fresh.bin");
+        EXPECT_EQ(Holds(MakeTicket("fresh.bin"), "PageOutputColor"), c.product != std::string("office8430"));
+        Write("ticket.xml",
+              "<f:PrintTicket version='1' xmlns:f='http://schemas.microsoft.com/windows/2003/08/printing/"
+              "printschemaframework' xmlns:k='http://schemas.microsoft.com/windows/2003/08/printing/"
+              "printschemakeywords'>" +
+                  std::string(c.features) + "</f:PrintTicket>");
+        Apply("ticket.xml", "fresh.bin", "back.bin");
+        EXPECT_TRUE(Holds(Do({"devmode", "show", File("back.bin")}), c.line)) << c.features;
+        Do({"printer", "remove", "P"});
+    }
 }
 
 TEST_F(Conversions, DocumentsOfACoreDriverAreCompletedInPlace) {
