@@ -46,6 +46,13 @@ constexpr Choice kColours[] = {
     {DMCOLOR_MONOCHROME, "Monochrome", "Monochrome"},
     {DMCOLOR_MONOCHROME, "Grayscale", nullptr},
 };
+// The component writes the rendering intent and leaves it to the core driver to read it.
+constexpr Choice kRenderingIntents[] = {
+    {DMICM_SATURATE, "BusinessGraphics", nullptr},
+    {DMICM_CONTRAST, "Photographs", nullptr},
+    {DMICM_COLORIMETRIC, "RelativeColorimetric", nullptr},
+    {DMICM_ABS_COLORIMETRIC, "AbsoluteColorimetric", nullptr},
+};
 constexpr Choice kCollations[] = {
     {DMCOLLATE_FALSE, "Uncollated", "Uncollated"},
     {DMCOLLATE_TRUE, "Collated", "Collated"},
@@ -273,6 +280,12 @@ void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const
         const WideString keyword = ticket.FindOptionKeyword(WideKeyword(feature.keyword));
         for (const Choice& choice : feature.choices)
             if (keyword == WideKeyword(choice.keyword)) SetField(devmode, feature, choice.value);
+    }
+    const WideString intent = ticket.FindOptionKeyword(W("PageICMRenderingIntent"));
+    for (const Choice& choice : kRenderingIntents) {
+        if (intent != WideKeyword(choice.keyword) || QueryNumber(DC_COLORDEVICE) <= 0) continue;
+        devmode.dmICMIntent = static_cast<DWORD>(choice.value);
+        devmode.dmFields |= DM_ICMINTENT;
     }
     if (const std::optional<LONG> copies = ticket.FindParameter(W("JobCopiesAllDocuments"));
         copies && *copies >= 1 && *copies <= kLargestShort) {

@@ -9,6 +9,7 @@ namespace {
 constexpr DWORD kAutomaticValue = 5001;
 constexpr DWORD kLastProductValue = 0xFFFF;     // above: values that a model gives to forms and to the user's sizes
 constexpr WORD kCustomPaperNumber = 256;        // DMPAPER_USER
+constexpr WORD kTabloidNumber = 3;              // which the driver reads as 17 wherever it stands
 constexpr std::int64_t kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
 
 // Numbers and values that a list has used.
@@ -91,9 +92,11 @@ void ReadPapers(TomlSection& root, ProductDescription& product) {
         section.RefuseOtherKeys();
         if (paper.number == kCustomPaperNumber && paper.type != PageSizeRow::kCustom)
             section.Fail("number", "another number than 256, the custom size's");
+        const char* const numberKey = section.Has("number") ? "number" : "size";
+        if (paper.number == kTabloidNumber)
+            section.Fail(numberKey, "a paper number other than 3, which drivers read as 17 (number = 17 selects it)");
         values.Use(section, paper.keyword.empty() ? "value" : "size", paper.value, "each page size once");
-        numbers.Use(section, section.Has("number") ? "number" : "size", paper.number,
-                    "a paper number that no other paper of the product has");
+        numbers.Use(section, numberKey, paper.number, "a paper number that no other paper of the product has");
         product.papers.push_back(std::move(paper));
     }
     if (product.papers.empty()) root.Fail("papers", "at least one paper");

@@ -12,7 +12,7 @@ workflow_library = "mvwftuC0.dll"
 papers = [
     { size = "NorthAmericaLetter" },
     { size = "ISOA4", form = "Sheet" },
-    { size = "NorthAmericaTabloid" },
+    { size = "NorthAmericaTabloid", number = 9903 },
     { size = "NorthAmerica11x17" },
     { name = "Press Sheet 330 x 487", number = 400, value = 6700, width = 330200, length = 487680 },
     { size = "CustomMediaSize" },

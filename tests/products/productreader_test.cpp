@@ -124,6 +124,7 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"mvwfwuC0.dll", "mvother.dll", 4, "workflow_library: expected mvwftuC0.dll, mvwfwuC0.dll or mvwfuvC0.dll"},
         {"ISOA4", "ISOA44", 6, "papers[0].size: expected a page size of the Print Schema"},
         {"number = 300", "number = 9", 7, "papers[1].number: expected a paper number that no other paper"},
+        {"number = 300", "number = 3", 7, "papers[1].number: expected a paper number other than 3"},
         {"\"ISOSRA3\", number = 300", "\"ISOA4\", number = 300", 7, "papers[1].size: expected each page size once"},
         {"value = 6700", "value = 6436", 8, "papers[2].value: expected a value that no Print Schema size has"},
         {"width = 300000", "width = 99000000", 8, "papers[2].width: expected a whole number from 100 to 3276700"},
