@@ -7,6 +7,7 @@
 
 #include "hosterror.h"
 #include "hosttext.h"
+#include "settingnames.h"
 
 namespace {
 
@@ -44,14 +45,19 @@ std::optional<AttributeBytesValue> DefaultValue(const ProductFeature& feature) {
     return std::nullopt;
 }
 
-std::vector<DWORD> ParsePath(std::string_view text) {
+// Feature ids joined by "/", or the name of one feature.
+std::vector<DWORD> ParsePath(std::string_view text, const ProductDescription& product) {
     std::vector<DWORD> path;
+    if (const std::optional<DWORD> id = FindFeatureByName(text)) {
+        const ProductFeature* feature = product.FindFeature(*id);
+        return feature ? feature->path : GetCataloguePath(*id);
+    }
     for (std::string_view rest = text;;) {
         const std::size_t end = std::min(rest.find('/'), rest.size());
         const std::optional<std::int64_t> id = ParseNumber(rest.substr(0, end));
         if (!id || *id < 1 || *id > std::numeric_limits<LONG>::max())
             throw InputError("'" + std::string(text) +
-                             "' is no path of a setting; give feature ids joined by '/', such as "
+                             "' is no setting; give its name, such as Duplex, or feature ids joined by '/', such as "
                              "477/210/175");
         path.push_back(static_cast<DWORD>(*id));
         if (end == rest.size()) break;
@@ -73,6 +79,25 @@ std::optional<ProductFeatureKind> FindKind(const ProductDescription& product, co
 ProductFeatureKind KindBySpelling(std::string_view value) {
     if (value == "true" || value == "false") return ProductFeatureKind::Boolean;
     return ParseNumber(value) ? ProductFeatureKind::Option : ProductFeatureKind::String;
+}
+
+// The number of an option's value, given by its name; other texts stay as they are.
+std::string NumberOfValue(DWORD id, const ProductDescription& product, std::string_view text) {
+    const ProductFeature* feature = product.FindFeature(id);
+    std::vector<DWORD> values = feature ? feature->values : std::vector<DWORD>();
+    // What the product lists by itself is a value of the feature that has a place for its number.
+    const CatalogueFeature* known = FindCatalogueFeature(id);
+    const auto add = [&](const auto& entries) {
+        for (const auto& entry : entries)
+            if (known && entry.value >= known->firstValue && entry.value <= known->lastValue)
+                values.push_back(entry.value);
+    };
+    add(product.mediaTypes);
+    add(product.papers);
+    add(product.trays);
+    for (const DWORD value : values)
+        if (ToLowerAscii(NameValue(value, product)) == ToLowerAscii(text)) return std::to_string(value);
+    return std::string(text);
 }
 
 // Nothing when the text is no value of the kind.
@@ -110,7 +135,7 @@ const char* DescribeKind(ProductFeatureKind kind) {
         case ProductFeatureKind::Dimension:
             return "a whole number of micrometres";
         case ProductFeatureKind::Option:
-            return "the number of an option's value";
+            return "the number of an option's value, or its name";
         case ProductFeatureKind::String:
             return "a text";
         case ProductFeatureKind::Resolution:
@@ -133,9 +158,10 @@ AttributeBytesIndexedList MakeDefaultSettings(const ProductDescription& product)
 
 void SetAttribute(AttributeBytesIndexedList& settings, const ProductDescription& product, std::string_view path,
                   std::string_view value) {
-    const std::vector<DWORD> ids = ParsePath(path);
+    const std::vector<DWORD> ids = ParsePath(path, product);
     const ProductFeatureKind kind = FindKind(product, ids).value_or(KindBySpelling(value));
-    const std::optional<AttributeBytesValue> parsed = ParseValue(kind, value);
+    const std::optional<AttributeBytesValue> parsed =
+        ParseValue(kind, kind == ProductFeatureKind::Option ? NumberOfValue(ids.back(), product, value) : value);
     if (!parsed)
         throw InputError("'" + std::string(value) + "' is no value for the setting " + std::string(path) +
                          ", which takes " + DescribeKind(kind));

@@ -8,7 +8,9 @@
 #include <algorithm>
 
 #include "devmodefields.h"
+#include "driversettings.h"
 #include "hosttext.h"
+#include "settingnames.h"
 
 namespace {
 
@@ -61,18 +63,14 @@ Json DescribeValue(const AttributeBytesValue& value) {
     return {{"kind", "list"}};
 }
 
-// Each value under its path of feature ids; a list only when it is empty.
-void DescribeList(const AttributeBytesRawList& list, const std::string& prefix, Json& attributes) {
-    for (const auto& [feature, value] : list.GetItems()) {
-        const std::string path = prefix + std::to_string(feature.id);
-        if (value.GetKind() == AttributeBytesValue::Kind::List && !value.GetList().IsEmpty()) {
-            DescribeList(value.GetList(), path + "/", attributes);
-            continue;
-        }
-        Json attribute = {{"path", path}};
-        attribute.update(DescribeValue(value));
+Json DescribeList(const AttributeBytesRawList& list) {
+    Json attributes = Json::array();
+    for (const DriverSetting& setting : ListDriverSettings(list)) {
+        Json attribute = {{"path", setting.path}, {"name", NameFeature(setting.feature)}};
+        attribute.update(DescribeValue(setting.value));
         attributes.push_back(std::move(attribute));
     }
+    return attributes;
 }
 
 std::string NameNamespace(DWORD id) {
@@ -84,11 +82,8 @@ std::string NameNamespace(DWORD id) {
 Json DescribeState(const ByteBuffer& state) {
     Json nameSpaces = Json::array();
     const PersistentAttributes persistent(state, false, nullptr);
-    for (const auto& [id, list] : persistent.GetNameSpaces().GetNameSpaces()) {
-        Json attributes = Json::array();
-        DescribeList(list, std::string(), attributes);
-        nameSpaces.push_back({{"namespace", id}, {"name", NameNamespace(id)}, {"attributes", std::move(attributes)}});
-    }
+    for (const auto& [id, list] : persistent.GetNameSpaces().GetNameSpaces())
+        nameSpaces.push_back({{"namespace", id}, {"name", NameNamespace(id)}, {"attributes", DescribeList(list)}});
     return nameSpaces;
 }
 
@@ -161,7 +156,7 @@ void PrintBlock(const Json& block, std::ostream& out) {
                                 : attribute.contains("bytes") ? Show(attribute["bytes"]) + " bytes"
                                                               : "empty list";
             if (!attribute.value("set", true)) value += " (automatic)";
-            PrintLine(out, attribute["path"].get<std::string>(), value);
+            PrintLine(out, attribute["path"].get<std::string>(), value + "  " + attribute["name"].get<std::string>());
         }
     }
 }

@@ -47,9 +47,17 @@ std::optional<std::int64_t> ParseNumber(std::string_view text) {
     return value;
 }
 
-WideString ToLowerAscii(WideStringView text) {
-    WideString result(text);
-    for (WCHAR& character : result)
-        if (character >= W('A') && character <= W('Z')) character = static_cast<WCHAR>(character - W('A') + W('a'));
-    return result;
+namespace {
+
+template <class Text>
+Text LowerAscii(Text text) {
+    for (auto& character : text)
+        if (character >= 'A' && character <= 'Z')
+            character = static_cast<typename Text::value_type>(character - 'A' + 'a');
+    return text;
 }
+
+}  // namespace
+
+WideString ToLowerAscii(WideStringView text) { return LowerAscii(WideString(text)); }
+std::string ToLowerAscii(std::string_view text) { return LowerAscii(std::string(text)); }

@@ -25,3 +25,4 @@ std::optional<std::int64_t> ParseNumber(std::string_view text);
 
 // Lower-case ASCII letters; other characters as they are.
 WideString ToLowerAscii(WideStringView text);
+std::string ToLowerAscii(std::string_view text);

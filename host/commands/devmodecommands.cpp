@@ -60,7 +60,8 @@ void AddDevmodeCommands(CLI::App& app, HostContext& context) {
     make->add_option("-o,--out", options->file, "The file to write")->required();
     make->add_option("--set", options->fields, "FIELD=VALUE: a member of DEVMODEW, such as dmCopies=7")
         ->allow_extra_args(false);
-    make->add_option("--attribute", options->attributes, "PATH=VALUE: a driver setting, such as 477/210/175=6801")
+    make->add_option("--attribute", options->attributes,
+                     "NAME=VALUE or PATH=VALUE: a driver setting, such as Duplex=5421 or 477/210/175=6801")
         ->allow_extra_args(false);
     make->add_flag("--caches", options->caches, "Put the printer's capability caches into the private block");
     make->callback([&context, options] { context.action = [&context, options] { RunNew(context, *options); }; });

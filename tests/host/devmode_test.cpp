@@ -68,12 +68,15 @@ TEST_F(DevmodeRun, FieldsAreSetByTheirNamesWithTheirFlags) {
 }
 
 TEST_F(DevmodeRun, AttributesTakeTheKindOfTheirFeature) {
-    const Json shown = Make("press8434", {"--attribute", "477/210/175=6801", "--attribute", "286=true", "--attribute",
-                                          "9998/3=12", "--attribute", "9997=grün"});
-    const Json expected[] = {{{"path", "477/210/175"}, {"kind", "option"}, {"value", 6801}, {"set", true}},
-                             {{"path", "286"}, {"kind", "boolean"}, {"value", true}},
-                             {{"path", "9998/3"}, {"kind", "option"}, {"value", 12}, {"set", true}},
-                             {{"path", "9997"}, {"kind", "string"}, {"value", "grün"}}};
+    const Json shown =
+        Make("press8434", {"--attribute", "paper type=Transparency", "--attribute", "286=true", "--attribute",
+                           "9998/3=12", "--attribute", "9997=grün", "--attribute", "Duplex=5422"});
+    const Json expected[] = {
+        {{"path", "477/210/175"}, {"name", "Paper type"}, {"kind", "option"}, {"value", 6801}, {"set", true}},
+        {{"path", "286"}, {"name", "Job tickets"}, {"kind", "boolean"}, {"value", true}},
+        {{"path", "9998/3"}, {"name", "Feature 3"}, {"kind", "option"}, {"value", 12}, {"set", true}},
+        {{"path", "9997"}, {"name", "Feature 9997"}, {"kind", "string"}, {"value", "grün"}},
+        {{"path", "46"}, {"name", "Duplex"}, {"kind", "option"}, {"value", 5422}, {"set", true}}};
     for (const Json& attribute : expected) EXPECT_EQ(FindAttribute(shown, attribute["path"]), attribute);
 }
 
