@@ -34,6 +34,7 @@ void AddCommands(CLI::App& app, HostContext& context) {
     AddCachesCommands(app, context);
     AddDevmodeCommands(app, context);
     AddConversionCommands(app, context);
+    AddExplainCommand(app, context);
     AddJobTicketCommand(app, context);
     AddCheckCommand(app, context);
     AddRegistryCommands(app, context);
@@ -62,7 +63,7 @@ bool ReadCommandLine(CLI::App& app, const std::vector<std::string>& arguments, s
 int RunGuarded(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
                const OperationReports& reports) {
     try {
-        HostContext context(out);
+        HostContext context(out, err);
         CLI::App app("Does from the command line what the print subsystem does around the PrintTicket provider.",
                      kProgram);
         app.allow_windows_style_options(false);  // a path may begin with a slash on either host

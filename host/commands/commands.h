@@ -11,7 +11,7 @@
 // What a command works with. A command's callback stores its action; it runs once the whole command line is read.
 class HostContext {
 public:
-    explicit HostContext(std::ostream& output) : out(output) {}
+    HostContext(std::ostream& output, std::ostream& errors) : out(output), err(errors) {}
     ~HostContext();
     HostContext(const HostContext&) = delete;
     HostContext& operator=(const HostContext&) = delete;
@@ -22,6 +22,7 @@ public:
     void UseThrowawayStore();  // a store that ends with the context
 
     std::ostream& out;
+    std::ostream& err;
     std::string storeFolder;  // as told by --store; empty when it was not
     std::function<void()> action;
     int exitStatus = 0;  // of the command line, when nothing fails
@@ -47,5 +48,6 @@ void AddPaperCommands(CLI::App& printer, HostContext& context);  // forms and cu
 void AddCachesCommands(CLI::App& app, HostContext& context);
 void AddDevmodeCommands(CLI::App& app, HostContext& context);
 void AddConversionCommands(CLI::App& app, HostContext& context);
+void AddExplainCommand(CLI::App& app, HostContext& context);
 void AddJobTicketCommand(CLI::App& app, HostContext& context);
 void AddRegistryCommands(CLI::App& app, HostContext& context);

@@ -3,10 +3,13 @@
 #include <ostream>
 
 #include <subsystem/documentkind.h>
+#include <subsystem/explain/explain.h>
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
 #include <subsystem/hresultnames.h>
+#include <subsystem/inputs/devmodeinput.h>
+#include <subsystem/inputs/ticketinput.h>
 #include <subsystem/printsession.h>
 #include <subsystem/xmlfile.h>
 #include "commands.h"
@@ -18,15 +21,22 @@ using Document = PrintSession::Document;
 // Options of the four commands; each declares those that it takes. Empty: not given.
 struct ConversionOptions {
     std::string printer, devmode, ticket, in, out;
+    bool strict = false;
 };
 using SharedOptions = std::shared_ptr<ConversionOptions>;
 
-// Null when no file is named.
-Document ReadDocument(const std::string& file, WideStringView rootName) {
+// Each is null when no file is named.
+Document ReadCapabilities(const std::string& file) {
     if (file.empty()) return nullptr;
     Document document = ReadDocumentFile(PathFromUtf8(file));
-    RequireRoot(document.Get(), rootName, file);
+    RequireRoot(document.Get(), kCapabilitiesRoot, file);
     return document;
+}
+
+Document ReadTicket(const std::string& file) { return file.empty() ? nullptr : ReadTicketInput(PathFromUtf8(file)); }
+
+DevmodeBuffer ReadDevmode(const ConversionOptions& options) {
+    return ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
 }
 
 PrintSession OpenSession(HostContext& context, const ConversionOptions& options) {
@@ -42,19 +52,31 @@ void WriteDocument(HostContext& context, const ConversionOptions& options, IXMLD
     }
 }
 
+// Says on standard error what is lost and what is ignored; under --strict that fails before anything is written.
+void ReportLosses(HostContext& context, const ConversionOptions& options, const Explanation& explanation) {
+    const std::vector<std::string> losses = ListLosses(explanation);
+    for (const std::string& loss : losses) context.err << loss << '\n';
+    if (!options.strict || losses.empty()) return;
+    throw OperationError(std::to_string(losses.size()) +
+                         " settings are lost or ignored, and --strict was given; nothing was written");
+}
+
 void RunTicket(HostContext& context, const ConversionOptions& options) {
-    DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.devmode));
-    Document document = ReadDocument(options.in, kTicketRoot);
+    const DevmodeBuffer devmode = ReadDevmode(options);
+    const Document coreTicket = ReadTicket(options.in);
     const PrintSession session = OpenSession(context, options);
-    document = session.MakeTicket(devmode, document);
-    WriteDocument(context, options, document.Get());
+    PrinterFacts printer(session);
+    const ExplainedTicket result = ConvertAndExplain(printer, devmode, coreTicket);
+    ReportLosses(context, options, result.explanation);
+    WriteDocument(context, options, result.ticket.Get());
 }
 
 void RunApply(HostContext& context, const ConversionOptions& options) {
-    DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.devmode));
-    const Document ticket = ReadDocument(options.ticket, kTicketRoot);
+    DevmodeBuffer devmode = ReadDevmode(options);
+    const Document ticket = ReadTicket(options.ticket);
     const PrintSession session = OpenSession(context, options);
-    session.ApplyTicket(ticket.Get(), devmode);
+    PrinterFacts printer(session);
+    ReportLosses(context, options, ApplyAndExplain(printer, ticket.Get(), devmode));
     if (options.out.empty()) {
         context.out << devmode.GetBytesView();
     } else {
@@ -63,15 +85,15 @@ void RunApply(HostContext& context, const ConversionOptions& options) {
 }
 
 void RunCapabilities(HostContext& context, const ConversionOptions& options) {
-    const Document ticket = ReadDocument(options.ticket, kTicketRoot);
-    Document capabilities = ReadDocument(options.in, kCapabilitiesRoot);
+    const Document ticket = ReadTicket(options.ticket);
+    Document capabilities = ReadCapabilities(options.in);
     const PrintSession session = OpenSession(context, options);
     capabilities = session.MakeCapabilities(ticket.Get(), capabilities);
     WriteDocument(context, options, capabilities.Get());
 }
 
 void RunValidate(HostContext& context, const ConversionOptions& options) {
-    const Document ticket = ReadDocument(options.ticket, kTicketRoot);
+    const Document ticket = ReadTicket(options.ticket);
     const PrintSession session = OpenSession(context, options);
     const HRESULT expanded = session.CallExpand(ticket.Get());
     context.out << "ExpandIntentOptions: " << DescribeHresult(expanded) << '\n';
@@ -92,6 +114,7 @@ CLI::App* AddConversion(CLI::App& app, HostContext& context, const SharedOptions
 }
 
 constexpr const char* kOutDocument = "The document's file (default: standard output)";
+constexpr const char* kStrict = "Fail, and write nothing, when a setting is lost or ignored";
 
 }  // namespace
 
@@ -103,11 +126,13 @@ void AddConversionCommands(CLI::App& app, HostContext& context) {
     ticket->add_option("--in", options->in, "The PrintTicket as the core driver left it (default: mvpthost writes one)")
         ->check(NotEmpty());
     ticket->add_option("-o,--out", options->out, kOutDocument)->check(NotEmpty());
+    ticket->add_flag("--strict", options->strict, kStrict);
 
     CLI::App* apply = AddConversion(app, context, options, "apply", "A PrintTicket is applied to a DEVMODE", RunApply);
     apply->add_option("--ticket", options->ticket, "The PrintTicket's file")->required()->check(NotEmpty());
     apply->add_option("--devmode", options->devmode, "The file of the DEVMODE to start from")->required();
     apply->add_option("-o,--out", options->out, "The new DEVMODE's file (default: standard output)")->check(NotEmpty());
+    apply->add_flag("--strict", options->strict, kStrict);
 
     CLI::App* capabilities = AddConversion(app, context, options, "capabilities",
                                            "What the printer can do, as PrintCapabilities", RunCapabilities);

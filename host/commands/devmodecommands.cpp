@@ -7,6 +7,7 @@
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
+#include <subsystem/inputs/devmodeinput.h>
 #include <subsystem/installedprinter.h>
 #include "commands.h"
 
@@ -39,7 +40,7 @@ void RunNew(HostContext& context, const DevmodeOptions& options) {
 }
 
 void RunShow(HostContext& context, const DevmodeOptions& options) {
-    DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.file));
+    DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.file));
     const nlohmann::ordered_json description = DescribeDevmode(devmode);
     if (options.json) {
         context.out << description.dump(2) << '\n';

@@ -59,7 +59,9 @@ TEST_F(Conversions, ColourCopiesAndBlockTravelToTheTicketAndBack) {
 
     // All that the ticket tells comes back; what it does not tell stays as the fresh DEVMODE has it.
     Write("ticket.xml", ticket);
-    Apply("ticket.xml", "fresh.bin", "back.bin");
+    const std::vector<std::string> apply = {"apply",     "--printer",       "P",  "--ticket",      File("ticket.xml"),
+                                            "--devmode", File("fresh.bin"), "-o", File("back.bin")};
+    EXPECT_EQ(Run(apply).status, 0);
     const std::string job = Read("job.bin");
     const std::string back = Read("back.bin");
     EXPECT_TRUE(job.substr(220) == back.substr(220)) << "the driver's own part";

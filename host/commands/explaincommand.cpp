@@ -1,0 +1,98 @@
+// explain
+#include <subsystem/documentkind.h>
+#include <subsystem/explain/explain.h>
+#include <subsystem/hosterror.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/inputs/devmodeinput.h>
+#include <subsystem/inputs/ticketinput.h>
+#include <subsystem/xmlfile.h>
+
+#include <memory>
+#include <ostream>
+
+#include "commands.h"
+
+namespace {
+
+struct ExplainOptions {
+    std::string printer, devmode, ticket, capabilities, in;
+    bool json = false;
+};
+
+Explanation ExplainDevmodeFile(PrinterFacts& printer, const ExplainOptions& options) {
+    const DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
+    const PrintSession::Document coreTicket =
+        options.in.empty() ? PrintSession::Document() : ReadTicketInput(PathFromUtf8(options.in));
+    return ConvertAndExplain(printer, devmode, coreTicket).explanation;
+}
+
+Explanation ExplainTicketFile(PrinterFacts& printer, const ExplainOptions& options) {
+    DevmodeBuffer devmode = options.devmode.empty() ? printer.MakeDefaultDevmode()
+                                                    : ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
+    const PrintSession::Document ticket = ReadTicketInput(PathFromUtf8(options.ticket));
+    return ApplyAndExplain(printer, ticket.Get(), devmode);
+}
+
+Explanation ExplainBothFiles(PrinterFacts& printer, const ExplainOptions& options) {
+    const DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
+    const PrintSession::Document ticket = ReadTicketInput(PathFromUtf8(options.ticket));
+    printer.GetSession().DeclareDeviceNamespace(ticket.Get());
+    return ExplainAgreement(printer, devmode, SchemaSettings(ticket.Get()));
+}
+
+void RunExplain(HostContext& context, const ExplainOptions& options, bool ticketIsFirst) {
+    if (options.devmode.empty() && options.ticket.empty())
+        throw InputError("there is nothing to explain; give --devmode, --ticket or both");
+    context.UseStore();
+    const PrintSession session(CXString::FromUtf8(options.printer));
+    PrinterFacts printer(session);
+    if (!options.capabilities.empty()) {
+        const PrintSession::Document capabilities = ReadDocumentFile(PathFromUtf8(options.capabilities));
+        RequireRoot(capabilities.Get(), kCapabilitiesRoot, options.capabilities);
+        printer.SetCapabilities(capabilities.Get());
+    }
+    Explanation rows = options.ticket.empty()                     ? ExplainDevmodeFile(printer, options)
+                       : ticketIsFirst || options.devmode.empty() ? ExplainTicketFile(printer, options)
+                                                                  : ExplainBothFiles(printer, options);
+    SortByVerdict(rows);
+    if (options.json) {
+        context.out << ToJson(rows).dump(2) << '\n';
+    } else {
+        PrintExplanation(rows, context.out);
+    }
+}
+
+}  // namespace
+
+void AddExplainCommand(CLI::App& app, HostContext& context) {
+    const auto options = std::make_shared<ExplainOptions>();
+    CLI::App* command = app.add_subcommand(
+        "explain",
+        "Why a setting changed. --devmode alone: what becomes of the DEVMODE in a ticket. --ticket alone, or before "
+        "--devmode: what becomes of the ticket, applied to that DEVMODE or the printer's own. --devmode before "
+        "--ticket: whether they agree.");
+    command->add_option("--printer", options->printer, "The printer's name")->required();
+    command
+        ->add_option("--devmode", options->devmode,
+                     "A DEVMODE: raw, as hex or Base64 text, in a .reg file, or inside a ticket's driver data")
+        ->check(NotEmpty());
+    CLI::Option* ticket =
+        command->add_option("--ticket", options->ticket, "A PrintTicket, alone or in an XPS file")->check(NotEmpty());
+    command
+        ->add_option("--capabilities", options->capabilities,
+                     "What the printer offers, as PrintCapabilities (default: what it tells now)")
+        ->check(NotEmpty());
+    command->add_option("--in", options->in, "With --devmode alone: the PrintTicket as the core driver left it")
+        ->check(NotEmpty())
+        ->excludes(ticket);
+    command->add_flag("--json", options->json, "Print an array of rows: setting, before, after, verdict, reason");
+    command->callback([&context, options, command, ticket] {
+        // Of the two, the one that stands first on the command line is what is explained.
+        bool ticketIsFirst = false;
+        for (const CLI::Option* option : command->parse_order()) {
+            ticketIsFirst = option == ticket;
+            if (ticketIsFirst || option->get_name() == "--devmode") break;
+        }
+        context.action = [&context, options, ticketIsFirst] { RunExplain(context, *options, ticketIsFirst); };
+    });
+}
