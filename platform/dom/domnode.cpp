@@ -201,7 +201,7 @@ HRESULT NodeCore::Xml(BSTR* xml) const {
 HRESULT NodeCore::SelectNodes(BSTR query, IXMLDOMNodeList** list) const {
     std::vector<xmlNode*> found;
     if (!list) return E_INVALIDARG;
-    if (const HRESULT result = Select(*tree_, node_, query, &found); FAILED(result)) return result;
+    if (const HRESULT result = Select(*tree_, node_, query, kEveryNode, &found); FAILED(result)) return result;
     std::vector<ComPtr<IXMLDOMNode>> nodes;
     nodes.reserve(found.size());
     for (xmlNode* const node : found) nodes.push_back(Wrap(tree_, node));
@@ -212,7 +212,7 @@ HRESULT NodeCore::SelectNodes(BSTR query, IXMLDOMNodeList** list) const {
 HRESULT NodeCore::SelectSingleNode(BSTR query, IXMLDOMNode** node) const {
     std::vector<xmlNode*> found;
     if (!node) return E_INVALIDARG;
-    if (const HRESULT result = Select(*tree_, node_, query, &found); FAILED(result)) return result;
+    if (const HRESULT result = Select(*tree_, node_, query, 1, &found); FAILED(result)) return result;
     return ReturnNode(found.empty() ? nullptr : found.front(), node);
 }
 

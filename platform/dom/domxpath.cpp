@@ -3,6 +3,7 @@
 
 #include "domname.h"
 #include "domparser.h"
+#include "dompath.h"
 
 #include <libxml/xpathInternals.h>
 
@@ -21,59 +22,6 @@ struct ObjectDeleter {
 
 bool IsNameCharacter(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '-' || c == '.' || (c & 0x80) != 0;
-}
-
-std::size_t SkipName(const std::string& query, std::size_t i) {
-    while (i < query.size() && IsNameCharacter(query[i])) ++i;
-    if (i + 1 >= query.size() || query[i] != ':' || !IsNameCharacter(query[i + 1])) return i;
-    for (++i; i < query.size() && IsNameCharacter(query[i]);) ++i;
-    return i;
-}
-
-// Behind the predicate that starts there, if it asks for an attribute, or for one that is a literal; else npos.
-std::size_t SkipAttributePredicate(const std::string& query, std::size_t i) {
-    if (query.compare(i, 2, "[@") != 0) return std::string::npos;
-    const std::size_t name = i + 2;
-    i = SkipName(query, name);
-    if (i == name) return std::string::npos;
-    if (i = query.find_first_not_of(' ', i); i != std::string::npos && query[i] == '=') {
-        i = query.find_first_not_of(' ', i + 1);
-        if (i == std::string::npos || (query[i] != '"' && query[i] != '\'')) return std::string::npos;
-        i = query.find(query[i], i + 1);
-        if (i != std::string::npos) ++i;
-    }
-    return i < query.size() && query[i] == ']' ? i + 1 : std::string::npos;
-}
-
-// Behind the step that starts there, if it is a name with such predicates; else npos.
-std::size_t SkipPlainStep(const std::string& query, std::size_t i) {
-    const std::size_t name = i;
-    i = SkipName(query, name);
-    if (i == name) return std::string::npos;
-    while (i < query.size() && query[i] == '[') i = SkipAttributePredicate(query, i);
-    return i < query.size() && (query[i] == '(' || query[i] == ':') ? std::string::npos : i;
-}
-
-// "//name[@attribute]" goes through the children of all nodes. "/descendant::name[@attribute]" finds the same, as its
-// predicates count no positions, and is far quicker; libxml2 sees that only where there is no predicate.
-std::string WalkDescendants(const std::string& query) {
-    std::string result;
-    for (std::size_t i = 0; i < query.size();) {
-        std::size_t end = i + 1;
-        if (query[i] == '"' || query[i] == '\'') {
-            end = query.find(query[i], i + 1);
-            end = end == std::string::npos ? query.size() : end + 1;
-        } else if (query.compare(i, 2, "//") == 0) {
-            if (const std::size_t step = SkipPlainStep(query, i + 2); step != std::string::npos) {
-                result += "/descendant::";
-                i += 2;
-                end = step;
-            }
-        }
-        result.append(query, i, end - i);
-        i = end;
-    }
-    return result;
 }
 
 // The declarations of a property's text. The parser of documents reads them, as the attributes of an element.
@@ -139,11 +87,22 @@ bool Selector::KnowsNamesOf(const std::string& query) const {
     return true;
 }
 
-HRESULT Selector::Select(xmlNode* from, const std::string& query, std::vector<xmlNode*>* found) {
+HRESULT Selector::Select(xmlNode* from, const std::string& query, std::size_t limit, std::vector<xmlNode*>* found) {
     if (query.find('\0') != std::string::npos || !xmlCheckUTF8(XmlChars(query.c_str()))) return E_FAIL;
+    const auto bindings = [this](const std::string& prefix) {
+        return ViewOf(xmlXPathNsLookup(context_.get(), XmlChars(prefix.c_str())));
+    };
+    if (const std::optional<PathQuery> path = PathQuery::Read(query, bindings)) {
+        path->Select(from, limit, found);
+        return S_OK;
+    }
+    return Evaluate(from, query, found);
+}
+
+HRESULT Selector::Evaluate(xmlNode* from, const std::string& query, std::vector<xmlNode*>* found) {
     if (!KnowsNamesOf(query)) return E_FAIL;
     const std::unique_ptr<xmlXPathCompExpr, ExpressionDeleter> expression(
-        xmlXPathCtxtCompile(context_.get(), XmlChars(WalkDescendants(query).c_str())));
+        xmlXPathCtxtCompile(context_.get(), XmlChars(query.c_str())));
     if (!expression) return E_FAIL;
     context_->node = from;
     const std::unique_ptr<xmlXPathObject, ObjectDeleter> result(xmlXPathCompiledEval(expression.get(), context_.get()));
@@ -158,7 +117,7 @@ HRESULT Selector::Select(xmlNode* from, const std::string& query, std::vector<xm
     return S_OK;
 }
 
-HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::vector<xmlNode*>* found) {
+HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::size_t limit, std::vector<xmlNode*>* found) {
     if (ViewOf(query).empty()) return E_INVALIDARG;
     if (!tree.selector) {
         auto selector = std::make_unique<Selector>(tree);
@@ -167,7 +126,7 @@ HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::vector<xmlNode*>* 
         for (const auto& [prefix, uri] : pairs) selector->Register(prefix, uri);
         tree.selector = std::move(selector);
     }
-    return tree.selector->Select(from, RawToUtf8(ViewOf(query)), found);
+    return tree.selector->Select(from, RawToUtf8(ViewOf(query)), limit, found);
 }
 
 HRESULT SetSelectionNamespaces(DomTree& tree, const std::string& declarations) {

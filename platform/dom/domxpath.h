@@ -5,6 +5,7 @@
 
 #include <libxml/xpath.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,9 +17,10 @@ class Selector {
 public:
     explicit Selector(DomTree& tree);
     void Register(const std::string& prefix, const std::string& uri);
-    HRESULT Select(xmlNode* from, const std::string& query, std::vector<xmlNode*>* found);
+    HRESULT Select(xmlNode* from, const std::string& query, std::size_t limit, std::vector<xmlNode*>* found);
 
 private:
+    HRESULT Evaluate(xmlNode* from, const std::string& query, std::vector<xmlNode*>* found);
     bool KnowsFunction(const std::string& name) const;
     bool KnowsNamesOf(const std::string& query) const;
 
@@ -28,9 +30,12 @@ private:
     std::unique_ptr<xmlXPathContext, Deleter> context_;
 };
 
-// The nodes that the query selects, in document order. E_INVALIDARG for a null or empty query, E_FAIL for one that is
+inline constexpr std::size_t kEveryNode = static_cast<std::size_t>(-1);
+
+// The nodes that the query selects, in document order; whoever wants but some of them says how many, and may get more.
+// E_INVALIDARG for a null or empty query, E_FAIL for one that is
 // malformed, uses a prefix that is not bound, or does not select nodes.
-HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::vector<xmlNode*>* found);
+HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::size_t limit, std::vector<xmlNode*>* found);
 
 // Sets the property: declarations as in a start tag, in either kind of quotes. E_FAIL, and nothing is changed, when the
 // text is anything else.

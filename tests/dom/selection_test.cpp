@@ -41,6 +41,8 @@ TEST(Selection, FindsInDocumentOrder) {
         {"/", "//*[@name]", "k:A k:X k:B k:C k:A k:P "},
         {"/", "//Feature", ""},
         {"/", "//g:Scored | //g:Feature[@name = \"k:A\"]/g:Option", "k:X k:A "},
+        {"/", "//g:Option|/g:T/*[@name='k:A'] | //g:Feature//g:Feature", "k:A k:X k:C f:Option k:A "},
+        {"/", "//g:T//*[@name]//*[ @name ]", "k:X k:C "},
         {"//g:Feature[2]", "./g:Feature[@name = \"k:C\"]", "k:C "},
         {"//g:Feature[2]", ".//g:Option", "f:Option "},
         {"//g:Feature[1]", "//g:Scored", "k:A "},
