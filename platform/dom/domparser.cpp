@@ -1,7 +1,8 @@
-// The parser: libxml2 reads the bytes through its older callbacks, which hand over an element's attributes and
-// declarations in one list as they were written; the namespaces are worked out here.
+// The parser: libxml2 reads the prolog, the names and all that elements hold; the elements themselves are read here.
+// Its own reader compares each attribute with all those in front of it.
 #include "domparser.h"
 
+#include "dombuilder.h"
 #include "domname.h"
 
 #include <libxml/SAX2.h>
@@ -9,182 +10,162 @@
 #include <libxml/parserInternals.h>
 #include <quietxmlerrors.h>
 
-#include <algorithm>
+#include <cstring>
 #include <limits>
-#include <set>
+#include <memory>
+#include <new>
+#include <utility>
 #include <vector>
 
 namespace dom {
 namespace {
 
 struct ContextDeleter {
-    void operator()(xmlParserCtxt* context) const noexcept { xmlFreeParserCtxt(context); }
+    void operator()(xmlParserCtxt* context) const noexcept {
+        xmlFreeDoc(context->myDoc);
+        xmlFreeParserCtxt(context);
+    }
 };
 
-// What one parse knows beside libxml2's own state; the context's _private points to it.
-class Builder {
+Builder& BuilderOf(void* context) { return *static_cast<Builder*>(static_cast<xmlParserCtxt*>(context)->_private); }
+
+// What follows the XML declaration. Each step ends at a failure, which the builder has been told of.
+class ContentReader {
 public:
-    explicit Builder(DomTree& tree) : tree_(tree) { scope_.push_back({"xml", tree.Namespace("xml", kXmlNamespace)}); }
+    ContentReader(xmlParserCtxt* parser, Builder& builder) : parser_(parser), builder_(builder) {}
 
-    static Builder& Of(void* context) { return *static_cast<Builder*>(static_cast<xmlParserCtxt*>(context)->_private); }
-
-    void StartElement(xmlParserCtxt* parser, const xmlChar* name, const xmlChar** attributes);
-    void EndElement(xmlParserCtxt* parser, const xmlChar* name);
-    // The first failure is the one that is told.
-    void Fail(const std::string& reason, int line, int column);
-    void FailHere(xmlParserCtxt* parser, const std::string& reason);
-
-    ParseFailure failure;
-    bool outOfMemory = false;
+    void Read() {
+        xmlParseMisc(parser_);
+        if (Starts("<!DOCTYPE")) Fail("a document type declaration (<!DOCTYPE) is not accepted");
+        if (Starts("<")) {
+            do ReadNext();
+            while (HasGoneWell() && !open_.empty());
+        } else {
+            Fail("the start of the root element was expected");
+        }
+        xmlParseMisc(parser_);
+        if (HasGoneWell() && Has(1)) Fail("there is text behind the root element");
+    }
 
 private:
-    struct Binding {
-        std::string prefix;
-        xmlNs* space;
-    };
-    bool Declare(const xmlChar** attributes, std::string* reason);
-    bool Resolve(std::string_view name, bool isElement, QName* parts, xmlNs** space, std::string* reason) const;
-    bool AddAttributes(xmlNode* element, const xmlChar** attributes, std::string* reason);
+    bool HasGoneWell() const { return builder_.failure.reason.empty() && !builder_.outOfMemory; }
+    void Fail(const std::string& reason) { builder_.FailHere(parser_, reason); }
 
-    DomTree& tree_;
-    std::vector<Binding> scope_;
-    std::vector<std::size_t> marks_;  // the scope's size before each open element
-};
-
-void Builder::Fail(const std::string& reason, int line, int column) {
-    if (!failure.reason.empty()) return;
-    failure = {reason, line, column};
-    std::replace(failure.reason.begin(), failure.reason.end(), '\n', ' ');
-    failure.reason.resize(failure.reason.find_last_not_of(" .") + 1);
-    if (failure.reason.empty()) failure.reason = "the document is not well-formed";
-}
-
-void Builder::FailHere(xmlParserCtxt* parser, const std::string& reason) {
-    Fail(reason, parser->input ? parser->input->line : 0, parser->input ? parser->input->col : 0);
-    xmlStopParser(parser);
-}
-
-bool Builder::Declare(const xmlChar** attributes, std::string* reason) {
-    for (; attributes && *attributes; attributes += 2) {
-        const std::string_view name = ViewOf(attributes[0]);
-        const std::string_view uri = ViewOf(attributes[1]);
-        if (!IsDeclarationName(name)) continue;
-        const std::string_view prefix = DeclaredPrefix(name);
-        if (!IsQName(std::string(name)) || !IsDeclarable(prefix, uri)) {
-            *reason = "the namespace declaration '" + std::string(name) + "' is not allowed";
-            return false;
-        }
-        scope_.push_back({std::string(prefix), tree_.Namespace(prefix, uri)});
+    const xmlParserInput& Input() const { return *parser_->input; }
+    // Whether that many bytes are left; a text in another encoding comes in pieces.
+    bool Has(std::size_t length) {
+        const auto left = [this] { return static_cast<std::size_t>(Input().end - Input().cur); };
+        if (left() < length) xmlParserInputGrow(parser_->input, kGrowth);
+        return left() >= length;
     }
-    return true;
-}
-
-bool Builder::Resolve(std::string_view name, bool isElement, QName* parts, xmlNs** space, std::string* reason) const {
-    if (!IsQName(std::string(name))) {
-        *reason = "'" + std::string(name) + "' is not a qualified name";
-        return false;
+    bool Starts(std::string_view text) {
+        return Has(text.size()) && std::memcmp(Input().cur, text.data(), text.size()) == 0;
     }
-    *parts = SplitName(name);
-    *space = nullptr;
-    if (parts->prefix.empty() && !isElement) return true;
-    for (auto binding = scope_.rbegin(); binding != scope_.rend(); ++binding) {
-        if (binding->prefix != parts->prefix) continue;
-        *space = binding->space;
+    bool Take(std::string_view text) {
+        if (!Starts(text)) return false;
+        for (std::size_t i = 0; i < text.size(); ++i) xmlNextChar(parser_);
         return true;
     }
-    if (parts->prefix.empty()) return true;
-    *reason = "the prefix '" + std::string(parts->prefix) + "' is not declared";
-    return false;
-}
+    std::size_t Position() const { return Input().consumed + static_cast<std::size_t>(Input().cur - Input().base); }
 
-bool Builder::AddAttributes(xmlNode* element, const xmlChar** attributes, std::string* reason) {
-    std::set<std::pair<std::string_view, std::string_view>> seen;  // expanded names of those with a prefix
-    xmlNode* last = nullptr;
-    for (; attributes && *attributes; attributes += 2) {
-        const std::string_view name = ViewOf(attributes[0]);
-        const bool isDeclaration = IsDeclarationName(name);
-        QName parts{{}, name};
-        xmlNs* space = nullptr;
-        if (!isDeclaration && !Resolve(name, false, &parts, &space, reason)) return false;
-        if (space && !seen.insert({ViewOf(space->href), parts.local}).second) {
-            *reason = "the attribute '" + std::string(name) + "' occurs twice under different prefixes";
-            return false;
-        }
-        const xmlElementType type = isDeclaration ? kDeclarationType : XML_ATTRIBUTE_NODE;
-        OwnedNode attribute = NewAttribute(element->doc, type, space, std::string(parts.local));
-        if (attributes[1] && *attributes[1]) {
-            LinkLast(attribute.get(), NewContentNode(element->doc, XML_TEXT_NODE, {}, Chars(attributes[1])));
-        }
-        // LinkLast would look for the end of the list each time.
-        attribute->parent = element;
-        attribute->prev = last;
-        xmlNode* const linked = attribute.release();
-        if (last) {
-            last->next = linked;
+    // A tag, or a piece of what an element holds.
+    void ReadNext() {
+        const std::size_t before = Position();
+        if (Starts("</")) {
+            ReadEndTag();
+        } else if (Starts("<?")) {
+            xmlParsePI(parser_);
+        } else if (Starts("<!--")) {
+            xmlParseComment(parser_);
+        } else if (Starts("<![CDATA[")) {
+            xmlParseCDSect(parser_);
+        } else if (Starts("<")) {
+            ReadStartTag();
+        } else if (!Has(1)) {
+            Fail("the element '" + std::string(ViewOf(open_.back())) + "' is not closed");
+        } else if (Starts("&")) {
+            xmlParseReference(parser_);
         } else {
-            element->properties = AsAttribute(linked);
+            xmlParseCharData(parser_, 0);
         }
-        last = linked;
+        if (HasGoneWell() && Position() == before) Fail("there is a character that no document holds");
     }
-    return true;
-}
 
-void Builder::StartElement(xmlParserCtxt* parser, const xmlChar* name, const xmlChar** attributes) {
-    marks_.push_back(scope_.size());
-    QName parts;
-    xmlNs* space = nullptr;
-    std::string reason;
-    if (!Declare(attributes, &reason) || !Resolve(ViewOf(name), true, &parts, &space, &reason)) {
-        FailHere(parser, reason);
-        return;
+    void ReadStartTag() {
+        Take("<");
+        const xmlChar* const name = xmlParseName(parser_);
+        if (!name) {
+            Fail("the name of an element was expected");
+            return;
+        }
+        attributes_.clear();
+        for (;;) {
+            const bool isApart = xmlSkipBlankChars(parser_) > 0;
+            if (Starts(">") || Starts("/>")) break;
+            xmlChar* value = nullptr;
+            const xmlChar* const attribute = isApart ? xmlParseAttribute(parser_, &value) : nullptr;
+            ReadAttribute read{attribute, decltype(ReadAttribute::value)(value)};
+            if (!attribute || !value) {
+                Fail("the tag of the element '" + std::string(ViewOf(name)) + "' is malformed");
+                return;
+            }
+            attributes_.push_back(std::move(read));
+        }
+        builder_.StartElement(parser_, name, attributes_);
+        if (!HasGoneWell()) return;
+        open_.push_back(name);
+        if (Take("/>")) {
+            EndElement();
+        } else {
+            Take(">");
+        }
     }
-    // Without a prefix and without attributes libxml2's own handler makes the node, links it and keeps its stack.
-    const xmlNode* const parent = parser->node;
-    xmlSAX2StartElement(parser, XmlChars(std::string(parts.local).c_str()), nullptr);
-    if (parser->node == parent || !parser->node) throw std::bad_alloc();
-    parser->node->ns = space;
-    if (!AddAttributes(parser->node, attributes, &reason)) FailHere(parser, reason);
-}
 
-void Builder::EndElement(xmlParserCtxt* parser, const xmlChar* name) {
-    scope_.resize(marks_.back());
-    marks_.pop_back();
-    xmlSAX2EndElement(parser, name);
-}
+    void ReadEndTag() {
+        Take("</");
+        const xmlChar* const name = xmlParseName(parser_);
+        xmlSkipBlankChars(parser_);
+        if (name == open_.back() && Take(">")) {  // the parser keeps each name once
+            EndElement();
+        } else {
+            Fail("the end of the element '" + std::string(ViewOf(open_.back())) + "' was expected");
+        }
+    }
+
+    void EndElement() {
+        builder_.EndElement(parser_, open_.back());
+        open_.pop_back();
+    }
+
+    static constexpr int kGrowth = 250;
+
+    xmlParserCtxt* const parser_;
+    Builder& builder_;
+    std::vector<const xmlChar*> open_;
+    std::vector<ReadAttribute> attributes_;
+};
 
 // ---- libxml2's callbacks; no exception may pass through its frames
 // ------------------------------------------------------
 extern "C" {
 
-void OnStartElement(void* context, const xmlChar* name, const xmlChar** attributes) {
+// Comes when the XML declaration is read. The reader takes all that follows, and libxml2 is told that this was all.
+void OnStartDocument(void* context) {
     auto* const parser = static_cast<xmlParserCtxt*>(context);
-    Builder& builder = Builder::Of(context);
+    Builder& builder = BuilderOf(context);
+    xmlSAX2StartDocument(context);
     try {
-        builder.StartElement(parser, name, attributes);
+        parser->instate = XML_PARSER_CONTENT;
+        if (parser->myDoc) ContentReader(parser, builder).Read();
     } catch (...) {
         builder.outOfMemory = true;
-        xmlStopParser(parser);
     }
-}
-
-void OnEndElement(void* context, const xmlChar* name) {
-    Builder::Of(context).EndElement(static_cast<xmlParserCtxt*>(context), name);
-}
-
-void OnDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
-    auto* const parser = static_cast<xmlParserCtxt*>(context);
-    Builder& builder = Builder::Of(context);
-    try {
-        builder.FailHere(parser, "a document type declaration (<!DOCTYPE) is not accepted");
-    } catch (...) {
-        builder.outOfMemory = true;
-        xmlStopParser(parser);
-    }
+    xmlStopParser(parser);
 }
 
 // The library has noted the error in the context when it comes here.
 void OnError(void* context, const char*, ...) {
-    Builder& builder = Builder::Of(context);
+    Builder& builder = BuilderOf(context);
     const xmlError& error = static_cast<xmlParserCtxt*>(context)->lastError;
     try {
         builder.Fail(error.message ? error.message : "", error.line, error.int2);
@@ -201,21 +182,20 @@ constexpr int kOptions = XML_PARSE_NONET     // nothing is fetched
                          | XML_PARSE_NODICT  // strings belong to their nodes, so that nodes can move between documents
                          | XML_PARSE_NOENT;  // attribute values come with their references resolved
 
+// Null when the library has not come to the document's start.
 xmlDoc* Parse(Builder& builder, const void* bytes, int length, int options) {
-    const std::unique_ptr<xmlParserCtxt, ContextDeleter> parser(xmlNewParserCtxt());
+    const QuietXmlErrors quiet;
+    const std::unique_ptr<xmlParserCtxt, ContextDeleter> parser(
+        xmlCreateMemoryParserCtxt(static_cast<const char*>(bytes), length));
     if (!parser) throw std::bad_alloc();
     parser->_private = &builder;
-    parser->sax->startElementNs = nullptr;
-    parser->sax->endElementNs = nullptr;
-    parser->sax->startElement = OnStartElement;
-    parser->sax->endElement = OnEndElement;
-    parser->sax->internalSubset = OnDocumentType;
-    parser->sax->initialized = 1;  // with the mark of the newer interface the library would pass over all of these
+    parser->sax->startDocument = OnStartDocument;
     parser->sax->error = OnError;
     parser->sax->fatalError = OnError;
     parser->sax->warning = OnWarning;
-    const QuietXmlErrors quiet;
-    return xmlCtxtReadMemory(parser.get(), static_cast<const char*>(bytes), length, nullptr, nullptr, options);
+    xmlCtxtUseOptions(parser.get(), options);
+    xmlParseDocument(parser.get());
+    return std::exchange(parser->myDoc, nullptr);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "domserialise.h"
 
 #include "domname.h"
+#include "domscope.h"
 
 #include <libxml/xmlsave.h>
 
@@ -33,19 +34,15 @@ public:
 private:
     MissingDeclarations() = default;
 
-    struct Binding {
-        std::string_view prefix;
-        std::string_view uri;
-    };
-
     void Enter(xmlNode* node) {
         if (node->type != XML_ELEMENT_NODE) return;
-        marks_.push_back(scope_.size());
+        scope_.OpenElement();
         bool declaresDefault = false;
         for (const xmlAttr* attribute = node->properties; attribute; attribute = attribute->next) {
             if (!IsDeclaration(attribute)) continue;
-            scope_.push_back({DeclaredPrefix(attribute), AttributeText(attribute)});
-            declaresDefault = declaresDefault || scope_.back().prefix.empty();
+            const std::string_view prefix = DeclaredPrefix(attribute);
+            scope_.Declare(prefix, AttributeText(attribute));
+            declaresDefault = declaresDefault || prefix.empty();
         }
         // A caller that puts xmlns="..." on an element made without a namespace wants just that written.
         if (node->ns || !declaresDefault) Require(node, node->ns);
@@ -55,30 +52,22 @@ private:
     }
 
     void Leave(const xmlNode* node) {
-        if (node->type != XML_ELEMENT_NODE) return;
-        scope_.resize(marks_.back());
-        marks_.pop_back();
+        if (node->type == XML_ELEMENT_NODE) scope_.CloseElement();
     }
 
     void Require(xmlNode* element, const xmlNs* space) {
         const std::string_view prefix = space ? ViewOf(space->prefix) : std::string_view();
         const std::string_view uri = space ? ViewOf(space->href) : std::string_view();
         if (prefix == "xml") return;
-        std::string_view bound;
-        for (auto binding = scope_.rbegin(); binding != scope_.rend(); ++binding) {
-            if (binding->prefix != prefix) continue;
-            bound = binding->uri;
-            break;
-        }
-        if (bound == uri) return;
+        const std::string_view* const bound = scope_.Find(prefix);
+        if (bound ? *bound == uri : uri.empty()) return;
         if (!element->nsDef) touched_.push_back(element);
         const xmlChar* const href = space ? space->href : XmlChars("");
         if (!xmlNewNs(element, href, space ? space->prefix : nullptr)) throw std::bad_alloc();
-        scope_.push_back({prefix, uri});
+        scope_.Declare(prefix, uri);
     }
 
-    std::vector<Binding> scope_;
-    std::vector<std::size_t> marks_;
+    PrefixScope<std::string_view> scope_;  // URIs
     std::vector<xmlNode*> touched_;
 };
 

@@ -223,6 +223,18 @@ xmlNode* LinkLast(xmlNode* parent, OwnedNode node) noexcept {
     return node.release();
 }
 
+void AttributeAppender::Append(OwnedNode attribute) noexcept {
+    xmlNode* const node = attribute.release();
+    node->parent = element_;
+    node->prev = last_;
+    if (last_) {
+        last_->next = node;
+    } else {
+        element_->properties = AsAttribute(node);
+    }
+    last_ = node;
+}
+
 OwnedNode NewElement(xmlDoc* document, xmlNs* space, const std::string& localName) {
     return Owned(xmlNewDocNode(document, space, XmlChars(localName.c_str()), nullptr));
 }
@@ -267,8 +279,9 @@ OwnedNode CopyAlone(DomTree& into, xmlNode* original) {
         }
     } else if (original->type == XML_ELEMENT_NODE) {
         copy = NewElement(document, NamespaceIn(into, original->ns), Text(original->name));
+        AttributeAppender appender(copy.get());
         for (xmlAttr* attribute = original->properties; attribute; attribute = attribute->next) {
-            LinkLast(copy.get(), CopyAlone(into, AsNode(attribute)));
+            appender.Append(CopyAlone(into, AsNode(attribute)));
         }
     } else {
         copy = NewContentNode(document, original->type, Text(original->name), Text(original->content));

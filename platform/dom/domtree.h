@@ -149,9 +149,19 @@ private:
     std::map<std::pair<std::string, std::string>, xmlNs, NamespaceOrder> namespaces_;
 };
 
-// Links at the end of the parent's children, or of its attributes, with no bookkeeping; for trees that nobody holds
-// yet.
+// Links at the end of the parent's children, with no bookkeeping; for trees that nobody holds yet.
 xmlNode* LinkLast(xmlNode* parent, OwnedNode node) noexcept;
+
+// The same for the attributes of one element, which know no last one.
+class AttributeAppender {
+public:
+    explicit AttributeAppender(xmlNode* element) noexcept : element_(element) {}
+    void Append(OwnedNode attribute) noexcept;
+
+private:
+    xmlNode* element_;
+    xmlNode* last_ = nullptr;
+};
 
 // ---- making nodes; std::bad_alloc for lack of memory
 // ------------------------------------------------------------------
