@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 
 #include "hosterror.h"
 #include "hosttext.h"
@@ -75,17 +76,20 @@ std::vector<Declaration> ReadDeclarations(IXMLDOMElement* root) {
     }
 }
 
-bool DeclaresPrefix(const std::vector<Declaration>& declarations, WideStringView prefix) {
-    return std::any_of(declarations.begin(), declarations.end(),
-                       [&](const Declaration& declaration) { return declaration.prefix == prefix; });
-}
+using Prefixes = std::set<WideString>;
 
 // Documents exist that use a prefix in names and declare it below the root or not at all.
-bool NamesUsePrefix(IXMLDOMDocument2* document, WideStringView prefix) {
+void AddPrefixesOfNames(IXMLDOMDocument2* document, Prefixes* prefixes) {
     document->setProperty(Bstr(W("SelectionLanguage")).Get(), Variant(WideStringView(W("XPath"))).Get());
-    const WideString query = W("//*[starts-with(@name,'") + WideString(prefix) + W(":')]");
-    ComPtr<IXMLDOMNode> node;
-    return document->selectSingleNode(Bstr(query).Get(), node.Put()) == S_OK;
+    ComPtr<IXMLDOMNodeList> elements;
+    RequireSuccess("reading a document's names", document->selectNodes(Bstr(W("//*[@name]")).Get(), elements.Put()));
+    for (ComPtr<IXMLDOMNode> node; elements->nextNode(node.Put()) == S_OK && node;) {
+        const ComPtr<IXMLDOMElement> element = node.As<IXMLDOMElement>(IID_IXMLDOMElement);
+        Variant name;
+        if (!element || element->getAttribute(Bstr(W("name")).Get(), name.Put()) != S_OK) continue;
+        const std::size_t colon = name.Text().find(W(':'));
+        if (colon != WideStringView::npos) prefixes->emplace(name.Text().substr(0, colon));
+    }
 }
 
 WideString MakePrefix(unsigned number) {
@@ -185,11 +189,13 @@ void PrintSession::DeclareDeviceNamespace(IXMLDOMDocument2* document) const {
     const WideString uri = deviceNamespace_.empty() ? coreDriver_.GetOwnNamespace() : deviceNamespace_;
     for (const Declaration& declaration : declarations)
         if (declaration.uri == uri) return;
+    Prefixes taken;
+    for (const Declaration& declaration : declarations) taken.insert(declaration.prefix);
     WideString prefix = MakePrefix(0);
     if (!deviceNamespace_.empty()) {
-        for (unsigned number = 1; DeclaresPrefix(declarations, prefix) || NamesUsePrefix(document, prefix); ++number)
-            prefix = MakePrefix(number);
-    } else if (DeclaresPrefix(declarations, prefix)) {
+        AddPrefixesOfNames(document, &taken);
+        for (unsigned number = 1; taken.contains(prefix); ++number) prefix = MakePrefix(number);
+    } else if (taken.contains(prefix)) {
         // A provider without a namespace writes its names under ns0000, whatever that stands for in the document.
         return;
     }

@@ -2,14 +2,15 @@
 #include "domattributes.h"
 
 #include "domname.h"
+#include "domplace.h"
 #include "domwrappers.h"
 
 namespace dom {
 namespace {
 
 // The attribute that would be the same one: by its whole name, or by its expanded name under another prefix.
-xmlAttr* FindSame(const xmlNode* element, const xmlNode* attribute) {
-    if (xmlAttr* const found = FindAttribute(element, WholeName(attribute))) return found;
+xmlAttr* FindSame(DomTree& tree, const xmlNode* element, const xmlNode* attribute) {
+    if (xmlAttr* const found = FindAttribute(tree, element, WholeName(attribute))) return found;
     const auto hasPrefix = [](const xmlNode* node) { return node->ns && node->ns->prefix; };
     if (!hasPrefix(attribute)) return nullptr;
     for (xmlAttr* other = element->properties; other; other = other->next) {
@@ -36,7 +37,8 @@ public:
         : element_(element), holder_(ComPtr<IXMLDOMNode>::Share(element.Face())) {}
 
     HRESULT STDMETHODCALLTYPE getNamedItem(BSTR name, IXMLDOMNode** item) override {
-        return Guarded([&] { return Return(FindAttribute(element_.Node(), RawToUtf8(ViewOf(name))), item); });
+        return Guarded(
+            [&] { return Return(FindAttribute(element_.Tree(), element_.Node(), RawToUtf8(ViewOf(name))), item); });
     }
     HRESULT STDMETHODCALLTYPE setNamedItem(IXMLDOMNode* newItem, IXMLDOMNode** item) override {
         return Guarded([&] {
@@ -47,16 +49,17 @@ public:
         });
     }
     HRESULT STDMETHODCALLTYPE removeNamedItem(BSTR name, IXMLDOMNode** item) override {
-        return Guarded(
-            [&] { return TakeOffAttribute(element_, FindAttribute(element_.Node(), RawToUtf8(ViewOf(name))), item); });
+        return Guarded([&] {
+            return TakeOffAttribute(element_, FindAttribute(element_.Tree(), element_.Node(), RawToUtf8(ViewOf(name))),
+                                    item);
+        });
     }
     HRESULT STDMETHODCALLTYPE get_item(LONG index, IXMLDOMNode** item) override {
-        return Guarded([&] { return Return(At(index), item); });
+        return Guarded([&] { return element_.ReturnNode(At(index), item); });
     }
     HRESULT STDMETHODCALLTYPE get_length(LONG* length) override {
         if (!length) return E_INVALIDARG;
-        *length = 0;
-        for (const xmlAttr* attribute = element_.Node()->properties; attribute; attribute = attribute->next) ++*length;
+        *length = place_.Length(element_.Tree(), First());
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE getQualifiedItem(BSTR baseName, BSTR uri, IXMLDOMNode** item) override {
@@ -72,7 +75,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE nextNode(IXMLDOMNode** item) override {
         return Guarded([&] {
-            const HRESULT result = Return(At(next_), item);
+            const HRESULT result = element_.ReturnNode(At(next_), item);
             if (result == S_OK) ++next_;
             return result;
         });
@@ -87,15 +90,12 @@ private:
     HRESULT Return(xmlAttr* attribute, IXMLDOMNode** item) const {
         return element_.ReturnNode(attribute ? AsNode(attribute) : nullptr, item);
     }
-    xmlAttr* At(LONG index) const {
-        if (index < 0) return nullptr;
-        xmlAttr* attribute = element_.Node()->properties;
-        for (; attribute && index > 0; --index) attribute = attribute->next;
-        return attribute;
-    }
+    xmlNode* First() const { return AsNode(element_.Node()->properties); }
+    xmlNode* At(LONG index) { return place_.At(element_.Tree(), First(), index); }
 
     const NodeCore& element_;
     ComPtr<IXMLDOMNode> holder_;  // keeps element_
+    SiblingPlace place_;
     LONG next_ = 0;
 };
 
@@ -103,10 +103,8 @@ private:
 
 IXMLDOMNamedNodeMap* NewAttributeMap(const NodeCore& element) { return new AttributeMap(element); }
 
-xmlAttr* FindAttribute(const xmlNode* element, std::string_view wholeName) {
-    xmlAttr* attribute = element->properties;
-    while (attribute && !HasWholeName(AsNode(attribute), wholeName)) attribute = attribute->next;
-    return attribute;
+xmlAttr* FindAttribute(DomTree& tree, const xmlNode* element, std::string_view wholeName) {
+    return tree.attributes.Find(tree.Changes(), element, wholeName);
 }
 
 HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode** replaced) {
@@ -115,13 +113,13 @@ HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode**
     xmlNode* const node = attribute->Node();
     if (node->parent && node->parent != owner) return E_FAIL;
     if (!node->parent) {
-        xmlAttr* const same = FindSame(owner, node);
+        DomTree& tree = element.Tree();
+        xmlAttr* const same = FindSame(tree, owner, node);
         const bool fits = IsDeclaration(AsAttribute(node))
                               ? CanDeclare(owner, same, AsAttribute(node), AttributeText(AsAttribute(node)))
                               : !node->ns || !node->ns->prefix ||
                                     !ContradictsPrefix(owner, same, ViewOf(node->ns->prefix), NamespaceOf(node));
         if (!fits) return E_FAIL;
-        DomTree& tree = element.Tree();
         ComPtr<IXMLDOMNode> old;
         if (same) old = NodeCore::Wrap(element.SharedTree(), AsNode(same));
         if (&attribute->Tree() != &tree) tree.TakeOver(attribute->Tree(), node);
@@ -138,7 +136,7 @@ HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode**
 HRESULT PutAttributeText(const NodeCore& element, const std::string& wholeName, const std::string& text) {
     if (!IsQName(wholeName)) return E_INVALIDARG;
     ComPtr<IXMLDOMNode> holder;
-    if (xmlAttr* const found = FindAttribute(element.Node(), wholeName)) {
+    if (xmlAttr* const found = FindAttribute(element.Tree(), element.Node(), wholeName)) {
         holder = NodeCore::Wrap(element.SharedTree(), AsNode(found));
         return NodeCore::Of(holder.Get())->PutContent(text);
     }

@@ -8,7 +8,7 @@
 
 namespace dom {
 
-xmlAttr* FindAttribute(const xmlNode* element, std::string_view wholeName);
+xmlAttr* FindAttribute(DomTree& tree, const xmlNode* element, std::string_view wholeName);
 
 // Puts a detached attribute on the element, in place of the one of the same name, which is given out (null: none was
 // there). An attribute of the element itself stays as it is. E_INVALIDARG for what is no attribute, E_FAIL for another

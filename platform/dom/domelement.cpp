@@ -63,7 +63,7 @@ private:
         if (SUCCEEDED(result) && out) *out = static_cast<IXMLDOMAttribute*>(node->Detach());
         return result;
     }
-    xmlAttr* Find(BSTR name) const { return FindAttribute(Node(), RawToUtf8(ViewOf(name))); }
+    xmlAttr* Find(BSTR name) const { return FindAttribute(Tree(), Node(), RawToUtf8(ViewOf(name))); }
 };
 
 }  // namespace

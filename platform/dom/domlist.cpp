@@ -1,4 +1,5 @@
 // Node lists: the children of a node as they are, and what a query found.
+#include "domplace.h"
 #include "domwrappers.h"
 
 namespace dom {
@@ -51,50 +52,19 @@ private:
     std::vector<ComPtr<IXMLDOMNode>> nodes_;
 };
 
-// Remembers the last position and the length for as long as nothing in the tree is linked or unlinked, so that a loop
-// over the indices is linear.
 class ChildList final : public NodeListObject<ChildList> {
 public:
     explicit ChildList(const NodeCore& parent) : parent_(parent), holder_(ComPtr<IXMLDOMNode>::Share(parent.Face())) {}
 
     HRESULT At(LONG index, IXMLDOMNode** item) {
-        if (index < 0) return parent_.ReturnNode(nullptr, item);
-        Refresh();
-        if (!node_ || index < index_) {
-            node_ = FirstChildOf(parent_.Node());
-            index_ = 0;
-        }
-        xmlNode* node = node_;
-        LONG position = index_;
-        for (; node && position < index; ++position) node = node->next;
-        if (node) {
-            node_ = node;
-            index_ = position;
-        }
-        return parent_.ReturnNode(node, item);
+        return parent_.ReturnNode(place_.At(parent_.Tree(), FirstChildOf(parent_.Node()), index), item);
     }
-    LONG Length() {
-        Refresh();
-        if (length_ >= 0) return length_;
-        length_ = 0;
-        for (const xmlNode* node = FirstChildOf(parent_.Node()); node; node = node->next) ++length_;
-        return length_;
-    }
+    LONG Length() { return place_.Length(parent_.Tree(), FirstChildOf(parent_.Node())); }
 
 private:
-    void Refresh() {
-        if (changes_ == parent_.Tree().Changes()) return;
-        changes_ = parent_.Tree().Changes();
-        node_ = nullptr;
-        length_ = -1;
-    }
-
     const NodeCore& parent_;
     ComPtr<IXMLDOMNode> holder_;  // keeps parent_
-    std::uint64_t changes_ = static_cast<std::uint64_t>(-1);
-    xmlNode* node_ = nullptr;
-    LONG index_ = 0;
-    LONG length_ = -1;
+    SiblingPlace place_;
 };
 
 }  // namespace

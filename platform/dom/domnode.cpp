@@ -1,6 +1,7 @@
 // What every node answers about itself: names, values, texts, relatives.
 #include "domnode.h"
 
+#include "domattributes.h"
 #include "domname.h"
 #include "domserialise.h"
 #include "domwrappers.h"
@@ -82,22 +83,20 @@ TypeName TypeOf(const xmlNode* node) {
 bool IsParent(const xmlNode* node) { return node->type == XML_ELEMENT_NODE || node->type == XML_DOCUMENT_NODE; }
 
 // Whether white space stands as it is at the node: by the nearest xml:space, else by the document's property.
-bool KeepsWhiteSpace(const xmlNode* node, const Settings& settings) {
+bool KeepsWhiteSpace(DomTree& tree, const xmlNode* node) {
     for (; node; node = node->parent) {
         if (node->type != XML_ELEMENT_NODE) continue;
-        for (const xmlAttr* attribute = node->properties; attribute; attribute = attribute->next) {
-            if (!HasWholeName(reinterpret_cast<const xmlNode*>(attribute), "xml:space")) continue;
-            return AttributeText(attribute) == "preserve";
-        }
+        if (const xmlAttr* const space = FindAttribute(tree, node, "xml:space"))
+            return AttributeText(space) == "preserve";
     }
-    return settings.preserveWhiteSpace;
+    return tree.settings.preserveWhiteSpace;
 }
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 // The text that a node shows: of an element all text and CDATA below it, put together. Outer white space is trimmed,
 // except what comes from a CDATA section; attributes, comments and processing instructions show what they hold.
-std::string TextOf(xmlNode* node, const Settings& settings) {
+std::string TextOf(DomTree& tree, xmlNode* node) {
     if (IsAttribute(node)) return std::string(AttributeText(AsAttribute(node)));
     if (!IsParent(node) && node->type != XML_TEXT_NODE) return std::string(ViewOf(node->content));
     std::string text;
@@ -112,7 +111,7 @@ std::string TextOf(xmlNode* node, const Settings& settings) {
         fixedTo = text.size();
     };
     WalkSubtree(node, append, [](xmlNode*) {});
-    if (KeepsWhiteSpace(node, settings)) return text;
+    if (KeepsWhiteSpace(tree, node)) return text;
     const std::size_t last = text.find_last_not_of(kWhiteSpace);
     text.resize(std::max(last == std::string::npos ? 0 : last + 1, fixedTo));
     text.erase(0, std::min({text.find_first_not_of(kWhiteSpace), fixedFrom, text.size()}));
@@ -179,13 +178,13 @@ HRESULT NodeCore::OwnerDocument(IXMLDOMDocument** document) const {
     return ReturnNode(node_->type == XML_DOCUMENT_NODE ? nullptr : AsNode(tree_->Document()), document);
 }
 
-HRESULT NodeCore::Text(BSTR* text) const { return ReturnText(TextOf(node_, tree_->settings), text); }
+HRESULT NodeCore::Text(BSTR* text) const { return ReturnText(TextOf(*tree_, node_), text); }
 
 HRESULT NodeCore::PutText(BSTR text) { return PutContent(ContentToUtf8(ViewOf(text))); }
 
 HRESULT NodeCore::NodeTypedValue(VARIANT* value) const {
     if (node_->type == XML_DOCUMENT_NODE) return ReturnNothing(value);
-    return ReturnText(TextOf(node_, tree_->settings), value);
+    return ReturnText(TextOf(*tree_, node_), value);
 }
 
 HRESULT NodeCore::PutNodeTypedValue(const VARIANT& value) {

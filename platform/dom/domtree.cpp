@@ -292,6 +292,7 @@ OwnedNode CopyAlone(DomTree& into, xmlNode* original) {
 }  // namespace
 
 OwnedNode CopyNode(DomTree& into, xmlNode* original, bool deep) {
+    into.NoteChange();  // the copies' attributes are linked
     OwnedNode top = CopyAlone(into, original);
     if (!deep || IsAttribute(original)) return top;
     xmlNode* parent = nullptr;  // the copy under which the node that is entered goes

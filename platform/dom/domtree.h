@@ -12,6 +12,7 @@
 // moment while text is written.
 #pragma once
 
+#include "domattributefinder.h"
 #include "domtext.h"
 
 #include <libxml/tree.h>
@@ -105,6 +106,7 @@ public:
     // Changes whenever nodes are linked or unlinked, to a number that no other tree of the process ever has; so
     // positions in lists can be remembered.
     std::uint64_t Changes() const noexcept { return changes_; }
+    void NoteChange() noexcept;
     // The tree's one record of the pair; null for an empty URI. An empty prefix stands for none.
     xmlNs* Namespace(std::string_view prefix, std::string_view uri);
     // As ContentToUtf8, until the next call; the few URIs of a document are kept.
@@ -127,11 +129,11 @@ public:
 
     Settings settings;
     std::unique_ptr<Selector> selector;  // made by the first query
+    AttributeFinder attributes;
 
 private:
     void FreeAll() noexcept;
     void SetEncoding() noexcept;
-    void NoteChange() noexcept;
 
     xmlDoc* document_;
     std::uint64_t changes_;
