@@ -10,6 +10,7 @@
 #include <subsystem/xmlfile.h>
 
 void RegisterPaperBenchmarks();
+void RegisterDocumentBenchmarks();
 
 // A fresh document with the device's namespace declared, as a conversion finds it.
 inline PrintSession::Document ReadForBenchmark(const PrintSession& session, const std::string& text) {

@@ -118,6 +118,7 @@ int main(int argc, char** argv) {
     OpenStore(":memory:");
     RegisterProducts();
     RegisterPaperBenchmarks();
+    RegisterDocumentBenchmarks();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     benchmark::RunSpecifiedBenchmarks();
