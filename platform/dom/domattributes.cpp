@@ -50,8 +50,9 @@ public:
     }
     HRESULT STDMETHODCALLTYPE removeNamedItem(BSTR name, IXMLDOMNode** item) override {
         return Guarded([&] {
-            return TakeOffAttribute(element_, FindAttribute(element_.Tree(), element_.Node(), RawToUtf8(ViewOf(name))),
-                                    item);
+            if (!name) return E_INVALIDARG;
+            xmlAttr* const found = FindAttribute(element_.Tree(), element_.Node(), RawToUtf8(ViewOf(name)));
+            return TakeOffAttribute(element_, found, item);
         });
     }
     HRESULT STDMETHODCALLTYPE get_item(LONG index, IXMLDOMNode** item) override {
@@ -111,30 +112,26 @@ HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode**
     if (!attribute || !IsAttribute(attribute->Node())) return E_INVALIDARG;
     xmlNode* const owner = element.Node();
     xmlNode* const node = attribute->Node();
-    if (node->parent && node->parent != owner) return E_FAIL;
-    if (!node->parent) {
-        DomTree& tree = element.Tree();
-        xmlAttr* const same = FindSame(tree, owner, node);
-        const bool fits = IsDeclaration(AsAttribute(node))
-                              ? CanDeclare(owner, same, AsAttribute(node), AttributeText(AsAttribute(node)))
-                              : !node->ns || !node->ns->prefix ||
-                                    !ContradictsPrefix(owner, same, ViewOf(node->ns->prefix), NamespaceOf(node));
-        if (!fits) return E_FAIL;
-        ComPtr<IXMLDOMNode> old;
-        if (same) old = NodeCore::Wrap(element.SharedTree(), AsNode(same));
-        if (&attribute->Tree() != &tree) tree.TakeOver(attribute->Tree(), node);
-        xmlNode* const before = same ? AsNode(same)->next : nullptr;
-        if (same) tree.Detach(AsNode(same));
-        tree.Attach(owner, before, node);
-        if (replaced) *replaced = old.Detach();
-    } else if (replaced) {
-        *replaced = nullptr;
-    }
+    if (node->parent) return E_FAIL;
+    DomTree& tree = element.Tree();
+    xmlAttr* const same = FindSame(tree, owner, node);
+    const bool fits = IsDeclaration(AsAttribute(node))
+                          ? CanDeclare(owner, same, AsAttribute(node), AttributeText(AsAttribute(node)))
+                          : !node->ns || !node->ns->prefix ||
+                                !ContradictsPrefix(owner, same, ViewOf(node->ns->prefix), NamespaceOf(node));
+    if (!fits) return E_FAIL;
+    ComPtr<IXMLDOMNode> old;
+    if (same) old = NodeCore::Wrap(element.SharedTree(), AsNode(same));
+    if (&attribute->Tree() != &tree) tree.TakeOver(attribute->Tree(), node);
+    xmlNode* const before = same ? AsNode(same)->next : nullptr;
+    if (same) tree.Detach(AsNode(same));
+    tree.Attach(owner, before, node);
+    if (replaced) *replaced = old.Detach();
     return S_OK;
 }
 
 HRESULT PutAttributeText(const NodeCore& element, const std::string& wholeName, const std::string& text) {
-    if (!IsQName(wholeName)) return E_INVALIDARG;
+    if (!IsQName(wholeName)) return wholeName.empty() ? E_FAIL : E_INVALIDARG;
     ComPtr<IXMLDOMNode> holder;
     if (xmlAttr* const found = FindAttribute(element.Tree(), element.Node(), wholeName)) {
         holder = NodeCore::Wrap(element.SharedTree(), AsNode(found));
@@ -166,7 +163,7 @@ HRESULT TakeOffAttribute(const NodeCore& element, xmlAttr* attribute, IXMLDOMNod
 }
 
 HRESULT NewAttributeNode(DomTree& tree, const std::string& wholeName, std::string_view uri, OwnedNode* attribute) {
-    if (!IsQName(wholeName)) return E_INVALIDARG;
+    if (!IsQName(wholeName)) return wholeName.empty() ? E_FAIL : E_INVALIDARG;
     if (IsDeclarationName(wholeName)) {
         // Callers name no namespace or the one that declarations are in.
         if (!uri.empty() && uri != kXmlnsNamespace) return E_INVALIDARG;

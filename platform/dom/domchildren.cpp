@@ -17,6 +17,17 @@ bool CanHold(const xmlNode* parent, const xmlNode* child, const xmlNode* replace
     return true;
 }
 
+// CR LF and CR alone as LF, which is how a document that is read has them.
+std::string WithPlainLineEnds(const std::string& content) {
+    std::string plain;
+    plain.reserve(content.size());
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        if (content[i] == '\r' && i + 1 < content.size() && content[i + 1] == '\n') continue;
+        plain.push_back(content[i] == '\r' ? '\n' : content[i]);
+    }
+    return plain;
+}
+
 // A comment or processing instruction has no way to write these.
 bool CanSay(xmlElementType type, const std::string& content) {
     if (type == XML_COMMENT_NODE) return content.find("--") == std::string::npos && !content.ends_with('-');
@@ -50,6 +61,7 @@ HRESULT NodeCore::Insert(IXMLDOMNode* newChild, xmlNode* before, const xmlNode* 
 }
 
 HRESULT NodeCore::InsertBefore(IXMLDOMNode* newChild, const VARIANT& reference, IXMLDOMNode** outNewChild) {
+    if (outNewChild) *outNewChild = nullptr;
     xmlNode* before = nullptr;
     if (reference.vt == VT_DISPATCH || reference.vt == VT_UNKNOWN) {
         if (reference.punkVal) {  // the same pointer in either kind
@@ -66,12 +78,14 @@ HRESULT NodeCore::InsertBefore(IXMLDOMNode* newChild, const VARIANT& reference, 
 }
 
 HRESULT NodeCore::AppendChild(IXMLDOMNode* newChild, IXMLDOMNode** outNewChild) {
+    if (outNewChild) *outNewChild = nullptr;
     const HRESULT result = Insert(newChild, nullptr, nullptr);
     if (SUCCEEDED(result)) Share(*Of(newChild), outNewChild);
     return result;
 }
 
 HRESULT NodeCore::ReplaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild, IXMLDOMNode** outOldChild) {
+    if (outOldChild) *outOldChild = nullptr;
     const NodeCore* const old = Of(oldChild);
     const NodeCore* const child = Of(newChild);
     if (!old || !child || old->node_->parent != node_ || IsAttribute(old->node_)) return E_INVALIDARG;
@@ -84,6 +98,7 @@ HRESULT NodeCore::ReplaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild, IXM
 }
 
 HRESULT NodeCore::RemoveChild(IXMLDOMNode* child, IXMLDOMNode** outOldChild) {
+    if (outOldChild) *outOldChild = nullptr;
     const NodeCore* const old = Of(child);
     if (!old || old->node_->parent != node_ || IsAttribute(old->node_)) return E_INVALIDARG;
     tree_->Detach(old->node_);
@@ -107,7 +122,8 @@ HRESULT NodeCore::CloneNode(VARIANT_BOOL deep, IXMLDOMNode** clone) const {
     return S_OK;
 }
 
-HRESULT NodeCore::PutContent(const std::string& content) {
+HRESULT NodeCore::PutContent(const std::string& given) {
+    const std::string content = IsAttribute(node_) ? given : WithPlainLineEnds(given);
     if (node_->type == XML_DOCUMENT_NODE || !CanSay(node_->type, content)) return E_FAIL;
     if (node_->type != XML_ELEMENT_NODE && !IsAttribute(node_)) {
         xmlNodeSetContent(node_, XmlChars(content.c_str()));

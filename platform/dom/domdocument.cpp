@@ -19,6 +19,8 @@ HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_v
                 OwnedNode* node) {
     xmlDoc* const document = tree.Document();
     xmlElementType contentType = XML_TEXT_NODE;
+    const bool isNamed = type == NODE_ELEMENT || type == NODE_ATTRIBUTE || type == NODE_PROCESSING_INSTRUCTION;
+    if (isNamed && name.empty()) return E_FAIL;
     switch (type) {
         case NODE_ELEMENT: {
             const QName parts = SplitName(name);
@@ -123,7 +125,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE setProperty(BSTR name, VARIANT value) override {
         return Guarded([&] {
-            if (value.vt != VT_BSTR) return E_INVALIDARG;
+            if (value.vt != VT_BSTR) return E_FAIL;
             // XPath is the only language that is spoken here; it is also in force before it is chosen.
             if (ViewOf(name) == W("SelectionLanguage")) return ViewOf(value.bstrVal) == W("XPath") ? S_OK : E_FAIL;
             if (ViewOf(name) != W("SelectionNamespaces")) return E_FAIL;

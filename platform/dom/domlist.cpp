@@ -5,12 +5,17 @@
 namespace dom {
 namespace {
 
-// What every list does, over Derived's At(index) and Length().
+// What every list does, over Derived's At(index) and Length(). After get_item of what a query found, nextNode gives the
+// one behind it.
 template <class Derived>
 class NodeListObject : public DomObject<IXMLDOMNodeList, IID_IXMLDOMNodeList> {
 public:
     HRESULT STDMETHODCALLTYPE get_item(LONG index, IXMLDOMNode** item) override {
-        return Guarded([&] { return Self().At(index, item); });
+        return Guarded([&] {
+            const HRESULT result = Self().At(index, item);
+            if (Derived::kItemMovesOn && result == S_OK) next_ = index + 1;
+            return result;
+        });
     }
     HRESULT STDMETHODCALLTYPE get_length(LONG* length) override {
         if (!length) return E_INVALIDARG;
@@ -38,6 +43,8 @@ private:
 
 class SnapshotList final : public NodeListObject<SnapshotList> {
 public:
+    static constexpr bool kItemMovesOn = true;
+
     explicit SnapshotList(std::vector<ComPtr<IXMLDOMNode>> nodes) : nodes_(std::move(nodes)) {}
 
     HRESULT At(LONG index, IXMLDOMNode** item) const {
@@ -54,6 +61,8 @@ private:
 
 class ChildList final : public NodeListObject<ChildList> {
 public:
+    static constexpr bool kItemMovesOn = false;
+
     explicit ChildList(const NodeCore& parent) : parent_(parent), holder_(ComPtr<IXMLDOMNode>::Share(parent.Face())) {}
 
     HRESULT At(LONG index, IXMLDOMNode** item) {

@@ -16,8 +16,8 @@ bool IsQName(const std::string& name) {
 }
 
 bool IsDeclarable(std::string_view prefix, std::string_view uri) {
-    if (prefix == "xml") return uri == kXmlNamespace;
-    return prefix != "xmlns" && uri != kXmlNamespace && uri != kXmlnsNamespace && (prefix.empty() || !uri.empty());
+    return prefix != "xml" && prefix != "xmlns" && uri != kXmlNamespace && uri != kXmlnsNamespace &&
+           (prefix.empty() || !uri.empty());
 }
 
 bool IsDeclarationName(std::string_view name) { return name == "xmlns" || name.starts_with("xmlns:"); }

@@ -22,7 +22,8 @@ bool IsDeclarationName(std::string_view name);
 // The prefix that a declaration declares; empty for the default namespace.
 std::string_view DeclaredPrefix(std::string_view declarationName);
 std::string_view DeclaredPrefix(const xmlAttr* declaration);
-// Whether XML lets the prefix (empty: the default namespace) be declared for the URI.
+// Whether the prefix (empty: the default namespace) may be declared for the URI. That of xml may not, although XML
+// would let it be declared for its own.
 bool IsDeclarable(std::string_view prefix, std::string_view uri);
 
 // The name of an element or attribute as it is written.

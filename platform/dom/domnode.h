@@ -18,7 +18,8 @@ inline constexpr IID kNodeCoreIid = {0x6D0D5A1E, 0x7C4B, 0x4E0B, {0x9A, 0x53, 0x
 inline xmlNode* FirstChildOf(const xmlNode* node) { return IsAttribute(node) ? nullptr : node->children; }
 
 // The methods are those of IXMLDOMNode, by their names without get_. They may throw std::bad_alloc. A null out pointer
-// is E_INVALIDARG; out pointers are only written on success and on S_FALSE, which means that there is none.
+// is E_INVALIDARG; out pointers are only written on success and on S_FALSE, which means that there is none. Insertions
+// and removals, whose out pointer may be null, set it to null when they fail.
 class NodeCore {
 public:
     NodeCore(std::shared_ptr<DomTree> tree, xmlNode* node, IXMLDOMNode* face) noexcept;

@@ -94,6 +94,15 @@ struct BufferDeleter {
     void operator()(xmlBuffer* buffer) const noexcept { xmlBufferFree(buffer); }
 };
 
+// As the document was read with it, without an encoding.
+std::string Declaration(const xmlDoc& document) {
+    if (document.standalone == -1) return "";
+    const char* const standalone = document.standalone == 1   ? " standalone=\"yes\""
+                                   : document.standalone == 0 ? " standalone=\"no\""
+                                                              : "";
+    return "<?xml version=\"1.0\"" + std::string(standalone) + "?>\n";
+}
+
 std::string EscapedText(xmlAttr* attribute) {
     const std::unique_ptr<xmlBuffer, BufferDeleter> buffer(xmlBufferCreate());
     if (!buffer) throw std::bad_alloc();
@@ -113,8 +122,7 @@ std::string SerialiseNode(xmlNode* node) {
     if (node->type == XML_DOCUMENT_NODE) {
         auto* const document = reinterpret_cast<xmlDoc*>(node);
         const MissingDeclarations declarations(node);
-        const bool wasDeclared = document->standalone != -1;
-        return (wasDeclared ? "<?xml version=\"1.0\"?>\n" : "") +
+        return Declaration(*document) +
                Save(XML_SAVE_NO_DECL, [document](xmlSaveCtxt* save) { xmlSaveDoc(save, document); });
     }
     if (IsAttribute(node)) return WholeName(node) + "=\"" + EscapedText(AsAttribute(node)) + '"';

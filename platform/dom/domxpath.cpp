@@ -132,10 +132,10 @@ HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::size_t limit, std:
 HRESULT SetSelectionNamespaces(DomTree& tree, const std::string& declarations) {
     if (declarations == tree.settings.selectionNamespaces) return S_OK;
     std::vector<std::pair<std::string, std::string>> pairs;
-    if (!ReadDeclarations(declarations, &pairs)) return E_FAIL;
-    tree.settings.selectionNamespaces = declarations;
+    const bool isWellFormed = ReadDeclarations(declarations, &pairs);
+    tree.settings.selectionNamespaces = isWellFormed ? declarations : std::string();
     tree.selector.reset();  // the next query registers the new ones
-    return S_OK;
+    return isWellFormed ? S_OK : E_FAIL;
 }
 
 }  // namespace dom

@@ -37,8 +37,8 @@ inline constexpr std::size_t kEveryNode = static_cast<std::size_t>(-1);
 // malformed, uses a prefix that is not bound, or does not select nodes.
 HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::size_t limit, std::vector<xmlNode*>* found);
 
-// Sets the property: declarations as in a start tag, in either kind of quotes. E_FAIL, and nothing is changed, when the
-// text is anything else.
+// Sets the property: declarations as in a start tag, in either kind of quotes. E_FAIL, and no prefix is bound any more,
+// when the text is anything else.
 HRESULT SetSelectionNamespaces(DomTree& tree, const std::string& declarations);
 
 }  // namespace dom

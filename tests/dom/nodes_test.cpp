@@ -1,5 +1,7 @@
-// Nodes: children, texts, attributes, and what failing calls leave alone.
+// Nodes: children, texts, attributes, and what failing calls do to out pointers.
 #include "domtest.h"
+
+#include <functional>
 
 namespace {
 
@@ -81,12 +83,13 @@ TEST(Attributes, OfOneNameTakeEachOthersPlace) {
     EXPECT_EQ(Value(replaced.Get()), "7");
     EXPECT_EQ(Put(document, root.Get(), "q:c", "u", "3"), S_OK);
     EXPECT_EQ(AttributeNames(root.Get()), "b xmlns:p q:c d ");
-    EXPECT_EQ(root->setAttributeNode(b.Get(), replaced.Put()), S_OK) << "its own already";
-    EXPECT_FALSE(replaced);
+    EXPECT_EQ(root->setAttributeNode(b.Get(), nullptr), E_FAIL) << "its own already";
+    EXPECT_EQ(Attributes(root.Get())->removeNamedItem(nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(root->setAttribute(B("").Get(), Variant(W("1")).Get()), E_FAIL);
     EXPECT_EQ(Root(Load("<x/>"))->setAttributeNode(b.Get(), nullptr), E_FAIL) << "another element's";
 }
 
-TEST(Calls, WithNullPointersFailAndFailuresLeaveOutPointersAlone) {
+TEST(Calls, ThatFailLeaveOutPointersAloneButForInsertionsAndRemovals) {
     const Document document = Load("<a x='1'/>");
     const auto root = Root(document);
     const HRESULT results[] = {root->get_nodeName(nullptr),      root->get_nodeValue(nullptr),
@@ -99,10 +102,19 @@ TEST(Calls, WithNullPointersFailAndFailuresLeaveOutPointersAlone) {
     IXMLDOMNode* node = before;
     EXPECT_EQ(root->selectSingleNode(B("][").Get(), &node), E_FAIL);
     EXPECT_EQ(root->selectSingleNode(nullptr, &node), E_INVALIDARG);
-    EXPECT_EQ(root->appendChild(nullptr, &node), E_INVALIDARG);
-    EXPECT_EQ(root->removeChild(root.Get(), &node), E_INVALIDARG);
     EXPECT_EQ(document->createNode(Variant(LONG{NODE_DOCUMENT}).Get(), nullptr, nullptr, &node), E_INVALIDARG);
     EXPECT_EQ(node, before);
+    const std::function<HRESULT()> changes[] = {
+        [&] { return root->appendChild(nullptr, &node); },
+        [&] { return root->insertBefore(nullptr, Variant().Get(), &node); },
+        [&] { return root->removeChild(root.Get(), &node); },
+        [&] { return root->replaceChild(nullptr, nullptr, &node); },
+    };
+    for (const auto& change : changes) {
+        node = before;
+        EXPECT_EQ(change(), E_INVALIDARG);
+        EXPECT_EQ(node, nullptr);
+    }
 }
 
 }  // namespace

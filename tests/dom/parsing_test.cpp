@@ -9,6 +9,8 @@ void ExpectRoundTrip(const std::string& bytes) {
     const std::string infoset = DumpInfoset(document.Get());
     const std::string written = Serialised(document);
     EXPECT_TRUE(written.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"")) << written.substr(0, 60);
+    for (const std::string& text : {written, Xml(document.Get())})
+        EXPECT_EQ(text.find("?>") > text.find("standalone=\"yes\""), bytes.find("?>") > bytes.find("standalone='yes'"));
     EXPECT_EQ(DumpInfoset(Load(written).Get()), infoset);
     EXPECT_EQ(DumpInfoset(Load(Xml(document.Get())).Get()), infoset);
 }
@@ -59,7 +61,7 @@ TEST(Parsing, RefusesWithASentence) {
         {"<p:a/>", "prefix 'p'"},
         {"<a p:b='1'/>", "prefix 'p'"},
         {"<a xmlns:p=''/>", "xmlns:p"},
-        {"<a xmlns:xml='urn:1'/>", "xmlns:xml"},
+        {"<a xmlns:xml='http://www.w3.org/XML/1998/namespace'/>", "xmlns:xml"},
         {"<a:b:c xmlns:a='urn:1'/>", "qualified name"},
         {"<a xmlns:p='u' xmlns:q='u' p:x='1' q:x='2'/>", "twice"},
         {"<a>\x01</a>", "line 1"},
@@ -102,6 +104,20 @@ TEST(Parsing, LoadXmlAnswersAsPublished) {
         EXPECT_EQ(document->loadXML(text.Get(), &loaded), S_FALSE);
         EXPECT_EQ(loaded, VARIANT_FALSE);
         EXPECT_FALSE(Root(document));
+    }
+}
+
+TEST(Parsing, LineEndsBecomeLineFeedsAsTextEnters) {
+    const Document document = Load("<a x=''><?p?><!--c--><![CDATA[d]]>t</a>");
+    const std::pair<const char*, const char*> rows[] = {{"/a/text()[1]", "\n1\n\n2\n"},
+                                                        {"/a/text()[2]", "\n1\n\n2\n"},
+                                                        {"/a/comment()", "\n1\n\n2\n"},
+                                                        {"/a/processing-instruction()", "\n1\n\n2\n"},
+                                                        {"/a/@x", "\r1\r\r\n2\r\n"}};
+    for (const auto& [query, value] : rows) {
+        const Node node = Select(document.Get(), query);
+        EXPECT_EQ(node->put_text(B("\r1\r\r\n2\r\n").Get()), S_OK);
+        EXPECT_EQ(Value(node.Get()), value) << query;
     }
 }
 
