@@ -18,15 +18,7 @@ std::optional<std::string> ReadJobTicket(IXMLDOMDocument2* ticket) {
     ticket->setProperty(Bstr(W("SelectionLanguage")).Get(), Variant(WideStringView(W("XPath"))).Get());
     ComPtr<IXMLDOMNode> value;
     if (ticket->selectSingleNode(Bstr(kValueQuery).Get(), value.Put()) != S_OK || !value) return std::nullopt;
-    // The texts' own values: the text of an element has no white space at its ends.
-    WideString text;
-    ComPtr<IXMLDOMNode> node;
-    for (HRESULT hr = value->get_firstChild(node.Put()); hr == S_OK && node;) {
-        Variant part;
-        if (node->get_nodeValue(part.Put()) == S_OK) text += part.Text();
-        ComPtr<IXMLDOMNode> next;
-        hr = node->get_nextSibling(next.Put());
-        node = next;
-    }
-    return ToUtf8(text);
+    Bstr text;
+    if (FAILED(value->get_text(text.Put()))) return std::nullopt;
+    return ToUtf8(text.View());
 }

@@ -54,9 +54,10 @@ class DocumentObject final : public NodeObject<IXMLDOMDocument2, IID_IXMLDOMDocu
 public:
     using NodeObject::NodeObject;
 
-    // Takes the place of the content; null stands for an empty document. The properties stay.
+    // What was parsed takes the place of the content; null stands for an empty document. The properties stay.
     void Replace(std::shared_ptr<DomTree> content, const ParseFailure& failure) {
         if (!content) content = std::make_shared<DomTree>();
+        if (!Tree().settings.preserveWhiteSpace) StripWhiteSpace(*content);
         content->settings = Tree().settings;
         content->settings.parseFailure = failure;
         Rebind(std::move(content));
@@ -77,7 +78,6 @@ public:
             const std::string utf8 = RawToUtf8(ViewOf(text));
             std::shared_ptr<DomTree> content = ParseDocument(utf8.data(), utf8.size(), kEncodingIsUtf8, &failure);
             const bool isWellFormed = content != nullptr;
-            if (content && !Tree().settings.preserveWhiteSpace) StripWhiteSpace(*content);
             Replace(std::move(content), failure);
             if (isSuccessful) *isSuccessful = isWellFormed ? VARIANT_TRUE : VARIANT_FALSE;
             return isWellFormed ? S_OK : S_FALSE;
@@ -223,7 +223,6 @@ HRESULT LoadOther(IXMLDOMDocument2* document, DomTree& content, std::string* err
     const Bstr text = ToBstr(SerialiseNode(AsNode(content.Document())));
     VARIANT_BOOL isSuccessful = VARIANT_FALSE;
     HRESULT result = document->put_async(VARIANT_FALSE);
-    if (SUCCEEDED(result)) result = document->put_preserveWhiteSpace(VARIANT_TRUE);
     if (SUCCEEDED(result)) result = document->loadXML(text.Get(), &isSuccessful);
     if (SUCCEEDED(result) && isSuccessful != VARIANT_FALSE) return S_OK;
     if (error) *error = "the system's XML document does not accept the text.";

@@ -82,14 +82,15 @@ TypeName TypeOf(const xmlNode* node) {
 
 bool IsParent(const xmlNode* node) { return node->type == XML_ELEMENT_NODE || node->type == XML_DOCUMENT_NODE; }
 
-// Whether white space stands as it is at the node: by the nearest xml:space, else by the document's property.
+// Whether white space stands as it is at the node: by the document's property or the nearest xml:space.
 bool KeepsWhiteSpace(DomTree& tree, const xmlNode* node) {
+    if (tree.settings.preserveWhiteSpace) return true;
     for (; node; node = node->parent) {
         if (node->type != XML_ELEMENT_NODE) continue;
         if (const xmlAttr* const space = FindAttribute(tree, node, "xml:space"))
             return AttributeText(space) == "preserve";
     }
-    return tree.settings.preserveWhiteSpace;
+    return false;
 }
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";

@@ -47,6 +47,11 @@ ComPtr<IXMLDOMDocument2> Create(const WCHAR* programId) {
     return document;
 }
 
+ComPtr<IXMLDOMDocument2> CreateOwn() {
+    ComPtr<IXMLDOMDocument2> document;
+    return SUCCEEDED(CreateDomDocument(document.Put())) ? document : nullptr;
+}
+
 constexpr const WCHAR* kProgramIds[] = {W("Msxml2.DOMDocument.6.0"), W("Msxml2.DOMDocument.3.0")};
 
 // The program id that answers and passes, or null.
@@ -73,8 +78,7 @@ HRESULT CreateSystemDocument(IXMLDOMDocument2** document) {
     if (!document) return E_INVALIDARG;
     ReadyCom();
     static const WCHAR* const programId = Probe();
-    if (!programId) return CreateDomDocument(document);
-    auto made = Create(programId);
+    auto made = programId ? Create(programId) : CreateOwn();
     if (made) made->put_preserveWhiteSpace(VARIANT_TRUE);  // a document goes out as it came
     return Hand(std::move(made), document);
 }

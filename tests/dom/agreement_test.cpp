@@ -59,6 +59,13 @@ const Step kSteps[] = {
      },
      "none"},
     {"a text's outer white space", [](const Document& d) { return Text(Select(d.Get(), "//p:Value").Get()); }, "1 2"},
+    {"white space that is preserved",
+     [](const Document& d) {
+         d->put_preserveWhiteSpace(VARIANT_TRUE);
+         const std::string loaded = TryLoading(d, "<a> <b/>\n<c> 1 </c></a>");
+         return loaded + ' ' + Count(d.Get(), "/a/node()") + Text(d.Get());
+     },
+     "ok loaded ok 4 \n 1 "},
     {"a root's attributes", [](const Document& d) { return AttributeNames(Root(d).Get()); }, "xmlns:p xmlns:q version ",
      "its maps hide xmlns declarations"},
     {"an attribute by name", [](const Document& d) { return FindAttribute(d, "version"); }, "ok version"},
@@ -114,6 +121,7 @@ void Play(HRESULT (*create)(IXMLDOMDocument2**), bool isOwn) {
         SCOPED_TRACE(step.what);
         Document document;
         ASSERT_EQ(create(document.Put()), S_OK);
+        ASSERT_EQ(document->put_preserveWhiteSpace(VARIANT_FALSE), S_OK);
         VARIANT_BOOL loaded = VARIANT_FALSE;
         ASSERT_EQ(document->loadXML(B(kText).Get(), &loaded), S_OK);
         SetProperty(document, "SelectionLanguage", "XPath");

@@ -26,9 +26,9 @@ inline Document NewDocument() {
     return document;
 }
 
-// White space kept.
-inline Document Load(std::string_view xml) {
+inline Document Load(std::string_view xml, VARIANT_BOOL preservesWhiteSpace = VARIANT_TRUE) {
     Document document = NewDocument();
+    EXPECT_EQ(document->put_preserveWhiteSpace(preservesWhiteSpace), S_OK);
     std::string error;
     EXPECT_EQ(LoadDomDocument(document.Get(), xml.data(), xml.size(), &error), S_OK) << error << '\n' << xml;
     return document;

@@ -49,18 +49,26 @@ TEST(Children, ImpossibleOnesAreRefused) {
     EXPECT_EQ(RootXml(document), "<a><b><c/></b><e/></a>");
 }
 
-TEST(Texts, AreTrimmedOutsideAndValuesAreExact) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"<a>  x  y \n</a>", "x  y"},
-        {"<a> <b> x </b> <!-- no --><?no no?> y </a>", "x   y"},
-        {"<a><![CDATA[ x ]]></a>", " x "},
-        {"<a> <b/><![CDATA[ ]]>y </a>", " y"},
-        {"<a> \n </a>", ""},
-        {"<a/>", ""},
-        {"<a xml:space='preserve'> x </a>", " x "},
-        {"<a xml:space='preserve'><b xml:space='default'> x </b></a>", " x "},
+TEST(Texts, AreTrimmedOutsideUnlessWhiteSpaceIsPreservedAndValuesAreExact) {
+    struct Row {
+        const char* xml;
+        const char* trimmed;
+        const char* preserved;
     };
-    for (const auto& [xml, text] : rows) EXPECT_EQ(Text(Root(Load(xml)).Get()), text) << xml;
+    const Row rows[] = {
+        {"<a>  x  y \n</a>", "x  y", "  x  y \n"},
+        {"<a> <b> x </b> <!-- no --><?no no?> y </a>", "x  y", "  x   y "},
+        {"<a><![CDATA[ x ]]></a>", " x ", " x "},
+        {"<a> <b/><![CDATA[ ]]>y </a>", " y", "  y "},
+        {"<a> \n </a>", "", " \n "},
+        {"<a/>", "", ""},
+        {"<a xml:space='preserve'> x <b> </b></a>", " x  ", " x  "},
+        {"<a xml:space='preserve'><b xml:space='default'> x </b> </a>", " x  ", " x  "},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Text(Root(Load(row.xml, VARIANT_FALSE)).Get()), row.trimmed) << row.xml;
+        EXPECT_EQ(Text(Root(Load(row.xml)).Get()), row.preserved) << row.xml;
+    }
     const Document document = Load("<a x=' 1 '> y </a>");
     EXPECT_EQ(Value(Select(document.Get(), "/a/text()").Get()), " y ");
     EXPECT_EQ(Text(Select(document.Get(), "/a/@x").Get()), " 1 ");

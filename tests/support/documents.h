@@ -28,11 +28,13 @@ inline std::string Expand(std::string text) {
     return text;
 }
 
+// White space stays, as in the documents that the print system hands over.
 inline ComPtr<IXMLDOMDocument2> Load(const std::string& text) {
     const std::string xml = Expand(text);
     ComPtr<IXMLDOMDocument2> document;
     std::string error;
     EXPECT_EQ(CreateDomDocument(document.Put()), S_OK);
+    EXPECT_EQ(document->put_preserveWhiteSpace(VARIANT_TRUE), S_OK);
     EXPECT_EQ(LoadDomDocument(document.Get(), xml.data(), xml.size(), &error), S_OK) << error << '\n' << xml;
     return document;
 }
