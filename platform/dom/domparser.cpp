@@ -38,8 +38,8 @@ public:
         xmlParseMisc(parser_);
         if (Starts("<!DOCTYPE")) Fail("a document type declaration (<!DOCTYPE) is not accepted");
         if (Starts("<")) {
-            do ReadNext();
-            while (HasGoneWell() && !open_.empty());
+            ReadStartTag();
+            while (HasGoneWell() && !open_.empty()) ReadNext();
         } else {
             Fail("the start of the root element was expected");
         }

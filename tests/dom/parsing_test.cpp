@@ -52,6 +52,9 @@ TEST(Parsing, RefusesWithASentence) {
     const std::pair<std::string, const char*> refusals[] = {
         {"", "empty"},
         {"no xml", "line 1, column"},
+        {"</a>", "line 1, column"},
+        {std::string("<a/>\0x", 6), "behind"},
+        {"<a b='1'c='2'/>", "malformed"},
         {"<a>\n<b>\n</a>", "line 3, column"},
         {"<a b='1' b='2'/>", "redefined"},
         {"<a>&unknown;</a>", "unknown"},
