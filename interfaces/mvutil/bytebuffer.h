@@ -19,7 +19,7 @@ public:
     void resize(std::size_t length) { bytes_.resize(length); }  // new bytes are zero
     void append(const ByteBuffer& other);
     void appendLpbyte(const void* bytes, std::size_t length);   // bytes of another buffer; null appends nothing
-    void appendAscii(const CXString& text);                     // each unit as one byte; '?' for a unit above 0xFF
+    void appendAscii(const CXString& text);                     // each unit as one byte, in Windows-1252 or as '?'
     void setWithLpbyte(const void* bytes, std::size_t length);  // null gives the empty buffer
 
     // The bytes as UTF-16 text up to its first NUL; an odd last byte is dropped.

@@ -16,6 +16,12 @@ constexpr WCHAR kWindows1252[] = {
 };
 static_assert(std::size(kWindows1252) == 0x20);
 
+BYTE ToWindows1252(WCHAR unit) noexcept {
+    if (unit < 0x80 || (unit > 0x9F && unit <= 0xFF)) return static_cast<BYTE>(unit);
+    const WCHAR* const found = std::find(std::begin(kWindows1252), std::end(kWindows1252), unit);
+    return found == std::end(kWindows1252) ? BYTE{'?'} : static_cast<BYTE>(0x80 + (found - kWindows1252));
+}
+
 }  // namespace
 
 void ByteBuffer::append(const ByteBuffer& other) {
@@ -31,7 +37,7 @@ void ByteBuffer::appendLpbyte(const void* bytes, std::size_t length) {
 
 void ByteBuffer::appendAscii(const CXString& text) {
     bytes_.reserve(bytes_.size() + text.GetLength());
-    for (const WCHAR unit : text.AsWideString()) bytes_.push_back(unit > 0xFF ? BYTE{'?'} : static_cast<BYTE>(unit));
+    for (const WCHAR unit : text.AsWideString()) bytes_.push_back(ToWindows1252(unit));
 }
 
 void ByteBuffer::setWithLpbyte(const void* bytes, std::size_t length) {

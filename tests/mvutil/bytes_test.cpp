@@ -66,8 +66,8 @@ TEST(Buffers, MayBeCutAndTakePartsOfThemselves) {
     EXPECT_EQ(ByteBuffer("\xFE\xFF\xFF", 3).getAsLongValue(), 0);
     ByteBuffer buffer("ab", 2);
     buffer.append(buffer);
-    buffer.appendAscii(W("\u00E9\u20AC"));
-    EXPECT_EQ(buffer, ByteBuffer("abab\xE9?", 6));
+    buffer.appendAscii(W("\u00E9\u20AC\u0416\x80"));
+    EXPECT_EQ(buffer, ByteBuffer("abab\xE9\x80??", 8));
     buffer.setWithLpbyte(buffer.getLpbyte() + 2, 2);
     EXPECT_EQ(buffer, ByteBuffer("ab", 2));
 }

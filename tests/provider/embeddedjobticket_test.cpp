@@ -60,12 +60,16 @@ TEST_F(JobTicket, IsForTheFamilyAndTheFlagOnly) {
 }
 
 TEST_F(JobTicket, ArrivesCharacterForCharacter) {
+    const std::string kEightBit =  // what Windows-1252 has from 0x80 to 0x9F
+        "\u20AC\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u017D\u2018\u2019\u201C\u201D\u2022"
+        "\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u017E\u0178";
     const std::pair<WideString, std::string> cases[] = {
         {W("Fish & <Chips> ]]> \"'"), "Fish & <Chips> ]]> \"'"},
         {W("forged\n%MVNdisposition: SAVE\r%MVNtitle: x"), "forged %MVNdisposition: SAVE %MVNtitle: x"},
         {W("\x01\x7F\x85\x9F caf\u00E9 \u0416\u2028\xD83D\xDE00"), "     caf\xC3\xA9 ????"},
         {WideString(1, 0xD800) + W("\n"), "? "},
         {WideString(65536, W('x')), std::string(65536, 'x')},
+        {CXString::FromUtf8(kEightBit).AsWideString(), kEightBit},
         {W(""), "Default job"},
     };
     for (const auto& [title, expected] : cases) {
