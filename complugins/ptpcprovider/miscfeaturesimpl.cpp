@@ -57,8 +57,7 @@ HRESULT MorvanePtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& 
         const Bstr prefix = ticket.GetPrivatePrefix();
         DeleteEveryParameterInit(ticket, prefix, kCopies);
         ComPtr<IXMLDOMElement> copies;
-        ticket.CreateIntegerParameterInit(prefix.Get(), kCopies, static_cast<unsigned>(devmode->dmCopies),
-                                          copies.Put());
+        ticket.CreateSignedIntegerParameterInit(prefix.Get(), kCopies, devmode->dmCopies, copies.Put());
         return ComChecks(W("MorvanePtProvider::ConvertDevmodeToMiscFeatures"), kSourceUnit)
             .Succeeds(ticket.GetRootNode()->appendChild(copies.Get(), nullptr), 128);
     });

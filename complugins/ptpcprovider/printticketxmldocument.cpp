@@ -125,30 +125,34 @@ HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(const WCHAR* feature, bo
     return S_OK;
 }
 
-HRESULT PrintTicketXmlDocument::CreateStringParameterInit(const WCHAR* prefix, const WCHAR* name, const WCHAR* value,
-                                                          IXMLDOMElement** parameter) {
-    const ComChecks checks(W("PrintTicketXmlDocument::CreateStringParameterInit"), kSourceUnit);
+HRESULT PrintTicketXmlDocument::CreateParameterInit(const ComChecks& checks, const WCHAR* prefix, const WCHAR* name,
+                                                    const WCHAR* type, const WCHAR* value, IXMLDOMElement** parameter) {
     checks.Require(parameter != nullptr, E_POINTER);
     *parameter = nullptr;
     checks.Require(!IsEmpty(prefix) && !IsEmpty(name) && !IsEmpty(value), E_INVALIDARG);
     ComPtr<IXMLDOMElement> created;
     CreateNamedElement(W("ParameterInit"), prefix, name, created.Put());
-    AppendTypedValue(checks, created.Get(), W("string"), value);
+    AppendTypedValue(checks, created.Get(), type, value);
     *parameter = created.Detach();
     return S_OK;
+}
+
+HRESULT PrintTicketXmlDocument::CreateStringParameterInit(const WCHAR* prefix, const WCHAR* name, const WCHAR* value,
+                                                          IXMLDOMElement** parameter) {
+    const ComChecks checks(W("PrintTicketXmlDocument::CreateStringParameterInit"), kSourceUnit);
+    return CreateParameterInit(checks, prefix, name, W("string"), value, parameter);
 }
 
 HRESULT PrintTicketXmlDocument::CreateIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value,
                                                            IXMLDOMElement** parameter) {
     const ComChecks checks(W("PrintTicketXmlDocument::CreateIntegerParameterInit"), kSourceUnit);
-    checks.Require(parameter != nullptr, E_POINTER);
-    *parameter = nullptr;
-    checks.Require(!IsEmpty(prefix) && !IsEmpty(name), E_INVALIDARG);
-    ComPtr<IXMLDOMElement> created;
-    CreateNamedElement(W("ParameterInit"), prefix, name, created.Put());
-    AppendTypedValue(checks, created.Get(), W("integer"), FormatUnsignedInteger(value));
-    *parameter = created.Detach();
-    return S_OK;
+    return CreateParameterInit(checks, prefix, name, W("integer"), FormatUnsignedInteger(value), parameter);
+}
+
+HRESULT PrintTicketXmlDocument::CreateSignedIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, LONG value,
+                                                                 IXMLDOMElement** parameter) {
+    const ComChecks checks(W("PrintTicketXmlDocument::CreateSignedIntegerParameterInit"), kSourceUnit);
+    return CreateParameterInit(checks, prefix, name, W("integer"), FormatInteger(value), parameter);
 }
 
 HRESULT PrintTicketXmlDocument::AppendIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value) {

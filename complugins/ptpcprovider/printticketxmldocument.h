@@ -34,6 +34,8 @@ public:
     HRESULT CreateStringParameterInit(const WCHAR* prefix, const WCHAR* name, const WCHAR* value,
                                       IXMLDOMElement** parameter);
     HRESULT CreateIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value, IXMLDOMElement** parameter);
+    HRESULT CreateSignedIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, LONG value,
+                                             IXMLDOMElement** parameter);
     // Creates and appends to the root.
     HRESULT AppendIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value);
 
@@ -48,4 +50,8 @@ public:
     HRESULT DeleteParamInitOrphans(IXMLDOMNodeList* parameterRefs, IXMLDOMNodeList* parameterInits);
     // Deletes every node of the list.
     HRESULT DeleteNodeList(IXMLDOMNodeList* nodes);
+
+private:
+    HRESULT CreateParameterInit(const ComChecks& checks, const WCHAR* prefix, const WCHAR* name, const WCHAR* type,
+                                const WCHAR* value, IXMLDOMElement** parameter);
 };

@@ -103,7 +103,7 @@ TEST_F(Copies, TravelInThePrivateNamespace) {
     TestDevmode devmode = MakeTestDevmode();
     devmode.Get()->dmCopies = -1;
     const auto ticket = office.MakeTicket(devmode, CopiesOf("mk:", "3") + CopiesOf("psk:", "2") + CopiesOf("mk:", "4"));
-    EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), "4294967295");
+    EXPECT_EQ(ValueOf(ticket, "ParameterInit", "mk:JobCopiesAllDocuments"), "-1");
     EXPECT_EQ(ValueOf(ticket, "ParameterInit", "psk:JobCopiesAllDocuments"), "2") << "the core driver's own";
 }
 
