@@ -15,7 +15,8 @@ HRESULT RunFeatureUnit(Unit unit) {
     }
 }
 
-// A document may come in with an element doubled, and leaves with one: whatever there is behind the first goes, too.
+// A document may come in with an element doubled, and leaves with one: of what there is behind the first, the root's
+// own children go, too.
 inline void DeleteEveryFeature(PrintSchemaXmlDocument& document, const Bstr& prefix, const WCHAR* name) {
     if (document.DeleteFeatureNodeIfExists(prefix.Get(), name) == S_OK)
         document.DeleteEvery(W("Feature"), prefix.Get(), name);

@@ -214,7 +214,7 @@ HRESULT PrintSchemaXmlDocument::DeletePropertyNodesIfExist(const WCHAR* prefix, 
 void PrintSchemaXmlDocument::DeleteEvery(const WCHAR* kind, const WCHAR* prefix, const WCHAR* name) {
     const ComChecks checks(W("PrintSchemaXmlDocument::DeleteEvery"), kSourceUnit);
     CXString query;
-    query.Format(W("//%s%s[@name = \"%s%s\"]"), psfPrefix_.Get(), kind, prefix, name);
+    query.Format(W("/*/%s%s[@name = \"%s%s\"]"), psfPrefix_.Get(), kind, prefix, name);
     DeleteSelected(checks, query);
 }
 

@@ -79,7 +79,7 @@ public:
     HRESULT DeleteFeatureNodeIfADuplicateExists(const WCHAR* prefix, const WCHAR* name);
     // Deletes every Property of that name in the document; S_OK, also when there is none. An empty name is E_FAIL.
     HRESULT DeletePropertyNodesIfExist(const WCHAR* prefix, const WCHAR* name);
-    // Deletes every framework element of that kind ("Feature") and name, in one walk through the document.
+    // Deletes the root's children of that kind ("Feature") and name, in one walk. What lies deeper is another's.
     void DeleteEvery(const WCHAR* kind, const WCHAR* prefix, const WCHAR* name);
 
     // ---- creation -----------------------------------------------------------------------------------------------
@@ -120,6 +120,9 @@ protected:
     // Appends a Value of an XML Schema type to the element, on behalf of the method of the checks.
     void AppendTypedValue(const ComChecks& checks, IXMLDOMElement* element, const WCHAR* type, const WCHAR* value);
 
+    // Deletes every node that the query selects.
+    void DeleteSelected(const ComChecks& checks, const WCHAR* query);
+
     WideStringView FrameworkPrefix() const noexcept { return psfPrefix_.View(); }
     WideStringView KeywordsPrefix() const noexcept { return pskPrefix_.View(); }
     WideStringView PrivatePrefix() const noexcept { return privatePrefix_.View(); }
@@ -135,7 +138,6 @@ private:
     HRESULT RenamePrivateNames(const std::vector<ComPtr<IXMLDOMNode>>& names);
     HRESULT RenamePrivateDeclaration();
     ComPtr<IXMLDOMNodeList> SelectNodes(const ComChecks& checks, const WCHAR* query) const;
-    void DeleteSelected(const ComChecks& checks, const WCHAR* query);
     bool FindParameterValue(const ComChecks& checks, const Bstr& name, Bstr* text) const;
 
     ComPtr<IXMLDOMDocument2> document_;

@@ -173,7 +173,8 @@ HRESULT PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists(con
     const ComChecks checks(W("PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists"), kSourceUnit);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
     if (DeleteFeatureNodeIfExists(prefix, name) == S_FALSE) return S_FALSE;
-    DeleteEvery(W("Feature"), prefix, name);
+    const Bstr further = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddFeature(prefix, name); });
+    DeleteSelected(checks, further.Get());
     // What each deletion orphans is orphaned still when all are gone.
     ComPtr<IXMLDOMNodeList> parameterInits;
     ComPtr<IXMLDOMNodeList> parameterRefs;

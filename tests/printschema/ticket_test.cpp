@@ -67,7 +67,9 @@ TEST(PrintTicketDocument, SweepsParametersThatNoReferenceNames) {
         {"unrelated ones go, another case is another name, an unnamed one stays",
          feature("F", "P") + feature("G", "Q") + unnamed + lower + q, feature("G", "Q") + unnamed + q},
         {"no reference left", feature("F", "P") + p + q + unnamed, ""},
-        {"every duplicate", feature("F", "P") + p + feature("F", "Q") + q + feature("F", "P"), ""},
+        {"every duplicate, nested ones too",
+         feature("F", "P") + p + feature("F", "Q") + q + "<psf:Feature>" + feature("F", "P") + "</psf:Feature>",
+         "<psf:Feature/>"},
         {"feature absent", feature("G", "Q") + p + q, feature("G", "Q") + p + q},
     };
     for (const auto& test : cases) {

@@ -37,6 +37,12 @@ TEST_F(Color, TravelsToTheTicketAndBack) {
         EXPECT_EQ(devmode.Get()->dmICMMethod, test.methodBack);
         EXPECT_EQ(devmode.Get()->dmICMIntent, 9u) << "the intent goes one way only";
     }
+    TestDevmode devmode = MakeTestDevmode();
+    const std::string old = Chosen("PageColorManagement", "psk:None");
+    EXPECT_EQ(TextsOf(press.MakeTicket(devmode, old + Feature("Another", old) + old),
+                      "//*[@name='psk:PageColorManagement']/*/@name"),
+              "psk:None psk:Device")
+        << "inside another's feature it stays";
 }
 
 // One walk through the document removes them all; one walk each would take minutes.
