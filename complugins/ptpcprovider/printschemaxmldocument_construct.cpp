@@ -22,28 +22,35 @@ HRESULT GetAttribute(IXMLDOMNode* node, const WCHAR* name, ComPtr<IXMLDOMNode>* 
     return SUCCEEDED(hr) && !*attribute ? S_FALSE : hr;
 }
 
-// S_OK where the element has the prefix mk in scope for another namespace, else S_FALSE.
-HRESULT HasForeignPrivatePrefix(IXMLDOMNode* element) {
-    for (auto scope = ComPtr<IXMLDOMNode>::Share(element); scope;) {
-        ComPtr<IXMLDOMNode> declaration;
-        HRESULT hr = GetAttribute(scope.Get(), kNormalPrivateDeclaration, &declaration);
-        if (FAILED(hr)) return hr;
-        if (hr == S_OK) {
-            Variant uri;
-            hr = declaration->get_nodeValue(uri.Put());
-            if (FAILED(hr)) return hr;
-            return uri.Text() == kPrivateKeywordsNamespace ? S_FALSE : S_OK;
-        }
-        ComPtr<IXMLDOMNode> parent;
-        hr = scope->get_parentNode(parent.Put());
-        if (FAILED(hr)) return hr;
-        scope = std::move(parent);
-    }
-    return S_FALSE;
-}
+// What two prefixes stand for at a place of the document.
+struct PrefixScope {
+    bool isPrivate = true;     // the prefix that the root declares for the private namespace: for that, still
+    bool isMkForeign = false;  // mk: for another namespace
+};
 
 // A prefix without its colon.
 WideStringView Bare(WideStringView prefix) noexcept { return prefix.substr(0, prefix.find(W(':'))); }
+
+// Tells what the node's own declaration says, if it has one: whether it is of the private namespace.
+template <class Tell>
+HRESULT ReadDeclaration(IXMLDOMNode* node, const WCHAR* declarationName, Tell tell) {
+    ComPtr<IXMLDOMNode> declaration;
+    HRESULT hr = GetAttribute(node, declarationName, &declaration);
+    if (hr != S_OK) return hr;
+    Variant uri;
+    hr = declaration->get_nodeValue(uri.Put());
+    if (SUCCEEDED(hr)) tell(uri.Text() == kPrivateKeywordsNamespace);
+    return hr;
+}
+
+// The node's name attribute, when it begins with the prefix; else null.
+HRESULT GetPrefixedName(IXMLDOMNode* node, WideStringView prefix, ComPtr<IXMLDOMNode>* name) {
+    HRESULT hr = GetAttribute(node, W("name"), name);
+    Variant value;
+    if (hr == S_OK) hr = (*name)->get_nodeValue(value.Put());
+    if (!value.Text().starts_with(prefix)) name->Reset();
+    return hr;
+}
 
 }  // namespace
 
@@ -100,10 +107,8 @@ bool PrintSchemaXmlDocument::FindRoot(const ComChecks& checks) {
 // at an element whose name would change, the document keeps its own prefix.
 HRESULT PrintSchemaXmlDocument::NormalizePrivatePrefix() {
     if (privatePrefix_.View() == kNormalPrivatePrefix) return S_OK;
-    HRESULT hr = HasForeignPrivatePrefix(rootNode_.Get());
-    if (hr != S_FALSE) return hr;  // S_OK: taken, nothing to do
     std::vector<ComPtr<IXMLDOMNode>> names;
-    hr = FindPrivateNames(&names);
+    HRESULT hr = FindPrivateNames(&names);
     if (hr == S_FALSE) return S_OK;
     if (SUCCEEDED(hr)) hr = RenamePrivateNames(names);
     if (SUCCEEDED(hr)) hr = RenamePrivateDeclaration();
@@ -111,27 +116,31 @@ HRESULT PrintSchemaXmlDocument::NormalizePrivatePrefix() {
     return hr;
 }
 
-// The name attributes that begin with the private prefix. S_FALSE when one of their elements has mk for something else.
+// The name attributes that begin with the private prefix where it stands for the private namespace. S_FALSE when mk is
+// something else at the root or at one of them. One walk, which takes along what the elements around declare: to look
+// upward from each name would cost the square of a document with many declarations.
 HRESULT PrintSchemaXmlDocument::FindPrivateNames(std::vector<ComPtr<IXMLDOMNode>>* names) const {
-    ComPtr<IXMLDOMNodeList> elements;
-    HRESULT hr = rootNode_->selectNodes(Bstr(W("//*[@name]")).Get(), elements.Put());
-    LONG count = 0;
-    if (SUCCEEDED(hr)) hr = elements ? elements->get_length(&count) : E_FAIL;
-    for (LONG index = 0; SUCCEEDED(hr) && index < count; ++index) {
-        ComPtr<IXMLDOMNode> element;
-        hr = elements->get_item(index, element.Put());
-        if (FAILED(hr) || !element) continue;
-        ComPtr<IXMLDOMNode> attribute;
-        hr = GetAttribute(element.Get(), W("name"), &attribute);
-        if (hr != S_OK) continue;
-        Variant value;
-        hr = attribute->get_nodeValue(value.Put());
-        if (FAILED(hr) || !value.Text().starts_with(privatePrefix_.View())) continue;
-        hr = HasForeignPrivatePrefix(element.Get());
-        if (hr == S_OK) return S_FALSE;
-        if (hr == S_FALSE) names->push_back(std::move(attribute));
+    const Bstr declarationName = Join(W("xmlns:"), Bare(privatePrefix_.View()));
+    std::vector<std::pair<ComPtr<IXMLDOMNode>, PrefixScope>> pending = {{rootNode_, {}}};
+    while (!pending.empty()) {
+        const auto [node, around] = std::move(pending.back());
+        pending.pop_back();
+        PrefixScope scope = around;
+        ComPtr<IXMLDOMNode> name, sibling, child;
+        HRESULT hr = ReadDeclaration(node.Get(), declarationName.Get(), [&](bool own) { scope.isPrivate = own; });
+        if (SUCCEEDED(hr))
+            hr = ReadDeclaration(node.Get(), kNormalPrivateDeclaration, [&](bool own) { scope.isMkForeign = !own; });
+        if (SUCCEEDED(hr) && scope.isPrivate) hr = GetPrefixedName(node.Get(), privatePrefix_.View(), &name);
+        const bool isRoot = node.Get() == rootNode_.Get();
+        if (SUCCEEDED(hr) && scope.isMkForeign && (name || isRoot)) return S_FALSE;
+        if (SUCCEEDED(hr) && !isRoot) hr = node->get_nextSibling(sibling.Put());
+        if (SUCCEEDED(hr)) hr = node->get_firstChild(child.Put());
+        if (FAILED(hr)) return hr;
+        if (name) names->push_back(std::move(name));
+        if (sibling) pending.emplace_back(std::move(sibling), around);
+        if (child) pending.emplace_back(std::move(child), scope);
     }
-    return FAILED(hr) ? hr : S_OK;
+    return S_OK;
 }
 
 HRESULT PrintSchemaXmlDocument::RenamePrivateNames(const std::vector<ComPtr<IXMLDOMNode>>& names) {

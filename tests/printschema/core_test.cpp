@@ -52,6 +52,12 @@ TEST(PrintSchemaDocument, MakesThePrivatePrefixMkWhereThatChangesNoMeaning) {
         {"mk taken elsewhere",
          " xmlns:a=\"{mk}\"><psf:Feature xmlns:mk=\"urn:o\" name=\"mk:F\"/><psf:Option name=\"a:A\"/>",
          " xmlns:mk=\"{mk}\"><psf:Feature xmlns:mk=\"urn:o\" name=\"mk:F\"/><psf:Option name=\"mk:A\"/>", "mk:"},
+        {"the prefix another maker's inside",
+         " xmlns:a=\"{mk}\"><psf:Feature xmlns:a=\"urn:o\" name=\"a:F\"><psf:Option name=\"a:A\"/>"
+         "<psf:Option xmlns:a=\"{mk}\" name=\"a:B\"/></psf:Feature><psf:Option name=\"a:C\"/>",
+         " xmlns:mk=\"{mk}\"><psf:Feature xmlns:a=\"urn:o\" name=\"a:F\"><psf:Option name=\"a:A\"/>"
+         "<psf:Option xmlns:a=\"{mk}\" name=\"mk:B\"/></psf:Feature><psf:Option name=\"mk:C\"/>",
+         "mk:"},
         {"undeclared, and ns0000 somebody else's", " xmlns:ns0000=\"urn:o\"><psf:Option name=\"ns0000:A\"/>", nullptr,
          "ns0000:"},
     };

@@ -113,7 +113,7 @@ public:
     HANDS(get_firstChild, (IXMLDOMNode** a), a, (out));
     REFUSES(get_lastChild, (IXMLDOMNode**));
     REFUSES(get_previousSibling, (IXMLDOMNode**));
-    REFUSES(get_nextSibling, (IXMLDOMNode**));
+    HANDS(get_nextSibling, (IXMLDOMNode** a), a, (out));
     HANDS(get_attributes, (IXMLDOMNamedNodeMap** a), a, (out));
     HANDS(insertBefore, (IXMLDOMNode* a, VARIANT b, IXMLDOMNode** c), c, (Inner(a).Get(), InnerReference(b).Get(), out));
     REFUSES(replaceChild, (IXMLDOMNode*, IXMLDOMNode*, IXMLDOMNode**));
