@@ -46,7 +46,7 @@ HRESULT MorvanePtProvider::ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& 
         if (hr != S_OK) return hr;
         Bstr text;
         ComChecks(W("MorvanePtProvider::ConvertMiscFeaturesToDevmode"), kSourceUnit)
-            .Succeeds(value->get_text(text.Put()), 88);
+            .Succeeds(GetTrimmedText(value.Get(), &text), 88);
         if (!text.IsEmpty()) devmode->dmCopies = static_cast<SHORT>(ReadDecimalInteger(text.View()));
         return S_OK;
     });

@@ -83,7 +83,7 @@ HRESULT MorvanePtProvider::GetMorvaneDriverDataFromPrintTicketAndUpdateDevmode(P
             ticket.GetParameterInitValueNodeIfExists(ticket.GetPrivatePrefix().Get(), kDriverData, value.Put());
         if (found != S_OK) return found;
         Bstr text;
-        const HRESULT read = value->get_text(text.Put());
+        const HRESULT read = GetTrimmedText(value.Get(), &text);
         if (FAILED(read)) return read;
 
         BYTE* block = xdevmode.GetOemDevmode();

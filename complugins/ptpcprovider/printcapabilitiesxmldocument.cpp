@@ -207,7 +207,7 @@ CXString PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLD
     ComPtr<IXMLDOMNode> property;
     checks.Require(Found(checks, node->selectSingleNode(query.Get(), property.Put()), property), E_FAIL);
     Bstr text;
-    checks.Succeeds(property->get_text(text.Put()));
+    checks.Succeeds(GetTrimmedText(property.Get(), &text));
     checks.Require(!text.IsEmpty(), E_FAIL);
     return CXString(WideString(text.View()));
 }

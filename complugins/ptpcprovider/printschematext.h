@@ -8,6 +8,8 @@
 #include <comptr.h>
 #include <msxml2.h>
 
+#include "printschemaxmldocument.h"
+
 #include <algorithm>
 #include <new>
 
@@ -59,13 +61,20 @@ ComPtr<U> QueryFor(const ComChecks& checks, T* object, REFIID iid, LONG line = _
     return other;
 }
 
-// The node's typed value as text. MSXML gives other than text only to values of its own data types.
+// The text without the white space of XML around it.
+inline WideStringView Trimmed(WideStringView text) noexcept {
+    constexpr WideStringView kWhiteSpace = W(" \t\r\n");
+    text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
+    return text.substr(0, text.find_last_not_of(kWhiteSpace) + 1);
+}
+
+// The node's typed value as text, trimmed. MSXML gives other than text only to values of its own data types.
 inline Bstr GetTypedValue(const ComChecks& checks, IXMLDOMNode* node, LONG line = __builtin_LINE()) {
     Variant value;
     checks.Succeeds(node->get_nodeTypedValue(value.Put()), line);
-    if (value.IsText()) return CopyText(checks, value.Text(), line);
+    if (value.IsText()) return CopyText(checks, Trimmed(value.Text()), line);
     Bstr text;
-    checks.Succeeds(node->get_text(text.Put()), line);
+    checks.Succeeds(GetTrimmedText(node, &text), line);
     return text;
 }
 

@@ -33,6 +33,18 @@ LONG ReadDecimalInteger(WideStringView text) noexcept {
     return static_cast<LONG>(negative ? -value : value);
 }
 
+HRESULT GetTrimmedText(IXMLDOMNode* node, Bstr* text) {
+    const HRESULT hr = node->get_text(text->Put());
+    if (FAILED(hr)) return hr;
+    const WideStringView trimmed = Trimmed(text->View());
+    if (trimmed.size() == text->View().size()) return hr;
+    Bstr copy;
+    *copy.Put() = SysAllocStringLen(trimmed.data(), static_cast<UINT>(trimmed.size()));
+    if (!copy.Get()) return E_OUTOFMEMORY;
+    *text = std::move(copy);
+    return hr;
+}
+
 // ---- prefixes ---------------------------------------------------------------------------------------------------
 
 const Bstr& PrintSchemaXmlDocument::PrefixOf(NamespaceKind kind) const {

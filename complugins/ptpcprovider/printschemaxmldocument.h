@@ -23,6 +23,10 @@ inline constexpr HRESULT kNoDocument = static_cast<HRESULT>(0x8000000Au);
 // give 0; a value beyond the type gives the type's limit.
 LONG ReadDecimalInteger(WideStringView text) noexcept;
 
+// The node's text without the white space around it, which is no part of a value: documents come indented, and not
+// every document object takes it off.
+HRESULT GetTrimmedText(IXMLDOMNode* node, Bstr* text);
+
 // Wraps one DOM document that holds a PrintTicket or a PrintCapabilities. Knows the prefixes under which the document's
 // root declares the Print Schema namespaces; each is empty or ends with its colon, so that a prefix followed by a local
 // name is a qualified name in any case.

@@ -21,10 +21,12 @@ TEST(PrintTicketDocument, ReadsTheChosenOption) {
     };
     for (const auto& [xml, expected] : cases) {
         const auto dom = LoadUsual("PrintTicket", xml);
-        PrintTicketXmlDocument ticket(dom.Get());
-        Bstr name, prefix;
-        const std::string outcome = Outcome([&] { return ticket.GetFeatureOption(W("F"), &name, &prefix); });
-        EXPECT_EQ(outcome + " " + Utf8(prefix) + " " + Utf8(name), expected) << xml;
+        for (const auto& dress : {dom, LoadIndented(dom)}) {
+            PrintTicketXmlDocument ticket(dress.Get());
+            Bstr name, prefix;
+            const std::string outcome = Outcome([&] { return ticket.GetFeatureOption(W("F"), &name, &prefix); });
+            EXPECT_EQ(outcome + " " + Utf8(prefix) + " " + Utf8(name), expected) << xml;
+        }
     }
 }
 

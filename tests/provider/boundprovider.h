@@ -8,6 +8,8 @@
 #include <mvutil/persistentattributes.h>
 #include <ptpcprovider/morvaneptprovider.h>
 
+#include <cstring>
+
 // Looks into a provider: what no caller of the published interface can set.
 class ProviderProbe {
 public:
@@ -36,18 +38,28 @@ public:
     HRESULT ToDevmode(const ComPtr<IXMLDOMDocument2>& ticket, TestDevmode& devmode) const {
         return provider_->ConvertPrintTicketToDevMode(ticket.Get(), BytesOf(devmode), devmode.Get(), 0, nullptr);
     }
-    // The same for documents of the usual prefixes with the given children; failures are the test's.
+    // The same for documents of the usual prefixes with the given children; failures are the test's. What is read from
+    // a ticket is read alike from its indented twin.
     ComPtr<IXMLDOMDocument2> MakeTicket(TestDevmode& devmode, const std::string& children = "") const {
         auto ticket = LoadUsual("PrintTicket", children);
         EXPECT_EQ(ToTicket(devmode, ticket), S_OK);
         return ticket;
     }
     void Apply(const std::string& children, TestDevmode& devmode) const {
-        EXPECT_EQ(ToDevmode(LoadUsual("PrintTicket", children), devmode), S_OK);
+        const auto ticket = LoadUsual("PrintTicket", children);
+        TestDevmode other = devmode;
+        EXPECT_EQ(ToDevmode(ticket, devmode), S_OK);
+        EXPECT_EQ(ToDevmode(LoadIndented(ticket), other), S_OK);
+        EXPECT_EQ(std::memcmp(other.Get(), devmode.Get(), BytesOf(devmode)), 0) << "the indented twin differs";
     }
-    ComPtr<IXMLDOMDocument2> Complete(const std::string& children = "", IXMLDOMDocument2* ticket = nullptr) const {
+    ComPtr<IXMLDOMDocument2> Complete(const std::string& children = "",
+                                      const ComPtr<IXMLDOMDocument2>& ticket = nullptr) const {
         auto capabilities = LoadUsual("PrintCapabilities", children);
-        EXPECT_EQ(provider_->CompletePrintCapabilities(ticket, capabilities.Get()), S_OK);
+        EXPECT_EQ(provider_->CompletePrintCapabilities(ticket.Get(), capabilities.Get()), S_OK);
+        const auto other = LoadIndented(LoadUsual("PrintCapabilities", children));
+        const auto otherTicket = ticket ? LoadIndented(ticket) : nullptr;
+        EXPECT_EQ(provider_->CompletePrintCapabilities(otherTicket.Get(), other.Get()), S_OK);
+        EXPECT_EQ(TextWithoutIndents(other), TextOf(capabilities)) << "the indented twin differs";
         return capabilities;
     }
     static ULONG BytesOf(TestDevmode& devmode) { return ULONG{devmode.Get()->dmSize} + devmode.Get()->dmDriverExtra; }

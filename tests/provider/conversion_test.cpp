@@ -88,10 +88,12 @@ TEST_F(Conversion, ReadsTheSameTicketInAnyDress) {
         data +
         "\n</a:Value>\n  </a:ParameterInit>\n"
         "  <a:ParameterInit name='priv:JobCopiesAllDocuments'><a:Value i:type='d:integer'><![CDATA[6]]></a:Value>"
-        "</a:ParameterInit>\n  <a:Feature name='b:PageColorManagement'>\n <a:Option name='b:System'/> </a:Feature>\n"
-        "</a:PrintTicket>";
+        "</a:ParameterInit>\n  <a:Feature name='b:PageColorManagement'>\n <a:ScoredProperty name='b:OptionName'>\n"
+        "<a:Value i:type='d:QName'>\n b:System\n</a:Value></a:ScoredProperty> </a:Feature>\n</a:PrintTicket>";
     TestDevmode devmode = MakeTestDevmode(1);
-    ASSERT_EQ(press.ToDevmode(Load(foreign), devmode), S_OK);
+    const auto ticket = Load(foreign);
+    ticket->put_preserveWhiteSpace(VARIANT_TRUE);  // the system's document object then shows it
+    ASSERT_EQ(press.ToDevmode(ticket, devmode), S_OK);
     EXPECT_EQ(devmode.Get()->dmCopies, 6);
     EXPECT_EQ(devmode.Get()->dmICMMethod, 2u);
     EXPECT_EQ(devmode.CopyBlock(), source.CopyBlock());

@@ -33,8 +33,7 @@ protected:
     std::string Area(const std::string& ticketChildren) {
         const auto ticket = LoadUsual("PrintTicket", ticketChildren);
         const std::string old = "<psf:Property name='psk:PageImageableSize'/>";
-        return TextsOf(press_.Complete(old + old, ticket.Get()),
-                       "/*/psf:Property[@name='psk:PageImageableSize']//psf:Value");
+        return TextsOf(press_.Complete(old + old, ticket), "/*/psf:Property[@name='psk:PageImageableSize']//psf:Value");
     }
 
     TestStore store_;
