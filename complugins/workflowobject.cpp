@@ -10,6 +10,8 @@
 #include <mvutil/printer.h>
 #include <mvutil/textresources.h>
 
+#include <new>
+
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/workflowobject");
@@ -67,12 +69,23 @@ bool WorkflowObject::InitializeWorkflowObject(HANDLE printer, DataSourceProvider
     printer_ = printer;
     provider_ = provider;
     if (controllerFamily) *controllerFamily = DataModelIds::kNotSet;
-    Load();
-    if (!workflow_) return false;
-    const ProductData* const product = workflow_->GetWorkflowProductData();
-    if (controllerFamily && product) *controllerFamily = product->GetControllerFamily();
-    initialized_ = true;
-    return true;
+    bool lacksMemory = false;
+    try {
+        Load();
+        if (!workflow_) return false;
+        const ProductData* const product = workflow_->GetWorkflowProductData();
+        if (controllerFamily && product) *controllerFamily = product->GetControllerFamily();
+        initialized_ = true;
+        return true;
+    } catch (const std::bad_alloc&) {
+        lacksMemory = true;
+    } catch (...) {
+        // A library that fails is as good as none.
+    }
+    // Not inside a handler: the exception may be of the library's own type, and goes before the library does.
+    Release();
+    if (lacksMemory) throw std::bad_alloc();
+    return false;
 }
 
 void WorkflowObject::Load() {
@@ -97,6 +110,7 @@ void WorkflowObject::LoadModule(DWORD index) {
     CXString path = MorvaneUtilities::getPathFromFileName(MorvaneUtilities::getModulePath(GetComponentModule()));
     if (index <= kLibraryCount) path += kLibraryFiles[index - 1];
     module_ = UniqueModule(LoadLibraryExW(path.GetString(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+    if (!module_ && GetLastError() == ERROR_NOT_ENOUGH_MEMORY) throw std::bad_alloc();
 }
 
 void WorkflowObject::ObtainObject() {

@@ -9,11 +9,26 @@
 #include <printsubsystem/printschema.h>
 #include <throwscheme.h>
 
+#include <new>
+#include <utility>
+
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("morvaneptprovider");
 constexpr INT kInterfaceVersion = 1;
 constexpr int kDriverCapabilityFlags = 1984;
+
+// What is called, be it a library or the host's own object, may throw; nothing leaves a COM method but an HRESULT.
+template <class Call>
+HRESULT RunWalled(Call call) noexcept {
+    try {
+        return call();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_FAIL;
+    }
+}
 
 }  // namespace
 
@@ -56,22 +71,27 @@ HRESULT MorvanePtProvider::GetSupportedVersions(HANDLE, INT** versions, INT* cou
 }
 
 HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS options, INT* namespaceCount,
-                                       BSTR** namespaces) try {
+                                       BSTR** namespaces) {
     if (!options || !namespaceCount || !namespaces || !printer) return E_INVALIDARG;
     *namespaceCount = 0;
     *namespaces = nullptr;
     if (version != kInterfaceVersion) return E_VERSION_NOT_SUPPORTED;
 
-    printerHandle = printer;
-    driverCapabilityFlags = PrintDriver().GetDriverCapability(printer, kDriverCapabilityFlags);
+    const HRESULT bound = RunWalled([&] {
+        const ULONGLONG flags = PrintDriver().GetDriverCapability(printer, kDriverCapabilityFlags);
+        // A printer without its workflow library still binds; what needs product data fails later.
+        workflowObject.InitializeWorkflowObject(printer, this, &controllerFamily);
+        printerHandle = printer;
+        driverCapabilityFlags = flags;
+        return S_OK;
+    });
+    if (FAILED(bound)) return bound;
     OSVERSIONINFOW system = {};
     system.dwOSVersionInfoSize = sizeof(system);
     static_assert(sizeof(system) == 276);
     GetVersionExW(&system);
     osMajorVersion = system.dwMajorVersion;
     osMinorVersion = system.dwMinorVersion;
-    // A printer without its workflow library still binds; what needs product data fails later.
-    workflowObject.InitializeWorkflowObject(printer, this, &controllerFamily);
 
     *options = OEMPT_DEFAULT;
     if (!HasPrivateNamespace()) return S_OK;
@@ -80,17 +100,17 @@ HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS o
     if (!*namespaces) return E_OUTOFMEMORY;
     **namespaces = SysAllocString(kPrivateKeywordsNamespace);
     return **namespaces ? S_OK : E_OUTOFMEMORY;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-} catch (...) {
-    return E_FAIL;
 }
 
 HRESULT MorvanePtProvider::PublishPrintTicketHelperInterface(IUnknown* helper) {
     if (!helper) return E_INVALIDARG;
     if (coreHelper) return S_OK;
-    const HRESULT hr = helper->QueryInterface(IID_IPrintCoreHelper, coreHelper.PutVoid());
-    return hr == E_NOINTERFACE ? S_OK : hr;  // the interface is optional
+    return RunWalled([&] {
+        ComPtr<IPrintCoreHelper> offered;
+        const HRESULT hr = helper->QueryInterface(IID_IPrintCoreHelper, offered.PutVoid());
+        if (SUCCEEDED(hr)) coreHelper = std::move(offered);
+        return hr == E_NOINTERFACE ? S_OK : hr;  // the interface is optional
+    });
 }
 
 HRESULT MorvanePtProvider::QueryDeviceDefaultNamespace(BSTR* namespaceUri) {

@@ -1,6 +1,8 @@
 // MorvaneUtilities: paths of modules, and the registry names and hive shared by the driver family.
 #include <mvutil/morvaneutilities.h>
 
+#include "throwfailure.h"
+
 #include <mvutil/cachelocation.h>
 #include <mvutil/operatingsystem.h>
 
@@ -17,7 +19,10 @@ CXString MorvaneUtilities::getModulePath(HMODULE module) {
     for (DWORD size = 512; size <= 65536; size *= 2) {
         WideString path(size, WCHAR());
         const DWORD length = GetModuleFileNameW(module, path.data(), size);
-        if (length == 0) break;
+        if (length == 0) {
+            ThrowIfLackOfMemory(GetLastError());
+            break;
+        }
         if (length < size) {
             path.resize(length);
             return path;

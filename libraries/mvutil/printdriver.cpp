@@ -18,6 +18,7 @@ constexpr int kMainFiles = 1;
 constexpr int kDependentFiles = 8;
 
 [[noreturn]] void ThrowPrintDriverFailure(const WCHAR* methodName, DWORD error, LONG line = __builtin_LINE()) {
+    ThrowIfLackOfMemory(error);
     CXString message;
     message.Format(W("The print spooler answered with error %u for the printer's driver"), error);
     ThrowFailure(GetExceptionPrintDriverFailure, message, W("printdriver"), methodName, line);

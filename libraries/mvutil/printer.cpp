@@ -13,6 +13,7 @@
 namespace {
 
 [[noreturn]] void ThrowPrinterFailure(const WCHAR* methodName, DWORD error, LONG line = __builtin_LINE()) {
+    ThrowIfLackOfMemory(error);
     CXString message;
     message.Format(W("The print spooler answered with error %u"), error);
     ThrowFailure(GetExceptionPrinterFailure, message, W("printer"), methodName, line);

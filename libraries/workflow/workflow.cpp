@@ -13,11 +13,13 @@
 
 namespace {
 
-// The answer, or the value that stands for not knowing: nothing is thrown into the caller.
+// The answer, or the value that stands for not knowing. Nothing but lack of memory is thrown into the caller.
 template <class Answer, class Value>
 Value AnswerOr(Answer answer, Value unknown) {
     try {
         return answer();
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (const std::exception&) {
         return unknown;
     }
@@ -72,8 +74,8 @@ private:
 
 }  // namespace
 
-// Null when there is no memory. The product needs none of the caller's data sources.
-WORKFLOW_API MvWorkflow* GetWorkflowObject(DataSourceProvider*) { return new (std::nothrow) Workflow; }
+// The product needs none of the caller's data sources.
+WORKFLOW_API MvWorkflow* GetWorkflowObject(DataSourceProvider*) { return std::make_unique<Workflow>().release(); }
 
 WORKFLOW_API void ReleaseWorkflowObject(MvWorkflow* workflow) {
     const std::unique_ptr<Workflow> owner(static_cast<Workflow*>(workflow));

@@ -7,9 +7,20 @@
 
 FAKE_EXPORT void SomethingElse() {}
 
-#else  // gives no object
+#else  // gives no object, or one that throws an object whose code is in the library
 
-FAKE_EXPORT MvWorkflow* GetWorkflowObject(DataSourceProvider*) { return nullptr; }
+struct Trouble {
+    virtual ~Trouble() = default;
+};
+struct Workflow final : MvWorkflow {
+    void SetPrinterHandle(HANDLE) override { throw Trouble(); }
+    ProductData* GetWorkflowProductData() override { return nullptr; }
+};
+
+FAKE_EXPORT MvWorkflow* GetWorkflowObject(DataSourceProvider*) {
+    static Workflow workflow;
+    return FAKE_KIND == 2 ? nullptr : &workflow;
+}
 FAKE_EXPORT void ReleaseWorkflowObject(MvWorkflow*) {}
 
 #endif

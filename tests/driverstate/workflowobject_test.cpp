@@ -59,7 +59,11 @@ TEST_F(WorkflowObjectTest, LetsGoOfLibrariesThatMisbehave) {
     SetComponentModule(component.Get());
     ExpectLibrary(REG_DWORD, 2, "", 5001);  // lacks the exports
     ExpectLibrary(REG_DWORD, 3, "", 5001);  // gives no object
+    ExpectLibrary(REG_DWORD, 1, "", 5001);  // throws
+    WorkflowObject workflow;
+    EXPECT_FALSE(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, nullptr));
     SetComponentModule(nullptr);
+    EXPECT_TRUE(workflow.InitializeWorkflowObject(printer_.GetHandle(), nullptr, nullptr)) << "bound anew";
 }
 
 }  // namespace

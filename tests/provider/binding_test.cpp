@@ -83,6 +83,7 @@ TEST_F(Binding, GivesTheNamespacesThatTheCapabilityWordAsksFor) {
 struct FakeHelper final : IPrintCoreHelper {
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         EXPECT_EQ(iid, IID_IPrintCoreHelper);
+        if (trouble) throw trouble;
         *object = this;
         AddRef();
         return S_OK;
@@ -90,12 +91,16 @@ struct FakeHelper final : IPrintCoreHelper {
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() override { return --references; }
     ULONG references = 1;
+    const char* trouble = nullptr;
 };
 
 TEST(Provider, TakesOneCoreHelperAndReleasesItAtItsEnd) {
     FakeHelper helper, second;
     Provider provider = MakeProvider();
     EXPECT_EQ(provider->PublishPrintTicketHelperInterface(LoadUsual("PrintTicket", "").Get()), S_OK) << "has none";
+    helper.trouble = "throws";
+    EXPECT_EQ(provider->PublishPrintTicketHelperInterface(&helper), E_FAIL);
+    helper.trouble = nullptr;
     EXPECT_EQ(provider->PublishPrintTicketHelperInterface(&helper), S_OK);
     EXPECT_EQ(provider->PublishPrintTicketHelperInterface(&second), S_OK);
     EXPECT_EQ(second.references, 1u);

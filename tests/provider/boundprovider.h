@@ -17,6 +17,10 @@ public:
     static void SetCapabilityFlags(MorvanePtProvider& provider, ULONGLONG flags) {
         provider.driverCapabilityFlags = flags;
     }
+    static std::string TellBinding(const MorvanePtProvider& provider) {
+        return std::to_string(provider.controllerFamily) + " " + std::to_string(provider.driverCapabilityFlags) +
+               (provider.workflowObject.IsInitialized() ? " with product" : "");
+    }
 };
 
 // The product's printer in the open store, with a provider bound to it.
