@@ -1,4 +1,4 @@
-// Loading of libraries at their first use: the notification hook, its search, and the unloading at the end.
+// Loading of libraries at their first use: the hooks, the search, and the unloading at the end.
 #include <dlldelayloader.h>
 
 #include <modulehandle.h>
@@ -15,11 +15,13 @@
 namespace {
 
 FARPROC WINAPI OnDelayLoadNotification(unsigned notification, PDelayLoadInfo information);
+FARPROC WINAPI OnDelayLoadFailure(unsigned notification, PDelayLoadInfo information);
 
 }  // namespace
 
 extern "C" {
 PfnDliHook __pfnDliNotifyHook2 = OnDelayLoadNotification;
+PfnDliHook __pfnDliFailureHook2 = OnDelayLoadFailure;
 }
 
 namespace {
@@ -97,6 +99,12 @@ HMODULE LoadFromDriverDirectory(const char* library) {
 FARPROC WINAPI OnDelayLoadNotification(unsigned notification, PDelayLoadInfo information) {
     if (!delayLoader.IsActive() || notification != dliNotePreLoadLibrary) return nullptr;
     return reinterpret_cast<FARPROC>(delayLoader.Resolve(information->szDll));
+}
+
+// A library that was found but lacks the function is as good as none.
+FARPROC WINAPI OnDelayLoadFailure(unsigned, PDelayLoadInfo information) {
+    if (!delayLoader.IsActive()) return nullptr;
+    ThrowDelayLoadDllLoadFailureException(information->szDll);
 }
 
 }  // namespace

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-// One object a module, static. Its hook answers the platform's delay-load routine.
+// One object a module, static. Its hooks answer the platform's delay-load routine; what that cannot find, a library or
+// a function of it, becomes ExceptionDelayLoadDllLoadFailure.
 class DllDelayLoader {
 public:
     // No code runs for the construction: the object is good before any other static one.

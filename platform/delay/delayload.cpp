@@ -11,6 +11,7 @@
 extern "C" {
 // A module that wants to be notified defines its own.
 __attribute__((weak)) PfnDliHook __pfnDliNotifyHook2 = nullptr;
+__attribute__((weak)) PfnDliHook __pfnDliFailureHook2 = nullptr;
 }
 
 namespace {
@@ -18,13 +19,23 @@ namespace {
 constinit std::mutex loadedMutex;
 constinit ImgDelayDescr* loadedLibraries = nullptr;  // guarded by loadedMutex
 
+FARPROC Ask(PfnDliHook hook, unsigned notification, DelayLoadInfo& information) {
+    return hook ? hook(notification, &information) : nullptr;
+}
+
 FARPROC Notify(unsigned notification, DelayLoadInfo& information) {
-    return __pfnDliNotifyHook2 ? __pfnDliNotifyHook2(notification, &information) : nullptr;
+    return Ask(__pfnDliNotifyHook2, notification, information);
+}
+
+FARPROC ReportFailure(unsigned notification, DelayLoadInfo& information) {
+    information.dwLastError = GetLastError();
+    return Ask(__pfnDliFailureHook2, notification, information);
 }
 
 HMODULE LoadDelayed(ImgDelayDescr& library, DelayLoadInfo& information) {
     HMODULE module = reinterpret_cast<HMODULE>(Notify(dliNotePreLoadLibrary, information));
     if (!module) module = LoadLibraryA(library.name);
+    if (!module) module = reinterpret_cast<HMODULE>(ReportFailure(dliFailLoadLib, information));
     if (!module) throw std::runtime_error(std::string(library.name) + " cannot be loaded");
     // One reference is kept, whatever number of threads came here at once.
     if (library.module.exchange(module) == module) FreeLibrary(module);
@@ -55,6 +66,7 @@ FARPROC BindDelayImport(ImgDelayDescr& library, DelayImport& import) {
         if (!information.hmodCur) information.hmodCur = LoadDelayed(library, information);
         address = Notify(dliNotePreGetProcAddress, information);
         if (!address) address = GetProcAddress(information.hmodCur, import.name);
+        if (!address) address = ReportFailure(dliFailGetProc, information);
         if (!address) throw std::runtime_error(std::string(library.name) + " lacks the function " + import.name);
         import.address.store(address, std::memory_order_release);
     }

@@ -22,7 +22,7 @@ struct ImgDelayDescr {
 };
 
 // Loads the library when needed, asks the module's hook on the way, and binds the import. Any thread may call it at any
-// time. Throws what the hook throws, and std::runtime_error when neither hook nor loader gives the function.
+// time. Throws what a hook throws, and std::runtime_error when neither hooks nor loader give the function.
 FARPROC BindDelayImport(ImgDelayDescr& library, DelayImport& import);
 
 inline FARPROC GetDelayImport(ImgDelayDescr& library, DelayImport& import) {

@@ -12,8 +12,8 @@ enum {
     dliNoteStartProcessing = dliStartProcessing,
     dliNotePreLoadLibrary = 1,     // the hook may give the module, as a FARPROC
     dliNotePreGetProcAddress = 2,  // the hook may give the function
-    dliFailLoadLib = 3,
-    dliFailGetProc = 4,
+    dliFailLoadLib = 3,            // to the failure hook, which may give the module, as a FARPROC
+    dliFailGetProc = 4,            // to the failure hook, which may give the function
     dliNoteEndProcessing = 5,
 };
 
@@ -41,6 +41,7 @@ using PfnDliHook = FARPROC(WINAPI*)(unsigned notification, PDelayLoadInfo inform
 // Set by assignment or by a definition of the module's own. An exception that a hook throws leaves the routine through
 // the call that began it; nothing is bound then.
 extern "C" PfnDliHook __pfnDliNotifyHook2;
+extern "C" PfnDliHook __pfnDliFailureHook2;
 
 // Releases a library that the routine loaded and resets its imports, so that the next call loads it again. The name is
 // compared exactly. FALSE when no such library is loaded.

@@ -129,6 +129,14 @@ TEST_F(DllDelayLoaderTest, FailsWhereTheLibraryIsMissingAndSucceedsWhenItIsPutBa
     EXPECT_EQ(probe.CountRecords(), 1);
 }
 
+TEST_F(DllDelayLoaderTest, FailsWhereTheLibraryLacksTheFunction) {
+    PutCore(folder_, 0);
+    const Probe probe(folder_);
+    EXPECT_EQ(probe.Call(), 0);
+    EXPECT_EQ(probe.Call(), 0);
+    EXPECT_EQ(probe.CountRecords(), 1);
+}
+
 TEST_F(DllDelayLoaderTest, RecordsANameOnceAndUnloadsItOnceHoweverManyThreadsAskAtOnce) {
     PutCore(folder_, 2);
     UniqueModule own;
