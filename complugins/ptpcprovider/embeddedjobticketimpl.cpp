@@ -39,8 +39,8 @@ HRESULT MorvanePtProvider::GetMorvaneMvjtJobTicketAsCdataSection(XDevmode& xdevm
         generator.GenerateMvjt(printerHandle, xdevmode.GetDevmode(), pdev, xdevmode, buffer, driverCapabilityFlags,
                                productData);
         if (buffer.getDword() == 0) return S_FALSE;
-        text = Bstr(buffer.getAsStringValueFromAnsiBuffer().AsWideString());
-        return S_OK;
+        *text.Put() = SysAllocString(buffer.getAsStringValueFromAnsiBuffer());
+        return text.Get() ? S_OK : E_OUTOFMEMORY;
     });
 }
 

@@ -18,8 +18,7 @@ struct TypedProperty {
     Bstr value;
 };
 
-Bstr Text(WideStringView text) { return Bstr(text); }
-Bstr Text(LONG value) { return Bstr(FormatInteger(value).AsWideString()); }
+Bstr Text(const ComChecks& checks, LONG value) { return CopyText(checks, FormatInteger(value).AsWideString()); }
 
 // All properties are created before the first is appended.
 void AppendProperties(PrintCapabilitiesXmlDocument& document, IXMLDOMElement* parent,
@@ -72,7 +71,7 @@ HRESULT PrintCapabilitiesXmlDocument::CreatePickOneFeature(const WCHAR* name, co
     ComPtr<IXMLDOMElement> created;
     CreateFeature(name, displayName, created.Put());
     AppendProperty(created.Get(), NamespaceKind::Framework, W("SelectionType"), W("QName"),
-                   Join(KeywordsPrefix(), W("PickOne")).Get());
+                   Join(checks, KeywordsPrefix(), W("PickOne")).Get());
     *feature = created.Detach();
     return S_OK;
 }
@@ -87,7 +86,7 @@ HRESULT PrintCapabilitiesXmlDocument::CreateOption(const WCHAR* name, const WCHA
     CreateNamedElement(W("Option"), prefix, name, created.Put());
     AppendDisplayName(created.Get(), displayName);
     if (!IsEmpty(constraint)) {
-        AppendXMLAttribute(created.Get(), W("constrained"), nullptr, Join(KeywordsPrefix(), constraint).Get());
+        AppendXMLAttribute(created.Get(), W("constrained"), nullptr, Join(checks, KeywordsPrefix(), constraint).Get());
     }
     *option = created.Detach();
     return S_OK;
@@ -115,12 +114,12 @@ HRESULT PrintCapabilitiesXmlDocument::CreateIntegerParameterDef(const WCHAR* pre
     ComPtr<IXMLDOMElement> created;
     CreateNamedElement(W("ParameterDef"), ViewOf(prefix), name, created.Put());
     const TypedProperty properties[] = {
-        {W("DataType"), W("QName"), Join(SchemaPrefix(), W("integer"))},
-        {W("DefaultValue"), W("integer"), Text(defaultValue)},
-        {W("MaxValue"), W("integer"), Text(maximum)},
-        {W("MinValue"), W("integer"), Text(minimum)},
-        {W("Mandatory"), W("QName"), Join(KeywordsPrefix(), ViewOf(mandatory))},
-        {W("UnitType"), W("string"), Text(ViewOf(unitType))},
+        {W("DataType"), W("QName"), Join(checks, SchemaPrefix(), W("integer"))},
+        {W("DefaultValue"), W("integer"), Text(checks, defaultValue)},
+        {W("MaxValue"), W("integer"), Text(checks, maximum)},
+        {W("MinValue"), W("integer"), Text(checks, minimum)},
+        {W("Mandatory"), W("QName"), Join(checks, KeywordsPrefix(), ViewOf(mandatory))},
+        {W("UnitType"), W("string"), CopyText(checks, ViewOf(unitType))},
     };
     AppendProperties(*this, created.Get(), properties);
     AppendProperty(created.Get(), NamespaceKind::Framework, W("Multiple"), W("integer"), FormatInteger(multiple));
@@ -141,11 +140,11 @@ HRESULT PrintCapabilitiesXmlDocument::CreateStringParameterDef(const WCHAR* pref
     ComPtr<IXMLDOMElement> created;
     CreateNamedElement(W("ParameterDef"), ViewOf(prefix), name, created.Put());
     const TypedProperty properties[] = {
-        {W("DataType"), W("QName"), Join(SchemaPrefix(), W("string"))},
-        {W("MaxLength"), W("integer"), Text(maximumLength)},
-        {W("MinLength"), W("integer"), Text(minimumLength)},
-        {W("Mandatory"), W("QName"), Join(KeywordsPrefix(), ViewOf(mandatory))},
-        {W("UnitType"), W("string"), Text(ViewOf(unitType))},
+        {W("DataType"), W("QName"), Join(checks, SchemaPrefix(), W("string"))},
+        {W("MaxLength"), W("integer"), Text(checks, maximumLength)},
+        {W("MinLength"), W("integer"), Text(checks, minimumLength)},
+        {W("Mandatory"), W("QName"), Join(checks, KeywordsPrefix(), ViewOf(mandatory))},
+        {W("UnitType"), W("string"), CopyText(checks, ViewOf(unitType))},
     };
     AppendProperties(*this, created.Get(), properties);
     AppendDisplayName(created.Get(), displayName);
@@ -178,8 +177,9 @@ ComPtr<IXMLDOMNodeList> PrintCapabilitiesXmlDocument::GetChildOptionNodes(IXMLDO
     CXString query;
     query.Format(W("./%sOption"), GetFrameworkPrefix().Get());
     ComPtr<IXMLDOMNodeList> options;
-    checks.Require(Found(checks, feature->selectNodes(Bstr(query.AsWideString()).Get(), options.Put()), options),
-                   E_FAIL);
+    checks.Require(
+        Found(checks, feature->selectNodes(CopyText(checks, query.AsWideString()).Get(), options.Put()), options),
+        E_FAIL);
     return options;
 }
 
@@ -222,7 +222,7 @@ HRESULT PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue(IXMLDOMNod
         [&](auto& steps) { steps.AddChildPropertyValue(GetKeywordsPrefix().Get(), W("DisplayName")); }, kRelative);
     ComPtr<IXMLDOMNode> value;
     if (!Found(checks, node->selectSingleNode(query.Get(), value.Put()), value)) return kElementNotFound;
-    checks.Succeeds(value->put_text(Bstr(ViewOf(text)).Get()));
+    checks.Succeeds(value->put_text(CopyText(checks, ViewOf(text)).Get()));
     return S_OK;
 }
 

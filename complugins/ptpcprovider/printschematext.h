@@ -11,21 +11,10 @@
 #include "printschemaxmldocument.h"
 
 #include <algorithm>
-#include <new>
 
 // The text; a null one is empty.
 inline WideStringView ViewOf(const WCHAR* text) noexcept { return text ? WideStringView(text) : WideStringView(); }
 inline bool IsEmpty(const WCHAR* text) noexcept { return !text || !*text; }
-
-// A new text of both, one after the other. Throws std::bad_alloc when there is no memory.
-inline Bstr Join(WideStringView left, WideStringView right) {
-    Bstr text;
-    const BSTR joined = *text.Put() = SysAllocStringLen(nullptr, static_cast<UINT>(left.size() + right.size()));
-    if (!joined) throw std::bad_alloc();
-    std::copy(left.begin(), left.end(), joined);
-    std::copy(right.begin(), right.end(), joined + left.size());
-    return text;
-}
 
 // Integers as documents hold them.
 inline CXString FormatInteger(LONG value) {
@@ -39,12 +28,18 @@ inline CXString FormatUnsignedInteger(ULONG value) {
     return text;
 }
 
-// A new copy; lack of memory is the method's own failure, E_OUTOFMEMORY.
+// New texts: of both, one after the other, and a copy. Lack of memory is the method's own failure, E_OUTOFMEMORY; so no
+// Bstr is made in these classes but here.
+inline Bstr Join(const ComChecks& checks, WideStringView left, WideStringView right, LONG line = __builtin_LINE()) {
+    Bstr text;
+    const BSTR joined = *text.Put() = SysAllocStringLen(nullptr, static_cast<UINT>(left.size() + right.size()));
+    checks.Require(joined != nullptr, E_OUTOFMEMORY, line);
+    std::copy(left.begin(), left.end(), joined);
+    std::copy(right.begin(), right.end(), joined + left.size());
+    return text;
+}
 inline Bstr CopyText(const ComChecks& checks, WideStringView text, LONG line = __builtin_LINE()) {
-    Bstr copy;
-    *copy.Put() = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    checks.Require(copy.Get() != nullptr, E_OUTOFMEMORY, line);
-    return copy;
+    return Join(checks, text, {}, line);
 }
 
 // Throws the failure of a lookup; else says whether it found anything.

@@ -59,7 +59,10 @@ const Bstr& PrintSchemaXmlDocument::PrefixOf(NamespaceKind kind) const {
     ThrowComException(W("PrintSchemaXmlDocument::GetNsPrefix"), E_INVALIDARG, kSourceUnit);
 }
 
-Bstr PrintSchemaXmlDocument::GetNsPrefix(NamespaceKind kind) const { return PrefixOf(kind); }
+Bstr PrintSchemaXmlDocument::GetNsPrefix(NamespaceKind kind) const {
+    const ComChecks checks(W("PrintSchemaXmlDocument::GetNsPrefix"), kSourceUnit);
+    return CopyText(checks, PrefixOf(kind).View());
+}
 
 HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const WCHAR* uri, Bstr* prefix) const {
     const ComChecks checks(W("PrintSchemaXmlDocument::GetPrefixFromURI"), kSourceUnit);
@@ -78,7 +81,7 @@ HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const WCHAR* uri, Bstr* prefix)
         Bstr name;
         checks.Succeeds(attribute->get_nodeName(name.Put()));
         checks.Require(name.View().starts_with(kDeclarationStart) && name.View() != kDeclarationStart, E_FAIL);
-        *prefix = Join(name.View().substr(kDeclarationStart.size()), W(":"));
+        *prefix = Join(checks, name.View().substr(kDeclarationStart.size()), W(":"));
         return S_OK;
     }
     return S_FALSE;
@@ -93,7 +96,7 @@ HRESULT PrintSchemaXmlDocument::GetNode(const WCHAR* query, IXMLDOMNode** node) 
     checks.Require(HasDocument(), kNoDocument);
     checks.Require(!IsEmpty(query), E_INVALIDARG);
     ComPtr<IXMLDOMNode> found;
-    if (!Found(checks, document_->selectSingleNode(Bstr(query).Get(), found.Put()), found)) return S_FALSE;
+    if (!Found(checks, document_->selectSingleNode(CopyText(checks, query).Get(), found.Put()), found)) return S_FALSE;
     *node = found.Detach();
     return S_OK;
 }
@@ -101,7 +104,7 @@ HRESULT PrintSchemaXmlDocument::GetNode(const WCHAR* query, IXMLDOMNode** node) 
 ComPtr<IXMLDOMNodeList> PrintSchemaXmlDocument::SelectNodes(const ComChecks& checks, const WCHAR* query) const {
     checks.Require(HasDocument(), kNoDocument);
     ComPtr<IXMLDOMNodeList> nodes;
-    checks.Require(Found(checks, document_->selectNodes(Bstr(query).Get(), nodes.Put()), nodes), E_FAIL);
+    checks.Require(Found(checks, document_->selectNodes(CopyText(checks, query).Get(), nodes.Put()), nodes), E_FAIL);
     return nodes;
 }
 
@@ -110,8 +113,8 @@ HRESULT PrintSchemaXmlDocument::GetNodes(const WCHAR* query, IXMLDOMNodeList** n
     checks.Require(nodes != nullptr, E_POINTER);
     *nodes = nullptr;
     checks.Require(!IsEmpty(query), E_FAIL);
-    const Bstr name = Join(FrameworkPrefix(), query);
-    *nodes = SelectNodes(checks, Join(W("//"), name.View()).Get()).Detach();
+    const Bstr name = Join(checks, FrameworkPrefix(), query);
+    *nodes = SelectNodes(checks, Join(checks, W("//"), name.View()).Get()).Detach();
     return S_OK;
 }
 
@@ -142,9 +145,10 @@ HRESULT PrintSchemaXmlDocument::GetNodeValue(const WCHAR* query, Bstr* text) con
     Bstr result;
     ComPtr<IXMLDOMNode> value;
     ComPtr<IXMLDOMNode> reference;
-    if (Found(checks, node->selectSingleNode(Join(FrameworkPrefix(), W("Value")).Get(), value.Put()), value)) {
+    if (Found(checks, node->selectSingleNode(Join(checks, FrameworkPrefix(), W("Value")).Get(), value.Put()), value)) {
         result = GetTypedValue(checks, value.Get());
-    } else if (Found(checks, node->selectSingleNode(Join(FrameworkPrefix(), W("ParameterRef")).Get(), reference.Put()),
+    } else if (Found(checks,
+                     node->selectSingleNode(Join(checks, FrameworkPrefix(), W("ParameterRef")).Get(), reference.Put()),
                      reference)) {
         Bstr name;
         if (GetAttributeValue(reference.Get(), W("name"), &name) == S_FALSE) return S_FALSE;
@@ -159,7 +163,7 @@ HRESULT PrintSchemaXmlDocument::GetNodeValue(const WCHAR* query, Bstr* text) con
 // The first ParameterInit of exactly that name gives the text of its Value. The name comes from the document and may
 // hold quotes: it is compared here and put into no query.
 bool PrintSchemaXmlDocument::FindParameterValue(const ComChecks& checks, const Bstr& name, Bstr* text) const {
-    const Bstr valueName = Join(FrameworkPrefix(), W("Value"));
+    const Bstr valueName = Join(checks, FrameworkPrefix(), W("Value"));
     ComPtr<IXMLDOMNodeList> parameters;
     GetNodes(W("ParameterInit"), parameters.Put());
     const LONG count = CountOf(checks, parameters.Get());
@@ -183,7 +187,8 @@ HRESULT PrintSchemaXmlDocument::GetAttributeValue(IXMLDOMNode* node, const WCHAR
     ComPtr<IXMLDOMNamedNodeMap> attributes;
     if (!Found(checks, node->get_attributes(attributes.Put()), attributes)) return S_FALSE;
     ComPtr<IXMLDOMNode> attribute;
-    if (!Found(checks, attributes->getNamedItem(Bstr(name).Get(), attribute.Put()), attribute)) return S_FALSE;
+    if (!Found(checks, attributes->getNamedItem(CopyText(checks, name).Get(), attribute.Put()), attribute))
+        return S_FALSE;
     checks.Succeeds(attribute->get_text(text->Put()));
     return S_OK;
 }

@@ -52,9 +52,9 @@ public:
 
     // Copies of the prefixes. GetNsPrefix throws E_INVALIDARG for an unknown kind.
     Bstr GetNsPrefix(NamespaceKind kind) const;
-    Bstr GetFrameworkPrefix() const { return psfPrefix_; }
-    Bstr GetKeywordsPrefix() const { return pskPrefix_; }
-    Bstr GetPrivatePrefix() const { return privatePrefix_; }
+    Bstr GetFrameworkPrefix() const { return GetNsPrefix(NamespaceKind::Framework); }
+    Bstr GetKeywordsPrefix() const { return GetNsPrefix(NamespaceKind::Keywords); }
+    Bstr GetPrivatePrefix() const { return GetNsPrefix(NamespaceKind::Private); }
     // The prefix of a namespace declaration among the root's own attributes, with its colon. S_FALSE, out unchanged,
     // when no attribute has the URI for value; throws E_FAIL when the first that has it declares no prefix.
     HRESULT GetPrefixFromURI(const WCHAR* uri, Bstr* prefix) const;

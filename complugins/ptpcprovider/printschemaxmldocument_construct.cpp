@@ -7,6 +7,8 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printschemaxmldocument");
+constexpr ComChecks kConstruction(W("PrintSchemaXmlDocument::PrintSchemaXmlDocument"), kSourceUnit);
+constexpr ComChecks kNormalization(W("PrintSchemaXmlDocument::NormalizePrivatePrefix"), kSourceUnit);
 constexpr WideStringView kSelectionPrefix = W("psf");              // until the document's own is known
 constexpr WideStringView kUndeclaredPrivatePrefix = W("ns0000:");  // where the root does not declare the namespace
 constexpr WideStringView kNormalPrivatePrefix = W("mk:");
@@ -18,7 +20,7 @@ HRESULT GetAttribute(IXMLDOMNode* node, const WCHAR* name, ComPtr<IXMLDOMNode>* 
     HRESULT hr = node->get_attributes(attributes.Put());
     if (FAILED(hr)) return hr;
     if (!attributes) return S_FALSE;
-    hr = attributes->getNamedItem(Bstr(name).Get(), attribute->Put());
+    hr = attributes->getNamedItem(CopyText(kNormalization, name).Get(), attribute->Put());
     return SUCCEEDED(hr) && !*attribute ? S_FALSE : hr;
 }
 
@@ -55,8 +57,8 @@ HRESULT GetPrefixedName(IXMLDOMNode* node, WideStringView prefix, ComPtr<IXMLDOM
 }  // namespace
 
 PrintSchemaXmlDocument::PrintSchemaXmlDocument(const WCHAR* rootName, IXMLDOMDocument2* document)
-    : document_(ComPtr<IXMLDOMDocument2>::Share(document)), rootName_(ViewOf(rootName)) {
-    const ComChecks checks(W("PrintSchemaXmlDocument::PrintSchemaXmlDocument"), kSourceUnit);
+    : document_(ComPtr<IXMLDOMDocument2>::Share(document)), rootName_(CopyText(kConstruction, ViewOf(rootName))) {
+    const ComChecks& checks = kConstruction;
     if (!HasDocument()) return;
     SetProperty(checks, W("SelectionLanguage"), W("XPath"));
     SetSelectionNamespace(checks, kSelectionPrefix);
@@ -65,7 +67,7 @@ PrintSchemaXmlDocument::PrintSchemaXmlDocument(const WCHAR* rootName, IXMLDOMDoc
     if (GetPrefixFromURI(kPrivateKeywordsNamespace, &privatePrefix_) == S_OK) {
         checks.Succeeds(NormalizePrivatePrefix());
     } else {
-        privatePrefix_ = Bstr(kUndeclaredPrivatePrefix);
+        privatePrefix_ = CopyText(checks, kUndeclaredPrivatePrefix);
     }
     GetPrefixFromURI(kFrameworkNamespace, &psfPrefix_);
     GetPrefixFromURI(kKeywordsNamespace, &pskPrefix_);
@@ -78,12 +80,12 @@ PrintSchemaXmlDocument::PrintSchemaXmlDocument(const WCHAR* rootName, IXMLDOMDoc
 PrintSchemaXmlDocument::~PrintSchemaXmlDocument() = default;
 
 void PrintSchemaXmlDocument::SetProperty(const ComChecks& checks, WideStringView name, WideStringView value) {
-    checks.Succeeds(document_->setProperty(Bstr(name).Get(), Variant(value).Get()));
+    checks.Succeeds(document_->setProperty(CopyText(checks, name).Get(), Variant(CopyText(checks, value)).Get()));
 }
 
 void PrintSchemaXmlDocument::SetSelectionNamespace(const ComChecks& checks, WideStringView prefix) {
     CXString declaration;
-    declaration.Format(W("xmlns:%s='%s'"), Bstr(prefix).Get(), kFrameworkNamespace);
+    declaration.Format(W("xmlns:%s='%s'"), CopyText(checks, prefix).Get(), kFrameworkNamespace);
     SetProperty(checks, W("SelectionNamespaces"), declaration.AsWideString());
 }
 
@@ -91,7 +93,7 @@ void PrintSchemaXmlDocument::SetSelectionNamespace(const ComChecks& checks, Wide
 // an element deep inside a document of another kind.
 bool PrintSchemaXmlDocument::FindRoot(const ComChecks& checks) {
     CXString query;
-    query.Format(W("//%s:%s"), Bstr(kSelectionPrefix).Get(), rootName_.Get());
+    query.Format(W("//%s:%s"), CopyText(checks, kSelectionPrefix).Get(), rootName_.Get());
     ComPtr<IXMLDOMNode> found;
     if (GetNode(query, found.Put()) == S_FALSE) return false;
     ComPtr<IXMLDOMNode> parent;
@@ -112,7 +114,7 @@ HRESULT PrintSchemaXmlDocument::NormalizePrivatePrefix() {
     if (hr == S_FALSE) return S_OK;
     if (SUCCEEDED(hr)) hr = RenamePrivateNames(names);
     if (SUCCEEDED(hr)) hr = RenamePrivateDeclaration();
-    if (SUCCEEDED(hr)) privatePrefix_ = Bstr(kNormalPrivatePrefix);
+    if (SUCCEEDED(hr)) privatePrefix_ = CopyText(kNormalization, kNormalPrivatePrefix);
     return hr;
 }
 
@@ -120,7 +122,7 @@ HRESULT PrintSchemaXmlDocument::NormalizePrivatePrefix() {
 // something else at the root or at one of them. One walk, which takes along what the elements around declare: to look
 // upward from each name would cost the square of a document with many declarations.
 HRESULT PrintSchemaXmlDocument::FindPrivateNames(std::vector<ComPtr<IXMLDOMNode>>* names) const {
-    const Bstr declarationName = Join(W("xmlns:"), Bare(privatePrefix_.View()));
+    const Bstr declarationName = Join(kNormalization, W("xmlns:"), Bare(privatePrefix_.View()));
     std::vector<std::pair<ComPtr<IXMLDOMNode>, PrefixScope>> pending = {{rootNode_, {}}};
     while (!pending.empty()) {
         const auto [node, around] = std::move(pending.back());
@@ -150,7 +152,7 @@ HRESULT PrintSchemaXmlDocument::RenamePrivateNames(const std::vector<ComPtr<IXML
         if (FAILED(hr)) return hr;
         CXString name(WideString(value.Text()));
         name.Replace(CXString(WideString(privatePrefix_.View())), CXString(WideString(kNormalPrivatePrefix)));
-        hr = attribute->put_nodeValue(Variant(name.AsWideString()).Get());
+        hr = attribute->put_nodeValue(Variant(CopyText(kNormalization, name.AsWideString())).Get());
         if (FAILED(hr)) return hr;
     }
     return S_OK;
@@ -158,7 +160,7 @@ HRESULT PrintSchemaXmlDocument::RenamePrivateNames(const std::vector<ComPtr<IXML
 
 // The root then declares mk in place of the prefix that it came with.
 HRESULT PrintSchemaXmlDocument::RenamePrivateDeclaration() {
-    const Bstr oldName = Join(W("xmlns:"), Bare(privatePrefix_.View()));
+    const Bstr oldName = Join(kNormalization, W("xmlns:"), Bare(privatePrefix_.View()));
     ComPtr<IXMLDOMNode> declaration;
     HRESULT hr = GetAttribute(rootNode_.Get(), oldName.Get(), &declaration);
     if (hr != S_OK) return hr;

@@ -19,8 +19,9 @@ HRESULT PrintSchemaXmlDocument::CreateXMLElement(const WCHAR* qualifiedName, IXM
     checks.Require(qualifiedName != nullptr, E_INVALIDARG);
     checks.Require(HasDocument(), kNoDocument);
     ComPtr<IXMLDOMNode> node;
-    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ELEMENT)).Get(), Bstr(qualifiedName).Get(),
-                                          Bstr(kElementNamespace).Get(), node.Put()));
+    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ELEMENT)).Get(),
+                                          CopyText(checks, qualifiedName).Get(),
+                                          CopyText(checks, kElementNamespace).Get(), node.Put()));
     *element = QueryFor<IXMLDOMElement>(checks, node.Get(), IID_IXMLDOMElement).Detach();
     return S_OK;
 }
@@ -30,11 +31,11 @@ HRESULT PrintSchemaXmlDocument::AppendXMLAttribute(IXMLDOMElement* element, cons
     const ComChecks checks(W("PrintSchemaXmlDocument::AppendXMLAttribute"), kSourceUnit);
     checks.Require(element && qualifiedName && value, E_INVALIDARG);
     checks.Require(HasDocument(), kNoDocument);
-    const Bstr uri = namespaceUri ? Bstr(namespaceUri) : Bstr();
+    const Bstr uri = namespaceUri ? CopyText(checks, namespaceUri) : Bstr();
     ComPtr<IXMLDOMNode> node;
-    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ATTRIBUTE)).Get(), Bstr(qualifiedName).Get(),
-                                          uri.Get(), node.Put()));
-    checks.Succeeds(node->put_nodeValue(Variant(WideStringView(value)).Get()));
+    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ATTRIBUTE)).Get(),
+                                          CopyText(checks, qualifiedName).Get(), uri.Get(), node.Put()));
+    checks.Succeeds(node->put_nodeValue(Variant(CopyText(checks, value)).Get()));
     const auto attribute = QueryFor<IXMLDOMAttribute>(checks, node.Get(), IID_IXMLDOMAttribute);
     ComPtr<IXMLDOMAttribute> replaced;
     checks.Succeeds(element->setAttributeNode(attribute.Get(), replaced.Put()));
@@ -43,9 +44,10 @@ HRESULT PrintSchemaXmlDocument::AppendXMLAttribute(IXMLDOMElement* element, cons
 
 HRESULT PrintSchemaXmlDocument::CreateNamedElement(const WCHAR* localName, WideStringView prefix, const WCHAR* name,
                                                    IXMLDOMElement** element) {
+    const ComChecks checks(W("PrintSchemaXmlDocument::CreateNamedElement"), kSourceUnit);
     ComPtr<IXMLDOMElement> created;
-    CreateXMLElement(Join(FrameworkPrefix(), localName).Get(), created.Put());
-    AppendXMLAttribute(created.Get(), kNameAttribute, nullptr, Join(prefix, name).Get());
+    CreateXMLElement(Join(checks, FrameworkPrefix(), localName).Get(), created.Put());
+    AppendXMLAttribute(created.Get(), kNameAttribute, nullptr, Join(checks, prefix, name).Get());
     *element = created.Detach();
     return S_OK;
 }
@@ -53,10 +55,10 @@ HRESULT PrintSchemaXmlDocument::CreateNamedElement(const WCHAR* localName, WideS
 void PrintSchemaXmlDocument::AppendTypedValue(const ComChecks& checks, IXMLDOMElement* element, const WCHAR* type,
                                               const WCHAR* value) {
     ComPtr<IXMLDOMElement> child;
-    CreateXMLElement(Join(FrameworkPrefix(), W("Value")).Get(), child.Put());
-    AppendXMLAttribute(child.Get(), Join(xsiPrefix_.View(), W("type")).Get(), kXmlSchemaInstanceNamespace,
-                       Join(SchemaPrefix(), type).Get());
-    if (!IsEmpty(value)) checks.Succeeds(child->put_text(Bstr(value).Get()));
+    CreateXMLElement(Join(checks, FrameworkPrefix(), W("Value")).Get(), child.Put());
+    AppendXMLAttribute(child.Get(), Join(checks, xsiPrefix_.View(), W("type")).Get(), kXmlSchemaInstanceNamespace,
+                       Join(checks, SchemaPrefix(), type).Get());
+    if (!IsEmpty(value)) checks.Succeeds(child->put_text(CopyText(checks, value).Get()));
     AppendChild(element, child.Get());
 }
 
@@ -170,7 +172,7 @@ HRESULT PrintSchemaXmlDocument::AppendChildQNameScoredProperty(IXMLDOMNode* pare
     const ComChecks checks(W("PrintSchemaXmlDocument::AppendChildQNameScoredProperty"), kSourceUnit);
     checks.Require(parent && !IsEmpty(valueName), E_INVALIDARG);
     ComPtr<IXMLDOMElement> property;
-    CreateScoredProperty(name, W("QName"), Join(KeywordsPrefix(), valueName).Get(), property.Put());
+    CreateScoredProperty(name, W("QName"), Join(checks, KeywordsPrefix(), valueName).Get(), property.Put());
     return AppendChild(parent, property.Get());
 }
 

@@ -6,13 +6,14 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printticketquerybuilder");
+constexpr ComChecks kConstruction(W("PrintTicketQueryBuilder::PrintTicketQueryBuilder"), kSourceUnit);
 
 }  // namespace
 
 PrintTicketQueryBuilder::PrintTicketQueryBuilder(const WCHAR* prefix) : PrintTicketQueryBuilder(prefix, W("")) {}
 
 PrintTicketQueryBuilder::PrintTicketQueryBuilder(const WCHAR* prefix, const WCHAR* start)
-    : query_(ViewOf(start)), prefix_(ViewOf(prefix)) {}
+    : query_(CopyText(kConstruction, ViewOf(start))), prefix_(CopyText(kConstruction, ViewOf(prefix))) {}
 
 PrintTicketQueryBuilder::~PrintTicketQueryBuilder() = default;
 
@@ -73,7 +74,7 @@ void PrintTicketQueryBuilder::AddNamed(const WCHAR* methodName, const WCHAR* for
     const ComChecks checks(methodName, kSourceUnit);
     checks.Require(!prefix_.IsEmpty(), E_FAIL);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    const Bstr fullName = Join(ViewOf(namePrefix), name);
+    const Bstr fullName = Join(checks, ViewOf(namePrefix), name);
     Append(checks, format, prefix_.Get(), fullName.Get(), prefix_.Get());
 }
 
@@ -82,7 +83,7 @@ void PrintTicketQueryBuilder::Append(const ComChecks& checks, const WCHAR* forma
     try {
         CXString step;
         step.Format(format, texts...);
-        query_ = Join(query_.View(), step.AsWideString());
+        query_ = Join(checks, query_.View(), step.AsWideString());
     } catch (const std::bad_alloc&) {
         checks.Throw(E_OUTOFMEMORY);
     }

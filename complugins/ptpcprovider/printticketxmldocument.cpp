@@ -35,8 +35,8 @@ HRESULT PrintTicketXmlDocument::GetFeatureOption(const WCHAR* feature, Bstr* opt
     }
     const std::size_t colon = fullName.View().find(W(':'));
     checks.Require(colon != WideStringView::npos, E_FAIL);
-    *optionName = Bstr(fullName.View().substr(colon + 1));
-    *optionPrefix = Bstr(fullName.View().substr(0, colon + 1));
+    *optionName = CopyText(checks, fullName.View().substr(colon + 1));
+    *optionPrefix = CopyText(checks, fullName.View().substr(0, colon + 1));
     return S_OK;
 }
 
@@ -100,7 +100,7 @@ HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(const WCHAR* feature, IX
     ComPtr<IXMLDOMElement> newFeature;
     ComPtr<IXMLDOMElement> newOption;
     CreateNamedElement(W("Feature"), KeywordsPrefix(), feature, newFeature.Put());
-    CreateXMLElement(Join(FrameworkPrefix(), W("Option")).Get(), newOption.Put());
+    CreateXMLElement(Join(checks, FrameworkPrefix(), W("Option")).Get(), newOption.Put());
     AppendChild(newFeature.Get(), newOption.Get());
     *featureElement = newFeature.Detach();
     *optionElement = newOption.Detach();
@@ -119,7 +119,7 @@ HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(const WCHAR* feature, bo
     ComPtr<IXMLDOMElement> newOption;
     CreateFeatureOptionPair(feature, newFeature.Put(), newOption.Put());
     AppendXMLAttribute(newOption.Get(), W("name"), nullptr,
-                       Join(optionIsKeyword ? KeywordsPrefix() : PrivatePrefix(), option).Get());
+                       Join(checks, optionIsKeyword ? KeywordsPrefix() : PrivatePrefix(), option).Get());
     *featureElement = newFeature.Detach();
     *optionElement = newOption.Detach();
     return S_OK;

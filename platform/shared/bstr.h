@@ -51,6 +51,10 @@ public:
         value_.bstrVal = Bstr(text).Detach();
         value_.vt = VT_BSTR;
     }
+    explicit Variant(Bstr text) noexcept : Variant() {
+        value_.bstrVal = text.Detach();
+        value_.vt = VT_BSTR;
+    }
     explicit Variant(LONG number) : Variant() {
         value_.lVal = number;
         value_.vt = VT_I4;
