@@ -94,39 +94,6 @@ TEST(MvjtWriter, WritesEachLine) {
         EXPECT_EQ(ValuesOf(PressModel(test.settings).Write(), test.keywords), test.values) << test.settings;
 }
 
-TEST(MvjtWriter, KnowsEachWord) {
-    const struct {
-        const char *feature, *keyword;
-        int first;
-        const char* words;  // of the first value and those behind it
-    } cases[] = {
-        {"59", "signature", 5510, "False|True|-"},
-        {"144", "bookletMaker", 6252, "True|False"},
-        {"144", "binding", 6274, "None|left|right|None"},
-        {"144", "edgeStitching", 6253,
-         "None|SinglePortrait|SingleLandscape|RightSinglePortrait|RightSingleLandscape|DualLandscape|DualPortrait|"
-         "RightDualLandscape|RightDualPortrait|None"},
-        {"88", "rotation", 5600, "0|90|180|270|0"},
-        {"63", "disposition", 5530, "PRINT|SAVE|PRINT&SAVE|-"},
-        {"101", "highlightPrintingColor", 5750,
-         "red|green|blue|cyan|magenta|black|cardinal|royal|ruby|violet|brown|-|other|-"},
-        {"102", "highlightMappingColor", 5800,
-         "red|green|blue|cyan|magenta|black|cardinal|royal|ruby|violet|brown|yellow|other|-"},
-        {"103", "highlightMappingAlgorithm", 5850,
-         "Automatic|Pictorial|Presentation|PictorialTable|ColorToHighlight|Monochrome|-"},
-        {"104", "mismatchedHighlightPrintingColor", 5900, "selectCurrent|hold|abort|-"},
-        {"174", "documentPaperColors", 6750,
-         "noColor|white|pink|yellow|blue|green|buff|goldenrod|red|gray|ivory|orange|6762"},
-    };
-    for (const auto& test : cases) {
-        std::istringstream words(test.words);
-        int value = test.first;
-        for (std::string word; std::getline(words, word, '|'); ++value)
-            EXPECT_EQ(ValuesOf(PressModel(test.feature + ("=" + std::to_string(value))).Write(), test.keyword), word)
-                << value;
-    }
-}
-
 TEST(MvjtWriter, WritesWholeTicketsInOrder) {
     EXPECT_EQ(PressModel("477/210/175=6800").Write(),
               "%MVNbegin: 001.0300\n%MVNtitle: Default job\n%MVNsenderName: Default Sender\n%MVNsignature: False\n"

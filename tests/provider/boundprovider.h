@@ -60,10 +60,10 @@ public:
                                       const ComPtr<IXMLDOMDocument2>& ticket = nullptr) const {
         auto capabilities = LoadUsual("PrintCapabilities", children);
         EXPECT_EQ(provider_->CompletePrintCapabilities(ticket.Get(), capabilities.Get()), S_OK);
-        const auto other = LoadIndented(LoadUsual("PrintCapabilities", children));
-        const auto otherTicket = ticket ? LoadIndented(ticket) : nullptr;
-        EXPECT_EQ(provider_->CompletePrintCapabilities(otherTicket.Get(), other.Get()), S_OK);
-        EXPECT_EQ(TextWithoutIndents(other), TextOf(capabilities)) << "the indented twin differs";
+        if (!ticket) return capabilities;
+        const auto other = LoadUsual("PrintCapabilities", children);
+        EXPECT_EQ(provider_->CompletePrintCapabilities(LoadIndented(ticket).Get(), other.Get()), S_OK);
+        EXPECT_EQ(TextOf(other), TextOf(capabilities)) << "the indented twin differs";
         return capabilities;
     }
     static ULONG BytesOf(TestDevmode& devmode) { return ULONG{devmode.Get()->dmSize} + devmode.Get()->dmDriverExtra; }

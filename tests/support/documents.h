@@ -62,26 +62,17 @@ inline std::string ContentOf(const ComPtr<IXMLDOMDocument2>& document) {
     return text[start - 2] == '/' || end == std::string::npos ? "" : text.substr(start, end - start);
 }
 
-constexpr std::string_view kIndent = "\n\t";
-
 // The same document written in lines, by a document object that keeps white space and shows it, as the system's does.
 inline ComPtr<IXMLDOMDocument2> LoadIndented(const ComPtr<IXMLDOMDocument2>& document) {
     std::string indented;
     for (const char character : TextOf(document)) {
-        if (character == '<' && !indented.empty()) indented += kIndent;
-        indented += character;
-        if (character == '>') indented += kIndent;
+        if (character == '<' && !indented.empty()) indented += '\n';
+        (indented += character) += character == '>' ? "\n\t" : "";
     }
     indented.erase(indented.rfind('>') + 1);
     auto twin = Load(indented);
     twin->put_preserveWhiteSpace(VARIANT_TRUE);
     return twin;
-}
-
-inline std::string TextWithoutIndents(const ComPtr<IXMLDOMDocument2>& document) {
-    std::string text = TextOf(document);
-    for (std::size_t at = 0; (at = text.find(kIndent, at)) != std::string::npos;) text.erase(at, kIndent.size());
-    return text;
 }
 
 inline std::string Utf8(const Bstr& text) { return CXString(WideString(text.View())).ToUtf8(); }
