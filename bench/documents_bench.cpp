@@ -4,8 +4,8 @@
 
 #include <printsubsystem/printschema.h>
 
+#include <subsystem/devmodemaker.h>
 #include "benchmarks.h"
-#include "devmodemaker.h"
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include <subsystem/devmodefields.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -85,13 +84,4 @@ std::string DescribeDevmodeSetting(const DEVMODEW& devmode, const DevmodeSetting
     if (field == "dmDefaultSource") return NameByNumber(product.trays, devmode.dmDefaultSource);
     if (field == "dmMediaType") return NameByNumber(product.mediaTypes, devmode.dmMediaType);
     return DescribeField(devmode, field);
-}
-
-void CopyDevmodeSetting(DEVMODEW& to, const DEVMODEW& from, const DevmodeSettingKind& kind) {
-    for (const DevmodeField& field : GetDevmodeFields()) {
-        if ((field.flag & kind.flags) == 0) continue;
-        std::memcpy(reinterpret_cast<BYTE*>(&to) + field.offset, reinterpret_cast<const BYTE*>(&from) + field.offset,
-                    field.GetBytes());
-    }
-    to.dmFields = (to.dmFields & ~kind.flags) | (from.dmFields & kind.flags);
 }

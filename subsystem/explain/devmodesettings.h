@@ -24,5 +24,3 @@ const DevmodeSettingKind* FindDevmodeSettingKind(std::string_view carrier);
 // The setting's value for people; empty when it does not count.
 std::string DescribeDevmodeSetting(const DEVMODEW& devmode, const DevmodeSettingKind& kind, const PrinterPapers& papers,
                                    const ProductDescription& product);
-// Copies the setting's fields and flags from one DEVMODE to the other.
-void CopyDevmodeSetting(DEVMODEW& to, const DEVMODEW& from, const DevmodeSettingKind& kind);

@@ -17,8 +17,7 @@ public:
           devmode_(devmode),
           ticket_(ticket),
           fields_(devmode.CopyPublicPart()),
-          preset_(printer.MakeDefaultDevmode()),
-          readBack_(preset_) {
+          readBack_(printer.MakeDefaultDevmode()) {
         printer_.GetSession().ApplyTicket(ticket, readBack_);
     }
 
@@ -59,28 +58,12 @@ private:
             row.verdict = Verdict::Lost;
             row.reason = kind.carrier ? std::string("this printer's tickets hold no ") + kind.carrier
                                       : std::string("no feature of this printer's tickets carries ") + kind.field;
-        } else if (IsToldButNotReadBack(kind, *carrier)) {
-            row.reason = std::string("the ticket says ") + kind.carrier + ' ' + DescribeSetting(*carrier) +
-                         "; a conversion back does not read it";
-            row.after = row.before;
         } else {
             row.verdict = Verdict::Changed;
             row.reason = ExplainChange(kind, *carrier);
             if (IsUnknownPaper(kind)) row.verdict = Verdict::Lost;
         }
         rows_.push_back(std::move(row));
-    }
-
-    // Whether the DEVMODE read back stayed at the driver's default although the ticket differs with the setting.
-    bool IsToldButNotReadBack(const DevmodeSettingKind& kind, const SchemaSetting& carrier) const {
-        if (Describe(readBack_.CopyPublicPart(), kind) != Describe(preset_.CopyPublicPart(), kind)) return false;
-        DevmodeBuffer other = devmode_;
-        DEVMODEW fields = fields_;
-        CopyDevmodeSetting(fields, preset_.CopyPublicPart(), kind);
-        other.SetPublicPart(fields);
-        const SchemaSettings ticket = printer_.MakeTicketSettings(other);
-        const SchemaSetting* otherCarrier = FindCarrier(ticket, kind);
-        return otherCarrier && !SettingsAgree(carrier, *otherCarrier);
     }
 
     // A paper that the printer does not have, and of which the DEVMODE tells no size.
@@ -158,7 +141,6 @@ private:
     const DevmodeBuffer& devmode_;
     const SchemaSettings ticket_;
     const DEVMODEW fields_;
-    const DevmodeBuffer preset_;
     DevmodeBuffer readBack_;
     Explanation rows_;
 };

@@ -82,15 +82,12 @@ Judgement JudgeOption(const SchemaSetting& feature, const SchemaSetting* made, c
     const bool isOffered =
         offered && std::any_of(offered->options.begin(), offered->options.end(),
                                [&](const SchemaOption& candidate) { return OptionsAgree(feature, option, candidate); });
-    if (made)
-        if (const SchemaSetting* other = FindOverruling(feature, *made, applied))
-            return {Verdict::Overruled, other->name.text + " says " + DescribeSetting(*other) + ", and counts"};
-    if (isOffered) {
-        const SchemaSetting* before = applied.unchanged.Find(feature.GetKey());
-        if (made && before && !SettingsAgree(*made, *before))
-            return {Verdict::Changed, "the printer's settings give " + DescribeSetting(*made) + " for it"};
-        return {Verdict::Ignored, "the printer offers it, and the driver does not read it from a ticket"};
-    }
+    if (const SchemaSetting* other = isOffered && made ? FindOverruling(feature, *made, applied) : nullptr)
+        return {Verdict::Overruled, other->name.text + " says " + DescribeSetting(*other) + ", and counts"};
+    const SchemaSetting* before = applied.unchanged.Find(feature.GetKey());
+    if (made && before && !SettingsAgree(*made, *before))
+        return {Verdict::Changed, "the driver takes " + DescribeSetting(*made) + " for it"};
+    if (isOffered) return {Verdict::Ignored, "the printer offers it, and the driver does not read it from a ticket"};
     if (!offered || offered->options.empty())
         return {Verdict::Ignored, "this printer offers no option of " + feature.name.local};
     std::vector<std::string> names;

@@ -59,9 +59,7 @@ TEST_F(Conversions, ColourCopiesAndBlockTravelToTheTicketAndBack) {
 
     // All that the ticket tells comes back; what it does not tell stays as the fresh DEVMODE has it.
     Write("ticket.xml", ticket);
-    const std::vector<std::string> apply = {"apply",     "--printer",       "P",  "--ticket",      File("ticket.xml"),
-                                            "--devmode", File("fresh.bin"), "-o", File("back.bin")};
-    EXPECT_EQ(Run(apply).status, 0);
+    Apply("ticket.xml", "fresh.bin", "back.bin");
     const std::string job = Read("job.bin");
     const std::string back = Read("back.bin");
     EXPECT_TRUE(job.substr(220) == back.substr(220)) << "the driver's own part";
@@ -95,7 +93,10 @@ TEST_F(Conversions, ColourAndSidesAreReadWhereThePrinterHasThem) {
               "printschemaframework' xmlns:k='http://schemas.microsoft.com/windows/2003/08/printing/"
               "printschemakeywords'>" +
                   std::string(c.features) + "</f:PrintTicket>");
-        Apply("ticket.xml", "fresh.bin", "back.bin");
+        EXPECT_EQ(Run({"apply", "--printer", "P", "--ticket", File("ticket.xml"), "--devmode", File("fresh.bin"), "-o",
+                       File("back.bin")})
+                      .status,
+                  0);
         EXPECT_TRUE(Holds(Do({"devmode", "show", File("back.bin")}), c.line)) << c.features;
         Do({"printer", "remove", "P"});
     }

@@ -59,7 +59,7 @@ TEST_F(ExplainRun, TellsWhatBecameOfADevmode) {
         {{"--set", "dmPaperSize=9999", "--set", "dmPaperWidth=2100", "--set", "dmPaperLength=2970"},
          {"Paper size", "changed", "A4, 210 x 297 mm", "another paper of its size"}},
         {{"--set", "dmPrintQuality=-4"}, {"Resolution", "changed", "600 x 600 dpi", "the printer's own resolution"}},
-        {{"--set", "dmICMIntent=1"}, {"Rendering intent", "kept", "business graphics", "does not read it"}},
+        {{"--set", "dmICMIntent=1"}, {"Rendering intent", "kept", "business graphics", "BusinessGraphics"}},
         {{"--set", "dmDuplex=3"}, {"Duplex", "kept", "short edge", "TwoSidedShortEdge"}},
         {{"--attribute", "PIN=12345"}, {"PIN (driver setting)", "kept", "****", "driver data"}},
     };
@@ -105,15 +105,18 @@ TEST_F(ExplainRun, TellsWhatBecameOfATicket) {
         {"psk:PageOrientation", "psk:PagePoster", {"Poster", "ignored", "", "no such setting"}},
         {"psk:PageOrientation", "odd:Page", {"odd:Page", "ignored", "", "is not declared"}},
         {"psk:PageOrientation", "xsd:Page", {"xsd:Page", "ignored", "", "another maker's (http://www.w3.org"}},
-        {"psk:OneSided", "psk:OneSide", {"Duplex", "ignored", "OneSided", "nearest one is 'OneSided'"}},
-        {"psk:OneSided", "psk:Seven", {"Duplex", "ignored", "OneSided", "it offers OneSided, TwoSidedLongEdge"}},
+        {"psk:OneSided", "psk:OneSide", {"Duplex of the document", "ignored", "OneSided", "nearest one is 'OneSided'"}},
+        {"psk:OneSided",
+         "psk:Seven",
+         {"Duplex of the document", "ignored", "OneSided", "it offers OneSided, TwoSidedLongEdge"}},
         {"<psf:Option name=\"psk:OneSided\"/>",
          "<psf:Option name=\"psk:OneSided\"/><psf:Option name=\"psk:Two\"/>",
-         {"Duplex", "ignored", "OneSided", "the first one counts"}},
+         {"Duplex of the document", "ignored", "OneSided", "the first one counts"}},
+        {"psk:OneSided", "psk:TwoSidedLongEdge", {"Duplex of the document", "overruled", "OneSided", "says OneSided"}},
+        {"psk:Color\"", "psk:Grayscale\"", {"Colour", "changed", "Monochrome", "takes Monochrome for it"}},
         {"psk:Transparency",
          "psk:Plain",
          {"Paper type (driver setting)", "overruled", "Plain", "replaced the setting"}},
-        {"psk:Photographs", "psk:BusinessGraphics", {"Rendering intent", "ignored", "Photographs", "does not read it"}},
         {"psk:NorthAmericaLetter", "psk:Quarto", {"Paper size", "changed", "NorthAmericaLetter", "of the same size"}},
         {size, ">222250<", {"Paper size", "changed", "NorthAmericaLetter", "the name counts"}},
         {"psk:NorthAmericaLetter\"", "psk:Odd\"", {"Paper size", "changed", "NorthAmericaLetter", "of the same size"}},
@@ -139,7 +142,7 @@ TEST_F(ExplainRun, TellsWhatBecameOfATicket) {
     Write("c.xml", Replace(capabilities, "psk:TwoSidedLongEdge", "psk:Seventh"));
     Write("t.xml", Replace(ticket, "psk:OneSided", "psk:Sevent"));
     Expect(Explain({"--ticket", File("t.xml"), "--capabilities", File("c.xml")}),
-           {"Duplex", "ignored", "OneSided", "nearest one is 'Seventh'"});
+           {"Duplex of the document", "ignored", "OneSided", "nearest one is 'Seventh'"});
 }
 
 TEST_F(ExplainRun, ConversionsTellLossesAndFailWhenTheyAreStrict) {
