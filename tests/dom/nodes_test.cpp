@@ -97,6 +97,27 @@ TEST(Attributes, OfOneNameTakeEachOthersPlace) {
     EXPECT_EQ(Root(Load("<x/>"))->setAttributeNode(b.Get(), nullptr), E_FAIL) << "another element's";
 }
 
+TEST(Attributes, OfWhichThereAreManyAreFoundUntilTheyGo) {
+    const int count = 50;
+    std::string xml = "<a xmlns:p='u'";
+    for (int i = 0; i < count; ++i) xml += " p:b" + std::to_string(i) + "='" + std::to_string(i) + '\'';
+    const Document document = Load(xml + "/>");
+    const auto map = Attributes(Root(document).Get());
+    for (int last = count; last > count - 3; --last) {
+        Node node;
+        for (int i = 0; i < count; ++i) {
+            const Bstr name = B("p:b" + std::to_string(i));
+            EXPECT_EQ(map->getNamedItem(name.Get(), node.Put()), i < last ? S_OK : S_FALSE) << i;
+            if (i >= last) continue;
+            EXPECT_EQ(Value(node.Get()), std::to_string(i));
+            EXPECT_EQ(map->get_item(i + 1, node.Put()), S_OK);
+            EXPECT_EQ(Value(node.Get()), std::to_string(i));
+        }
+        EXPECT_EQ(map->removeNamedItem(B("p:b" + std::to_string(last - 1)).Get(), nullptr), S_OK);
+        EXPECT_EQ(map->get_item(last, node.Put()), S_FALSE);
+    }
+}
+
 TEST(Calls, ThatFailLeaveOutPointersAloneButForInsertionsAndRemovals) {
     const Document document = Load("<a x='1'/>");
     const auto root = Root(document);

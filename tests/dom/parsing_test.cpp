@@ -64,6 +64,7 @@ TEST(Parsing, RefusesWithASentence) {
         {"<p:a/>", "prefix 'p'"},
         {"<a p:b='1'/>", "prefix 'p'"},
         {"<a xmlns:p=''/>", "xmlns:p"},
+        {"<a xmlns:xml='urn:1'/>", "xmlns:xml"},
         {"<a xmlns:xml='http://www.w3.org/XML/1998/namespace'/>", "xmlns:xml"},
         {"<a:b:c xmlns:a='urn:1'/>", "qualified name"},
         {"<a xmlns:p='u' xmlns:q='u' p:x='1' q:x='2'/>", "twice"},
