@@ -5,12 +5,11 @@
 #include <throwscheme.h>
 
 #include <mvcore/datamodelids.h>
+#include <mvutil/lackofmemory.h>
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 #include <mvutil/textresources.h>
-
-#include <new>
 
 namespace {
 
@@ -110,7 +109,7 @@ void WorkflowObject::LoadModule(DWORD index) {
     CXString path = MorvaneUtilities::getPathFromFileName(MorvaneUtilities::getModulePath(GetComponentModule()));
     if (index <= kLibraryCount) path += kLibraryFiles[index - 1];
     module_ = UniqueModule(LoadLibraryExW(path.GetString(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
-    if (!module_ && GetLastError() == ERROR_NOT_ENOUGH_MEMORY) throw std::bad_alloc();
+    if (!module_) ThrowIfLackOfMemory(GetLastError());
 }
 
 void WorkflowObject::ObtainObject() {

@@ -1,9 +1,8 @@
 // MorvaneUtilities: paths of modules, and the registry names and hive shared by the driver family.
 #include <mvutil/morvaneutilities.h>
 
-#include "throwfailure.h"
-
 #include <mvutil/cachelocation.h>
+#include <mvutil/lackofmemory.h>
 #include <mvutil/operatingsystem.h>
 
 #include "registryvalue.h"

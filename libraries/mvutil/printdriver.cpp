@@ -1,6 +1,7 @@
 // PrintDriver: the files of a printer's driver, and what its data file says.
 #include <mvutil/printdriver.h>
 
+#include <mvutil/lackofmemory.h>
 #include <mvutil/morvaneexception.h>
 #include <mvutil/printer.h>
 

@@ -1,6 +1,7 @@
 // Printer: name, port and printer data through the spooler.
 #include <mvutil/printer.h>
 
+#include <mvutil/lackofmemory.h>
 #include <mvutil/morvaneexception.h>
 
 #include "sizedread.h"

@@ -5,13 +5,6 @@
 
 #include <widetext.h>
 
-#include <new>
-
-// Lack of memory stays what it is, whoever met it: it is told by std::bad_alloc and never by another failure.
-inline void ThrowIfLackOfMemory(DWORD error) {
-    if (error == ERROR_NOT_ENOUGH_MEMORY) throw std::bad_alloc();
-}
-
 template <class Exception>
 [[noreturn]] void ThrowFailure(Exception (*factory)(const CXString&, const CXString&, LONG, const CXString&,
                                                     const ExecutionContextStack&),
