@@ -17,9 +17,15 @@ public:
     static void SetCapabilityFlags(MorvanePtProvider& provider, ULONGLONG flags) {
         provider.driverCapabilityFlags = flags;
     }
-    static std::string TellBinding(const MorvanePtProvider& provider) {
-        return std::to_string(provider.controllerFamily) + " " + std::to_string(provider.driverCapabilityFlags) +
-               (provider.workflowObject.IsInitialized() ? " with product" : "");
+    // Family and capability word, and whether there is product data.
+    static std::string TellBinding(MorvanePtProvider& provider) {
+        const std::string members =
+            std::to_string(provider.controllerFamily) + " " + std::to_string(provider.driverCapabilityFlags);
+        try {
+            return members + (provider.IsColorDevice() ? " colour" : " grey");
+        } catch (const MorvaneComException&) {
+            return members;
+        }
     }
 };
 

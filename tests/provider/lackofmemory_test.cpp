@@ -60,7 +60,7 @@ TEST(LackOfMemory, WhileBindingIsToldAndMended) {
     const TestPrinter opened(kPress);
     const HANDLE printer = opened.GetHandle();
     PrintDriver().GetDriverCapability(printer, 1984);  // the TOML parser would end the process: it is done by now
-    const std::string whole = "S_OK 1 8434 1024 with product";
+    const std::string whole = "S_OK 1 8434 1024 colour";
     bool failed = true;
     for (long n = 1; failed; ++n) {
         SCOPED_TRACE(n);
