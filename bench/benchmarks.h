@@ -15,7 +15,7 @@ void RegisterDocumentBenchmarks();
 // A fresh document with the device's namespace declared, as a conversion finds it.
 inline PrintSession::Document ReadForBenchmark(const PrintSession& session, const std::string& text) {
     auto document = ReadDocumentBytes(text, "the benchmark's document");
-    session.DeclareDeviceNamespace(document.Get());
+    session.DeclareNamespaces(document.Get());
     return document;
 }
 

@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <morvaneptprovider.h>
+#include <printsubsystem/printschema.h>
 
 #include <algorithm>
 #include <memory>
@@ -16,6 +17,16 @@ namespace {
 
 constexpr INT kInterfaceVersion = 1;
 constexpr WideStringView kDeclarationStart = W("xmlns:");
+
+// The namespaces of every Print Schema document, under the prefixes that they usually have.
+constexpr struct {
+    const WCHAR *prefix, *uri;
+} kSchemaNamespaces[] = {
+    {W("psf"), kFrameworkNamespace},
+    {W("psk"), kKeywordsNamespace},
+    {W("xsi"), kXmlSchemaInstanceNamespace},
+    {W("xsd"), kXmlSchemaNamespace},
+};
 
 template <class T>
 struct FreeTaskMemory {
@@ -78,6 +89,11 @@ std::vector<Declaration> ReadDeclarations(IXMLDOMElement* root) {
 
 using Prefixes = std::set<WideString>;
 
+bool Declares(const std::vector<Declaration>& declarations, WideString Declaration::*part, WideStringView text) {
+    return std::any_of(declarations.begin(), declarations.end(),
+                       [&](const Declaration& declaration) { return declaration.*part == text; });
+}
+
 // Documents exist that use a prefix in names and declare it below the root or not at all.
 void AddPrefixesOfNames(IXMLDOMDocument2* document, Prefixes* prefixes) {
     document->setProperty(Bstr(W("SelectionLanguage")).Get(), Variant(WideStringView(W("XPath"))).Get());
@@ -96,6 +112,27 @@ WideString MakePrefix(unsigned number) {
     std::string digits = std::to_string(number);
     digits.insert(0, 4 - std::min<std::size_t>(digits.size(), 4), '0');
     return W("ns") + *ToWide(digits);
+}
+
+// The first nsNNNN that the root does not declare and no name uses.
+WideString FindFreePrefix(IXMLDOMDocument2* document, const std::vector<Declaration>& declarations) {
+    Prefixes taken;
+    for (const Declaration& declaration : declarations) taken.insert(declaration.prefix);
+    AddPrefixesOfNames(document, &taken);
+    for (unsigned number = 0;; ++number)
+        if (WideString prefix = MakePrefix(number); !taken.contains(prefix)) return prefix;
+}
+
+void Declare(IXMLDOMDocument2* document, IXMLDOMElement* root, const Declaration& declaration) {
+    constexpr const char* kOperation = "declaring a namespace";
+    ComPtr<IXMLDOMNode> node;
+    RequireSuccess(kOperation, document->createNode(Variant(LONG{NODE_ATTRIBUTE}).Get(),
+                                                    Bstr(WideString(kDeclarationStart) + declaration.prefix).Get(),
+                                                    Bstr().Get(), node.Put()));
+    RequireSuccess(kOperation, node->put_nodeValue(Variant(WideStringView(declaration.uri)).Get()));
+    const ComPtr<IXMLDOMAttribute> attribute = node.As<IXMLDOMAttribute>(IID_IXMLDOMAttribute);
+    ComPtr<IXMLDOMAttribute> replaced;
+    RequireSuccess(kOperation, attribute ? root->setAttributeNode(attribute.Get(), replaced.Put()) : E_NOINTERFACE);
 }
 
 }  // namespace
@@ -160,13 +197,13 @@ PrintSession::Document PrintSession::MakeTicket(DevmodeBuffer& devmode, Document
     if (!coreTicket)
         coreTicket =
             ReadDocumentBytes(coreDriver_.WriteTicket(devmode.CopyPublicPart()), "the core driver's PrintTicket");
-    DeclareDeviceNamespace(coreTicket.Get());
+    DeclareNamespaces(coreTicket.Get());
     RequireSuccess("ConvertDevModeToPrintTicket", CallTicket(devmode, coreTicket.Get()));
     return coreTicket;
 }
 
 void PrintSession::ApplyTicket(IXMLDOMDocument2* ticket, DevmodeBuffer& devmode) const {
-    DeclareDeviceNamespace(ticket);
+    DeclareNamespaces(ticket);
     DEVMODEW publicPart = devmode.CopyPublicPart();
     coreDriver_.ReadTicket(ticket, publicPart);
     devmode.SetPublicPart(publicPart);
@@ -176,39 +213,31 @@ void PrintSession::ApplyTicket(IXMLDOMDocument2* ticket, DevmodeBuffer& devmode)
 PrintSession::Document PrintSession::MakeCapabilities(IXMLDOMDocument2* ticket, Document coreCapabilities) const {
     if (!coreCapabilities)
         coreCapabilities = ReadDocumentBytes(coreDriver_.WriteCapabilities(), "the core driver's PrintCapabilities");
-    if (ticket) DeclareDeviceNamespace(ticket);
-    DeclareDeviceNamespace(coreCapabilities.Get());
+    if (ticket) DeclareNamespaces(ticket);
+    DeclareNamespaces(coreCapabilities.Get());
     RequireSuccess("CompletePrintCapabilities", CallCapabilities(ticket, coreCapabilities.Get()));
     return coreCapabilities;
 }
 
-void PrintSession::DeclareDeviceNamespace(IXMLDOMDocument2* document) const {
+void PrintSession::DeclareNamespaces(IXMLDOMDocument2* document) const {
     ComPtr<IXMLDOMElement> root;
     if (document->get_documentElement(root.Put()) != S_OK || !root) return;
-    const std::vector<Declaration> declarations = ReadDeclarations(root.Get());
-    const WideString uri = deviceNamespace_.empty() ? coreDriver_.GetOwnNamespace() : deviceNamespace_;
-    for (const Declaration& declaration : declarations)
-        if (declaration.uri == uri) return;
-    Prefixes taken;
-    for (const Declaration& declaration : declarations) taken.insert(declaration.prefix);
-    WideString prefix = MakePrefix(0);
-    if (!deviceNamespace_.empty()) {
-        AddPrefixesOfNames(document, &taken);
-        for (unsigned number = 1; taken.contains(prefix); ++number) prefix = MakePrefix(number);
-    } else if (taken.contains(prefix)) {
+    std::vector<Declaration> declarations = ReadDeclarations(root.Get());
+    const auto declare = [&](const WideString& prefix, const WideString& uri) {
+        declarations.push_back({prefix, uri});
+        Declare(document, root.Get(), declarations.back());
+    };
+    const WideString own = deviceNamespace_.empty() ? coreDriver_.GetOwnNamespace() : deviceNamespace_;
+    if (!Declares(declarations, &Declaration::uri, own)) {
         // A provider without a namespace writes its names under ns0000, whatever that stands for in the document.
-        return;
+        const WideString prefix = deviceNamespace_.empty() ? MakePrefix(0) : FindFreePrefix(document, declarations);
+        if (!Declares(declarations, &Declaration::prefix, prefix)) declare(prefix, own);
     }
-
-    ComPtr<IXMLDOMNode> node;
-    RequireSuccess("declaring a namespace",
-                   document->createNode(Variant(LONG{NODE_ATTRIBUTE}).Get(),
-                                        Bstr(WideString(kDeclarationStart) + prefix).Get(), Bstr().Get(), node.Put()));
-    RequireSuccess("declaring a namespace", node->put_nodeValue(Variant(WideStringView(uri)).Get()));
-    const ComPtr<IXMLDOMAttribute> attribute = node.As<IXMLDOMAttribute>(IID_IXMLDOMAttribute);
-    ComPtr<IXMLDOMAttribute> replaced;
-    RequireSuccess("declaring a namespace",
-                   attribute ? root->setAttributeNode(attribute.Get(), replaced.Put()) : E_NOINTERFACE);
+    for (const auto& [prefix, uri] : kSchemaNamespaces) {
+        if (Declares(declarations, &Declaration::uri, uri)) continue;
+        const bool isTaken = Declares(declarations, &Declaration::prefix, prefix);
+        declare(isTaken ? FindFreePrefix(document, declarations) : prefix, uri);
+    }
 }
 
 std::string FormatDocument(IXMLDOMDocument2* document) {

@@ -35,9 +35,10 @@ public:
     void ApplyTicket(IXMLDOMDocument2* ticket, DevmodeBuffer& devmode) const;
     Document MakeCapabilities(IXMLDOMDocument2* ticket = nullptr, Document coreCapabilities = nullptr) const;
 
-    // Declares on the document's root the namespace of the device's own names under ns0000, or the next nsNNNN that is
-    // free; does nothing when the root declares it already.
-    void DeclareDeviceNamespace(IXMLDOMDocument2* document) const;
+    // Declares on the document's root what it does not declare with a prefix: the namespace of the device's own names
+    // under ns0000, those of every Print Schema document under psf, psk, xsi and xsd; where the prefix is taken, under
+    // the next nsNNNN that is free. The documents that the print subsystem hands over have them all.
+    void DeclareNamespaces(IXMLDOMDocument2* document) const;
 
 private:
     void Bind();

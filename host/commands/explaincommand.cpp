@@ -36,7 +36,7 @@ Explanation ExplainTicketFile(PrinterFacts& printer, const ExplainOptions& optio
 Explanation ExplainBothFiles(PrinterFacts& printer, const ExplainOptions& options) {
     const DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
     const PrintSession::Document ticket = ReadTicketInput(PathFromUtf8(options.ticket));
-    printer.GetSession().DeclareDeviceNamespace(ticket.Get());
+    printer.GetSession().DeclareNamespaces(ticket.Get());
     return ExplainAgreement(printer, devmode, SchemaSettings(ticket.Get()));
 }
 

@@ -159,7 +159,7 @@ ExplainedTicket ConvertAndExplain(PrinterFacts& printer, const DevmodeBuffer& de
     SchemaSettings coreSettings;
     const bool hasCoreTicket = static_cast<bool>(coreTicket);
     if (hasCoreTicket) {
-        session.DeclareDeviceNamespace(coreTicket.Get());
+        session.DeclareNamespaces(coreTicket.Get());
         coreSettings = SchemaSettings(coreTicket.Get());
     }
     ExplainedTicket result;

@@ -126,7 +126,7 @@ Explanation ExplainTicket(PrinterFacts& printer, const SchemaSettings& ticket, c
 
 Explanation ApplyAndExplain(PrinterFacts& printer, IXMLDOMDocument2* ticket, DevmodeBuffer& devmode) {
     const PrintSession& session = printer.GetSession();
-    session.DeclareDeviceNamespace(ticket);
+    session.DeclareNamespaces(ticket);
     const SchemaSettings settings(ticket);
     const DevmodeBuffer before = devmode;
     session.ApplyTicket(ticket, devmode);

@@ -105,19 +105,19 @@ TEST_F(Conversions, ColourAndSidesAreReadWhereThePrinterHasThem) {
 TEST_F(Conversions, DocumentsOfACoreDriverAreCompletedInPlace) {
     AddPrinter("press8434");
     MakeDevmode("job.bin");
-    // ns0000 is taken, and ns0001 stands in a name without being declared.
+    // ns0000 and xsd are taken, ns0001 stands in a name without being declared, psk and xsi are not there.
     const std::string root =
         " xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework'"
-        " xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'"
-        " xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xmlns:xsd='http://www.w3.org/2001/XMLSchema'"
-        " xmlns:ns0000='http://example.org/foreign' version='1'>";
+        " xmlns:xsd='http://example.org/other' xmlns:ns0000='http://example.org/foreign' version='1'>";
     Write("in.xml", "<psf:PrintTicket" + root +
-                        "<psf:ParameterInit name='ns0000:JobCopiesAllDocuments'><psf:Value xsi:type='xsd:integer'>5"
+                        "<psf:ParameterInit name='ns0000:JobCopiesAllDocuments'><psf:Value>5"
                         "</psf:Value></psf:ParameterInit><psf:Feature name='ns0001:Odd'><psf:Option name='ns0001:One'/>"
                         "</psf:Feature></psf:PrintTicket>");
     const std::string ticket = Do({"ticket", "--printer", "P", "--devmode", File("job.bin"), "--in", File("in.xml")});
     for (const char* part : {"\"ns0000:JobCopiesAllDocuments\"", "\"ns0001:Odd\"", "\"ns0001:One\"",
-                             "\"mk:JobCopiesAllDocuments\"", "xmlns:ns0000=\"http://example.org/foreign\""})
+                             "\"mk:JobCopiesAllDocuments\"", "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"",
+                             "\"psk:PageMediaSize\"", "xmlns:ns0003=\"http://www.w3.org/2001/XMLSchema\"",
+                             "xsi:type=\"ns0003:integer\"", "xmlns:ns0000=\"http://example.org/foreign\""})
         EXPECT_TRUE(Holds(ticket, part)) << part << " in " << ticket;
 
     Write("caps.xml", "<psf:PrintCapabilities" + root + "</psf:PrintCapabilities>");
