@@ -10,12 +10,23 @@
 
 namespace {
 
+constexpr std::size_t kDeclarationBytes = 1024;  // in which an XML declaration is looked for
+
+enum class ByteForm { Plain, MarkedUtf8, LittleUtf16, BigUtf16 };
+
+ByteForm GetForm(std::string_view bytes) {
+    const auto startsWith = [bytes](std::string_view start) { return bytes.starts_with(start); };
+    if (startsWith("\xFF\xFE") || startsWith(std::string_view("<\0", 2))) return ByteForm::LittleUtf16;
+    if (startsWith("\xFE\xFF") || startsWith(std::string_view("\0<", 2))) return ByteForm::BigUtf16;
+    return startsWith("\xEF\xBB\xBF") ? ByteForm::MarkedUtf8 : ByteForm::Plain;
+}
+
 // The text's ASCII characters, each other 16-bit unit as one '?', when the bytes look like UTF-16; else the bytes.
 std::string AsciiView(std::string_view bytes) {
-    const auto startsWith = [bytes](std::string_view start) { return bytes.starts_with(start); };
-    const bool isLittle = startsWith("\xFF\xFE") || startsWith(std::string_view("<\0", 2));
-    const bool isBig = startsWith("\xFE\xFF") || startsWith(std::string_view("\0<", 2));
-    if (!isLittle && !isBig) return std::string(bytes.substr(startsWith("\xEF\xBB\xBF") ? 3 : 0));
+    const ByteForm form = GetForm(bytes);
+    if (form == ByteForm::Plain || form == ByteForm::MarkedUtf8)
+        return std::string(bytes.substr(form == ByteForm::MarkedUtf8 ? 3 : 0));
+    const bool isLittle = form == ByteForm::LittleUtf16;
     const std::size_t start = static_cast<unsigned char>(bytes[0]) >= 0xFE ? 2 : 0;
     std::string text;
     text.reserve(bytes.size() / 2);
@@ -27,7 +38,40 @@ std::string AsciiView(std::string_view bytes) {
     return text;
 }
 
+// In capitals; empty when there is no XML declaration or none that names an encoding.
+std::string GetDeclaredEncoding(std::string_view text) {
+    text = text.substr(0, text.find("?>"));
+    const std::size_t name = text.find("encoding");
+    if (!text.starts_with("<?xml") || name == std::string_view::npos) return std::string();
+    const std::size_t quote = text.find_first_of("'\"", name);
+    if (quote == std::string_view::npos) return std::string();
+    std::string encoding(text.substr(quote + 1, text.find(text[quote], quote + 1) - quote - 1));
+    for (char& c : encoding)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return encoding;
+}
+
 }  // namespace
+
+std::string FindEncodingFault(std::string_view bytes) {
+    const std::string declared = GetDeclaredEncoding(AsciiView(bytes.substr(0, kDeclarationBytes)));
+    const auto fault = [&](const char* actual) {
+        return "the XML declaration says " + declared + " and the bytes are " + actual +
+               "; store the document in the encoding that it names";
+    };
+    const bool saysTwoBytes = declared == "ISO-10646-UCS-2" || declared == "UCS-2" || declared == "UTF-16";
+    switch (declared.empty() ? ByteForm::Plain : GetForm(bytes)) {
+        case ByteForm::LittleUtf16:
+            return saysTwoBytes || declared == "UTF-16LE" ? std::string() : fault("little-endian UTF-16");
+        case ByteForm::BigUtf16:
+            return saysTwoBytes || declared == "UTF-16BE" ? std::string() : fault("big-endian UTF-16");
+        case ByteForm::MarkedUtf8:
+            return declared == "UTF-8" || declared == "UTF8" ? std::string() : fault("marked as UTF-8");
+        case ByteForm::Plain:
+            return saysTwoBytes || declared.starts_with("UTF-16") ? fault("not UTF-16") : std::string();
+    }
+    return std::string();
+}
 
 bool HoldsDocumentType(std::string_view bytes) {
     const std::string text = AsciiView(bytes);
@@ -51,6 +95,7 @@ ComPtr<IXMLDOMDocument2> ReadDocumentBytes(std::string_view bytes, const std::st
     if (HoldsDocumentType(bytes)) {
         throw InputError(name + ": a document type declaration (<!DOCTYPE) is not accepted; take it out.");
     }
+    if (const std::string fault = FindEncodingFault(bytes); !fault.empty()) throw InputError(name + ": " + fault);
     ComPtr<IXMLDOMDocument2> document;
     if (const HRESULT result = makeDocument(document.Put()); FAILED(result)) {
         throw OperationError("making an XML document", result);

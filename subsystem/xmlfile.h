@@ -13,8 +13,9 @@
 // Makes the empty document that a file is read into: the system's own DOM or the project's.
 using DocumentMaker = std::function<HRESULT(IXMLDOMDocument2** document)>;
 
-// Throws InputError when the file cannot be read, holds a document type declaration or is not well-formed (the sentence
-// names file, line and column), and OperationError when no document can be made.
+// Throws InputError when the file cannot be read, is in another encoding than it says, holds a document type
+// declaration or is not well-formed (the sentence names file, line and column), and OperationError when no document can
+// be made.
 ComPtr<IXMLDOMDocument2> ReadDocumentFile(const std::filesystem::path& file,
                                           const DocumentMaker& makeDocument = CreateSystemDocument);
 
@@ -24,6 +25,10 @@ ComPtr<IXMLDOMDocument2> ReadDocumentBytes(std::string_view bytes, const std::st
 
 // UTF-8 with an XML declaration. Throws OperationError, with the file as it was.
 void WriteDocumentFile(const std::filesystem::path& file, IXMLDOMDocument2* document);
+
+// How the encoding that the XML declaration tells and the bytes contradict each other; empty when they do not. Whether
+// bytes without a contradiction are well-formed is the parser's to tell.
+std::string FindEncodingFault(std::string_view bytes);
 
 // Whether a document type declaration stands before the root element. The bytes may be UTF-16 or any encoding that
 // keeps ASCII as it is; what only looks like a declaration, inside a comment or a processing instruction, is none.

@@ -1,6 +1,7 @@
 // check: which rules of a Print Schema document a file breaks.
 #include <subsystem/schemacheck/schemacheck.h>
 
+#include <map>
 #include <memory>
 #include <ostream>
 #include <set>
@@ -25,14 +26,26 @@ std::vector<SchemaFinding> CheckFile(const std::string& file) {
     }
 }
 
+// Of one rule the first places are told and the others counted.
 void RunCheck(HostContext& context, const std::string& file) {
+    constexpr std::size_t kTold = 10;
+    const std::vector<SchemaFinding> findings = CheckFile(file);
+    std::map<std::pair<SchemaRule, bool>, std::size_t> counts, told;  // by rule and whether they are notes
+    for (const SchemaFinding& finding : findings) ++counts[{finding.rule, finding.isNote}];
     std::set<SchemaRule> broken;
     std::size_t breaks = 0, notes = 0;
-    for (const SchemaFinding& finding : CheckFile(file)) {
-        context.out << file << ':' << finding.line << ": " << (finding.isNote ? "note: " : "") << finding.sentence
-                    << ".\n";
+    for (const SchemaFinding& finding : findings) {
         ++(finding.isNote ? notes : breaks);
         if (!finding.isNote) broken.insert(finding.rule);
+        const std::pair<SchemaRule, bool> kind(finding.rule, finding.isNote);
+        const std::size_t number = ++told[kind];
+        if (number > kTold + 1) continue;
+        context.out << file << ':' << finding.line << ": " << (finding.isNote ? "note: " : "");
+        if (number <= kTold) {
+            context.out << finding.sentence << ".\n";
+        } else {
+            context.out << "... and " << counts[kind] - kTold << " more of this rule, from here on.\n";
+        }
     }
     context.out << file << ": "
                 << (breaks == 0 ? "no rule is broken"

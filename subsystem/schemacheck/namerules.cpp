@@ -7,11 +7,20 @@
 namespace {
 
 constexpr std::string_view kFallbackPrefix = "ns0000";
+constexpr std::array<std::string_view, 3> kOwnParameters = {kDriverDataParameter, "JobMorvaneMvjtJobTicket",
+                                                            "JobCopiesAllDocuments"};
 constexpr std::array<std::string_view, 3> kNameStarts = {"Job", "Document", "Page"};
 
 bool NeedsName(SchemaKind kind) {
     return kind == SchemaKind::Feature || kind == SchemaKind::Property || kind == SchemaKind::ScoredProperty ||
            kind == SchemaKind::ParameterDef || kind == SchemaKind::ParameterInit || kind == SchemaKind::ParameterRef;
+}
+
+// A parameter of the component's that could not have another name: nothing in the document declares its namespace.
+bool IsOwnUndeclared(const SchemaElement& element, const ExpandedName& name) {
+    return (element.kind == SchemaKind::ParameterInit || element.kind == SchemaKind::ParameterDef) &&
+           name.prefix == kFallbackPrefix && !name.isBound &&
+           std::find(kOwnParameters.begin(), kOwnParameters.end(), name.local) != kOwnParameters.end();
 }
 
 // Scored properties as a text that is equal for options with the same ones, whatever their order and prefixes.
@@ -53,7 +62,7 @@ void CheckName(SchemaCheck& check, const SchemaElement& element) {
         fail("is not a qualified name");
     } else if (name.prefix.empty()) {
         fail("has no prefix");
-    } else if (!name.isBound && name.prefix == kFallbackPrefix) {
+    } else if (IsOwnUndeclared(element, name)) {
         if (check.fallbackNames++ == 0) check.firstFallbackName = &element;
     } else if (!name.isBound) {
         fail("has a prefix that is not declared");

@@ -43,8 +43,12 @@ void CheckBounds(SchemaCheck& check, const SchemaElement& definition, double lea
 
 void CollectParameters(SchemaCheck& check) {
     const SchemaKind kind = check.IsTicket() ? SchemaKind::ParameterInit : SchemaKind::ParameterDef;
-    for (const auto& child : check.document.root->children)
-        if (child->kind == kind) check.parameters.insert(child->Name().Key());
+    for (const auto& child : check.document.root->children) {
+        if (child->kind != kind) continue;
+        const ExpandedName name = child->Name();
+        check.parameters.insert(name.Key());
+        if (name.local == kDriverDataParameter) check.isOwn = true;
+    }
 }
 
 void CheckDefinition(SchemaCheck& check, const SchemaElement& definition) {

@@ -6,6 +6,9 @@
 
 #include <set>
 
+// The component's parameter that no other software has.
+inline constexpr std::string_view kDriverDataParameter = "JobMorvaneDriverData";
+
 // One document's check: what is known of the whole, and what was found.
 class SchemaCheck {
 public:
@@ -21,9 +24,11 @@ public:
 
     const SchemaDocument& document;
     std::vector<SchemaFinding> findings;
-    std::set<std::string> parameters;                  // keys of the names that the root's parameters define or set
-    const SchemaElement* firstFallbackName = nullptr;  // first name under the prefix ns0000 that nothing declares
-    std::size_t fallbackNames = 0;                     // how many there are
+    std::set<std::string> parameters;  // keys of the names that the root's parameters define or set
+    bool isOwn = false;                // the driver's component has written to the document
+    const SchemaElement* firstFallbackName =
+        nullptr;                    // first parameter of the component's under the prefix ns0000 that nothing declares
+    std::size_t fallbackNames = 0;  // how many there are
 };
 
 // ---- structure: Document, RootContent, Content, Structure

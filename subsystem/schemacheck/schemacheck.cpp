@@ -35,7 +35,7 @@ std::vector<SchemaFinding> CheckSchemaDocument(std::string_view bytes) {
     if (check.firstFallbackName) {
         check.Note(*check.firstFallbackName, SchemaRule::Names,
                    std::to_string(check.fallbackNames) +
-                       (check.fallbackNames == 1 ? " name has" : " names have, from here on,") +
+                       (check.fallbackNames == 1 ? " parameter has" : " parameters have, from here on,") +
                        " the prefix ns0000, which is not declared: the component falls back to it where a document "
                        "does not declare the private namespace");
     }

@@ -18,7 +18,7 @@ enum class SchemaRule {
     Definitions,      // capabilities: a parameter's definition is whole, its default within its bounds
     References,       // what a ParameterRef names is in the document
     DistinctOptions,  // options of one feature differ in their name or in their scored properties
-    Sizes,            // sizes are positive whole micrometres
+    Sizes,            // sizes are integers of micrometres, positive; their bounds and defaults are not negative
 };
 
 struct SchemaFinding {
@@ -29,5 +29,6 @@ struct SchemaFinding {
 };
 
 // The breaks and notes by their line. The bytes are read by another parser than the component's documents. Throws
-// InputError, with the place, when they are no XML or hold a document type declaration.
+// InputError, with the place, when they are no XML, are in another encoding than they say or hold a document type
+// declaration.
 std::vector<SchemaFinding> CheckSchemaDocument(std::string_view bytes);

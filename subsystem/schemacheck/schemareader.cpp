@@ -121,6 +121,13 @@ static void OnText(void* context, const xmlChar* text, int length) {
     });
 }
 
+static void OnComment(void* context, const xmlChar*) {
+    Builder& builder = Builder::Of(context);
+    if (builder.open) builder.open->holdsRemark = true;
+}
+
+static void OnInstruction(void* context, const xmlChar*, const xmlChar*) { OnComment(context, nullptr); }
+
 // The library has noted the error in the context when it comes here.
 static void OnError(void* context, const char*, ...) {
     const xmlError& error = static_cast<xmlParserCtxt*>(context)->lastError;
@@ -145,6 +152,7 @@ static void OnWarning(void*, const char*, ...) {}
 SchemaDocument ReadSchemaDocument(std::string_view bytes) {
     if (HoldsDocumentType(bytes)) throw InputError(kNoDocumentType);
     if (bytes.empty()) throw InputError("the document is empty");
+    if (const std::string fault = FindEncodingFault(bytes); !fault.empty()) throw InputError(fault);
     if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         throw InputError("the document is too large");
 
@@ -159,8 +167,8 @@ SchemaDocument ReadSchemaDocument(std::string_view bytes) {
     events.ignorableWhitespace = OnText;
     events.cdataBlock = OnText;
     events.internalSubset = OnDocumentType;
-    events.comment = nullptr;
-    events.processingInstruction = nullptr;
+    events.comment = OnComment;
+    events.processingInstruction = OnInstruction;
     events.error = OnError;
     events.fatalError = OnError;
     events.warning = OnWarning;

@@ -2,19 +2,49 @@
 #include "schematree.h"
 
 #include <algorithm>
+#include <bit>
+#include <span>
 
 namespace {
 
-bool IsNameByte(unsigned char c, bool first) {
-    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c >= 0x80) return true;
-    return !first && ((c >= '0' && c <= '9') || c == '-' || c == '.');
+struct CharacterRange {
+    char32_t first, last;
+};
+// XML 1.0, fifth edition: what a name may start with, and what it may hold beside that. The colon is the prefix's.
+constexpr CharacterRange kNameStarts[] = {
+    {'A', 'Z'},       {'_', '_'},       {'a', 'z'},       {0xC0, 0xD6},     {0xD8, 0xF6},
+    {0xF8, 0x2FF},    {0x370, 0x37D},   {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F},
+    {0x2C00, 0x2FEF}, {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
+};
+constexpr CharacterRange kFurtherInNames[] = {
+    {'-', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040},
+};
+
+bool IsAmong(std::span<const CharacterRange> ranges, char32_t character) {
+    return std::any_of(ranges.begin(), ranges.end(), [character](const CharacterRange& range) {
+        return character >= range.first && character <= range.last;
+    });
 }
 
-// Characters beyond ASCII are all taken for letters.
+// Of well-formed UTF-8, as the parser gives it.
+char32_t TakeCharacter(std::string_view& text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    const int ones = std::countl_one(lead);  // the sequence's bytes; none for a single one
+    char32_t character = lead & (0xFFu >> (ones + 1));
+    text.remove_prefix(1);
+    for (int further = 1; further < ones && !text.empty(); ++further) {
+        character = character << 6 | (static_cast<unsigned char>(text.front()) & 0x3Fu);
+        text.remove_prefix(1);
+    }
+    return character;
+}
+
 bool IsName(std::string_view text) {
-    if (text.empty()) return false;
-    for (std::size_t at = 0; at < text.size(); ++at)
-        if (!IsNameByte(static_cast<unsigned char>(text[at]), at == 0)) return false;
+    if (text.empty() || !IsAmong(kNameStarts, TakeCharacter(text))) return false;
+    while (!text.empty()) {
+        const char32_t character = TakeCharacter(text);
+        if (!IsAmong(kNameStarts, character) && !IsAmong(kFurtherInNames, character)) return false;
+    }
     return true;
 }
 

@@ -55,6 +55,7 @@ struct SchemaElement {
     std::vector<SchemaAttribute> attributes;          // declarations are not among them
     std::map<std::string, std::string> declarations;  // prefix (empty: the default namespace) to URI
     std::string text;                                 // its own character data
+    bool holdsRemark = false;                         // a comment or a processing instruction of its own
     std::vector<std::unique_ptr<SchemaElement>> children;
 
     // The attribute of that namespace (empty: none); null when there is none.

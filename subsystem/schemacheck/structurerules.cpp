@@ -64,7 +64,7 @@ bool IsKnownAttribute(const SchemaElement& element, const SchemaAttribute& attri
 
 // A colour feature that the printer offers no choice of is declared all the same.
 bool MayBeEmpty(const SchemaCheck& check, const SchemaElement& feature) {
-    return !check.IsTicket() && feature.Name().Is(kKeywordsUri, "PageColorManagement");
+    return check.isOwn && !check.IsTicket() && feature.Name().Is(kKeywordsUri, "PageColorManagement");
 }
 
 }  // namespace
@@ -156,7 +156,9 @@ void CheckHolding(SchemaCheck& check, const SchemaElement& element) {
             if (Count(element, {SchemaKind::Value}) != 1) fail("does not hold exactly one Value");
             break;
         case SchemaKind::ParameterRef:
-            if (!element.children.empty()) fail("is not empty");
+            // Other text is told as such.
+            if (!element.children.empty() || (!element.text.empty() && TrimXmlSpace(element.text).empty()))
+                fail("is not empty");
             break;
         default:
             break;

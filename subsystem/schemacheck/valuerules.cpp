@@ -40,19 +40,10 @@ std::string_view WithoutSign(std::string_view text) {
     return text;
 }
 
-// The private prefix ns0001 and the like, once the component has given the document's private names another one.
-bool WasRenamed(const SchemaElement& value, const std::string& prefix) {
-    return prefix.size() == 6 && prefix.starts_with("ns") && IsDigits(prefix.substr(2)) && value.Expand("mk:x").isBound;
-}
-
 void CheckQNameText(SchemaCheck& check, const SchemaElement& value, std::string_view text) {
     const ExpandedName name = value.Expand(text);
     if (!name.isQName) {
         check.Break(value, SchemaRule::Values, "the value '" + std::string(text) + "' is not a qualified name");
-    } else if (!name.isBound && WasRenamed(value, name.prefix)) {
-        check.Note(value, SchemaRule::Values,
-                   "the value '" + std::string(text) +
-                       "' has a prefix that is not declared: the component renames the private prefix in names alone");
     } else if (!name.isBound) {
         check.Break(value, SchemaRule::Values,
                     "the value '" + std::string(text) + "' has a prefix that is not declared");
@@ -72,6 +63,10 @@ bool IsDecimal(std::string_view text) {
 void CheckValue(SchemaCheck& check, const SchemaElement& value) {
     if (!value.children.empty())
         check.Break(value, SchemaRule::Values, "a Value holds elements; it may only hold text");
+    // Readers exist that take a Value's first piece of text for the whole.
+    if (value.holdsRemark)
+        check.Break(value, SchemaRule::Values,
+                    "a Value holds a comment or a processing instruction; it may only hold text");
     const std::string* const typeText = value.FindAttribute("type", kInstanceUri);
     if (!typeText) {
         check.Break(value, SchemaRule::Values, "a Value has no xsi:type");
@@ -100,7 +95,7 @@ void CheckValue(SchemaCheck& check, const SchemaElement& value) {
 void CheckChoices(SchemaCheck& check, const SchemaElement& element) {
     if (check.IsTicket()) return;
     if (element.kind == SchemaKind::Feature && !element.FindProperty(kFrameworkUri, "SelectionType")) {
-        if (IsKeyword(element.Name(), kWithoutSelectionType)) {
+        if (check.isOwn && IsKeyword(element.Name(), kWithoutSelectionType)) {
             check.Note(element, SchemaRule::Choices,
                        element.Describe() + " has no psf:SelectionType: the component declares it without one");
         } else {
@@ -116,14 +111,25 @@ void CheckChoices(SchemaCheck& check, const SchemaElement& element) {
 }
 
 void CheckSize(SchemaCheck& check, const SchemaElement& element) {
-    if (element.kind != SchemaKind::ScoredProperty && element.kind != SchemaKind::Property &&
-        element.kind != SchemaKind::ParameterInit)
-        return;
-    const SchemaElement* const value = element.FindChild(SchemaKind::Value);
-    if (!value || !IsKeyword(element.Name(), kSizes)) return;
-    const std::string_view text = TrimXmlSpace(value->text);
-    if (IsInteger(text) && !text.starts_with('-') && WithoutSign(text).find_first_not_of('0') != std::string_view::npos)
-        return;
-    check.Break(*value, SchemaRule::Sizes,
-                element.Describe() + " is '" + std::string(text) + "'; a size is a positive number of micrometres");
+    if (!IsKeyword(element.Name(), kSizes)) return;
+    const auto require = [&](const SchemaElement* holder, bool isZeroGood, const char* demand) {
+        const SchemaElement* const value = holder ? holder->FindChild(SchemaKind::Value) : nullptr;
+        if (!value) return;
+        const std::string_view text = TrimXmlSpace(value->text);
+        const std::string* const type = value->FindAttribute("type", kInstanceUri);
+        const bool isZero = WithoutSign(text).find_first_not_of('0') == std::string_view::npos;
+        if (IsInteger(text) && (isZero ? isZeroGood : !text.starts_with('-')) &&
+            (!type || value->Expand(*type).Is(kSchemaUri, "integer")))
+            return;
+        check.Break(*value, SchemaRule::Sizes,
+                    (holder == &element ? "" : holder->Describe() + " of ") + element.Describe() + " is '" +
+                        std::string(text) + "'; a size is " + demand);
+    };
+    if (element.kind == SchemaKind::ParameterDef) {
+        for (const char* bound : {"DefaultValue", "MinValue", "MaxValue"})
+            require(element.FindProperty(kFrameworkUri, bound), true, "an integer of micrometres that is not negative");
+    } else if (element.kind == SchemaKind::ScoredProperty || element.kind == SchemaKind::Property ||
+               element.kind == SchemaKind::ParameterInit) {
+        require(&element, false, "a positive integer of micrometres");
+    }
 }

@@ -30,16 +30,19 @@ std::string Scored(const std::string& name, const std::string& content) {
     return Named("ScoredProperty", name, content);
 }
 std::string Init(const std::string& name, const std::string& content) { return Named("ParameterInit", name, content); }
-std::string Offered(const std::string& options) {
-    return Feature("psk:PageX", Named("Property", "psf:SelectionType", Value("QName", "psk:PickOne")) + options);
+const std::string kPickOne = Named("Property", "psf:SelectionType", Value("QName", "psk:PickOne"));
+std::string Offered(const std::string& options) { return Feature("psk:PageX", kPickOne + options); }
+std::string Referring(const std::string& content) {
+    return Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", Named("ParameterRef", "psk:JobP", content))));
 }
 std::string Nested(int depth, const std::string& inner) {
     return depth == 0 ? inner : Scored("psk:S", Value("integer", "1") + Nested(depth - 1, inner));
 }
 
+const std::string kMultiple = Named("Property", "psf:Multiple", Value("integer", "1"));
 std::string Definition(const std::string& least, const std::string& value, const std::string& most,
-                       const std::string& multiple = Named("Property", "psf:Multiple", Value("integer", "1"))) {
-    return Named("ParameterDef", "psk:JobP",
+                       const std::string& multiple = kMultiple, const std::string& name = "psk:JobP") {
+    return Named("ParameterDef", name,
                  Named("Property", "psf:DataType", Value("QName", "xsd:integer")) +
                      Named("Property", "psf:DefaultValue", Value("integer", value)) +
                      Named("Property", "psf:MinValue", Value("integer", least)) +
@@ -77,6 +80,12 @@ const Twins kTwins[] = {
     {SchemaRule::Names, Ticket(Feature("mk:PageX", kOption)),
      Ticket("<psf:Feature xmlns:mk='urn:m' name='mk:PageX'>" + kOption + "</psf:Feature>")},
     {SchemaRule::Names, Ticket(Feature("psk:Page:X", kOption)), Ticket(kDone)},
+    {SchemaRule::Names, Ticket(Feature("psk:Page\u00D7", kOption)),
+     Ticket(Feature("psk:Page\u00D8\U00010000", kOption))},
+    {SchemaRule::Names, Ticket(Feature("psk:PageX", "<psf:Option name='psk:\u0301A'/>")),
+     Ticket(Feature("psk:PageX", "<psf:Option name='psk:A\u0301'/>"))},
+    {SchemaRule::Names, Ticket(Feature("ns0000:PageX", kOption)), Ticket(kDone)},
+    {SchemaRule::Names, Ticket(Init("ns0000:JobP", Value("string", ""))), Ticket(kDone)},
     {SchemaRule::Duplicates, Ticket(kDone + "\n" + kDone), Ticket(kDone + Feature("psk:PageY", kOption)), 3},
     {SchemaRule::Duplicates,
      Ticket(kDone + "\n<psf:Feature xmlns:k='http://schemas.microsoft.com/windows/2003/08/printing/" +
@@ -91,6 +100,9 @@ const Twins kTwins[] = {
      Ticket(Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", Value("string", "")))))},
     {SchemaRule::Structure, Ticket(Feature("psk:PageX", Named("Option", "psk:A", Nested(11, "")))),
      Ticket(Feature("psk:PageX", Named("Option", "psk:A", Nested(10, ""))))},
+    {SchemaRule::Structure, Ticket(Init("psk:JobP", Value("integer", "1")) + Referring(" ")),
+     Ticket(Init("psk:JobP", Value("integer", "1")) + Referring("<!-- -->"))},
+    {SchemaRule::Structure, Capabilities(Feature("psk:PageColorManagement", kPickOne)), Capabilities(Offered(kOption))},
     {SchemaRule::Structure, Ticket(Init("psk:JobP", "")), Ticket(Init("psk:JobP", Value("string", "")))},
     {SchemaRule::Values, Ticket(Init("psk:JobP", Value("integer", "1.5"))),
      Ticket(Init("psk:JobP", Value("decimal", "-1.5")))},
@@ -98,18 +110,18 @@ const Twins kTwins[] = {
      Ticket(Init("psk:JobP", Value("integer", " +1 ")))},
     {SchemaRule::Values, Ticket(Init("psk:JobP", Value("QName", "mk:A"))),
      Ticket(Init("psk:JobP", Value("QName", "psk:A")))},
+    {SchemaRule::Values, Ticket(Init("psk:JobP", Value("string", "a<!-- b -->c"))),
+     Ticket("<!-- a -->" + Init("psk:JobP", "<?b?>" + Value("string", "<![CDATA[c]]>")))},
     {SchemaRule::Values, Ticket(Init("psk:JobP", Value("boolean", "true"))),
      Ticket(Init("psk:JobP", Value("string", "true")))},
     {SchemaRule::Values, Ticket(Init("psk:JobP", Value("string", " "))), Ticket(Init("psk:JobP", Value("string", "")))},
     {SchemaRule::Choices, Capabilities(kDone), Capabilities(Offered(kOption))},
+    {SchemaRule::Choices, Capabilities(Feature("psk:PageICMRenderingIntent", kOption)), Capabilities(Offered(kOption))},
     {SchemaRule::Choices, Capabilities(Offered("<psf:Option name='psk:A' constrained='None'/>")),
      Capabilities(Offered("<psf:Option name='psk:A' constrained='psk:None'/>"))},
     {SchemaRule::Definitions, Capabilities(Definition("1", "10", "9")), Capabilities(Definition("-9", "9", "9"))},
     {SchemaRule::Definitions, Capabilities(Definition("1", "1", "9", "")), Capabilities(Definition("1", "1", "1"))},
-    {SchemaRule::References,
-     Ticket(Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", "<psf:ParameterRef name='psk:JobP'/>")))),
-     Ticket(Init("psk:JobP", Value("integer", "1")) +
-            Feature("psk:PageX", Named("Option", "psk:A", Scored("psk:S", "<psf:ParameterRef name='psk:JobP'/>"))))},
+    {SchemaRule::References, Ticket(Referring("")), Ticket(Init("psk:JobP", Value("integer", "1")) + Referring(""))},
     {SchemaRule::DistinctOptions, Capabilities(Offered(kOption + "\n" + kOption)),
      Capabilities(Offered(kOption + "<psf:Option name='psk:B'/><psf:Option/>")), 3},
     {SchemaRule::DistinctOptions,
@@ -120,6 +132,10 @@ const Twins kTwins[] = {
      3},
     {SchemaRule::Sizes, Ticket(Init("psk:PageMediaSizeMediaSizeWidth", Value("integer", "0"))),
      Ticket(Init("psk:PageMediaSizeMediaSizeWidth", Value("integer", "1")))},
+    {SchemaRule::Sizes, Ticket(Init("psk:PageMediaSizePSWidth", Value("decimal", "1"))),
+     Ticket(Init("psk:PageMediaSizePSWidth", Value("integer", "+1")))},
+    {SchemaRule::Sizes, Capabilities(Definition("-1", "1", "9", kMultiple, "psk:PageMediaSizePSWidth")),
+     Capabilities(Definition("0", "1", "9", kMultiple, "psk:PageMediaSizePSWidth"))},
 };
 
 std::string Tell(const std::vector<SchemaFinding>& findings) {
@@ -141,10 +157,11 @@ TEST(SchemaCheck, EachRuleIsBrokenByOneTwinAlone) {
 }
 
 TEST(SchemaCheck, WhatTheComponentMustWriteIsANote) {
-    for (const std::string& document : {Ticket(Feature("ns0000:PageX", kOption) + Feature("ns0000:PageY", kOption)),
-                                        Capabilities(Feature("psk:PageICMRenderingIntent", kOption)),
-                                        Ticket("<psf:ParameterInit xmlns:mk='urn:m' name='mk:JobP'>" +
-                                               Value("QName", "ns0001:A") + "</psf:ParameterInit>")}) {
+    const std::string data = Definition("1", "1", "9", kMultiple, "psk:JobMorvaneDriverData");
+    for (const std::string& document : {Ticket(Init("ns0000:JobMorvaneDriverData", Value("string", "")) +
+                                               Init("ns0000:JobCopiesAllDocuments", Value("integer", "1"))),
+                                        Capabilities(data + Feature("psk:PageICMRenderingIntent", kOption)),
+                                        Capabilities(data + Feature("psk:PageColorManagement", kPickOne))}) {
         const std::vector<SchemaFinding> findings = CheckSchemaDocument(document);
         ASSERT_EQ(findings.size(), 1u) << Tell(findings);
         EXPECT_TRUE(findings[0].isNote) << Tell(findings);
@@ -154,9 +171,17 @@ TEST(SchemaCheck, WhatTheComponentMustWriteIsANote) {
 TEST(SchemaCheck, WhatIsNoXmlIsUnreadable) {
     for (const char* bytes :
          {"", "text", "<a>", "<p:a/>", "<!DOCTYPE a><a/>",
-          "<?xml version='1.0' encoding='UTF-7'?>+ADw-!DOCTYPE a>+ADw-a/>", "<a b='1' b='2'/>", "<a>&x;</a>"}) {
+          "<?xml version='1.0' encoding='UTF-7'?>+ADw-!DOCTYPE a>+ADw-a/>", "<a b='1' b='2'/>", "<a>&x;</a>",
+          "<?xml version='1.0' encoding='UTF-16'?><a/>", "\xEF\xBB\xBF<?xml version='1.0' encoding='latin1'?><a/>"}) {
         EXPECT_THROW(CheckSchemaDocument(bytes), InputError) << bytes;
     }
+    std::string wide = "\xFF\xFE";
+    for (const char character : "<?xml version='1.0' encoding='UTF-8'?>" + Ticket(kDone)) {
+        wide += character;
+        wide += '\0';
+    }
+    EXPECT_THROW(CheckSchemaDocument(wide), InputError);
+    EXPECT_EQ(Tell(CheckSchemaDocument(wide.replace(wide.find('8'), 1, "1\0006", 3))), "");
 }
 
 class CheckCommand : public HostRun {};
@@ -170,6 +195,13 @@ TEST_F(CheckCommand, TellsLineAndStatus) {
     EXPECT_EQ(outcome.status, 1) << outcome.err;
     EXPECT_EQ(outcome.out, broken + ":3: the Feature 'psk:PageX' occurs twice in the root; the first is on line 2.\n" +
                                broken + ": 1 rule is broken, in 1 place.\n");
+
+    std::string repeated;
+    for (int count = 0; count < 25; ++count) repeated += "\n" + Feature("psk:X" + std::to_string(count), kOption);
+    const std::string many = Run({"check", Write("broken.xml", Ticket(repeated))}).out;
+    EXPECT_EQ(std::count(many.begin(), many.end(), '\n'), 12) << many;
+    EXPECT_NE(many.find(":13: ... and 15 more of this rule, from here on.\n"), std::string::npos) << many;
+    EXPECT_NE(many.find(": 1 rule is broken, in 25 places.\n"), std::string::npos) << many;
 
     for (const char* bytes : {"no XML", "<!DOCTYPE a><a/>"}) {
         EXPECT_EQ(Run({"check", Write("unreadable.xml", bytes)}).status, 2) << bytes;
