@@ -4,6 +4,7 @@
 #include <msdevicecapabilities.h>
 #include <privateblock.h>
 
+#include <facts/papernumbers.h>
 #include <mvcore/datamodelids.h>
 #include <mvutil/cforms.h>
 #include <mvutil/devicesettings.h>
@@ -20,8 +21,6 @@ using Records = std::vector<_tag_FormsInfoRec>;
 
 constexpr DWORD kSpreadsheetRuleSetting = 720;
 constexpr const WCHAR* kSpreadsheetProgram = W("excel.exe");
-constexpr int kLastSystemPaper = 118;      // numbers above it are forms of the printer's or the user's
-constexpr int kFirstUnnamedPaper = 10000;  // from here on a paper's name is not a form's
 
 template <class Predicate>
 const _tag_FormsInfoRec* FindRecord(const Records& records, Predicate matches) {
@@ -45,7 +44,7 @@ bool IsMappedForm(const _tag_FormsInfoRec& record, const DEVMODEW* devmode) {
 // A spreadsheet keeps the number of a form that was there when it was saved; by now it may be another's. A user's form
 // is replaced by the country's usual paper.
 void ReplaceFormOfSpreadsheet(HANDLE printer, DEVMODEW* devmode) {
-    if (devmode->dmPaperSize <= kLastSystemPaper) return;
+    if (devmode->dmPaperSize <= facts::kLastSystemPaper) return;
     DeviceSettingsManager settings{Printer(printer)};
     bool applies = false;
     if (!settings.GetBooleanValueFromAttributeBytes(kSpreadsheetRuleSetting, applies) || !applies) return;
@@ -119,7 +118,7 @@ bool XDevmode::NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MSDe
     Records records;
     const HRESULT hr = capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, devmode, records);
     const bool isMatched = SUCCEEDED(hr) && !records.empty() && MatchRecord(devmode, records);
-    const bool hasName = devmode->dmPaperSize < kFirstUnnamedPaper && devmode->dmPaperSize != DMPAPER_USER;
+    const bool hasName = devmode->dmPaperSize < facts::kFirstUserPaper && devmode->dmPaperSize != DMPAPER_USER;
     if (!isMatched || !hasName) SetFormName(devmode, OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4"));
     return isMatched;
 }

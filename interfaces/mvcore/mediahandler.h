@@ -45,9 +45,10 @@ private:
     CXString msFormName_;
 };
 
-// The product's sizes, then the user's custom ones (DriverCustom; their MS ids are 0x8000 and above, made from their
-// names), then forms. They belong to the handler and keep their place as long as it lives. Sizes are the same when they
-// are equal in whole tenths of a millimetre, as the paper database knows them. The custom size 6731 is no page size.
+// The product's sizes, then the user's custom ones (DriverCustom), then forms, each with an MS id of its own range
+// (facts/papernumbers.h). They belong to the handler and keep their place as long as it lives. Sizes are the same when
+// they are equal in whole tenths of a millimetre, as the paper database knows them. The custom size 6731 is no page
+// size.
 class MediaHandler {
 public:
     // All of them, or those of that size, in the order in which the model learnt them; replaces the contents.

@@ -7,7 +7,7 @@
 
 // One form, 164 bytes; its bytes enter the forms database CRC.
 struct _MVN_FORM_INFO {
-    WORD formIndex;  // number in the database, from 1
+    WORD formIndex;  // number in the database, from 1; a paper number of the forms' range
     WORD reserved1;
     DWORD isUserForm;  // 1 for a form that a user made, 0 for one of the system's or the printer's
     LONG width;        // thousandths of a millimetre
@@ -20,7 +20,8 @@ static_assert(sizeof(_MVN_FORM_INFO) == 164, "the forms database CRC is over 164
 
 class MVUTIL_API CForms {
 public:
-    // Reads the forms at once; none when the spooler does not answer. The flag includes forms wider than long.
+    // Reads the forms at once; none when the spooler does not answer. The flag includes forms wider than long. Forms
+    // for which the forms' range of paper numbers has no room are left out.
     CForms(HANDLE printer, bool allForms);
 
     const std::vector<_MVN_FORM_INFO>& GetForms() const noexcept { return forms_; }

@@ -9,3 +9,5 @@ inline constexpr const WCHAR* kCustomSizesKey = W("Morvane Custom Paper Sizes");
 inline constexpr const WCHAR* kCustomSizeWidthValue = W("WidthInThousandthsOfAMillimeter");
 inline constexpr const WCHAR* kCustomSizeLengthValue = W("LengthInThousandthsOfAMillimeter");
 inline constexpr const WCHAR* kCustomSizeIsMetricValue = W("IsMetricUnits");
+// The paper number that the size got first and keeps.
+inline constexpr const WCHAR* kCustomSizeNumberValue = W("PaperNumber");

@@ -1,15 +1,11 @@
 // The media handler: whatever is asked for is found by an index, for printers with thousands of sizes.
 #include "mediahandler.h"
 
-#include <mvcore/mvcorelibrary.h>
 #include <mvutil/operatingsystem.h>
 
 namespace {
 
 constexpr double kRounding = 0.499999;
-// MS ids of the user's custom sizes, above all paper numbers of the system's and the products'.
-constexpr WORD kFirstUserSizeMsId = 0x8000;
-constexpr WORD kUserSizeMsIdMask = 0x7FFF;
 
 std::uint32_t WholeTenths(const Dimension& dimension) {
     return static_cast<std::uint32_t>(dimension.GetValue(Dimension::TenthsOfMillimetre).GetLongValue(kRounding));
@@ -58,7 +54,6 @@ PageSize& ModelMediaHandler::AddPageSize(DWORD value, PageSizeTypeEnum type, LON
     PageSize& size = sizes_.emplace_back(ValueId(value, &names_), type, width, length, units, msId, name);
     byValue_.emplace(value, &size);
     bySize_[GetSizeKey(size.GetWidth(), size.GetLength())].push_back(&size);
-    msIds_.insert(msId);
     return size;
 }
 
@@ -75,12 +70,9 @@ PageSize& ModelMediaHandler::AddNewMsForm(const Dimension& width, const Dimensio
     return size;
 }
 
-PageSize& ModelMediaHandler::AddUserSize(LONG width, LONG length, DWORD units, const CXString& name) {
-    const DWORD named = GetMvCoreLibrary()->GetCustomSizeMsId(name.GetString()) >> 16;
-    WORD msId = static_cast<WORD>(kFirstUserSizeMsId | (named & kUserSizeMsIdMask));
-    while (msIds_.contains(msId)) msId = static_cast<WORD>(kFirstUserSizeMsId | ((msId + 1) & kUserSizeMsIdMask));
-    return AddPageSize(GetFreeValue(kFirstUserSizeValue + msId), PageSizeTypeEnum::DriverCustom, width, length, units,
-                       msId, name);
+PageSize& ModelMediaHandler::AddUserSize(LONG width, LONG length, DWORD units, WORD number, const CXString& name) {
+    return AddPageSize(GetFreeValue(kFirstUserSizeValue + number), PageSizeTypeEnum::DriverCustom, width, length, units,
+                       number, name);
 }
 
 WORD ModelMediaHandler::GetMsTrayId(const ValueId& tray) const {

@@ -9,7 +9,6 @@
 #include <deque>
 #include <map>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 class ModelMediaHandler final : public MediaHandler {
@@ -33,8 +32,8 @@ public:
     // A page size of the product's; its value must be new.
     PageSize& AddPageSize(DWORD value, PageSizeTypeEnum type, LONG width, LONG length, DWORD units, WORD msId,
                           const CXString& name);
-    // A custom size that the user made. Its MS id follows from its name.
-    PageSize& AddUserSize(LONG width, LONG length, DWORD units, const CXString& name);
+    // A custom size that the user made; the number is its MS id.
+    PageSize& AddUserSize(LONG width, LONG length, DWORD units, WORD number, const CXString& name);
 
 private:
     using SizeKey = std::uint64_t;
@@ -45,6 +44,5 @@ private:
     std::deque<PageSize> sizes_;
     std::unordered_map<DWORD, PageSize*> byValue_;
     std::unordered_map<SizeKey, std::vector<PageSize*>> bySize_;
-    std::unordered_set<WORD> msIds_;  // as the sizes were added
     std::map<DWORD, WORD> trays_;
 };

@@ -1,8 +1,6 @@
 // The product's features, papers, trays, media types and resolutions as features of a model.
 #include "productsource.h"
 
-#include <mvutil/customsizes.h>
-#include <mvutil/user.h>
 #include <products/reader/productdescription.h>
 
 #include <algorithm>
@@ -13,7 +11,6 @@ namespace {
 
 // Features that follow from a product's lists.
 constexpr DWORD kResolutions = 94;
-constexpr DWORD kPageSize = 168;
 constexpr DWORD kWidth = 172;
 constexpr DWORD kLength = 173;
 constexpr DWORD kMediaType = 175;
@@ -22,8 +19,6 @@ constexpr DWORD kLoadedTrays = 192;  // a row for each tray
 constexpr DWORD kTray = 193;
 constexpr DWORD kPaper = 477;
 constexpr DWORD kTrayOfRow = 710;
-
-constexpr LONG kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
 
 Feature& Declare(ModelParts& parts, DWORD id) { return parts.root.Declare(GetCataloguePath(id)); }
 
@@ -71,7 +66,7 @@ void AddFeature(ModelParts& parts, const ProductFeature& description) {
 
 void AddPapers(ModelParts& parts, const ProductDescription& product) {
     std::vector<DWORD> values;
-    Feature& feature = Declare(parts, kPageSize);
+    Feature& feature = Declare(parts, kPageSizeFeature);
     feature.SetRequired(true);
     for (const ProductPaper& paper : product.papers) {
         if (paper.type == PageSizeRow::kCustom) {
@@ -125,8 +120,8 @@ void AddTrayRow(ModelParts& parts, Feature& rows, const ProductTray& tray) {
     Feature& number = row.Declare({kTrayOfRow});
     number.AddOptions({tray.value});
     SetDefaultNumber(number, tray.value);
-    Feature& size = row.Declare({kPageSize});
-    size.ShareOptionsOf(Declare(parts, kPageSize));
+    Feature& size = row.Declare({kPageSizeFeature});
+    size.ShareOptionsOf(Declare(parts, kPageSizeFeature));
     SetDefaultNumber(size, tray.heldSize);
     for (const auto& [side, held] : {std::pair(kWidth, tray.heldWidth), std::pair(kLength, tray.heldLength)}) {
         Feature& feature = row.Declare({side});
@@ -157,8 +152,6 @@ void AddTrays(ModelParts& parts, const ProductDescription& product) {
         if (tray.value != DataModelIds::kNotSet) AddTrayRow(parts, rows, tray);
 }
 
-bool IsSide(LONG micrometres) noexcept { return micrometres > 0 && micrometres <= kLongestSide; }
-
 }  // namespace
 
 void AddProduct(ModelParts& parts, const ProductDescription& product) {
@@ -167,18 +160,4 @@ void AddProduct(ModelParts& parts, const ProductDescription& product) {
     AddMediaTypes(parts, product);
     AddResolutions(parts, product);
     AddTrays(parts, product);
-}
-
-void AddUserPaperSizes(ModelParts& parts) {
-    std::vector<DWORD> values;
-    for (const CXString& name : User::EnumUserKeyNames(kCustomSizesKey)) {
-        const CXString key = CXString(kCustomSizesKey) + W("\\") + name;
-        const LONG width = User::GetUserDataLongFromRegistry(key, kCustomSizeWidthValue, 0);
-        const LONG length = User::GetUserDataLongFromRegistry(key, kCustomSizeLengthValue, 0);
-        if (!IsSide(width) || !IsSide(length)) continue;
-        const bool isMetric = User::GetUserDataBooleanFromRegistry(key, kCustomSizeIsMetricValue, false);
-        const DWORD units = isMetric ? DataModelIds::kUnitsMillimetres : DataModelIds::kUnitsInches;
-        values.push_back(parts.media.AddUserSize(width, length, units, name).GetValueId().GetValueEnum());
-    }
-    Declare(parts, kPageSize).AddOptions(values);
 }

@@ -5,6 +5,10 @@
 
 struct ProductDescription;
 
+inline constexpr DWORD kPageSizeFeature = 168;
+inline constexpr LONG kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
+
 void AddProduct(ModelParts& parts, const ProductDescription& product);
-// Page sizes of type DriverCustom, offered by the feature of page sizes. Sizes that no paper has are left out.
+// Page sizes of type DriverCustom, offered by the feature of page sizes. Sizes that no paper has are left out. One that
+// has no paper number yet, or one that another has, gets one, which is stored with it.
 void AddUserPaperSizes(ModelParts& parts);

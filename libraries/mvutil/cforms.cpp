@@ -1,6 +1,7 @@
 // CForms: the forms that the spooler knows for a printer.
 #include <mvutil/cforms.h>
 
+#include <facts/papernumbers.h>
 #include <mvutil/printer.h>
 
 #include "sizedread.h"
@@ -14,7 +15,11 @@
 
 namespace {
 
-constexpr DWORD kMaximumForms = 0xFFFF;  // a form's number has 16 bits
+// The number of the form at that place, from 0: the next one, but none has the custom paper's.
+constexpr std::size_t NumberAt(std::size_t place) {
+    const std::size_t number = place + 1;
+    return number < facts::kCustomPaper ? number : number + 1;
+}
 
 _MVN_FORM_INFO MakeForm(const FORM_INFO_1W& source, const CXString& name, WORD number) {
     _MVN_FORM_INFO form = {};
@@ -42,12 +47,12 @@ CForms::CForms(HANDLE printer, bool allForms) {
         [&](BYTE* buffer, DWORD size, DWORD* needed) { return EnumFormsW(printer, 1, buffer, size, needed, &count); });
     if (error != ERROR_SUCCESS) return;
     const FORM_INFO_1W* const forms = records.As<FORM_INFO_1W>();
-    const std::size_t usable = std::min<std::size_t>(records.CountRecords<FORM_INFO_1W>(count), kMaximumForms);
-    forms_.reserve(usable);
-    for (std::size_t index = 0; index < usable; ++index) {
+    const std::size_t listed = records.CountRecords<FORM_INFO_1W>(count);
+    forms_.reserve(listed);
+    for (std::size_t index = 0; index < listed && NumberAt(index) <= facts::kLastFormPaper; ++index) {
         const FORM_INFO_1W& form = forms[index];
         if (!allForms && form.Size.cx > form.Size.cy) continue;
-        forms_.push_back(MakeForm(form, records.Text(form.pName), static_cast<WORD>(index + 1)));
+        forms_.push_back(MakeForm(form, records.Text(form.pName), static_cast<WORD>(NumberAt(index))));
     }
 }
 

@@ -1,6 +1,8 @@
 // The lists of a product file, its DEVMODE defaults, and what follows from them.
 #include "productlists.h"
 
+#include <facts/papernumbers.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -8,7 +10,6 @@ namespace {
 
 constexpr DWORD kAutomaticValue = 5001;
 constexpr DWORD kLastProductValue = 0xFFFF;     // above: values that a model gives to forms and to the user's sizes
-constexpr WORD kCustomPaperNumber = 256;        // DMPAPER_USER
 constexpr WORD kTabloidNumber = 3;              // which the driver reads as 17 wherever it stands
 constexpr std::int64_t kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
 
@@ -33,6 +34,18 @@ LONG ReadSide(TomlSection& section, std::string_view key) {
     return static_cast<LONG>(section.GetInteger(key, 100, kLongestSide));
 }
 
+// A number of the products' range, which no form and no size of the user's can have.
+WORD ReadPaperNumber(TomlSection& section) {
+    return static_cast<WORD>(section.GetInteger("number", facts::kFirstProductPaper, facts::kLastProductPaper));
+}
+
+// Whether the system gives the number to a paper of that size.
+bool IsSystemPaperOf(const PageSizeRow& size, std::int64_t number) {
+    const PageSizeRow* paper =
+        number > facts::kLastSystemPaper ? nullptr : FindPageSizeByPaperNumber(static_cast<WORD>(number));
+    return paper && paper->width == size.width && paper->length == size.length;
+}
+
 constexpr std::size_t kLongestFormName = CCHFORMNAME - 1;
 
 // A size of the Print Schema's list: { size = KEYWORD, number, name, form, units }; only the keyword is needed where it
@@ -51,11 +64,13 @@ ProductPaper ReadKeywordPaper(TomlSection& section) {
     paper.displayUnits = row->GetDisplayUnits();
     paper.value = row->IsCustom() ? PageSizeRow::kCustomSizeValue : row->value;
     if (row->IsCustom())
-        paper.number = kCustomPaperNumber;
+        paper.number = facts::kCustomPaper;
     else if (row->paperNumber != 0 && !section.Has("number"))
         paper.number = row->paperNumber;
+    else if (const auto number = section.GetIntegerIfGiven("number", 1).value_or(0); IsSystemPaperOf(*row, number))
+        paper.number = static_cast<WORD>(number);
     else
-        paper.number = static_cast<WORD>(section.GetInteger("number", 1, 0x7FFF));
+        paper.number = ReadPaperNumber(section);
     if (section.Has("form") && !row->IsCustom()) paper.formName = section.GetText("form", kLongestFormName);
     return paper;
 }
@@ -65,7 +80,7 @@ ProductPaper ReadKeywordPaper(TomlSection& section) {
 ProductPaper ReadOwnPaper(TomlSection& section) {
     ProductPaper paper;
     paper.name = section.GetText("name", 63);
-    paper.number = static_cast<WORD>(section.GetInteger("number", 1, 0x7FFF));
+    paper.number = ReadPaperNumber(section);
     paper.value = static_cast<DWORD>(section.GetInteger("value", 6400, 6730));
     if (FindPageSizeByValue(paper.value)) section.Fail("value", "a value that no Print Schema size has");
     paper.type =
@@ -90,8 +105,6 @@ void ReadPapers(TomlSection& root, ProductDescription& product) {
             paper.displayUnits = *units == "in" ? PageSizeRow::kUnitsInches : PageSizeRow::kUnitsMillimetres;
         }
         section.RefuseOtherKeys();
-        if (paper.number == kCustomPaperNumber && paper.type != PageSizeRow::kCustom)
-            section.Fail("number", "another number than 256, the custom size's");
         const char* const numberKey = section.Has("number") ? "number" : "size";
         if (paper.number == kTabloidNumber)
             section.Fail(numberKey, "a paper number other than 3, which drivers read as 17 (number = 17 selects it)");

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <map>
+#include <string>
 
 namespace {
 
@@ -81,10 +83,10 @@ TEST_F(CacheBuildersTest, RecordsComeInTheirOrderAndTheSameAgainWritesNothing) {
         return place(a.pageSizeType) < place(b.pageSizeType);
     }));
     ExpectPaper(papers, W("A4"), {9, 9, 2100, 2970, 0, 7491, 25001, {}});
-    ExpectPaper(papers, W("Press Sheet 330 x 487"), {400, 0, 3302, 4877, 0, 7491, 25003, {}});
+    ExpectPaper(papers, W("Press Sheet 330 x 487"), {9400, 0, 3302, 4877, 0, 7491, 25003, {}});
     // Forms that stand for a paper of the product.
-    ExpectPaper(papers, W("SRA3 Press Sheet"), {300, 300, 3200, 4500, 0, 7491, 25004, {}});
-    ExpectPaper(papers, W("Press House Card"), {402, 402, 1050, 2100, 0, 7491, 25005, {}});
+    ExpectPaper(papers, W("SRA3 Press Sheet"), {9300, 9300, 3200, 4500, 0, 7491, 25004, {}});
+    ExpectPaper(papers, W("Press House Card"), {9402, 9402, 1050, 2100, 0, 7491, 25005, {}});
     ExpectPaper({papers.back()}, W("Custom Size"),
                 {256, 256, english_ ? 2159 : 2100, english_ ? 2794 : 2970, 0, english_ ? 7492u : 7491u, 25008, {}});
 
@@ -184,6 +186,26 @@ TEST_F(CacheModelTest, FormsGiveNumbersToTheSizesThatTheyStandFor) {
     // Form 3 has the size of a tabloid, too, and comes first: it is never taken.
     ExpectPaper(papers, W("Tabloid"), {17, 3, 2794, 4318, 0, 7492, 25001, {}});
     ExpectPaper(papers, W("SRA3"), {119, 0, 3200, 4500, 0, 7491, 25002, {}});
+TEST(CacheAnswers, NoTwoPapersOfAPrinterShareANumber) {
+    const TestStore store;
+    const TestPrinter printers[] = {TestPrinter(kPress, W("Press")), TestPrinter(kOffice, W("Office")),
+                                    TestPrinter(kScript, W("Script"))};
+    for (LONG form = 0; form < 300; ++form)  // beyond every number that a product or the custom size ever had
+        AddForm(printers[0].GetHandle(), CXString("Form ") + CXString(std::to_string(form).c_str()), 50000,
+                50000 + form);
+    AddCustomSize(W("Mine"), 111100, 222200);
+    for (const TestPrinter& printer : printers) {
+        RebuildCapabilityCaches(printer.GetHandle());
+        Papers papers;
+        MSDeviceCapabilities().GetPaperDatabaseCachedDeviceCapabilitiesVector(printer.GetHandle(), nullptr, papers);
+        std::map<WORD, DWORD> values;
+        for (const _tag_FormsInfoRec& paper : papers)
+            EXPECT_EQ(values.emplace(paper.msPaperId, paper.pageSizeValue).first->second, paper.pageSizeValue)
+                << CXString(paper.name).ToUtf8() << " is another paper of number " << paper.msPaperId;
+        EXPECT_EQ(values[256], 6731u);
+    }
+}
+
     const Papers mapped(papers.end() - 4, papers.end() - 2);  // before the user's form and the custom size
     ExpectPaper(papers, W("Press Form"), {119, 119, 3200, 4500, 0, 7491, 25004, {}});
     ExpectPaper(papers, W("11x17 in"), {17, 17, 2794, 4318, 0, 7492, 25004, {}});

@@ -45,6 +45,28 @@ TEST_F(CachesCommands, FormsAndCustomSizesReachThePrintersThatOfferThem) {
     EXPECT_EQ(Show("Office"), before);
 }
 
+TEST_F(CachesCommands, ACustomSizesNumberSelectsIt) {
+    Do({"printer", "add", "Office", "--product", "office8430"});
+    Do({"printer", "add", "Script", "--product", "script8432"});
+    Do({"printer", "customsize", "add", "Mine", "--width", "111.1", "--length", "222.2"});
+    for (const std::string printer : {"Press", "Office", "Script"}) {
+        const std::string shown = Show(printer), start = "  Mine: number ";
+        const std::string number = shown.substr(shown.find(start) + start.size(), 5);
+        const auto make = [&](const std::string& file, const std::string& paper) {
+            Do({"devmode", "new", "--printer", printer, "-o", File(file), "--set", "dmPaperSize=" + paper});
+        };
+        make("mine.bin", number);
+        make("back.bin", "9");
+        Do({"ticket", "--printer", printer, "--devmode", File("mine.bin"), "-o", File("mine.xml")});
+        EXPECT_TRUE(Has(Read("mine.xml"), ":DriverCustomSize_" + number + "_1111x2222\"")) << printer << number;
+        Do({"apply", "--printer", printer, "--ticket", File("mine.xml"), "--devmode", File("back.bin"), "-o",
+            File("back.bin")});
+        const std::string back = Do({"devmode", "show", File("back.bin"), "--json"});
+        for (const char* field : {"\"dmPaperSize\": 256", "\"dmPaperWidth\": 1111", "\"dmPaperLength\": 2222"})
+            EXPECT_TRUE(Has(back, field)) << printer << field << back;
+    }
+}
+
 TEST_F(CachesCommands, PapersThatCannotBeAreRefusedAndChangeNothing) {
     EXPECT_EQ(Form({"add", "Ticket", "--width", "80", "--length", "200"}).status, 0);
     Do({"printer", "customsize", "add", "Mine", "--width", "80", "--length", "200"});

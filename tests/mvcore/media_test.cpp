@@ -3,7 +3,13 @@
 
 #include <support/userpapers.h>
 
+#include <mvcore/pagesizedictionary.h>
+#include <mvutil/user.h>
+
 #include <gtest/gtest.h>
+
+#include <map>
+#include <set>
 
 namespace {
 
@@ -40,21 +46,37 @@ TEST_F(MediaTest, FormsBecomePageSizesThatKeepTheirPlace) {
     EXPECT_TRUE(model.SetOption(FeatureId(168), added.back()->GetValueId().GetValueEnum()));
 }
 
-TEST_F(MediaTest, TheUsersCustomSizesHaveTheSameValuesInEveryModel) {
-    AddCustomSize(W("Poster"), 300000, 900000);
-    AddCustomSize(W("Flyer"), 100000, 200000, 0);
-    AddCustomSize(W("Beyond"), 0x7FFFFFFF, 200000);
-    TestModel model, again;
+// The user's sizes by name: MS id and value.
+std::map<CXString, std::pair<WORD, DWORD>> ListUserSizes() {
+    TestModel model;
     std::vector<PageSize*> sizes;
     model.GetIntegration().GetMediaHandler().GetPageSizes(sizes);
-    ASSERT_EQ(sizes.size(), 7u);
-    EXPECT_NE(sizes[5]->GetMsId(), sizes[6]->GetMsId());
-    EXPECT_NE(sizes[5]->GetUnits(), sizes[6]->GetUnits());
-    for (const PageSize* size : {sizes[5], sizes[6]}) {
-        EXPECT_GE(size->GetMsId(), 0x8000);
-        EXPECT_EQ(size->GetUnits() == 7491, size->GetDisplayString() == W("Poster"));
-        const PageSize* same = again.GetIntegration().GetMediaHandler().GetPageSize(size->GetValueId());
-        EXPECT_TRUE(same && same->GetDisplayString() == size->GetDisplayString());
+    std::map<CXString, std::pair<WORD, DWORD>> listed;
+    std::set<WORD> numbers;
+    for (auto size = sizes.begin() + 5; size != sizes.end(); ++size) {
+        const WORD number = (*size)->GetMsId();
+        EXPECT_TRUE(number >= 10000 && number <= 32767 && numbers.insert(number).second) << number;
+        EXPECT_EQ((*size)->GetUnits() == 7491, (*size)->GetDisplayString() == W("Poster"));
+        listed[(*size)->GetDisplayString()] = {number, (*size)->GetValueId().GetValueEnum()};
+    }
+    return listed;
+}
+
+TEST_F(MediaTest, TheUsersCustomSizesKeepTheirNumbersWhateverOthersCome) {
+    AddCustomSize(W("Poster"), 300000, 900000);
+    AddCustomSize(W("Beyond"), 0x7FFFFFFF, 200000);
+    const auto poster = ListUserSizes()[W("Poster")];
+    const auto numberOf = [](const CXString& name) {
+        return (PageSizeDictionary::GetCustomSizeMsId(name) >> 16) % 22768;
+    };
+    CXString first;  // comes before the poster and would have its number
+    for (int n = 0; first.IsEmpty() || numberOf(first) != numberOf(W("Poster")); ++n) first.Format(W("A%d"), n);
+    AddCustomSize(first, 100000, 200000, 0);
+    EXPECT_EQ(ListUserSizes()[W("Poster")], poster);
+    // A number that no custom size has, and another size's.
+    for (const LONG stored : {LONG{0x8001}, LONG{poster.first}}) {
+        User::StoreUserDataLongInRegistry(CXString(kCustomSizesKey) + W("\\") + first, kCustomSizeNumberValue, stored);
+        EXPECT_EQ(ListUserSizes().size(), 2u);
     }
 }
 

@@ -14,7 +14,7 @@ papers = [
     { size = "ISOA4", form = "Sheet" },
     { size = "NorthAmericaTabloid", number = 9903 },
     { size = "NorthAmerica11x17" },
-    { name = "Press Sheet 330 x 487", number = 400, value = 6700, width = 330200, length = 487680 },
+    { name = "Press Sheet 330 x 487", number = 9400, value = 6700, width = 330200, length = 487680 },
     { size = "CustomMediaSize" },
 ]
 trays = [

@@ -35,8 +35,8 @@ driver_version = 1
 workflow_library = "mvwfwuC0.dll"
 papers = [
     { size = "ISOA4" },
-    { size = "ISOSRA3", number = 300, form = "Large" },
-    { name = "Banner", number = 301, value = 6700, width = 300000, length = 900000 },
+    { size = "ISOSRA3", number = 9300, form = "Large" },
+    { name = "Banner", number = 9301, value = 6700, width = 300000, length = 900000 },
     { size = "CustomMediaSize" },
 ]
 trays = [{ number = 15, value = 5001, name = "Auto" }, { number = 1, value = 7147, name = "1", holds = { size = "Banner", media = 6800 } }]
@@ -96,8 +96,8 @@ TEST(ProductReader, ReadsEveryKindOfEntry) {
         const char* form;
     };
     const Row rows[] = {{9, 6436, 25001, 210000, ""},
-                        {300, 6490, 25002, 320000, "Large"},
-                        {301, 6700, 25003, 300000, ""},
+                        {9300, 6490, 25002, 320000, "Large"},
+                        {9301, 6700, 25003, 300000, ""},
                         {256, 6731, 25008, 0, ""}};
     ASSERT_EQ(product->papers.size(), std::size(rows));
     for (const Row& row : rows) {
@@ -123,9 +123,13 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"driver_version = 1\n", "", 1, "driver_version: expected a whole number from 1 to 65535, got nothing"},
         {"mvwfwuC0.dll", "mvother.dll", 4, "workflow_library: expected mvwftuC0.dll, mvwfwuC0.dll or mvwfuvC0.dll"},
         {"ISOA4", "ISOA44", 6, "papers[0].size: expected a page size of the Print Schema"},
-        {"number = 300", "number = 9", 7, "papers[1].number: expected a paper number that no other paper"},
-        {"number = 300", "number = 3", 7, "papers[1].number: expected a paper number other than 3"},
-        {"\"ISOSRA3\", number = 300", "\"ISOA4\", number = 300", 7, "papers[1].size: expected each page size once"},
+        {"ISOA4", "NorthAmericaTabloid", 6, "papers[0].size: expected a paper number other than 3"},
+        {"number = 9300", "number = 9301", 8, "papers[2].number: expected a paper number that no other paper"},
+        {"number = 9300", "number = 9", 7, "papers[1].number: expected a whole number from 9000 to 9999, got 9"},
+        {"number = 9301", "number = 256", 8, "papers[2].number: expected a whole number from 9000 to 9999, got 256"},
+        {"number = 9301", "number = 10000", 8,
+         "papers[2].number: expected a whole number from 9000 to 9999, got 10000"},
+        {"\"ISOSRA3\", number = 9300", "\"ISOA4\", number = 9300", 7, "papers[1].size: expected each page size once"},
         {"value = 6700", "value = 6436", 8, "papers[2].value: expected a value that no Print Schema size has"},
         {"width = 300000", "width = 99000000", 8, "papers[2].width: expected a whole number from 100 to 3276700"},
         {"length = 900000", "length = 900000, colour = 1", 8, "papers[2].colour: expected no such key"},
@@ -169,19 +173,11 @@ TEST(ProductReader, FindsLongKeysWhateverStandsBeforeThem) {
 }
 
 TEST(ProductReader, LoadsTheProductsBesideThePrograms) {
-    struct Row {
-        const char* name;
-        std::size_t papers, mediaTypes;
-    };
-    const Row rows[] = {{"office8430", 12, 8}, {"press8434", 40, 30}, {"script8432", 12, 8}};
-    const auto files = FindProductFiles("products");
-    ASSERT_EQ(files.size(), std::size(rows));
-    for (std::size_t index = 0; index < files.size(); ++index) {
-        SCOPED_TRACE(rows[index].name);
-        EXPECT_EQ(files[index].stem(), rows[index].name);
-        const auto product = LoadProduct(files[index]);
-        EXPECT_GE(product->papers.size(), rows[index].papers);
-        EXPECT_GE(product->mediaTypes.size(), rows[index].mediaTypes);
+    std::string names;
+    for (const std::filesystem::path& file : FindProductFiles("products")) {
+        names += file.stem().string() + " ";
+        SCOPED_TRACE(names);
+        const auto product = LoadProduct(file);
         EXPECT_TRUE(std::filesystem::exists(product->paths.at(15)));
         for (const DWORD setting : {422, 423, 424, 425})
             EXPECT_EQ(product->settings.at(setting).kind, ProductSetting::Kind::Integer);
@@ -189,6 +185,7 @@ TEST(ProductReader, LoadsTheProductsBesideThePrograms) {
                                  40373, 10027, 10290, 10029, 41034, 41035})
             EXPECT_FALSE(product->strings.at(text).empty()) << text;
     }
+    EXPECT_EQ(names, "office8430 press8434 script8432 ");
 }
 
 TEST(ProductReader, ParsesAgainOnlyWhenAFileHasChanged) {
