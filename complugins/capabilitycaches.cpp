@@ -14,17 +14,6 @@ namespace {
 
 constexpr DWORD kMediaReadyIndex = 29, kStapleIndex = 30;
 
-// A builder compares check words alone: a blob that has the right one over wrong content would stay.
-void DropDamagedCaches(HANDLE printer) {
-    const CXString key = MorvaneUtilities::ConvertPortNameToRegistryKey(Printer(printer).GetPrinterPort());
-    DataCache cache(printer, key, kCapabilityCacheCrcStart, true);
-    for (const CapabilityGroup& group : kCapabilityGroups) {
-        ByteBuffer blob;
-        if (cache.GetCachedBytesValue(group.valueName, blob) && !IsWholeCapabilityBlob(group, blob))
-            cache.DeleteCache(group.valueName, false);
-    }
-}
-
 }  // namespace
 
 bool IsWholeCapabilityBlob(const CapabilityGroup& group, ByteBuffer blob) {
@@ -40,7 +29,6 @@ void RebuildCapabilityCaches(HANDLE printer) {
     const ProductStringLoader loader(DataModelIds::kNotSet);
     MSDeviceCapabilities capabilities;  // outlives the manager, which it observes
     DataModelManager manager(1, PrintDriver::GetMorvaneDriverDataFilePathFromHandle(printer), loader, false, true);
-    DropDamagedCaches(printer);
     capabilities.Initialize(printer, false);
     std::vector<DataSource*> sources = {&capabilities};
     manager.PopulateFromSourceData(sources);

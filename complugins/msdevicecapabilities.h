@@ -69,8 +69,8 @@ public:
     bool ExportSourceData(AttributeBytesSink& sink) override { return ExportCachesToDevmode(sink); }
     void Dump() const override {}
 
-    // Builds the blobs of the groups whose flags are in the mask; those that differ from what was last read or built
-    // are dirty from now on. Does nothing before IntegrateSourceData.
+    // Builds the blobs of the groups whose flags are in the mask; those that differ from what was last read or built,
+    // or from what the registry holds, are dirty from now on. Does nothing before IntegrateSourceData.
     void UpdateCaches(DWORD mask);
     // Writes the dirty blobs to the registry, unless writes are suppressed, and forgets that they were dirty. Whether
     // all were written; the flags of the groups are written only then.
@@ -103,6 +103,7 @@ private:
 
     void MapPrinterForms(IntegrationServices& services) const;
     DWORD CollectChangedGroups(const NotificationBundle& bundle);
+    bool IsStored(const CapabilityGroup& group);
     bool IsPresent(DWORD feature) const;
     CXString GetValueText(const ValueId& value) const;
     // Null when the group cannot be built.

@@ -166,11 +166,18 @@ void MSDeviceCapabilities::UpdateCaches(DWORD mask) {
         blob = BuildGroup(group);
         DWORD& known = knownCheckWords_[static_cast<std::size_t>(group.id)];
         const DWORD check = blob ? privateblock::ReadDword(blob->getLpbyte() + group.checkWordOffset) : known + 1;
-        if (check == known) continue;
+        if (check == known && (noWrite_ || IsStored(group))) continue;
         if (blob) known = check;
         dirtyFlags_ |= group.flag;
     }
     presentFeatures_.clear();
+}
+
+// Whether the registry holds the group's blob; one that vanished or was damaged since it was read is to be written
+// again.
+bool MSDeviceCapabilities::IsStored(const CapabilityGroup& group) {
+    ByteBuffer value;
+    return !cache_ || (cache_->GetCachedBytesValue(group.valueName, value) && value == *BlobOf(group));
 }
 
 bool MSDeviceCapabilities::IsPresent(DWORD feature) const {

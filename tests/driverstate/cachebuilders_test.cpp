@@ -124,6 +124,24 @@ TEST_F(CacheModelTest, AChangeRewritesTheGroupsThatItConcerns) {
     expect("copies, which no cache tells", 0, [&] { features.GetIntegerFeature(FeatureId(43)).SetValue(7); });
 }
 
+TEST_F(CacheModelTest, ACacheThatVanishedOrWasCutIsWrittenAgain) {
+    Populate();
+    for (const CapabilityGroup& group : kCapabilityGroups) {
+        SCOPED_TRACE(CXString(group.valueName).ToUtf8());
+        const auto updates = [&] {
+            capabilities_.UpdateCaches(group.flag);
+            return capabilities_.GetDirtyFlags() != 0 && capabilities_.SaveCaches();
+        };
+        updates();
+        EXPECT_FALSE(updates()) << "the same again";
+        const ByteBuffer whole = Blob(group.valueName);
+        Values().DeleteCache(group.valueName, false);
+        EXPECT_TRUE(updates() && Blob(group.valueName) == whole);
+        Values().SetCachedValue(group.valueName, ByteBuffer(whole.getLpbyte(), whole.getDword() - 1), false);
+        EXPECT_TRUE(updates() && Blob(group.valueName) == whole);
+    }
+}
+
 TEST_F(CacheModelTest, WhatTheTraysHoldIsReadWhenItIsToldToHaveChanged) {
     Populate();
     const auto ready = [&] {
@@ -168,24 +186,6 @@ TEST(CacheAnswers, TheCoreDriverAnswersTheSameFromTheCachesAsFromTheProduct) {
     }
 }
 
-// A source that takes the paper numbers of page sizes away, so that the printer's forms give them.
-class NumberlessSizes final : public DataSource {
-public:
-    void IntegrateSourceData(IntegrationInterface& integration) override {
-        for (const DWORD value : {kTabloid, kSra3})
-            integration.GetServices().GetMediaHandler().GetPageSize(ValueId(value))->SetMsId(0);
-    }
-};
-
-TEST_F(CacheModelTest, FormsGiveNumbersToTheSizesThatTheyStandFor) {
-    AddForm(handle_, W("Press Form"), 320000, 450000, FORM_PRINTER);
-    NumberlessSizes numberless;
-    Populate({&numberless});
-    const Papers papers = GetPapers();
-    ASSERT_EQ(papers.size(), 52u);
-    // Form 3 has the size of a tabloid, too, and comes first: it is never taken.
-    ExpectPaper(papers, W("Tabloid"), {17, 3, 2794, 4318, 0, 7492, 25001, {}});
-    ExpectPaper(papers, W("SRA3"), {119, 0, 3200, 4500, 0, 7491, 25002, {}});
 TEST(CacheAnswers, NoTwoPapersOfAPrinterShareANumber) {
     const TestStore store;
     const TestPrinter printers[] = {TestPrinter(kPress, W("Press")), TestPrinter(kOffice, W("Office")),
@@ -206,6 +206,24 @@ TEST(CacheAnswers, NoTwoPapersOfAPrinterShareANumber) {
     }
 }
 
+// A source that takes the paper numbers of page sizes away, so that the printer's forms give them.
+class NumberlessSizes final : public DataSource {
+public:
+    void IntegrateSourceData(IntegrationInterface& integration) override {
+        for (const DWORD value : {kTabloid, kSra3})
+            integration.GetServices().GetMediaHandler().GetPageSize(ValueId(value))->SetMsId(0);
+    }
+};
+
+TEST_F(CacheModelTest, FormsGiveNumbersToTheSizesThatTheyStandFor) {
+    AddForm(handle_, W("Press Form"), 320000, 450000, FORM_PRINTER);
+    NumberlessSizes numberless;
+    Populate({&numberless});
+    const Papers papers = GetPapers();
+    ASSERT_EQ(papers.size(), 52u);
+    // Form 3 has the size of a tabloid, too, and comes first: it is never taken.
+    ExpectPaper(papers, W("Tabloid"), {17, 3, 2794, 4318, 0, 7492, 25001, {}});
+    ExpectPaper(papers, W("SRA3"), {119, 0, 3200, 4500, 0, 7491, 25002, {}});
     const Papers mapped(papers.end() - 4, papers.end() - 2);  // before the user's form and the custom size
     ExpectPaper(papers, W("Press Form"), {119, 119, 3200, 4500, 0, 7491, 25004, {}});
     ExpectPaper(papers, W("11x17 in"), {17, 17, 2794, 4318, 0, 7492, 25004, {}});
