@@ -10,10 +10,9 @@
 
 // Under either hive.
 inline constexpr const WCHAR* kDriverFamilyKey = W("Software\\Morvane\\Printer Driver");
-// Capability caches and data-model state of a port: this key, a backslash and ConvertPortNameToRegistryKey(port).
+// Capability caches and data-model state of a port, whether asked for by key or by printer: this key, a backslash and
+// ConvertPortNameToRegistryKey(port).
 inline constexpr const WCHAR* kPrinterCachesKey = W("Software\\Morvane\\Printer Driver\\Printers");
-// The unkeyed form of DataCache.
-inline constexpr const WCHAR* kCommonCacheKey = W("Software\\Morvane\\Printer Driver\\Common");
 // A key name may not hold these; each one in a port name becomes an underscore.
 inline constexpr WCHAR kKeyNameSeparator = W('\\');
 inline constexpr std::size_t kMaximumKeyName = 255;  // characters

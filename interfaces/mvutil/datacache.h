@@ -3,7 +3,7 @@
 
 #include <mvutil/bytebuffer.h>
 
-// The keyed forms keep their values under the key name; the others under the driver family's common cache key.
+// The keyed forms keep their values under the key name; the others under that of the printer's port.
 // The location is told in interfaces/mvutil/cachelocation.h. A missing key is made by the first write when "create" is
 // true; without it such a write fails. Keys are opened for each call, so the object holds no handle.
 // A printer handle that is null or all ones throws ExceptionDataCacheFailure; a spooler that does not know the printer,

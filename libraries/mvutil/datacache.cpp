@@ -16,11 +16,18 @@ namespace {
 
 CXString KeyedPath(const CXString& key) { return CXString(kPrinterCachesKey) + W("\\") + key; }
 
+void RequirePrinter(HANDLE printer) {
+    if (Printer::IsValidHandle(printer)) return;
+    ThrowFailure(GetExceptionDataCacheFailure, W("A cache needs a printer"), W("datacache"), W("DataCache::DataCache"));
+}
+
+CXString PathOfPrinter(HANDLE printer) {
+    RequirePrinter(printer);
+    return KeyedPath(MorvaneUtilities::ConvertPortNameToRegistryKey(Printer(printer).GetPrinterPort()));
+}
+
 DWORD CrcOfPrinter(HANDLE printer, DWORD start) {
-    if (!Printer::IsValidHandle(printer)) {
-        ThrowFailure(GetExceptionDataCacheFailure, W("A cache needs a printer"), W("datacache"),
-                     W("DataCache::DataCache"));
-    }
+    RequirePrinter(printer);
     const CXString name = Printer(printer).GetPrinterName();
     return Crc32::GetCrc(name.GetString(), name.GetLength() * sizeof(WCHAR), start);
 }
@@ -34,7 +41,7 @@ DataCache::DataCache(HANDLE printer, const CXString& key, DWORD crcStart, bool c
     : DataCache(printer, MorvaneUtilities::GetRegistryHiveByContext(), key, crcStart, create) {}
 
 DataCache::DataCache(HANDLE printer, HKEY hive, DWORD crcStart, bool create)
-    : hive_(hive), path_(kCommonCacheKey), crc_(CrcOfPrinter(printer, crcStart)), create_(create) {}
+    : hive_(hive), path_(PathOfPrinter(printer)), crc_(CrcOfPrinter(printer, crcStart)), create_(create) {}
 
 DataCache::DataCache(HANDLE printer, HKEY hive, const CXString& key, DWORD crcStart, bool create)
     : hive_(hive), path_(KeyedPath(key)), crc_(CrcOfPrinter(printer, crcStart)), create_(create) {}

@@ -19,35 +19,45 @@ protected:
     TestStore store_;
     TestPrinter printer_{kPress};
     HANDLE handle_ = printer_.GetHandle();
-    Provider provider_;
+    TestPrinter other_{kPress, W("Other")};
 };
 
 TEST_F(DataSourceProviderTest, BothItemsAreCurrentAsLongAsTheConfigurationStands) {
+    // Each call by an object of its own: what one stores or deletes, the next one sees.
     const auto expect = [&](const char* what, LONG nuggetsCurrent, LONG stateCurrent, bool hasNuggets, bool hasState) {
         SCOPED_TRACE(what);
-        EXPECT_EQ(provider_.IsDataModelInfoNuggetsCurrent(handle_), nuggetsCurrent);
-        EXPECT_EQ(provider_.IsDataModelStateCurrent(handle_), stateCurrent);
+        EXPECT_EQ(Provider().IsDataModelInfoNuggetsCurrent(handle_), nuggetsCurrent);
+        EXPECT_EQ(Provider().IsDataModelStateCurrent(handle_), stateCurrent);
         ByteBuffer nuggets("old", 3), state("old", 3);
-        provider_.GetDataModelInfoNuggets(handle_, nuggets);
+        Provider().GetDataModelInfoNuggets(handle_, nuggets);
         EXPECT_EQ(nuggets, hasNuggets ? kNuggets : ByteBuffer());
-        provider_.GetDataModelState(handle_, state);
+        Provider().GetDataModelState(handle_, state);
         EXPECT_EQ(state, hasState ? kState : ByteBuffer());
     };
     expect("nothing stored", -1, -1, false, false);
-    provider_.SetDataModelInfoNuggets(handle_, kNuggets);
+    Provider().SetDataModelInfoNuggets(handle_, kNuggets);
     expect("nuggets stored", 1, -1, true, false);
-    provider_.SetDataModelState(handle_, kState);
+    Provider().SetDataModelState(handle_, kState);
     expect("state stored", 1, 1, true, true);
     DataCache(handle_, printer_.GetCacheKey(), 0, true).SetCachedValue(W("XAutoConfig"), kState, false);
     expect("configured anew", 0, 0, true, true);
-    provider_.SetDataModelState(handle_, kState);
+    Provider().SetDataModelState(handle_, kState);
     expect("state stored again: the stamp is both's", 1, 1, true, true);
-    provider_.DeleteDataModelInfoNuggets(handle_);
+    Provider().DeleteDataModelInfoNuggets(handle_);
     expect("nuggets deleted, and the stamp with them", -1, -1, false, true);
-    provider_.SetDataModelState(handle_, kState);
+    Provider().SetDataModelState(handle_, kState);
     expect("state stored once more", -1, 1, false, true);
-    provider_.DeleteDataModelState(handle_);
+    Provider().DeleteDataModelState(handle_);
     expect("state deleted", -1, -1, false, false);
+
+    Provider().SetDataModelState(other_.GetHandle(), kNuggets);
+    Provider deleting;  // makes its cache without a key, and keeps it
+    deleting.DeleteDataModelState(handle_);
+    deleting.SetDataModelState(handle_, kState);
+    expect("stored behind a deletion", -1, 1, false, true);
+    ByteBuffer others;
+    Provider().GetDataModelState(other_.GetHandle(), others);
+    EXPECT_EQ(others, kNuggets) << "another printer's";
 }
 
 }  // namespace

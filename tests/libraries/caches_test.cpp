@@ -62,7 +62,10 @@ TEST_F(CachesTest, TheKeyIsMadeByTheFirstWriteOnlyWhenAskedFor) {
     EXPECT_TRUE(KeyExists(HKEY_CURRENT_USER, path));
     EXPECT_TRUE(reading.SetCachedValue(W("X"), LONG(2), false));
     EXPECT_EQ(writing.GetCachedLongValue(W("X"), 7), 2);
-    EXPECT_EQ(DataCache(handle_, HKEY_CURRENT_USER, 0, true).GetCachedLongValue(W("X"), 7), 7) << "the common key's";
+    DataCache unkeyed(handle_, HKEY_CURRENT_USER, 0, true);
+    EXPECT_EQ(unkeyed.GetCachedLongValue(W("X"), 7), 7);
+    EXPECT_TRUE(unkeyed.SetCachedValue(W("X"), LONG(3), false));
+    EXPECT_EQ(DataCache(handle_, HKEY_CURRENT_USER, printer_.GetCacheKey(), 0, true).GetCachedLongValue(W("X"), 7), 3);
 }
 
 TEST_F(CachesTest, TheCrcIsThatOfThePrintersName) {
