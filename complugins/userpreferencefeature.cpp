@@ -104,8 +104,7 @@ void UserPreferenceVerticalFeature::SetFeatureServices(FeatureServices& services
     }
     services.GetIntegerFeature(FeatureId(kInteger)).SetValue(integer_);
     services.GetStringFeature(FeatureId(kText)).SetValue(CXString());
-    if (IsSupported(kProtectedString))
-        services.GetStringFeature(FeatureId(kProtectedString)).SetValue(protectedString_);
+    SetProtectedString(kProtectedString, protectedString_);
     if (!IsSupported(kMaskSwitch)) return;
     for (const MaskBit& bit : kMaskBits)
         services.GetBooleanFeature(FeatureId(bit.feature)).SetValue((mask_ & bit.bit) != 0);
@@ -146,7 +145,8 @@ void UserPreferenceVerticalFeature::OnSettingChanged(DWORD feature) {
         if (family == controllerFamily_) return;
         controllerFamily_ = family;
         ReadProtectedStrings();
-        WriteProtectedStrings();
+        SetProtectedString(kProtectedString, protectedString_);
+        SetProtectedString(kSecondProtectedString, secondProtectedString_);
         return;
     }
     for (const Identification& identification : identifications_)
@@ -162,11 +162,16 @@ void UserPreferenceVerticalFeature::ApplyIdentification(const Identification& id
     services_->GetBooleanFeature(FeatureId(identification.systemFeature)).SetValue(identification.kind != kCustomText);
 }
 
-void UserPreferenceVerticalFeature::WriteProtectedStrings() {
-    if (IsSupported(kProtectedString))
-        services_->GetStringFeature(FeatureId(kProtectedString)).SetValue(protectedString_);
-    if (IsSupported(kSecondProtectedString))
-        services_->GetStringFeature(FeatureId(kSecondProtectedString)).SetValue(secondProtectedString_);
+// One that the feature would cut is dropped: what is left of a number is another number.
+void UserPreferenceVerticalFeature::SetProtectedString(DWORD feature, CXString& text) {
+    if (!IsSupported(feature)) return;
+    const StringFeatureRef reference = services_->GetStringFeature(FeatureId(feature));
+    reference.SetValue(text);
+    CXString held;
+    reference.GetValue(held, DataModelIds::kCurrentValue);
+    if (held == text) return;
+    text = CXString();
+    reference.SetValue(text);
 }
 
 bool UserPreferenceVerticalFeature::IsSupported(DWORD feature) {

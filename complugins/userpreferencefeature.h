@@ -11,8 +11,8 @@ class XDevmode;
 
 // Declares the user's preferences in a model, gives them their values, and saves them when it is told that settings
 // were applied or a job was printed. The protected strings are kept encrypted, for each controller family its own; one
-// that cannot be read, or is no number of the family's length, counts as none. Registered with a model, it must not
-// end before the model's ReleaseSourceData. For one thread at a time.
+// that cannot be read, is no number of the family's length or does not fit its feature counts as none. Registered with
+// a model, it must not end before the model's ReleaseSourceData. For one thread at a time.
 class UserPreferenceVerticalFeature final : public IObserver, public DataSource {
 public:
     // Reads the protected strings of the family. The private DEVMODE is not used.
@@ -47,7 +47,7 @@ private:
     static Identification MakeIdentification(DWORD textFeature, DWORD systemFeature, DWORD restoreFeature,
                                              const WCHAR* kindValue, const WCHAR* textValue);
     void ReadProtectedStrings();
-    void WriteProtectedStrings();
+    void SetProtectedString(DWORD feature, CXString& text);
     void Save();
     void SaveMask();
     void SaveIdentification(Identification& identification);

@@ -114,8 +114,12 @@ TEST(UserPreferences, AreSavedWhenAJobIsPrinted) {
 }
 
 TEST(UserPreferences, ProtectedStringsAreNumbersOfTheirFamily) {
-    const std::tuple<DWORD, const WCHAR*, bool> cases[] = {
-        {8434, W("1234"), true}, {8434, W("123"), false}, {8434, W("12a4"), false}, {8433, W("7"), true}};
+    const std::tuple<DWORD, const WCHAR*, bool> cases[] = {{8434, W("1234"), true},
+                                                           {8434, W("123"), false},
+                                                           {8434, W("12a4"), false},
+                                                           {8433, W("7"), true},
+                                                           {8434, W("12345678901234567890123456789012"), true},
+                                                           {8434, W("123456789012345678901234567890123"), false}};
     for (const auto& [family, stored, isTaken] : cases) {
         const TestStore store;
         CXString name;
