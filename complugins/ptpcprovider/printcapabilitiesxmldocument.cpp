@@ -222,7 +222,7 @@ HRESULT PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue(IXMLDOMNod
         [&](auto& steps) { steps.AddChildPropertyValue(GetKeywordsPrefix().Get(), W("DisplayName")); }, kRelative);
     ComPtr<IXMLDOMNode> value;
     if (!Found(checks, node->selectSingleNode(query.Get(), value.Put()), value)) return kElementNotFound;
-    checks.Succeeds(value->put_text(CopyText(checks, ViewOf(text)).Get()));
+    checks.Succeeds(value->put_text(CopyWritable(checks, ViewOf(text)).Get()));
     return S_OK;
 }
 

@@ -42,6 +42,23 @@ inline Bstr CopyText(const ComChecks& checks, WideStringView text, LONG line = _
     return Join(checks, text, {}, line);
 }
 
+// A new copy as a document can hold it: U+FFFD stands for control characters, U+FFFE, U+FFFF and halves of characters.
+// What a DOM does with these is its own affair; none can write them.
+inline Bstr CopyWritable(const ComChecks& checks, WideStringView text, LONG line = __builtin_LINE()) {
+    constexpr WCHAR kReplacement = 0xFFFD;
+    const auto isHalf = [&](std::size_t at, unsigned kind) { return at < text.size() && (text[at] & 0xFC00u) == kind; };
+    Bstr copy = CopyText(checks, text, line);
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const unsigned unit = text[at];
+        const bool isControl = unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r';
+        if (isHalf(at, 0xD800) && isHalf(at + 1, 0xDC00))
+            ++at;  // a whole character
+        else if (isControl || (unit & 0xF800u) == 0xD800 || unit >= 0xFFFE)
+            copy.Get()[at] = kReplacement;
+    }
+    return copy;
+}
+
 // Throws the failure of a lookup; else says whether it found anything.
 template <class T>
 bool Found(const ComChecks& checks, HRESULT hr, const ComPtr<T>& result, LONG line = __builtin_LINE()) {

@@ -35,7 +35,7 @@ HRESULT PrintSchemaXmlDocument::AppendXMLAttribute(IXMLDOMElement* element, cons
     ComPtr<IXMLDOMNode> node;
     checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ATTRIBUTE)).Get(),
                                           CopyText(checks, qualifiedName).Get(), uri.Get(), node.Put()));
-    checks.Succeeds(node->put_nodeValue(Variant(CopyText(checks, value)).Get()));
+    checks.Succeeds(node->put_nodeValue(Variant(CopyWritable(checks, value)).Get()));
     const auto attribute = QueryFor<IXMLDOMAttribute>(checks, node.Get(), IID_IXMLDOMAttribute);
     ComPtr<IXMLDOMAttribute> replaced;
     checks.Succeeds(element->setAttributeNode(attribute.Get(), replaced.Put()));
@@ -58,7 +58,7 @@ void PrintSchemaXmlDocument::AppendTypedValue(const ComChecks& checks, IXMLDOMEl
     CreateXMLElement(Join(checks, FrameworkPrefix(), W("Value")).Get(), child.Put());
     AppendXMLAttribute(child.Get(), Join(checks, xsiPrefix_.View(), W("type")).Get(), kXmlSchemaInstanceNamespace,
                        Join(checks, SchemaPrefix(), type).Get());
-    if (!IsEmpty(value)) checks.Succeeds(child->put_text(CopyText(checks, value).Get()));
+    if (!IsEmpty(value)) checks.Succeeds(child->put_text(CopyWritable(checks, value).Get()));
     AppendChild(element, child.Get());
 }
 

@@ -106,7 +106,10 @@ public:
 
     PASSES(get_nodeName, (BSTR* a), (a));
     PASSES(get_nodeValue, (VARIANT* a), (a));
-    PASSES(put_nodeValue, (VARIANT a), (a));
+    HRESULT STDMETHODCALLTYPE put_nodeValue(VARIANT a) override {
+        this->plan_->texts += a.bstrVal;
+        return this->Forward([&] { return this->inner_->put_nodeValue(a); });
+    }
     PASSES(get_nodeType, (DOMNodeType* a), (a));
     HANDS(get_parentNode, (IXMLDOMNode** a), a, (out));
     REFUSES(get_childNodes, (IXMLDOMNodeList**));
@@ -124,7 +127,10 @@ public:
     REFUSES(cloneNode, (VARIANT_BOOL, IXMLDOMNode**));
     REFUSES(get_nodeTypeString, (BSTR*));
     PASSES(get_text, (BSTR* a), (a));
-    PASSES(put_text, (BSTR a), (a));
+    HRESULT STDMETHODCALLTYPE put_text(BSTR a) override {
+        this->plan_->texts += a;
+        return this->Forward([&] { return this->inner_->put_text(a); });
+    }
     REFUSES(get_specified, (VARIANT_BOOL*));
     REFUSES(get_definition, (IXMLDOMNode**));
     PASSES(get_nodeTypedValue, (VARIANT* a), (a));

@@ -3,12 +3,15 @@
 
 #include <comptr.h>
 #include <msxml2.h>
+#include <mvutil/cxstring.h>
 
 // Counts the calls on a document and on everything that it hands out.
 struct DomCallPlan {
     long calls = 0;
     long failAt = 0;           // 1 for the first call; 0: none fails
     HRESULT failure = E_FAIL;  // what the failing call returns; its out arguments are left alone
+
+    WideString texts;  // all that was put into the document
 
     bool Fails() { return ++calls == failAt; }
 };
