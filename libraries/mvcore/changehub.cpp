@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr DWORD kEveryEvent = 0;
+
 void RequireObserver(const IObserver* observer, const WCHAR* methodName) {
     if (!observer) ThrowFailure(&GetExceptionInvalidArgumentNullPointer, CXString(), W("mvcore/changehub"), methodName);
 }
@@ -66,6 +68,12 @@ void ChangeHub::RegisterEventObserver(IObserver* observer, EventId event) {
         eventObservers_.push_back(entry);
 }
 
+void ChangeHub::RegisterSource(IObserver* observer) {
+    const bool isRegistered = std::any_of(eventObservers_.begin(), eventObservers_.end(),
+                                          [&](const auto& entry) { return entry.first == observer; });
+    if (!isRegistered) eventObservers_.emplace_back(observer, kEveryEvent);
+}
+
 void ChangeHub::UnregisterEventObserver(IObserver* observer) {
     std::erase_if(eventObservers_, [&](const auto& entry) { return entry.first == observer; });
 }
@@ -75,7 +83,7 @@ void ChangeHub::RaiseEvent(EventId event) {
     std::exception_ptr failure;
     const auto registered = eventObservers_;  // observers come and go while they are told
     for (const auto& entry : registered) {
-        if (entry.second != event.GetId()) continue;
+        if (entry.second != event.GetId() && entry.second != kEveryEvent) continue;
         if (std::find(eventObservers_.begin(), eventObservers_.end(), entry) == eventObservers_.end()) continue;
         EventNotification notification(event);
         KeepFailure(failure, [&] { entry.first->OnNotification(notification); });

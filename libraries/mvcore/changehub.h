@@ -26,6 +26,8 @@ public:
                                        int number) override;
     void UnregisterFeatureChangeObserver(IObserver* observer) override;
     void RegisterEventObserver(IObserver* observer, EventId event);
+    // For every event, unless the observer asked for some of them.
+    void RegisterSource(IObserver* observer);
     void UnregisterEventObserver(IObserver* observer);
     // An event raised while it is told is not told again.
     void RaiseEvent(EventId event);

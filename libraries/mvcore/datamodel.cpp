@@ -56,6 +56,7 @@ public:
         for (DataSource* source : sources_) {
             source->RegisterForCurrentSettingsChanges(parts_.changes);
             source->SetFeatureServices(services_);
+            if (auto* observer = dynamic_cast<IObserver*>(source)) parts_.changes.RegisterSource(observer);
         }
         change.End();
     }
@@ -64,6 +65,7 @@ public:
         for (DataSource* source : sources_) {
             source->UnregisterForIntegrateSourceDataChanges(parts_.changes);
             source->UnregisterForCurrentSettingsChanges(parts_.changes);
+            if (auto* observer = dynamic_cast<IObserver*>(source)) parts_.changes.UnregisterEventObserver(observer);
         }
         sources_.clear();
     }

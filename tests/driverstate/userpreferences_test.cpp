@@ -48,10 +48,7 @@ struct PreferenceModel {
     void SetText(DWORD feature, const WCHAR* text) {
         EXPECT_TRUE(model.GetServices().GetStringFeature(FeatureId(feature)).SetValue(text));
     }
-    void Save(DWORD event = DataModelIds::kJobPrinted) {
-        EventNotification notification{EventId(event)};
-        preferences.OnNotification(notification);
-    }
+    void Save(DWORD event = DataModelIds::kJobPrinted) { model.GetServices().RaiseEvent(EventId(event)); }
     void TellOfChange(DWORD feature, DWORD settings = 23002) {
         NotificationBundle bundle;
         const FeatureIdWithContext id{FeatureId(feature)};

@@ -124,4 +124,24 @@ TEST_F(ChangesTest, EventsReachTheirObserversInOrder) {
     EXPECT_EQ(copies_.told, Told{"event 21032"});
 }
 
+// A source that is an observer; it may ask for one event.
+struct ObservingSource : TestObserver, DataSource {
+    void IntegrateSourceData(IntegrationInterface&) override {}
+    void SetFeatureServices(FeatureServices& services) override {
+        if (asks) services.RegisterEventObserver(this, EventId(21032), 26016);
+    }
+    bool asks = false;
+};
+
+TEST_F(ChangesTest, SourcesAreToldOfEventsUntilTheyAreReleased) {
+    ObservingSource silent, asking;
+    asking.asks = true;
+    TestModel model({&silent, &asking});
+    for (const DWORD event : {21032u, 21004u}) model.GetServices().RaiseEvent(EventId(event));
+    model.GetManager().ReleaseSourceData();
+    model.GetServices().RaiseEvent(EventId(21032));
+    EXPECT_EQ(silent.told, (Told{"event 21032", "event 21004"}));
+    EXPECT_EQ(asking.told, Told{"event 21032"}) << "of what it asked for, and once";
+}
+
 }  // namespace

@@ -89,7 +89,7 @@ private:
     DataModelManager manager_;
 };
 
-class TestObserver final : public IObserver {
+class TestObserver : public IObserver {
 public:
     // One text a notification: "event 21032", or the changes as "23002 22003 46 <- 46", comma-separated.
     std::vector<std::string> told;
