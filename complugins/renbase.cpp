@@ -1,19 +1,17 @@
 // RenBase: a data model of one job is built, given the job's settings, and told as a job ticket.
 #include "renbase.h"
 
+#include "jobmodel.h"
 #include "mvjtwriter.h"
 #include "privateblock.h"
 #include "renidentification.h"
-#include "userpreferencefeature.h"
 #include "xdevmode.h"
 #include "xoempdev.h"
 
 #include <mvcore/datamodelmanager.h>
-#include <mvcore/deviceinterface.h>
 #include <mvutil/devicesettings.h>
 #include <mvutil/executioncontext.h>
 #include <mvutil/morvaneexception.h>
-#include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 #include <mvutil/printjob.h>
 #include <workflow/productdata.h>
@@ -22,15 +20,12 @@ namespace {
 
 constexpr const WCHAR* kSourceUnit = W("renbase");
 constexpr LONG kGenerateContext = 31553;
-constexpr LONG kImportContext = 31554;
 constexpr LONG kOwnWriterContext = 31555;
 constexpr LONG kLibraryExportContext = 31556;
 
 constexpr DWORD kJobTickets = 286;
 constexpr DWORD kWriterSetting = 546;
 constexpr DWORD kOwnWriter = 8701;
-constexpr int kDriverModel = 1;
-constexpr int kAddSettings = 1;
 // Keys of the job's store.
 constexpr LONG kDocumentNameItem = 7;
 constexpr LONG kJobNumberItem = 16;
@@ -61,18 +56,6 @@ struct JobTexts {
     Text texts[3] = {{78, 438}, {82, 439}, {83, 440}};
 };
 
-// Ends the registrations of a manager's sources, which go before it does.
-class SourceRelease {
-public:
-    explicit SourceRelease(DataModelManager& manager) noexcept : manager_(manager) {}
-    SourceRelease(const SourceRelease&) = delete;
-    SourceRelease& operator=(const SourceRelease&) = delete;
-    ~SourceRelease() { manager_.ReleaseSourceData(); }
-
-private:
-    DataModelManager& manager_;
-};
-
 void SetString(const ListOfFeaturesRef& features, DWORD feature, const CXString& text) {
     features.GetStringFeature(FeatureId(feature)).SetValue(text);
 }
@@ -83,16 +66,6 @@ void SetOption(const ListOfFeaturesRef& features, DWORD feature, DWORD value) {
 
 bool HoldsOption(const ListOfFeaturesRef& features, DWORD feature, DWORD value) {
     return features.GetOptionFeature(FeatureId(feature)).GetValue() == ValueId(value);
-}
-
-// The block's settings. The list is the one that the process keeps decoded for blocks that it has seen.
-void ImportDocumentSettings(FeatureServices& services, XDevmode& xdevmode) {
-    const BasicExecutionContext context(kImportContext, W("RenBase::ImportDocumentSettings"), kSourceUnit);
-    const ExecutionContextLifetime lifetime(context);
-    AttributeBytesListTranslator translator;
-    services.GetAttributeBytesListTranslator(translator, DataModelIds::kAttributeListTranslator,
-                                             DataModelIds::kDocumentSettings, DataModelIds::kAttributeListVersion);
-    translator.ImportSettings(*xdevmode.GetDocPropAttributeBytesIndexedList(), kAddSettings);
 }
 
 void SetJobTexts(const ListOfFeaturesRef& features, const JobTexts& job, const CXString& documentName) {
@@ -143,24 +116,15 @@ bool RenBase::GenerateMvjt(HANDLE printerHandle, const DEVMODEW* devmode, XOemPd
     xdevmode.GetBooleanValueFromAttributeBytes(kJobTickets, wantsTicket);
     if (!wantsTicket) return false;
 
-    const Printer printer(printerHandle);
-    const DWORD family = productData.GetControllerFamily();
-    // The names of values are the product's texts: those of this printer's product.
-    TextResourceLoader::Initialize(printerHandle, false);
-    const ProductStringLoader loader(family, productData.GetModelName());
-    DataModelManager manager(kDriverModel, PrintDriver::GetMorvaneDriverDataFilePathFromHandle(printerHandle), loader,
-                             false, true);
-    DeviceInterface device(printer.GetPrinterName(), CXString(), printerHandle, 0, 0, &productData, nullptr,
-                           CXString());
     CXString documentName;
     pdev.GetPropertyString(kDocumentNameItem, documentName);
-    UserPreferenceVerticalFeature preferences(family, xdevmode, documentName);
-    DeviceSettingsManager deviceSettings(printer);
-    const IdentificationSettings identification = ReadIdentificationSettings(deviceSettings, pdev, family);
+    JobModel model(printerHandle, productData, xdevmode, documentName);
+    DeviceSettingsManager deviceSettings{Printer(printerHandle)};
+    const IdentificationSettings identification =
+        ReadIdentificationSettings(deviceSettings, pdev, productData.GetControllerFamily());
 
-    const SourceRelease release(manager);
-    std::vector<DataSource*> sources = {device.GetDataSource(), &preferences};
-    manager.PopulateFromSourceData(sources);
+    model.Populate();
+    DataModelManager& manager = model.GetManager();
     FeatureServices& services = manager.GetFeatureServices();
     ListOfFeaturesRef features;
     services.GetRootListOfFeatures(features);
@@ -168,7 +132,7 @@ bool RenBase::GenerateMvjt(HANDLE printerHandle, const DEVMODEW* devmode, XOemPd
     const JobTexts job(xdevmode);
     if (xdevmode.GetProperty(privateblock::kAttributeStateKey)) {
         manager.BeginMassSet();
-        ImportDocumentSettings(services, xdevmode);
+        model.ImportDocumentSettings();
         if (identification.mode == IdentificationSettings::kModeOfStrings) {
             SetString(features, 79, identification.second);
             SetString(features, 80, identification.first);

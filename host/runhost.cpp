@@ -35,6 +35,7 @@ void AddCommands(CLI::App& app, HostContext& context) {
     AddDevmodeCommands(app, context);
     AddConversionCommands(app, context);
     AddExplainCommand(app, context);
+    AddJobCommands(app, context);
     AddJobTicketCommand(app, context);
     AddCheckCommand(app, context);
     AddRegistryCommands(app, context);

@@ -49,5 +49,6 @@ void AddCachesCommands(CLI::App& app, HostContext& context);
 void AddDevmodeCommands(CLI::App& app, HostContext& context);
 void AddConversionCommands(CLI::App& app, HostContext& context);
 void AddExplainCommand(CLI::App& app, HostContext& context);
+void AddJobCommands(CLI::App& app, HostContext& context);
 void AddJobTicketCommand(CLI::App& app, HostContext& context);
 void AddRegistryCommands(CLI::App& app, HostContext& context);

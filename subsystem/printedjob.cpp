@@ -1,0 +1,55 @@
+// The end of a printed job, told to the job's model, and what the next job's model starts with.
+#include "printedjob.h"
+
+#include <jobmodel.h>
+#include <workflowobject.h>
+#include <xdevmode.h>
+
+#include "hosterror.h"
+
+namespace {
+
+// Calls the function with the model of a job of that DEVMODE.
+template <class Use>
+void UseJobModel(const InstalledPrinter& printer, DEVMODEW* devmode, Use use) {
+    WorkflowObject workflow;
+    if (!workflow.InitializeWorkflowObject(printer.GetHandle(), nullptr, nullptr))
+        throw OperationError("the printer's workflow library cannot be loaded; install the driver's files anew");
+    XDevmode xdevmode(devmode);
+    JobModel model(printer.GetHandle(), *workflow.GetProductDataObj(), xdevmode, CXString());
+    model.Populate();
+    model.ImportDocumentSettings();
+    use(model.GetManager().GetFeatureServices());
+}
+
+std::string DescribeSecret(const CXString& text) {
+    return text.IsEmpty() ? "none" : std::to_string(text.GetLength()) + " characters, not shown";
+}
+
+}  // namespace
+
+void EndPrintedJob(const InstalledPrinter& printer, DevmodeBuffer& devmode) {
+    UseJobModel(printer, devmode.Get(),
+                [](FeatureServices& services) { services.RaiseEvent(EventId(DataModelIds::kJobPrinted)); });
+}
+
+std::vector<std::pair<DWORD, std::string>> ReadJobPreferences(const InstalledPrinter& printer) {
+    std::vector<std::pair<DWORD, std::string>> preferences;
+    DEVMODEW devmode{};  // of a job for which nothing was set
+    devmode.dmSize = sizeof devmode;
+    UseJobModel(printer, &devmode, [&](FeatureServices& services) {
+        const FeatureId secret(42), integer(571);
+        CXString text;
+        LONG number = 0;
+        if (services.IsFeatureSupported(secret)) {
+            services.GetStringFeature(secret).GetValue(text, DataModelIds::kCurrentValue);
+            preferences.emplace_back(secret.GetId(), DescribeSecret(text));
+        }
+        for (const FeatureId option : {FeatureId(50), FeatureId(237), FeatureId(238)})
+            preferences.emplace_back(option.GetId(),
+                                     std::to_string(services.GetOptionFeature(option).GetValue().GetValueEnum()));
+        services.GetIntegerFeature(integer).GetValue(number, DataModelIds::kCurrentValue);
+        preferences.emplace_back(integer.GetId(), std::to_string(number));
+    });
+    return preferences;
+}
