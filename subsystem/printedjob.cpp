@@ -6,6 +6,7 @@
 #include <xdevmode.h>
 
 #include "hosterror.h"
+#include "settingnames.h"
 
 namespace {
 
@@ -46,8 +47,9 @@ std::vector<std::pair<DWORD, std::string>> ReadJobPreferences(const InstalledPri
             preferences.emplace_back(secret.GetId(), DescribeSecret(text));
         }
         for (const FeatureId option : {FeatureId(50), FeatureId(237), FeatureId(238)})
-            preferences.emplace_back(option.GetId(),
-                                     std::to_string(services.GetOptionFeature(option).GetValue().GetValueEnum()));
+            preferences.emplace_back(
+                option.GetId(),
+                NameValue(services.GetOptionFeature(option).GetValue().GetValueEnum(), *printer.GetProduct()));
         services.GetIntegerFeature(integer).GetValue(number, DataModelIds::kCurrentValue);
         preferences.emplace_back(integer.GetId(), std::to_string(number));
     });

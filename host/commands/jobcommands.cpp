@@ -2,6 +2,7 @@
 #include <subsystem/hostplatform.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/printedjob.h>
+#include <subsystem/settingnames.h>
 
 #include <memory>
 #include <ostream>
@@ -23,7 +24,7 @@ void RunPrinted(HostContext& context, const JobOptions& options) {
 void RunPreferences(HostContext& context, const JobOptions& options) {
     context.UseStore();
     for (const auto& [feature, value] : ReadJobPreferences(InstalledPrinter(ArgumentToWide(options.printer))))
-        context.out << feature << ": " << value << '\n';
+        context.out << NameFeature(feature) << ": " << value << '\n';
 }
 
 }  // namespace
@@ -42,5 +43,5 @@ void AddJobCommands(CLI::App& app, HostContext& context) {
     add("printed", "Plays the end of a printed job: the user's preferences in it are saved", RunPrinted)
         ->add_option("--devmode", options->devmode, "The job's DEVMODE, a file")
         ->required();
-    add("preferences", "Prints the user's preferences that the next job starts with, by feature", RunPreferences);
+    add("preferences", "Prints the user's preferences that the next job starts with", RunPreferences);
 }

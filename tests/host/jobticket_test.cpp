@@ -27,10 +27,10 @@ TEST_F(JobTicketRun, PrintsTheTextAloneOrSaysWhyThereIsNone) {
 TEST_F(JobTicketRun, APrintedJobIsRememberedForTheUsersNextOne) {
     Do({"printer", "add", "Press", "--product", "press8434"});
     const std::vector<std::string> ask = {"job", "preferences", "--printer", "Press"};
-    EXPECT_TRUE(Do(ask).starts_with("42: none\n")) << Do(ask);
+    EXPECT_TRUE(Do(ask).starts_with("PIN: none\n")) << Do(ask);
     Do({"devmode", "new", "--printer", "Press", "-o", File("d.bin"), "--attribute", "42=271828"});
     Do({"job", "printed", "--printer", "Press", "--devmode", File("d.bin")});
-    EXPECT_TRUE(Do(ask).starts_with("42: 6 characters, not shown\n")) << Do(ask);
+    EXPECT_TRUE(Do(ask).starts_with("PIN: 6 characters, not shown\n")) << Do(ask);
 }
 
 }  // namespace
