@@ -4,6 +4,7 @@
 #include <bstr.h>
 #include <morvaneptprovider.h>
 #include <printsubsystem/printschema.h>
+#include <workflowobject.h>
 
 #include <algorithm>
 #include <memory>
@@ -165,6 +166,10 @@ void PrintSession::Bind() {
     const HRESULT queried = provider_->QueryDeviceDefaultNamespace(uri.Put());
     if (queried != E_NOTIMPL) RequireSuccess("QueryDeviceDefaultNamespace", queried);
     deviceNamespace_ = uri.View();
+}
+
+bool PrintSession::HasWorkflowLibrary() const {
+    return WorkflowObject().InitializeWorkflowObject(printer_.GetHandle(), nullptr, nullptr);
 }
 
 HRESULT PrintSession::CallTicket(DevmodeBuffer& devmode, IXMLDOMDocument2* ticket) const {

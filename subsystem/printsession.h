@@ -21,6 +21,10 @@ public:
     const InstalledPrinter& GetPrinter() const noexcept { return printer_; }
     const CoreDriver& GetCoreDriver() const noexcept { return coreDriver_; }
 
+    // Whether the printer's workflow library can be loaded. A provider binds without it, and then has no product texts
+    // and no controller family.
+    bool HasWorkflowLibrary() const;
+
     // The calls on the provider, as it answers them. Each throws OperationError when the provider keeps a reference to
     // a document, or gives one away.
     HRESULT CallTicket(DevmodeBuffer& devmode, IXMLDOMDocument2* ticket) const;

@@ -1,4 +1,5 @@
 // ticket, apply, capabilities, validate
+#include <algorithm>
 #include <memory>
 #include <ostream>
 
@@ -17,6 +18,8 @@
 namespace {
 
 using Document = PrintSession::Document;
+
+constexpr std::size_t kMostLosses = 50;  // that are told one by one
 
 // Options of the four commands; each declares those that it takes. Empty: not given.
 struct ConversionOptions {
@@ -55,7 +58,10 @@ void WriteDocument(HostContext& context, const ConversionOptions& options, IXMLD
 // Says on standard error what is lost and what is ignored; under --strict that fails before anything is written.
 void ReportLosses(HostContext& context, const ConversionOptions& options, const Explanation& explanation) {
     const std::vector<std::string> losses = ListLosses(explanation);
-    for (const std::string& loss : losses) context.err << loss << '\n';
+    for (std::size_t index = 0; index < std::min(losses.size(), kMostLosses); ++index)
+        context.err << losses[index] << '\n';
+    if (losses.size() > kMostLosses)
+        context.err << losses.size() - kMostLosses << " more are lost or ignored; 'explain' lists them\n";
     if (!options.strict || losses.empty()) return;
     throw OperationError(std::to_string(losses.size()) +
                          " settings are lost or ignored, and --strict was given; nothing was written");

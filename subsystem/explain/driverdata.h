@@ -1,15 +1,12 @@
 // The driver data that a ticket carries: the private block of a DEVMODE as text, and what may be wrong with it.
 #pragma once
 
+#include <facts/privateparameters.h>
 #include <windows.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
-
-// The parameters of the component's own in a PrintTicket.
-inline constexpr std::string_view kDriverDataParameter = "JobMorvaneDriverData";
-inline constexpr std::string_view kJobTicketParameter = "JobMorvaneMvjtJobTicket";
 
 struct DriverData {
     std::string fault;        // why the text, or the settings in it, do not count; empty when they do

@@ -7,7 +7,7 @@
 namespace {
 
 bool IsDriverData(const SchemaSetting& setting) {
-    return setting.name.isPrivate && setting.name.local == kDriverDataParameter;
+    return setting.name.isPrivate && setting.name.local == facts::kDriverDataParameter;
 }
 
 // A setting of the ticket under a name that the DEVMODE's own ticket does not have.
@@ -56,7 +56,7 @@ Explanation ExplainAgreement(PrinterFacts& printer, const DevmodeBuffer& devmode
             rows.push_back(JudgeTicketSetting(setting, {ticket, made, made, printer}));
 
     const BYTE* block = FindBlock(devmode);
-    const SchemaSetting* data = ticket.FindPrivate(SchemaSetting::Kind::Parameter, kDriverDataParameter);
+    const SchemaSetting* data = ticket.FindPrivate(SchemaSetting::Kind::Parameter, facts::kDriverDataParameter);
     const DriverData driverData = data ? DecodeDriverData(data->text) : DriverData{"the ticket carries none", {}};
     if (block && !driverData.fault.empty()) {
         rows.push_back({"Driver data", "the private block", std::string(), Verdict::Lost, driverData.fault});

@@ -22,9 +22,10 @@ public:
     }
 
     Explanation Make(const SchemaSettings* coreTicket) {
+        printer_.AddMissingLibrary(rows_);
         for (const DevmodeSettingKind& kind : GetDevmodeSettingKinds()) AddPublicRow(kind);
         AddDriverRows();
-        if (const SchemaSetting* job = ticket_.FindPrivate(SchemaSetting::Kind::Parameter, kJobTicketParameter))
+        if (const SchemaSetting* job = ticket_.FindPrivate(SchemaSetting::Kind::Parameter, facts::kJobTicketParameter))
             rows_.push_back({NameSetting(*job), std::string(), DescribeSetting(*job), Verdict::Kept,
                              "made of the settings and put into the ticket"});
         if (coreTicket) AddCoreTicketRows(*coreTicket);
@@ -102,7 +103,7 @@ private:
                                  "kept there cannot be read"});
             return;
         }
-        const SchemaSetting* data = ticket_.FindPrivate(SchemaSetting::Kind::Parameter, kDriverDataParameter);
+        const SchemaSetting* data = ticket_.FindPrivate(SchemaSetting::Kind::Parameter, facts::kDriverDataParameter);
         const std::string fault = FindBlockFault(block);
         if (!fault.empty() || !data) {
             rows_.push_back({"Driver data", "the private block", std::string(), Verdict::Lost,

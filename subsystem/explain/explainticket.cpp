@@ -14,9 +14,12 @@ constexpr std::size_t kMostFurtherOptions = 10;  // that get a row each
 
 class TicketRows {
 public:
-    TicketRows(const AppliedTicket& applied, const DevmodeBuffer& devmode) : applied_(applied), devmode_(devmode) {}
+    TicketRows(const AppliedTicket& applied, const DevmodeBuffer& devmode) : applied_(applied), devmode_(devmode) {
+        for (const SchemaSetting& setting : applied.ticket.GetAll()) parents_.insert(setting.parents);
+    }
 
     Explanation Make() {
+        applied_.printer.AddMissingLibrary(rows_);
         for (const SchemaSetting& setting : applied_.ticket.GetAll()) {
             if (!seen_.insert(setting.GetKey()).second) {
                 Add(setting, nullptr, {Verdict::Ignored, "it stands in the ticket twice; the first one counts"});
@@ -55,14 +58,11 @@ private:
     }
 
     bool HoldsFeatures(const SchemaSetting& feature) const {
-        const std::string inside = feature.parents + feature.name.local + "/";
-        for (const SchemaSetting& other : applied_.ticket.GetAll())
-            if (other.parents == inside) return true;
-        return false;
+        return parents_.contains(feature.parents + feature.name.local + "/");
     }
 
     void AddParameter(const SchemaSetting& parameter) {
-        if (parameter.name.local == kDriverDataParameter) return AddDriverData(parameter);
+        if (parameter.name.local == facts::kDriverDataParameter) return AddDriverData(parameter);
         const SchemaSetting* made = FindCounterpart(parameter, applied_.made);
         if (made && SettingsAgree(parameter, *made)) return Add(parameter, made, {Verdict::Kept, TellWhere(parameter)});
         if (made) return Add(parameter, made, JudgeChangedParameter(parameter, *made, applied_));
@@ -74,6 +74,9 @@ private:
             return Add(parameter, nullptr,
                        {Verdict::Lost,
                         "it holds " + DescribeForeignDevmode(*foreign) + " settings, which only that driver can read"});
+        if (parameter.name.isPrivate && parameter.name.local == facts::kJobTicketParameter)
+            return Add(parameter, nullptr,
+                       {Verdict::Ignored, "the settings give no job ticket here, and a ticket's own is never read"});
         Judgement judgement = JudgeUnknownName(parameter);
         if (applied_.printer.GetOffered().Find(parameter.GetKey()))
             judgement.reason = "no scored property of the ticket refers to it";
@@ -81,7 +84,7 @@ private:
     }
 
     static std::string TellWhere(const SchemaSetting& parameter) {
-        if (parameter.name.local == kJobTicketParameter) return "the settings give the same job ticket";
+        if (parameter.name.local == facts::kJobTicketParameter) return "the settings give the same job ticket";
         return parameter.isReferenced ? "in the paper's size" : "in dmCopies";
     }
 
@@ -111,7 +114,7 @@ private:
 
     const AppliedTicket applied_;
     const DevmodeBuffer& devmode_;
-    std::set<std::string> seen_;
+    std::set<std::string> seen_, parents_;
     Explanation rows_;
 };
 

@@ -118,8 +118,8 @@ Judgement JudgeUnknownName(const SchemaSetting& setting) {
     const SchemaName& name = setting.name;
     if (name.text.empty()) return {Verdict::Ignored, "it has no name"};
     if (name.isPrivate) {
-        static const std::vector<std::string> own = {std::string(kDriverDataParameter),
-                                                     std::string(kJobTicketParameter), "JobCopiesAllDocuments"};
+        static const std::vector<std::string> own = {facts::kDriverDataParameter, facts::kJobTicketParameter,
+                                                     facts::kPrivateCopiesParameter};
         const std::string text = Quote(name.text) + " is no name of this driver";
         if (const std::optional<std::string> nearest = FindNearest(name.local, own))
             return {Verdict::Ignored, text + "; the nearest one is " + Quote(*nearest)};
@@ -153,7 +153,7 @@ Judgement JudgeChangedParameter(const SchemaSetting& parameter, const SchemaSett
     const std::optional<std::int64_t> wanted = ParseNumber(parameter.text), found = ParseNumber(made.text);
     if (const SchemaSetting* other = FindOverruling(parameter, made, applied))
         return {Verdict::Overruled, other->name.text + " says " + DescribeSetting(*other) + " and is read after it"};
-    if (parameter.name.local == kJobTicketParameter) return {Verdict::Changed, "made anew of the settings"};
+    if (parameter.name.local == facts::kJobTicketParameter) return {Verdict::Changed, "made anew of the settings"};
     if (!wanted) return {Verdict::Ignored, Quote(DescribeSetting(parameter)) + " is no whole number"};
     if (*wanted > kLargestShort || *wanted < std::numeric_limits<SHORT>::min())
         return {parameter.name.isPrivate ? Verdict::Changed : Verdict::Ignored,

@@ -15,6 +15,14 @@ const SchemaSettings& PrinterFacts::GetOffered() {
     return *offered_;
 }
 
+void PrinterFacts::AddMissingLibrary(Explanation& rows) const {
+    if (session_.HasWorkflowLibrary()) return;
+    rows.push_back(
+        {"Workflow library", GetProduct().workflowLibrary, std::string(), Verdict::Lost,
+         "the printer's workflow library cannot be loaded: without it the component has no product texts and "
+         "leaves out what depends on the controller family; put the library beside the component"});
+}
+
 DevmodeBuffer PrinterFacts::MakeDefaultDevmode() const {
     return MakeDevmode(GetProduct(), session_.GetPrinter().GetName().AsWideString(), {});
 }

@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "explanation.h"
 #include "paperwords.h"
 #include "schemasettings.h"
 
@@ -21,6 +22,9 @@ public:
     const PrinterPapers& GetPapers();
     // The features and options that the printer offers. Throws what the session throws.
     const SchemaSettings& GetOffered();
+
+    // A row about the printer's workflow library when it is missing.
+    void AddMissingLibrary(Explanation& rows) const;
 
     DevmodeBuffer MakeDefaultDevmode() const;  // as the driver makes it
     SchemaSettings MakeTicketSettings(DevmodeBuffer devmode) const;

@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/privateparameters.h>
 #include <printsubsystem/printschema.h>
 #include <subsystem/hosttext.h>
 
@@ -12,7 +13,6 @@ namespace {
 
 // Elements deeper than that are no settings of any document that can be read.
 constexpr int kMaximumDepth = 32;
-constexpr std::string_view kFallbackPrefix = "ns0000";
 
 std::string Trim(const std::string& text) {
     constexpr const char* kSpace = " \t\r\n";
@@ -89,7 +89,8 @@ private:
             break;
         }
         // A document that does not declare the family's namespace has its names under the fallback prefix.
-        name.isPrivate = name.uri == kPrivateUri || (!privateIsDeclared_ && text.substr(0, colon) == kFallbackPrefix);
+        name.isPrivate =
+            name.uri == kPrivateUri || (!privateIsDeclared_ && text.substr(0, colon) == facts::kFallbackPrefix);
         return name;
     }
 

@@ -35,8 +35,8 @@ std::string Shorten(const std::string& text) {
 }  // namespace
 
 std::string NameSetting(const SchemaSetting& setting) {
-    if (setting.name.isPrivate && setting.name.local == kDriverDataParameter) return "Driver data";
-    if (setting.name.isPrivate && setting.name.local == kJobTicketParameter) return "Job ticket";
+    if (setting.name.isPrivate && setting.name.local == facts::kDriverDataParameter) return "Driver data";
+    if (setting.name.isPrivate && setting.name.local == facts::kJobTicketParameter) return "Job ticket";
     const char* name =
         setting.name.IsKeyword() || setting.name.isPrivate ? FindKeywordName(setting.name.local) : nullptr;
     if (name) return setting.name.isPrivate ? std::string(name) + " (of the driver)" : name;

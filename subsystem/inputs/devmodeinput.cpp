@@ -105,7 +105,8 @@ DevmodeBuffer FromTicket(IXMLDOMDocument2* ticket, const std::string& name) {
     const SchemaSettings settings(ticket);
     std::string fault;
     for (const SchemaSetting& setting : settings.GetAll()) {
-        if (setting.kind != SchemaSetting::Kind::Parameter || setting.name.local != kDriverDataParameter) continue;
+        if (setting.kind != SchemaSetting::Kind::Parameter || setting.name.local != facts::kDriverDataParameter)
+            continue;
         DriverData data = DecodeDriverData(setting.text);
         if (!data.block.empty()) return WrapBlock(data.block);
         fault = data.fault;
@@ -133,8 +134,10 @@ std::optional<DevmodeBuffer> FindDevmode(std::span<const BYTE> bytes) {
 }
 
 DevmodeBuffer ReadDevmodeInput(const std::filesystem::path& file, const std::string& printer) {
-    const std::string bytes = ReadWholeFile(file);
-    const std::string name = PathToUtf8(file);
+    return ReadDevmodeBytes(ReadWholeFile(file), PathToUtf8(file), printer);
+}
+
+DevmodeBuffer ReadDevmodeBytes(std::string_view bytes, const std::string& name, const std::string& printer) {
     const InputKind kind = RecogniseInput(bytes);
     switch (kind.form) {
         case InputForm::Xml:

@@ -14,5 +14,8 @@
 // is, when it is none of these.
 DevmodeBuffer ReadDevmodeInput(const std::filesystem::path& file, const std::string& printer = std::string());
 
+// As ReadDevmodeInput, of bytes that are at hand; the name is what messages call them.
+DevmodeBuffer ReadDevmodeBytes(std::string_view bytes, const std::string& name, const std::string& printer);
+
 // The DEVMODE that the bytes are, when their own sizes agree with their number and their name is a text.
 std::optional<DevmodeBuffer> FindDevmode(std::span<const BYTE> bytes);

@@ -1,14 +1,16 @@
 // The rules of names: that they are there, are bound, and tell siblings apart.
 #include "rules.h"
 
+#include <facts/privateparameters.h>
+
 #include <algorithm>
 #include <array>
 
 namespace {
 
-constexpr std::string_view kFallbackPrefix = "ns0000";
-constexpr std::array<std::string_view, 3> kOwnParameters = {kDriverDataParameter, "JobMorvaneMvjtJobTicket",
-                                                            "JobCopiesAllDocuments"};
+using facts::kFallbackPrefix;
+constexpr std::array<std::string_view, 3> kOwnParameters = {facts::kDriverDataParameter, facts::kJobTicketParameter,
+                                                            facts::kPrivateCopiesParameter};
 constexpr std::array<std::string_view, 3> kNameStarts = {"Job", "Document", "Page"};
 
 bool NeedsName(SchemaKind kind) {

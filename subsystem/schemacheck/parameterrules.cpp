@@ -1,6 +1,8 @@
 // The rules of parameters: whole definitions, and references to what is there.
 #include "rules.h"
 
+#include <facts/privateparameters.h>
+
 #include <charconv>
 #include <limits>
 #include <optional>
@@ -47,7 +49,7 @@ void CollectParameters(SchemaCheck& check) {
         if (child->kind != kind) continue;
         const ExpandedName name = child->Name();
         check.parameters.insert(name.Key());
-        if (name.local == kDriverDataParameter) check.isOwn = true;
+        if (name.local == facts::kDriverDataParameter) check.isOwn = true;
     }
 }
 

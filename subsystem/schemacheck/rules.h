@@ -6,9 +6,6 @@
 
 #include <set>
 
-// The component's parameter that no other software has.
-inline constexpr std::string_view kDriverDataParameter = "JobMorvaneDriverData";
-
 // One document's check: what is known of the whole, and what was found.
 class SchemaCheck {
 public:

@@ -86,6 +86,13 @@ TEST_F(ExplainRun, TellsWhatBecameOfADevmode) {
     Write("core.xml", Replace(ticket, "</psf:PrintTicket>", orphan));
     Expect(Explain({"--devmode", File("fresh.bin"), "--in", File("core.xml")}),
            {"Copies of the page", "lost", "", "no scored property refers to it"});
+
+    Do({"registry", "import",
+        Write("library.reg",
+              "Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\SYSTEM"
+              "\\CurrentControlSet\\Control\\Print\\Printers\\P\\PrinterDriverData]\n\"XWorkflowDLL\"=dword:"
+              "00000009\n")});
+    Expect(Explain({"--devmode", File("fresh.bin")}), {"Workflow library", "lost", "", "cannot be loaded"});
 }
 
 TEST_F(ExplainRun, TellsWhatBecameOfATicket) {
