@@ -80,6 +80,8 @@ private:
         if (carrier.name.local == kMediaSizeKeyword) {
             const SelectedPaper wanted = printer_.GetPapers().Select(fields_);
             const SelectedPaper found = printer_.GetPapers().Select(readBack_.CopyPublicPart());
+            if (!wanted.isListed && (wanted.width != found.width || wanted.length != found.length))
+                return "this printer has no such paper, and took this one for it" + says;
             if (!wanted.isListed)
                 return (found.isListed ? "this printer has no such paper; another paper of its size was taken"
                                        : "a custom size, since this printer does not list it") +

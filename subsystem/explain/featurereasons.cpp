@@ -53,6 +53,8 @@ Judgement JudgePaper(const SchemaOption& wanted, const SchemaOption& made) {
     if (madeSize && IsNear(*wantedSize, *madeSize, kSizeTolerance))
         return {Verdict::Changed,
                 IsCustomSize(wanted) ? "this printer's paper of that size" : "another paper of the same size"};
+    if (madeSize && IsNear(*wantedSize, {madeSize->height, madeSize->width}, kSizeTolerance))
+        return {Verdict::Changed, "the sides were exchanged: a DEVMODE keeps the shorter one as the width"};
     if (wanted.name == made.name)
         return {Verdict::Changed, "the name counts, and this printer's paper of that name has another size"};
     return {Verdict::Changed, "name and size contradict each other, or this printer lists neither"};
@@ -154,11 +156,13 @@ Judgement JudgeChangedParameter(const SchemaSetting& parameter, const SchemaSett
     if (const SchemaSetting* other = FindOverruling(parameter, made, applied))
         return {Verdict::Overruled, other->name.text + " says " + DescribeSetting(*other) + " and is read after it"};
     if (parameter.name.local == facts::kJobTicketParameter) return {Verdict::Changed, "made anew of the settings"};
+    if (parameter.isReferenced && wanted && found)
+        return {Verdict::Changed, std::llabs(*wanted - *found) < kMicrometresPerTenth
+                                      ? "rounded: a DEVMODE holds tenths of a millimetre"
+                                      : "a side of the paper size, which changed"};
     if (!wanted) return {Verdict::Ignored, Quote(DescribeSetting(parameter)) + " is no whole number"};
     if (*wanted > kLargestShort || *wanted < std::numeric_limits<SHORT>::min())
         return {parameter.name.isPrivate ? Verdict::Changed : Verdict::Ignored,
                 "it does not fit in the 16 bits of a DEVMODE's field"};
-    if (found && std::llabs(*wanted - *found) < kMicrometresPerTenth && parameter.isReferenced)
-        return {Verdict::Changed, "rounded: a DEVMODE holds tenths of a millimetre"};
     return {Verdict::Ignored, "the driver does not take this number"};
 }

@@ -48,7 +48,9 @@ SelectedPaper PrinterPapers::Select(const DEVMODEW& devmode) const {
     };
     const bool hasNumber = (devmode.dmFields & DM_PAPERSIZE) != 0;
     if (hasNumber && devmode.dmPaperSize != DMPAPER_USER) {
-        const WORD number = static_cast<WORD>(devmode.dmPaperSize);
+        // Tabloid's own number stands for 11 x 17 inches, as the driver takes it.
+        const WORD number =
+            static_cast<WORD>(devmode.dmPaperSize == DMPAPER_TABLOID ? DMPAPER_11X17 : devmode.dmPaperSize);
         const _tag_FormsInfoRec* record =
             find([=](const _tag_FormsInfoRec& candidate) { return candidate.msPaperId == number; });
         if (record) return FromRecord(*record);

@@ -58,6 +58,8 @@ TEST_F(ExplainRun, TellsWhatBecameOfADevmode) {
         {{"--set", "dmPaperSize=9999"}, {"Paper size", "lost", "", "no such paper"}},
         {{"--set", "dmPaperSize=9999", "--set", "dmPaperWidth=2100", "--set", "dmPaperLength=2970"},
          {"Paper size", "changed", "A4, 210 x 297 mm", "another paper of its size"}},
+        {{"--set", "dmPaperSize=3", "--set", "dmPaperWidth=2159", "--set", "dmPaperLength=2794"},
+         {"Paper size", "kept", "279.4 x 431.8 mm", "NorthAmerica11x17"}},
         {{"--set", "dmPrintQuality=-4"}, {"Resolution", "changed", "600 x 600 dpi", "the printer's own resolution"}},
         {{"--set", "dmICMIntent=1"}, {"Rendering intent", "kept", "business graphics", "BusinessGraphics"}},
         {{"--set", "dmDuplex=3"}, {"Duplex", "kept", "short edge", "TwoSidedShortEdge"}},
@@ -125,6 +127,10 @@ TEST_F(ExplainRun, TellsWhatBecameOfATicket) {
          "psk:Plain",
          {"Paper type (driver setting)", "overruled", "Plain", "replaced the setting"}},
         {"psk:NorthAmericaLetter", "psk:Quarto", {"Paper size", "changed", "NorthAmericaLetter", "of the same size"}},
+        {"psk:NorthAmericaLetter\"",
+         "psk:CustomMediaSize\"",
+         {"Paper size", "changed", "NorthAmericaLetter", "paper of that size"}},
+        {size, ">215930<", {"Paper size", "changed", "215.9 x", "rounded"}},
         {size, ">222250<", {"Paper size", "changed", "NorthAmericaLetter", "the name counts"}},
         {"psk:NorthAmericaLetter\"", "psk:Odd\"", {"Paper size", "changed", "NorthAmericaLetter", "of the same size"}},
         {dataText, dataText.substr(0, 41), {"Driver data", "lost", "", "no Base64 text"}},
@@ -138,6 +144,11 @@ TEST_F(ExplainRun, TellsWhatBecameOfATicket) {
     Write("t.xml", Replace(Replace(ticket, "psk:NorthAmericaLetter", "psk:Odd"), size, ">123456<"));
     Expect(Explain({"--ticket", File("t.xml"), "--devmode", File("d.bin")}),
            {"Paper size", "changed", "CustomMediaSize, 123.5", "does not list it"});
+
+    Write("t.xml", Replace(Replace(ticket, "psk:NorthAmericaLetter", "psk:CustomMediaSize"), size, ">9999999<"));
+    Expect(Explain({"--ticket", File("t.xml")}), {"Paper size", "changed", "x 3276.7", "clamped"});
+    Write("t.xml", Replace(Replace(ticket, "psk:NorthAmericaLetter", "psk:CustomMediaSize"), size, ">300000<"));
+    Expect(Explain({"--ticket", File("t.xml")}), {"Paper size", "changed", "279.4 x 300", "exchanged"});
 
     // In the other order the two are compared, and what the capabilities say counts where they are given.
     Make("other.bin", {"--set", "dmDuplex=2"});
