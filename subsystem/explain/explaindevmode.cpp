@@ -6,7 +6,7 @@
 #include "devmodesettings.h"
 #include "driverdata.h"
 #include "explain.h"
-#include "settingwords.h"
+#include "featurereasons.h"
 
 namespace {
 
@@ -123,7 +123,7 @@ private:
     // Settings of the core driver's ticket that the component replaced or took out.
     void AddCoreTicketRows(const SchemaSettings& coreTicket) {
         for (const SchemaSetting& setting : coreTicket.GetAll()) {
-            const SchemaSetting* made = ticket_.Find(setting.GetKey());
+            const SchemaSetting* made = FindCounterpart(setting, ticket_);
             SettingVerdict row{NameSetting(setting), DescribeSetting(setting), made ? DescribeSetting(*made) : "",
                                Verdict::Overruled, "the core driver's ticket said so; the DEVMODE says otherwise"};
             if (made && SettingsAgree(setting, *made)) continue;
