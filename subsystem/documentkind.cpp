@@ -32,7 +32,7 @@ bool HasRoot(IXMLDOMDocument2* document, WideStringView rootName) {
 std::string DescribeRoot(IXMLDOMDocument2* document) {
     const Root root = GetRoot(document);
     if (root.name.empty()) return "an XML document without a root";
-    const std::string text = "an XML document whose root is " + ToUtf8(root.name);
+    std::string text = "an XML document whose root is " + ToUtf8(root.name);
     if (root.uri == kFrameworkNamespace) return text;
     if (root.uri.empty()) return text + " of no namespace";
     const bool isNamesake = root.name == kTicketRoot || root.name == kCapabilitiesRoot;

@@ -9,7 +9,7 @@ namespace {
 constexpr Verdict kVerdicts[] = {Verdict::Lost, Verdict::Ignored, Verdict::Overruled, Verdict::Changed, Verdict::Kept};
 
 std::string DescribeValues(const SettingVerdict& row) {
-    const std::string before = row.before.empty() ? "(none)" : row.before;
+    std::string before = row.before.empty() ? "(none)" : row.before;
     if (row.verdict == Verdict::Kept && (row.after.empty() || row.after == row.before)) return before;
     return before + " -> " + (row.after.empty() ? "(none)" : row.after);
 }

@@ -72,7 +72,8 @@ std::string DescribeOption(const SchemaSetting& feature, const SchemaOption& opt
     const std::optional<std::int64_t> x = FindNumber(option, "ResolutionX"), y = FindNumber(option, "ResolutionY");
     if (x && y) return std::to_string(*x) + " x " + std::to_string(*y) + " dpi";
     std::string text;
-    for (const auto& [score, value] : option.scores) text += (text.empty() ? "" : ", ") + score + " " + value;
+    for (const auto& [score, value] : option.scores)
+        text.append(text.empty() ? "" : ", ").append(score).append(" ").append(value);
     return text.empty() ? "(no name)" : Shorten(text);
 }
 

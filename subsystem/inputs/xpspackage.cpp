@@ -139,11 +139,12 @@ PackagePart ReadTicketOfPackage(std::string_view bytes, const std::string& name)
     const Package package(bytes, name);
     std::string target;
     int rank = 3;
+    const std::string prefix = name + ":/";
     for (const std::string& entry : package.ListNames()) {
         const std::optional<std::string> source = FindSource(entry);
         if (!source || RankSource(ToLowerAscii(*source)) >= rank) continue;
         const ComPtr<IXMLDOMDocument2> document =
-            ReadDocumentBytes(package.ReadPart(entry).value_or(std::string()), name + ":/" + entry);
+            ReadDocumentBytes(package.ReadPart(entry).value_or(std::string()), std::string(prefix).append(entry));
         ComPtr<IXMLDOMElement> root;
         if (document->get_documentElement(root.Put()) != S_OK || !root) continue;
         ComPtr<IXMLDOMNode> child;
