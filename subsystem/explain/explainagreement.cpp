@@ -35,11 +35,15 @@ SettingVerdict JudgeTicketSetting(const SchemaSetting& setting, const AppliedTic
 
 // The DEVMODE is told as the ticket that it gives, so that both sides speak of the same names.
 Explanation ExplainAgreement(PrinterFacts& printer, const DevmodeBuffer& devmode, const SchemaSettings& ticket) {
-    const SchemaSettings made = printer.MakeTicketSettings(devmode);
+    const ExplainedTicket own = ConvertAndExplain(printer, devmode, nullptr);
+    const SchemaSettings made(own.ticket.Get());
     Explanation rows;
+    // What no ticket of this DEVMODE can say, no ticket agrees with.
+    for (const SettingVerdict& row : own.explanation)
+        if (row.verdict == Verdict::Lost) rows.push_back(row);
     for (const SchemaSetting& setting : made.GetAll()) {
         if (IsDriverData(setting)) continue;
-        const SchemaSetting* other = ticket.Find(setting.GetKey());
+        const SchemaSetting* other = FindCounterpart(setting, ticket);
         SettingVerdict row{NameSetting(setting), DescribeSetting(setting), other ? DescribeSetting(*other) : "",
                            Verdict::Kept, "the DEVMODE and the ticket say the same"};
         if (!other) {
@@ -56,11 +60,12 @@ Explanation ExplainAgreement(PrinterFacts& printer, const DevmodeBuffer& devmode
             rows.push_back(JudgeTicketSetting(setting, {ticket, made, made, printer}));
 
     const BYTE* block = FindBlock(devmode);
+    if (!block || !FindBlockFault(block).empty()) return rows;
     const SchemaSetting* data = ticket.FindPrivate(SchemaSetting::Kind::Parameter, facts::kDriverDataParameter);
     const DriverData driverData = data ? DecodeDriverData(data->text) : DriverData{"the ticket carries none", {}};
-    if (block && !driverData.fault.empty()) {
+    if (!driverData.fault.empty()) {
         rows.push_back({"Driver data", "the private block", std::string(), Verdict::Lost, driverData.fault});
-    } else if (block) {
+    } else {
         AddBlockRows(block, driverData.block.data(),
                      {"the private block and the ticket's driver data say the same", Verdict::Changed,
                       "the private block and the ticket's driver data contradict each other",

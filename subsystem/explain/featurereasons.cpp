@@ -111,6 +111,7 @@ std::string TellPlace(const SchemaSetting& feature) {
 
 const SchemaSetting* FindCounterpart(const SchemaSetting& setting, const SchemaSettings& other) {
     if (const SchemaSetting* found = other.Find(setting.GetKey())) return found;
+    if (setting.name.isPrivate) return other.FindKeyword(setting.kind, setting.name.local);
     if (!setting.name.IsKeyword()) return nullptr;
     return setting.kind == SchemaSetting::Kind::Parameter ? other.FindPrivate(setting.kind, setting.name.local)
                                                           : other.FindKeyword(setting.kind, setting.name.local);

@@ -19,7 +19,8 @@ struct AppliedTicket {
 };
 
 // The setting of the other ticket that says what this one says; null when there is none. A nested feature is found in
-// the root; the core driver's parameter, which goes with a replaced paper size, in the driver's own of that name.
+// the root; the core driver's parameter, which goes with a replaced paper size, in the driver's own of that name, and
+// that in the core driver's.
 const SchemaSetting* FindCounterpart(const SchemaSetting& setting, const SchemaSettings& other);
 // A setting whose name the printer's tickets and capabilities do not have.
 Judgement JudgeUnknownName(const SchemaSetting& setting);

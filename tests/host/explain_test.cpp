@@ -151,10 +151,11 @@ TEST_F(ExplainRun, TellsWhatBecameOfATicket) {
     Expect(Explain({"--ticket", File("t.xml")}), {"Paper size", "changed", "279.4 x 300", "exchanged"});
 
     // In the other order the two are compared, and what the capabilities say counts where they are given.
-    Make("other.bin", {"--set", "dmDuplex=2"});
+    Make("other.bin", {"--set", "dmDuplex=2", "--set", "dmScale=50"});
     const Json rows = Explain({"--devmode", File("other.bin"), "--ticket", Write("t.xml", ticket)});
     Expect(rows, {"Duplex", "changed", "OneSided", "contradict each other"});
     Expect(rows, {"Orientation", "kept", "Portrait", "say the same"});
+    Expect(rows, {"Scale", "lost", "100 %", "dmScale"});
     Expect(rows, {"Paper type (driver setting)", "changed", "Transparency", "the private block does not"});
     const std::string capabilities = Do({"capabilities", "--printer", "P"});
     Write("c.xml", Replace(capabilities, "psk:TwoSidedLongEdge", "psk:Seventh"));
