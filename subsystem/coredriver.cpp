@@ -1,29 +1,25 @@
 // CoreDriver: a small core printer driver, from the DEVMODE and the product to documents and back.
 #include "coredriver.h"
 
+#include <facts/units.h>
 #include <winspool.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <set>
 #include <span>
 
 #include "devmodefields.h"
 #include "hosttext.h"
 #include "installedprinter.h"
+#include "schemasettings.h"
 #include "schematext.h"
-#include "ticketreader.h"
 
 namespace {
 
 using namespace schematext;
 
-constexpr LONG kMicrometresPerTenth = 100;
-constexpr LONG kLargestShort = std::numeric_limits<SHORT>::max();
-// Comparable software takes two sizes for the same within half a millimetre.
-constexpr LONG kSizeTolerance = 500;
+using facts::kLargestField, facts::kMicrometresPerTenth, facts::kSizeTolerance;
 
 // A DEVMODE field's value, the option that stands for it, and the option's display name; without one the option is
 // taken and neither offered nor written, since another one stands for the value.
@@ -80,7 +76,6 @@ constexpr ChoiceFeature kChoiceFeatures[] = {
 };
 
 std::string Keyword(std::string_view name) { return "psk:" + std::string(name); }
-WideString WideKeyword(const char* name) { return *ToWide(name); }
 
 SHORT GetField(const DEVMODEW& devmode, const ChoiceFeature& feature) {
     SHORT value;
@@ -157,7 +152,20 @@ std::string WriteCustomSizeDefinitions(bool isPostScript, const SIZEL& smallest,
            WriteDefinition({"PageMediaSizePSOrientation", "none", "Custom paper feed direction", kMandatory, 0, 3, 1});
 }
 
-bool IsNear(LONG a, LONG b) { return std::abs(static_cast<std::int64_t>(a) - b) <= kSizeTolerance; }
+bool IsNear(LONG side, std::int64_t wanted) {
+    return wanted >= std::int64_t{side} - kSizeTolerance && wanted <= std::int64_t{side} + kSizeTolerance;
+}
+
+// The option that the ticket selects; null when there is none.
+const SchemaOption* FindOption(const SchemaSettings& ticket, std::string_view feature) {
+    const SchemaSetting* setting = ticket.FindKeyword(SchemaSetting::Kind::Feature, feature);
+    return setting && !setting->options.empty() ? &setting->options.front() : nullptr;
+}
+
+// Empty for no option, and for one without a keyword's name.
+std::string GetKeyword(const SchemaOption* option) {
+    return option && option->name.IsKeyword() ? option->name.local : std::string();
+}
 
 }  // namespace
 
@@ -274,28 +282,29 @@ std::string CoreDriver::WriteMediaSizeChoices() const {
 // ----------------------------------------------------------------------------------------------------------
 
 void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const {
-    const TicketReader ticket(document);
+    const SchemaSettings ticket(document);
     for (const ChoiceFeature& feature : kChoiceFeatures) {
         if (QueryNumber(feature.capability) <= 0) continue;
-        const WideString keyword = ticket.FindOptionKeyword(WideKeyword(feature.keyword));
+        const std::string keyword = GetKeyword(FindOption(ticket, feature.keyword));
         for (const Choice& choice : feature.choices)
-            if (keyword == WideKeyword(choice.keyword)) SetField(devmode, feature, choice.value);
+            if (keyword == choice.keyword) SetField(devmode, feature, choice.value);
     }
-    const WideString intent = ticket.FindOptionKeyword(W("PageICMRenderingIntent"));
+    const std::string intent = GetKeyword(FindOption(ticket, "PageICMRenderingIntent"));
     for (const Choice& choice : kRenderingIntents) {
-        if (intent != WideKeyword(choice.keyword) || QueryNumber(DC_COLORDEVICE) <= 0) continue;
+        if (intent != choice.keyword || QueryNumber(DC_COLORDEVICE) <= 0) continue;
         devmode.dmICMIntent = static_cast<DWORD>(choice.value);
         devmode.dmFields |= DM_ICMINTENT;
     }
-    if (const std::optional<LONG> copies = ticket.FindParameter(W("JobCopiesAllDocuments"));
-        copies && *copies >= 1 && *copies <= kLargestShort) {
-        devmode.dmCopies = static_cast<SHORT>(*copies);
+    const SchemaSetting* parameter = ticket.FindKeyword(SchemaSetting::Kind::Parameter, "JobCopiesAllDocuments");
+    if (const std::int64_t copies = parameter ? parameter->GetNumber().value_or(0) : 0;
+        copies >= 1 && copies <= kLargestField) {
+        devmode.dmCopies = static_cast<SHORT>(copies);
         devmode.dmFields |= DM_COPIES;
     }
-    if (const ComPtr<IXMLDOMNode> option = ticket.FindOption(W("PageResolution"))) {
-        const LONG x = ticket.GetScoredInteger(option.Get(), W("ResolutionX")).value_or(0);
-        const LONG y = ticket.GetScoredInteger(option.Get(), W("ResolutionY")).value_or(x);
-        if (x > 0 && x <= kLargestShort && y > 0 && y <= kLargestShort) {
+    if (const SchemaOption* option = FindOption(ticket, "PageResolution")) {
+        const std::int64_t x = option->FindNumber("ResolutionX").value_or(0);
+        const std::int64_t y = option->FindNumber("ResolutionY").value_or(x);
+        if (x > 0 && x <= kLargestField && y > 0 && y <= kLargestField) {
             devmode.dmPrintQuality = static_cast<SHORT>(x);
             devmode.dmYResolution = static_cast<SHORT>(y);
             devmode.dmFields |= DM_PRINTQUALITY | DM_YRESOLUTION;
@@ -305,12 +314,12 @@ void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const
 }
 
 // By the size when the ticket tells it, else by the keyword.
-void CoreDriver::ReadMediaSize(const TicketReader& ticket, DEVMODEW& devmode) const {
-    const ComPtr<IXMLDOMNode> option = ticket.FindOption(W("PageMediaSize"));
+void CoreDriver::ReadMediaSize(const SchemaSettings& ticket, DEVMODEW& devmode) const {
+    const SchemaOption* option = FindOption(ticket, "PageMediaSize");
     if (!option) return;
-    const std::string keyword = ToUtf8(ticket.GetKeyword(option.Get()));
-    const LONG width = ticket.GetScoredInteger(option.Get(), W("MediaSizeWidth")).value_or(0);
-    const LONG length = ticket.GetScoredInteger(option.Get(), W("MediaSizeHeight")).value_or(0);
+    const std::string keyword = GetKeyword(option);
+    const std::int64_t width = option->FindNumber("MediaSizeWidth").value_or(0);
+    const std::int64_t length = option->FindNumber("MediaSizeHeight").value_or(0);
 
     const ProductPaper* found = nullptr;
     for (const ProductPaper& paper : product_->papers) {
@@ -330,9 +339,9 @@ void CoreDriver::ReadMediaSize(const TicketReader& ticket, DEVMODEW& devmode) co
         devmode.dmFields |= DM_PAPERSIZE | DM_FORMNAME;
         return;
     }
-    const LONG tenthsWide = width / kMicrometresPerTenth;
-    const LONG tenthsLong = length / kMicrometresPerTenth;
-    if (tenthsWide <= 0 || tenthsLong <= 0 || tenthsWide > kLargestShort || tenthsLong > kLargestShort) return;
+    const std::int64_t tenthsWide = width / kMicrometresPerTenth;
+    const std::int64_t tenthsLong = length / kMicrometresPerTenth;
+    if (tenthsWide <= 0 || tenthsLong <= 0 || tenthsWide > kLargestField || tenthsLong > kLargestField) return;
     devmode.dmPaperSize = DMPAPER_USER;
     devmode.dmPaperWidth = static_cast<SHORT>(tenthsWide);
     devmode.dmPaperLength = static_cast<SHORT>(tenthsLong);

@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-class TicketReader;
+class SchemaSettings;
 
 class CoreDriver {
 public:
@@ -26,7 +26,7 @@ public:
     // A PrintCapabilities with the same features, as the printer offers them; UTF-8 text.
     std::string WriteCapabilities() const;
     // Sets the public fields that the ticket tells, with their flags. What it does not tell, or tells in another way,
-    // stays, and so does what the printer has not. The document is read by XPath from now on.
+    // stays, and so does what the printer has not.
     void ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const;
 
 private:
@@ -36,7 +36,7 @@ private:
     std::string WriteMediaSize(const DEVMODEW& devmode) const;
     std::string WriteResolutionChoices() const;
     std::string WriteMediaSizeChoices() const;
-    void ReadMediaSize(const TicketReader& ticket, DEVMODEW& devmode) const;
+    void ReadMediaSize(const SchemaSettings& ticket, DEVMODEW& devmode) const;
 
     std::shared_ptr<const ProductDescription> product_;
     CXString printer_;

@@ -1,12 +1,10 @@
-// A DEVMODE with its driver extra area: as bytes in memory and as a file.
+// A DEVMODE with its driver extra area: bytes in memory whose sizes hold.
 #include "devmodefile.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "hosterror.h"
-#include "hostfiles.h"
-#include "hostplatform.h"
 
 static_assert(sizeof(DEVMODEW) == 220, "the public part of a DEVMODEW has 220 bytes");
 static_assert(offsetof(DEVMODEW, dmFields) == 72, "dmFields lies at byte 72 of a DEVMODEW");
@@ -52,9 +50,4 @@ void DevmodeBuffer::SetPublicPart(const DEVMODEW& devmode) noexcept {
     copy.dmSize = GetPublicBytes();
     copy.dmDriverExtra = GetExtraBytes();
     std::memcpy(bytes_.data(), &copy, std::min<std::size_t>(GetPublicBytes(), sizeof copy));
-}
-
-DevmodeBuffer ReadDevmodeFile(const std::filesystem::path& file) {
-    const std::string contents = ReadWholeFile(file);
-    return DevmodeBuffer(std::vector<BYTE>(contents.begin(), contents.end()), PathToUtf8(file));
 }

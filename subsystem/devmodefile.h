@@ -1,9 +1,8 @@
-// A DEVMODE with its driver extra area: as bytes in memory and as a file.
+// A DEVMODE with its driver extra area: bytes in memory whose sizes hold.
 #pragma once
 
 #include <windows.h>
 
-#include <filesystem>
 #include <string_view>
 #include <vector>
 
@@ -35,6 +34,3 @@ public:
 private:
     std::vector<BYTE> bytes_;
 };
-
-// Throws InputError when the file cannot be read or holds no DEVMODE.
-DevmodeBuffer ReadDevmodeFile(const std::filesystem::path& file);

@@ -2,6 +2,7 @@
 #include "devmodemaker.h"
 
 #include <devmodesettingssink.h>
+#include <facts/units.h>
 #include <msdevicecapabilities.h>
 #include <mvutil/persistentattributes.h>
 #include <printsubsystem/driverextra.h>
@@ -20,7 +21,7 @@ namespace {
 
 constexpr DWORD kBlockVersion = 1;
 constexpr WideStringView kExecutableName = W("mvpthost.exe");
-constexpr LONG kMicrometresPerTenth = 100;
+using facts::kMicrometresPerTenth;
 
 // The private block follows the core driver's part, and a WORD in it says so. The core driver for PostScript keeps that
 // word elsewhere than the one for the others.

@@ -3,6 +3,7 @@
 
 #include <facts/featurenames.h>
 #include <facts/printschemakeywords.h>
+#include <mvcore/datamodelids.h>
 #include <products/pagesizes.h>
 
 #include <algorithm>
@@ -63,8 +64,10 @@ std::string NameValue(DWORD value, const ProductDescription& product) {
             if (entry.value == value) return &entry.name;
         return nullptr;
     };
-    for (const std::string* name : {find(product.mediaTypes), find(product.papers), find(product.trays)})
-        if (name && value != 0 && value != DWORD{5001}) return *name;
+    // The lists name what is automatic each in its own way, and a size without a value has 0.
+    if (value != 0 && value != DataModelIds::kNotSet)
+        for (const std::string* name : {find(product.mediaTypes), find(product.papers), find(product.trays)})
+            if (name) return *name;
     if (const auto text = product.strings.find(value); text != product.strings.end()) return text->second;
     for (const facts::ValueName& row : facts::kValueNames)
         if (row.value == value) return row.name;

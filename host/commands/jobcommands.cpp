@@ -1,6 +1,7 @@
 // job printed, job preferences
 #include <subsystem/hostplatform.h>
 #include <subsystem/hosttext.h>
+#include <subsystem/inputs/devmodeinput.h>
 #include <subsystem/printedjob.h>
 #include <subsystem/settingnames.h>
 
@@ -16,7 +17,7 @@ struct JobOptions {
 };
 
 void RunPrinted(HostContext& context, const JobOptions& options) {
-    DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.devmode));
+    DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
     context.UseStore();
     EndPrintedJob(InstalledPrinter(ArgumentToWide(options.printer)), devmode);
 }

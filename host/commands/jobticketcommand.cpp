@@ -4,6 +4,7 @@
 
 #include <subsystem/hosterror.h>
 #include <subsystem/hostplatform.h>
+#include <subsystem/inputs/devmodeinput.h>
 #include <subsystem/jobticket.h>
 #include <subsystem/printsession.h>
 #include "commands.h"
@@ -15,7 +16,7 @@ struct JobTicketOptions {
 };
 
 void RunJobTicket(HostContext& context, const JobTicketOptions& options) {
-    DevmodeBuffer devmode = ReadDevmodeFile(PathFromUtf8(options.devmode));
+    DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
     context.UseStore();
     const PrintSession session(CXString::FromUtf8(options.printer));
     const PrintSession::Document ticket = session.MakeTicket(devmode);

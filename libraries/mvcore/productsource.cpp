@@ -1,6 +1,7 @@
 // The product's features, papers, trays, media types and resolutions as features of a model.
 #include "productsource.h"
 
+#include <facts/units.h>
 #include <products/reader/productdescription.h>
 
 #include <algorithm>
@@ -125,7 +126,7 @@ void AddTrayRow(ModelParts& parts, Feature& rows, const ProductTray& tray) {
     SetDefaultNumber(size, tray.heldSize);
     for (const auto& [side, held] : {std::pair(kWidth, tray.heldWidth), std::pair(kLength, tray.heldLength)}) {
         Feature& feature = row.Declare({side});
-        feature.SetRange(0, kLongestSide);
+        feature.SetRange(0, facts::kLongestSide);
         if (held != 0) feature.SetDefault({.number = held});
     }
     Feature& media = row.Declare({kPaper, kMediaType});

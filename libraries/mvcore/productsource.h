@@ -6,7 +6,6 @@
 struct ProductDescription;
 
 inline constexpr DWORD kPageSizeFeature = 168;
-inline constexpr LONG kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
 
 void AddProduct(ModelParts& parts, const ProductDescription& product);
 // Page sizes of type DriverCustom, offered by the feature of page sizes. Sizes that no paper has are left out. One that

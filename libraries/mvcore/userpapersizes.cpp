@@ -1,5 +1,6 @@
 // The user's custom sizes as page sizes of a model, with the paper numbers that they keep.
 #include <facts/papernumbers.h>
+#include <facts/units.h>
 #include <mvcore/mvcorelibrary.h>
 #include <mvutil/customsizes.h>
 #include <mvutil/user.h>
@@ -18,7 +19,7 @@ struct UserSize {
     LONG number;  // 0 as long as it has none
 };
 
-bool IsSide(LONG micrometres) noexcept { return micrometres > 0 && micrometres <= kLongestSide; }
+bool IsSide(LONG micrometres) noexcept { return micrometres > 0 && micrometres <= facts::kLongestSide; }
 
 bool IsUserPaper(LONG number) noexcept { return number >= facts::kFirstUserPaper && number <= facts::kLastUserPaper; }
 
@@ -37,22 +38,24 @@ std::vector<UserSize> ReadUserSizes() {
     return sizes;
 }
 
-// The number that the name leads to, or the next one that is free.
+constexpr DWORD kNumbers = facts::kLastUserPaper - facts::kFirstUserPaper + 1;
+
+// The number that the name leads to, or the next one; one of them must be free.
 LONG ChooseNumber(const CXString& name, const std::set<LONG>& taken) {
-    constexpr DWORD kCount = facts::kLastUserPaper - facts::kFirstUserPaper + 1;
     for (DWORD step = GetMvCoreLibrary()->GetCustomSizeMsId(name.GetString()) >> 16;; ++step) {
-        const LONG number = facts::kFirstUserPaper + static_cast<LONG>(step % kCount);
+        const LONG number = facts::kFirstUserPaper + static_cast<LONG>(step % kNumbers);
         if (!taken.contains(number)) return number;
     }
 }
 
-// A size keeps the number that it got first, whatever other sizes come and go: DEVMODEs name it by that number.
+// A size keeps the number that it got first, whatever other sizes come and go: DEVMODEs name it by that number. When
+// all are taken, a further size has none and is left out.
 void GiveNumbers(std::vector<UserSize>& sizes) {
     std::set<LONG> taken;
     for (UserSize& size : sizes)
         if (!IsUserPaper(size.number) || !taken.insert(size.number).second) size.number = 0;
     for (UserSize& size : sizes) {
-        if (size.number != 0) continue;
+        if (size.number != 0 || taken.size() == kNumbers) continue;
         size.number = ChooseNumber(size.name, taken);
         taken.insert(size.number);
         User::StoreUserDataLongInRegistry(size.key, kCustomSizeNumberValue, size.number);
@@ -66,6 +69,7 @@ void AddUserPaperSizes(ModelParts& parts) {
     GiveNumbers(sizes);
     std::vector<DWORD> values;
     for (const UserSize& size : sizes) {
+        if (size.number == 0) continue;
         const DWORD units = size.isMetric ? DataModelIds::kUnitsMillimetres : DataModelIds::kUnitsInches;
         const WORD number = static_cast<WORD>(size.number);
         values.push_back(

@@ -2,6 +2,7 @@
 #include "productlists.h"
 
 #include <facts/papernumbers.h>
+#include <facts/units.h>
 
 #include <algorithm>
 #include <cmath>
@@ -9,9 +10,9 @@
 namespace {
 
 constexpr DWORD kAutomaticValue = 5001;
-constexpr DWORD kLastProductValue = 0xFFFF;     // above: values that a model gives to forms and to the user's sizes
-constexpr WORD kTabloidNumber = 3;              // which the driver reads as 17 wherever it stands
-constexpr std::int64_t kLongestSide = 3276700;  // micrometres: a DEVMODE holds 32767 tenths of a millimetre
+constexpr DWORD kLastProductValue = 0xFFFF;  // above: values that a model gives to forms and to the user's sizes
+constexpr WORD kTabloidNumber = 3;           // which the driver reads as 17 wherever it stands
+using facts::kLongestSide;
 
 // Numbers and values that a list has used.
 class UsedNumbers {

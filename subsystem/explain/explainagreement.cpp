@@ -1,6 +1,6 @@
 // Whether a DEVMODE and a ticket agree.
+#include <subsystem/driverdata.h>
 #include "blockrows.h"
-#include "driverdata.h"
 #include "explain.h"
 #include "featurereasons.h"
 
@@ -55,9 +55,10 @@ Explanation ExplainAgreement(PrinterFacts& printer, const DevmodeBuffer& devmode
         }
         rows.push_back(std::move(row));
     }
+    const AppliedTicket applied(ticket, made, devmode, printer);
     for (const SchemaSetting& setting : ticket.GetAll())
         if (!IsDriverData(setting) && !made.Find(setting.GetKey()))
-            rows.push_back(JudgeTicketSetting(setting, {ticket, made, made, printer}));
+            rows.push_back(JudgeTicketSetting(setting, applied));
 
     const BYTE* block = FindBlock(devmode);
     if (!block || !FindBlockFault(block).empty()) return rows;

@@ -2,9 +2,9 @@
 #include <subsystem/devmodefields.h>
 #include <subsystem/xmlfile.h>
 
+#include <subsystem/driverdata.h>
 #include "blockrows.h"
 #include "devmodesettings.h"
-#include "driverdata.h"
 #include "explain.h"
 #include "featurereasons.h"
 
@@ -21,14 +21,14 @@ public:
         printer_.GetSession().ApplyTicket(ticket, readBack_);
     }
 
-    Explanation Make(const SchemaSettings* coreTicket) {
+    Explanation Make(const SchemaSettings& coreTicket) {
         printer_.AddMissingLibrary(rows_);
         for (const DevmodeSettingKind& kind : GetDevmodeSettingKinds()) AddPublicRow(kind);
         AddDriverRows();
         if (const SchemaSetting* job = ticket_.FindPrivate(SchemaSetting::Kind::Parameter, facts::kJobTicketParameter))
             rows_.push_back({NameSetting(*job), std::string(), DescribeSetting(*job), Verdict::Kept,
                              "made of the settings and put into the ticket"});
-        if (coreTicket) AddCoreTicketRows(*coreTicket);
+        AddCoreTicketRows(coreTicket);
         return std::move(rows_);
     }
 
@@ -150,18 +150,12 @@ private:
 
 }  // namespace
 
-Explanation ExplainDevmode(PrinterFacts& printer, const DevmodeBuffer& devmode, IXMLDOMDocument2* ticket,
-                           const SchemaSettings* coreTicket) {
-    return DevmodeRows(printer, devmode, ticket).Make(coreTicket);
-}
-
 ExplainedTicket ConvertAndExplain(PrinterFacts& printer, const DevmodeBuffer& devmode,
                                   PrintSession::Document coreTicket) {
     const PrintSession& session = printer.GetSession();
     DevmodeBuffer converted = devmode;
     SchemaSettings coreSettings;
-    const bool hasCoreTicket = static_cast<bool>(coreTicket);
-    if (hasCoreTicket) {
+    if (coreTicket) {
         session.DeclareNamespaces(coreTicket.Get());
         coreSettings = SchemaSettings(coreTicket.Get());
     }
@@ -169,6 +163,6 @@ ExplainedTicket ConvertAndExplain(PrinterFacts& printer, const DevmodeBuffer& de
     result.ticket = session.MakeTicket(converted, std::move(coreTicket));
     // Applying a ticket may touch it, so it is a copy that is read back.
     const PrintSession::Document copy = ReadDocumentBytes(FormatDocument(result.ticket.Get()), "the ticket");
-    result.explanation = ExplainDevmode(printer, devmode, copy.Get(), hasCoreTicket ? &coreSettings : nullptr);
+    result.explanation = DevmodeRows(printer, devmode, copy.Get()).Make(coreSettings);
     return result;
 }

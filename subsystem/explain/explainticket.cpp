@@ -3,8 +3,8 @@
 
 #include <set>
 
+#include <subsystem/driverdata.h>
 #include "blockrows.h"
-#include "driverdata.h"
 #include "explain.h"
 #include "featurereasons.h"
 
@@ -120,18 +120,12 @@ private:
 
 }  // namespace
 
-Explanation ExplainTicket(PrinterFacts& printer, const SchemaSettings& ticket, const DevmodeBuffer& before,
-                          const DevmodeBuffer& after) {
-    const SchemaSettings made = printer.MakeTicketSettings(after);
-    const SchemaSettings unchanged = printer.MakeTicketSettings(before);
-    return TicketRows({ticket, made, unchanged, printer}, after).Make();
-}
-
 Explanation ApplyAndExplain(PrinterFacts& printer, IXMLDOMDocument2* ticket, DevmodeBuffer& devmode) {
     const PrintSession& session = printer.GetSession();
     session.DeclareNamespaces(ticket);
     const SchemaSettings settings(ticket);
     const DevmodeBuffer before = devmode;
     session.ApplyTicket(ticket, devmode);
-    return ExplainTicket(printer, settings, before, devmode);
+    const SchemaSettings made = printer.MakeTicketSettings(devmode);
+    return TicketRows({settings, made, before, printer}, devmode).Make();
 }

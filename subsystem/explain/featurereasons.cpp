@@ -1,24 +1,21 @@
 // Why a driver did not take a feature, an option or a parameter of a ticket as the ticket tells it.
 #include "featurereasons.h"
 
+#include <facts/units.h>
 #include <printsubsystem/printschema.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/settingnames.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 
+#include <subsystem/driverdata.h>
 #include "devmodesettings.h"
-#include "driverdata.h"
 
 namespace {
 
 constexpr std::size_t kMostOptions = 12;  // that a reason lists
-constexpr std::int64_t kMicrometresPerTenth = 100;
-// Comparable software takes two sizes for the same within half a millimetre.
-constexpr std::int64_t kSizeTolerance = 500;
-constexpr std::int64_t kLargestShort = std::numeric_limits<SHORT>::max();
+using facts::kLargestField, facts::kLongestSide, facts::kMicrometresPerTenth, facts::kSizeTolerance;
 
 std::string Quote(const std::string& text) { return "'" + text + "'"; }
 
@@ -45,8 +42,7 @@ Judgement JudgePaper(const SchemaOption& wanted, const SchemaOption& made) {
     }
     if (IsCustomSize(made) && !IsCustomSize(wanted))
         return {Verdict::Changed, "a custom size, since this printer does not list it"};
-    if (wantedSize->width > kLargestShort * kMicrometresPerTenth ||
-        wantedSize->height > kLargestShort * kMicrometresPerTenth)
+    if (wantedSize->width > kLongestSide || wantedSize->height > kLongestSide)
         return {Verdict::Changed, "clamped: a DEVMODE holds at most 3276.7 mm"};
     if (madeSize && IsNear(*wantedSize, *madeSize, kMicrometresPerTenth - 1) && wanted.name == made.name)
         return {Verdict::Changed, "rounded: a DEVMODE holds tenths of a millimetre"};
@@ -86,7 +82,7 @@ Judgement JudgeOption(const SchemaSetting& feature, const SchemaSetting* made, c
                                [&](const SchemaOption& candidate) { return OptionsAgree(feature, option, candidate); });
     if (const SchemaSetting* other = isOffered && made ? FindOverruling(feature, *made, applied) : nullptr)
         return {Verdict::Overruled, other->name.text + " says " + DescribeSetting(*other) + ", and counts"};
-    const SchemaSetting* before = applied.unchanged.Find(feature.GetKey());
+    const SchemaSetting* before = applied.GetUnchanged().Find(feature.GetKey());
     if (made && before && !SettingsAgree(*made, *before))
         return {Verdict::Changed, "the driver takes " + DescribeSetting(*made) + " for it"};
     if (isOffered) return {Verdict::Ignored, "the printer offers it, and the driver does not read it from a ticket"};
@@ -108,6 +104,11 @@ std::string TellPlace(const SchemaSetting& feature) {
 }
 
 }  // namespace
+
+const SchemaSettings& AppliedTicket::GetUnchanged() const {
+    if (!unchanged_) unchanged_ = printer.MakeTicketSettings(before);
+    return *unchanged_;
+}
 
 const SchemaSetting* FindCounterpart(const SchemaSetting& setting, const SchemaSettings& other) {
     if (const SchemaSetting* found = other.Find(setting.GetKey())) return found;
@@ -153,7 +154,7 @@ Judgement JudgeFeature(const SchemaSetting& feature, const SchemaSetting* made, 
 
 Judgement JudgeChangedParameter(const SchemaSetting& parameter, const SchemaSetting& made,
                                 const AppliedTicket& applied) {
-    const std::optional<std::int64_t> wanted = ParseNumber(parameter.text), found = ParseNumber(made.text);
+    const std::optional<std::int64_t> wanted = parameter.GetNumber(), found = made.GetNumber();
     if (const SchemaSetting* other = FindOverruling(parameter, made, applied))
         return {Verdict::Overruled, other->name.text + " says " + DescribeSetting(*other) + " and is read after it"};
     if (parameter.name.local == facts::kJobTicketParameter) return {Verdict::Changed, "made anew of the settings"};
@@ -162,7 +163,7 @@ Judgement JudgeChangedParameter(const SchemaSetting& parameter, const SchemaSett
                                       ? "rounded: a DEVMODE holds tenths of a millimetre"
                                       : "a side of the paper size, which changed"};
     if (!wanted) return {Verdict::Ignored, Quote(DescribeSetting(parameter)) + " is no whole number"};
-    if (*wanted > kLargestShort || *wanted < std::numeric_limits<SHORT>::min())
+    if (*wanted > kLargestField || *wanted < -kLargestField - 1)
         return {parameter.name.isPrivate ? Verdict::Changed : Verdict::Ignored,
                 "it does not fit in the 16 bits of a DEVMODE's field"};
     return {Verdict::Ignored, "the driver does not take this number"};

@@ -11,11 +11,21 @@ struct Judgement {
 };
 
 // What a ticket was applied to, and what came of it.
-struct AppliedTicket {
+class AppliedTicket {
+public:
+    AppliedTicket(const SchemaSettings& appliedTicket, const SchemaSettings& madeTicket, const DevmodeBuffer& devmode,
+                  PrinterFacts& facts)
+        : ticket(appliedTicket), made(madeTicket), before(devmode), printer(facts) {}
+
     const SchemaSettings& ticket;
-    const SchemaSettings& made;       // the ticket that the DEVMODE gives now
-    const SchemaSettings& unchanged;  // the ticket that the DEVMODE gave before
+    const SchemaSettings& made;   // the ticket that the DEVMODE gives now
+    const DevmodeBuffer& before;  // the DEVMODE that it was applied to
     PrinterFacts& printer;
+
+    const SchemaSettings& GetUnchanged() const;  // the ticket that the DEVMODE gave before; made when first needed
+
+private:
+    mutable std::optional<SchemaSettings> unchanged_;
 };
 
 // The setting of the other ticket that says what this one says; null when there is none. A nested feature is found in

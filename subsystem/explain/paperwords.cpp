@@ -1,6 +1,7 @@
 // Papers in words.
 #include "paperwords.h"
 
+#include <facts/units.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/cxstring.h>
 #include <subsystem/devmodefields.h>
@@ -9,8 +10,7 @@
 
 namespace {
 
-constexpr LONG kMicrometresPerTenth = 100;
-constexpr LONG kMicrometresPerMillimetre = 1000;
+using facts::kMicrometresPerMillimetre, facts::kMicrometresPerTenth;
 
 std::string DescribeMillimetres(LONG micrometres) {
     std::string text = std::to_string(micrometres / kMicrometresPerMillimetre);

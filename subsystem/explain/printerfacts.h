@@ -5,9 +5,9 @@
 
 #include <optional>
 
+#include <subsystem/schemasettings.h>
 #include "explanation.h"
 #include "paperwords.h"
-#include "schemasettings.h"
 
 // For one thread at a time. The session must outlive the object.
 class PrinterFacts {

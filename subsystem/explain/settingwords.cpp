@@ -1,22 +1,16 @@
 // Settings of Print Schema documents in words, and whether two of them say the same.
 #include "settingwords.h"
 
-#include <subsystem/hosttext.h>
 #include <subsystem/settingnames.h>
 
 #include <algorithm>
 
-#include "driverdata.h"
+#include <subsystem/driverdata.h>
 #include "paperwords.h"
 
 namespace {
 
 constexpr std::size_t kLongestText = 60;  // bytes of a parameter's text that are shown
-
-std::optional<std::int64_t> FindNumber(const SchemaOption& option, std::string_view score) {
-    const std::string* value = option.FindScore(score);
-    return value ? ParseNumber(*value) : std::nullopt;
-}
 
 // Cut where it is long; what is no text for people is told by its length.
 std::string Shorten(const std::string& text) {
@@ -47,8 +41,8 @@ std::string NameSetting(const SchemaSetting& setting) {
 std::optional<OptionSize> GetOptionSize(const SchemaOption& option) {
     for (const auto& [widthName, heightName] :
          {std::pair("MediaSizeWidth", "MediaSizeHeight"), std::pair("PSWidth", "PSHeight")}) {
-        const std::optional<std::int64_t> width = FindNumber(option, widthName);
-        const std::optional<std::int64_t> height = FindNumber(option, heightName);
+        const std::optional<std::int64_t> width = option.FindNumber(widthName);
+        const std::optional<std::int64_t> height = option.FindNumber(heightName);
         if (width && height) return OptionSize{*width, *height};
     }
     return std::nullopt;
@@ -69,7 +63,7 @@ std::string DescribeOption(const SchemaSetting& feature, const SchemaOption& opt
         return (name.empty() ? "" : name + ", ") + DescribeSize(clamp(size->width), clamp(size->height));
     }
     if (!name.empty()) return name;
-    const std::optional<std::int64_t> x = FindNumber(option, "ResolutionX"), y = FindNumber(option, "ResolutionY");
+    const std::optional<std::int64_t> x = option.FindNumber("ResolutionX"), y = option.FindNumber("ResolutionY");
     if (x && y) return std::to_string(*x) + " x " + std::to_string(*y) + " dpi";
     std::string text;
     for (const auto& [score, value] : option.scores)
@@ -115,6 +109,6 @@ bool SettingsAgree(const SchemaSetting& a, const SchemaSetting& b) {
         return OptionsAgree(a, a.options.front(), b.options.front());
     }
     if (a.text == b.text) return true;
-    const std::optional<std::int64_t> first = ParseNumber(a.text), second = ParseNumber(b.text);
+    const std::optional<std::int64_t> first = a.GetNumber(), second = b.GetNumber();
     return first && second && *first == *second;
 }

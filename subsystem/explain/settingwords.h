@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "schemasettings.h"
+#include <subsystem/schemasettings.h>
 
 inline constexpr std::string_view kMediaSizeKeyword = "PageMediaSize";
 

@@ -7,13 +7,13 @@
 #include <algorithm>
 
 #include <subsystem/devmodefields.h>
-#include <subsystem/explain/driverdata.h>
-#include <subsystem/explain/schemasettings.h>
+#include <subsystem/driverdata.h>
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/regfile.h>
+#include <subsystem/schemasettings.h>
 
 #include "inputform.h"
 #include "ticketinput.h"

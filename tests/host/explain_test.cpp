@@ -1,7 +1,7 @@
 // Why a setting changed, the forms in which DEVMODEs and tickets arrive, and losses that are told.
 #include "hostrun.h"
 
-#include <subsystem/explain/driverdata.h>
+#include <subsystem/driverdata.h>
 
 #include <nlohmann/json.hpp>
 

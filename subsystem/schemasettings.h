@@ -4,7 +4,9 @@
 
 #include <msxml2.h>
 
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,10 +26,13 @@ struct SchemaName {
 
 struct SchemaOption {
     SchemaName name;
-    // Local names of scored properties with their values: their own, or that of the parameter that they refer to.
+    // Scored properties with their values, their own or else that of the parameter that they refer to: by keyword; by
+    // the whole name where it is no keyword.
     std::vector<std::pair<std::string, std::string>> scores;
 
     const std::string* FindScore(std::string_view name) const;
+    // The score as a whole decimal number; nothing when it is none.
+    std::optional<std::int64_t> FindNumber(std::string_view name) const;
 };
 
 struct SchemaSetting {
@@ -40,6 +45,8 @@ struct SchemaSetting {
     bool isReferenced = false;          // a parameter that a scored property refers to
 
     std::string GetKey() const;  // equal for the same setting in another document
+    // A parameter's text as a whole decimal number; nothing when it is none.
+    std::optional<std::int64_t> GetNumber() const;
 };
 
 // In the order of the document; features before the features inside them.

@@ -4,7 +4,7 @@
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/persistentattributes.h>
 #include <privateblock.h>
-#include <subsystem/hosttext.h>
+#include "hosttext.h"
 
 #include <algorithm>
 #include <limits>

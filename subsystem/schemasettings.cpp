@@ -5,7 +5,7 @@
 #include <comptr.h>
 #include <facts/privateparameters.h>
 #include <printsubsystem/printschema.h>
-#include <subsystem/hosttext.h>
+#include "hosttext.h"
 
 #include <functional>
 
@@ -18,6 +18,11 @@ std::string Trim(const std::string& text) {
     constexpr const char* kSpace = " \t\r\n";
     const std::size_t first = text.find_first_not_of(kSpace);
     return first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+}
+
+std::optional<std::int64_t> ParseDecimal(const std::string& text) {
+    if (text.find_first_not_of("-0123456789") != std::string::npos) return std::nullopt;
+    return ParseNumber(text);
 }
 
 // Reads a document in one walk; prefixes are resolved by the declarations met on the way down.
@@ -153,7 +158,8 @@ private:
         ForEachChild(element, [&](IXMLDOMNode* child, const std::string& kind) {
             if (kind != "ScoredProperty") return;
             const Scope property(*this, child);
-            const std::string name = property.GetName().local;
+            const SchemaName schemaName = property.GetName();
+            const std::string name = schemaName.IsKeyword() ? schemaName.local : schemaName.text;
             std::string value = ReadValue(child);
             ForEachChild(child, [&](IXMLDOMNode* reference, const std::string& inner) {
                 if (inner != "ParameterRef") return;
@@ -192,8 +198,8 @@ private:
             const auto parameter = parameters.find(reference.key);
             if (parameter == parameters.end()) continue;
             settings_[parameter->second].isReferenced = true;
-            settings_[reference.setting].options[reference.option].scores[reference.score].second =
-                settings_[parameter->second].text;
+            std::string& score = settings_[reference.setting].options[reference.option].scores[reference.score].second;
+            if (score.empty()) score = settings_[parameter->second].text;
         }
     }
 
@@ -223,6 +229,13 @@ const std::string* SchemaOption::FindScore(std::string_view wanted) const {
         if (score == wanted) return &value;
     return nullptr;
 }
+
+std::optional<std::int64_t> SchemaOption::FindNumber(std::string_view wanted) const {
+    const std::string* value = FindScore(wanted);
+    return value ? ParseDecimal(*value) : std::nullopt;
+}
+
+std::optional<std::int64_t> SchemaSetting::GetNumber() const { return ParseDecimal(text); }
 
 std::string SchemaSetting::GetKey() const {
     return std::to_string(static_cast<int>(kind)) + '\n' + parents + '\n' + name.GetKey();
