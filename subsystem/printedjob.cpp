@@ -1,4 +1,4 @@
-// The end of a printed job, told to the job's model, and what the next job's model starts with.
+// The end of a printed job, reported to the job's model, and what the next job's model starts with.
 #include "printedjob.h"
 
 #include <jobmodel.h>

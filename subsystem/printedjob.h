@@ -13,5 +13,5 @@
 void EndPrintedJob(const InstalledPrinter& printer, DevmodeBuffer& devmode);
 
 // The user's preferences that the printer's next job starts with: feature and value, ascending by feature. Of a
-// protected text its length alone is told. Throws as above.
+// protected text its length alone is returned. Throws as above.
 std::vector<std::pair<DWORD, std::string>> ReadJobPreferences(const InstalledPrinter& printer);

@@ -172,7 +172,7 @@ private:
         settings_[feature].options.push_back(std::move(option));
     }
 
-    // A feature may tell its option by a scored property of its own.
+    // A feature may name its option by a scored property of its own.
     void ReadOptionName(IXMLDOMNode* element, std::size_t feature) {
         const Scope scope(*this, element);
         const SchemaName name = scope.GetName();

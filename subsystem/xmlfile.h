@@ -26,8 +26,8 @@ ComPtr<IXMLDOMDocument2> ReadDocumentBytes(std::string_view bytes, const std::st
 // UTF-8 with an XML declaration. Throws OperationError, with the file as it was.
 void WriteDocumentFile(const std::filesystem::path& file, IXMLDOMDocument2* document);
 
-// How the encoding that the XML declaration tells and the bytes contradict each other; empty when they do not. Whether
-// bytes without a contradiction are well-formed is the parser's to tell.
+// How the encoding that the XML declaration states and the bytes contradict each other; empty when they do not. Whether
+// bytes without a contradiction are well-formed is the parser's to find out.
 std::string FindEncodingFault(std::string_view bytes);
 
 // Whether a document type declaration stands before the root element. The bytes may be UTF-16 or any encoding that

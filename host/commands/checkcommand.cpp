@@ -26,7 +26,7 @@ std::vector<SchemaFinding> CheckFile(const std::string& file) {
     }
 }
 
-// Of one rule the first places are told and the others counted.
+// Of one rule the first places are listed and the others counted.
 void RunCheck(HostContext& context, const std::string& file) {
     constexpr std::size_t kTold = 10;
     const std::vector<SchemaFinding> findings = CheckFile(file);

@@ -19,7 +19,7 @@ namespace {
 
 using Document = PrintSession::Document;
 
-constexpr std::size_t kMostLosses = 50;  // that are told one by one
+constexpr std::size_t kMostLosses = 50;  // that are reported one by one
 
 // Options of the four commands; each declares those that it takes. Empty: not given.
 struct ConversionOptions {

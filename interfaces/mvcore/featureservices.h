@@ -73,7 +73,7 @@ public:
     virtual void UnregisterFeatureChangeObserver(IObserver* observer) = 0;
     virtual void UnregisterEventObserver(IObserver* observer) = 0;
     // Tells the observers of that event, in the order in which they registered; those among the model's data sources
-    // that are observers and asked for no event are told of each.
+    // that are observers and asked for no event are notified of each.
     virtual void RaiseEvent(EventId event) = 0;
 
 protected:

@@ -1,4 +1,4 @@
-// Lack of memory, as system calls tell it.
+// Lack of memory, as system calls report it.
 #pragma once
 
 #include <windows.h>

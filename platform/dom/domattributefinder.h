@@ -14,7 +14,7 @@ namespace dom {
 // since the last change. A document can hold as many declarations as names to be resolved.
 class AttributeFinder {
 public:
-    // The number of the tree's changes tells whether the tables still count.
+    // The number of the tree's changes shows whether the tables still count.
     xmlAttr* Find(std::uint64_t changes, const xmlNode* element, std::string_view wholeName);
 
 private:

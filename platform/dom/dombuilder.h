@@ -32,7 +32,7 @@ public:
     // The element becomes the parser's current node. Says why not in failure.
     void StartElement(xmlParserCtxt* parser, const xmlChar* name, const std::vector<ReadAttribute>& attributes);
     void EndElement(xmlParserCtxt* parser, const xmlChar* name);
-    // The first failure is the one that is told.
+    // The first failure is the one that is reported.
     void Fail(const std::string& reason, int line, int column);
     // At the place where the parser is, which then stops.
     void FailHere(xmlParserCtxt* parser, const std::string& reason);

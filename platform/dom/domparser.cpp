@@ -29,7 +29,7 @@ struct ContextDeleter {
 
 Builder& BuilderOf(void* context) { return *static_cast<Builder*>(static_cast<xmlParserCtxt*>(context)->_private); }
 
-// What follows the XML declaration. Each step ends at a failure, which the builder has been told of.
+// What follows the XML declaration. Each step ends at a failure, which the builder has been notified of.
 class ContentReader {
 public:
     ContentReader(xmlParserCtxt* parser, Builder& builder) : parser_(parser), builder_(builder) {}
@@ -149,7 +149,7 @@ private:
 // ------------------------------------------------------
 extern "C" {
 
-// Comes when the XML declaration is read. The reader takes all that follows, and libxml2 is told that this was all.
+// Comes when the XML declaration is read. The reader takes all that follows, and for libxml2 this was all.
 void OnStartDocument(void* context) {
     auto* const parser = static_cast<xmlParserCtxt*>(context);
     Builder& builder = BuilderOf(context);

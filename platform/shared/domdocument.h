@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string>
 
-// Gives a new, empty document of the project's own DOM; the caller owns the reference. Until it is told to preserve
+// Gives a new, empty document of the project's own DOM; the caller owns the reference. Until it is set to preserve
 // white space, texts of nothing else are dropped as it is loaded, and get_text trims. E_INVALIDARG for a null pointer,
 // E_NOTIMPL in a build that has no DOM of its own.
 HRESULT CreateDomDocument(IXMLDOMDocument2** document);

@@ -10,7 +10,7 @@
 
 #include "paperwords.h"
 
-// A setting of the public fields, with where a ticket may tell it.
+// A setting of the public fields, with the keyword under which a ticket may hold it.
 struct DevmodeSettingKind {
     const char* name;     // for people
     const char* field;    // the member of DEVMODEW that it lies in, or the first of them

@@ -33,7 +33,7 @@ SettingVerdict JudgeTicketSetting(const SchemaSetting& setting, const AppliedTic
 
 }  // namespace
 
-// The DEVMODE is told as the ticket that it gives, so that both sides speak of the same names.
+// The DEVMODE is taken as the ticket that it gives, so that both sides speak of the same names.
 Explanation ExplainAgreement(PrinterFacts& printer, const DevmodeBuffer& devmode, const SchemaSettings& ticket) {
     const ExplainedTicket own = ConvertAndExplain(printer, devmode, nullptr);
     const SchemaSettings made(own.ticket.Get());

@@ -67,7 +67,7 @@ private:
         rows_.push_back(std::move(row));
     }
 
-    // A paper that the printer does not have, and of which the DEVMODE tells no size.
+    // A paper that the printer does not have, and for which the DEVMODE states no size.
     bool IsUnknownPaper(const DevmodeSettingKind& kind) const {
         const SelectedPaper paper = printer_.GetPapers().Select(fields_);
         return std::string_view(kind.field) == "dmPaperSize" && !paper.isListed &&

@@ -1,4 +1,4 @@
-// Why a driver did not take a feature, an option or a parameter of a ticket as the ticket tells it.
+// Why a driver did not take a feature, an option or a parameter of a ticket as it stands there.
 #include "featurereasons.h"
 
 #include <facts/units.h>

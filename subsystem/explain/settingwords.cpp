@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kLongestText = 60;  // bytes of a parameter's text that are shown
 
-// Cut where it is long; what is no text for people is told by its length.
+// Cut where it is long; of what is no text for people the length.
 std::string Shorten(const std::string& text) {
     std::string line = text.substr(0, kLongestText);
     if (text.size() > kLongestText) {
@@ -90,7 +90,7 @@ bool OptionsAgree(const SchemaSetting& feature, const SchemaOption& a, const Sch
     }
     if (feature.name.local == kMediaSizeKeyword) {
         const std::optional<OptionSize> first = GetOptionSize(a), second = GetOptionSize(b);
-        if (!first || !second) return a.name == b.name;  // the name alone tells the size
+        if (!first || !second) return a.name == b.name;  // the name alone gives the size
         if (IsCustomSize(a) != IsCustomSize(b)) return false;
         return first->width == second->width && first->height == second->height;
     }

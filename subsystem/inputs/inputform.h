@@ -1,4 +1,4 @@
-// In which form a file arrives: told by its bytes, never by its name.
+// In which form a file arrives: recognised by its bytes, never by its name.
 #pragma once
 
 #include <string>

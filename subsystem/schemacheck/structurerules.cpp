@@ -156,7 +156,7 @@ void CheckHolding(SchemaCheck& check, const SchemaElement& element) {
             if (Count(element, {SchemaKind::Value}) != 1) fail("does not hold exactly one Value");
             break;
         case SchemaKind::ParameterRef:
-            // Other text is told as such.
+            // Other text is reported as such.
             if (!element.children.empty() || (!element.text.empty() && TrimXmlSpace(element.text).empty()))
                 fail("is not empty");
             break;

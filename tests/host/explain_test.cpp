@@ -1,4 +1,4 @@
-// Why a setting changed, the forms in which DEVMODEs and tickets arrive, and losses that are told.
+// Why a setting changed, the forms in which DEVMODEs and tickets arrive, and losses that are reported.
 #include "hostrun.h"
 
 #include <subsystem/driverdata.h>
@@ -15,7 +15,7 @@ std::string Replace(std::string text, const std::string& part, const std::string
     return at == std::string::npos ? text : text.replace(at, part.size(), by);
 }
 
-// The row that is wanted: its verdict, and parts of what is told.
+// The row that is wanted: its verdict, and parts of what stands in it.
 struct Row {
     const char *setting, *verdict, *after, *reason;
 };
@@ -67,7 +67,7 @@ TEST_F(ExplainRun, TellsWhatBecameOfADevmode) {
     };
     for (const auto& [settings, row] : cases) Expect(Explain({"--devmode", Make("d.bin", settings)}), row);
 
-    // A DEVMODE without a setting of its own is told without any loss, on every product.
+    // A DEVMODE without a setting of its own is explained without any loss, on every product.
     for (const char* product : {"press8434", "office8430", "script8432"}) {
         Do({"printer", "remove", "P"});
         Add(product);

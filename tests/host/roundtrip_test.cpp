@@ -69,7 +69,7 @@ void ExpectPaper(const _tag_FormsInfoRec& record, DevmodeBuffer devmode) {
     EXPECT_EQ(got.dmPaperLength, record.length) << account;
 }
 
-// The element again with all that tells it from another one, as text.
+// The element again with all that sets it apart from another one, as text.
 std::string Repeat(const SchemaElement& element) {
     std::string text = "<psf:" + element.local;
     for (const SchemaAttribute& attribute : element.attributes)
@@ -146,7 +146,7 @@ TEST_P(RoundTrip, EachOfferedOptionComesBackByName) {
             for (const auto& selected : ticket.root->children)
                 if (selected->Name().Key() == feature->Name().Key())
                     got = Repeat(*selected->FindChild(SchemaKind::Option));
-            // The capabilities tell more of a media type than a ticket needs.
+            // The capabilities say more of a media type than a ticket needs.
             EXPECT_EQ(got, wanted.substr(0, got.size() - kOptionEnd.size()) + kOptionEnd) << wanted;
             ++tried;
         }

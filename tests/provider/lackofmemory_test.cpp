@@ -1,4 +1,4 @@
-// Memory that gives out at any one allocation: a binding tells it and the next one is whole; of a conversion it ends
+// Memory that gives out at any one allocation: a binding reports it and the next one is whole; of a conversion it ends
 // the unit that met it.
 #include "boundprovider.h"
 
