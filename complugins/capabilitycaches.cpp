@@ -32,7 +32,7 @@ void RebuildCapabilityCaches(HANDLE printer) {
     capabilities.Initialize(printer, false);
     std::vector<DataSource*> sources = {&capabilities};
     manager.PopulateFromSourceData(sources);
-    // Filling the model tells of no change of the stapler and of no loaded media: these two groups are asked for. What
+    // Filling the model reports no change of the stapler and of no loaded media: these two groups are asked for. What
     // the trays held is not read back by then; without it the same again would be written.
     capabilities.LoadCache(kMediaReadyIndex, false);
     capabilities.UpdateCaches(FindCapabilityGroup(kStapleIndex)->flag);

@@ -1,4 +1,4 @@
-// A printer's capability caches as a whole: building them anew, and telling whether one is damaged.
+// A printer's capability caches as a whole: building them anew, and finding a damaged one.
 #pragma once
 
 #include <capabilitygroups.h>

@@ -10,7 +10,7 @@
 class DataSource;
 
 // The libraries call through the table of virtual operations: their order binds. Both pieces of state are opaque bytes
-// to this class; they share one stamp, which tells whether they were stored for the printer's present installable
+// to this class; they share one stamp, which says whether they were stored for the printer's present installable
 // options and auto-configuration. What the utility library throws passes through.
 class DataSourceProvider {
 public:

@@ -19,7 +19,7 @@ class NotificationBundle;
 
 // Reads the caches from the registry, under the printer's port, or, in the spooler and the filter pipeline, from the
 // private block of a DEVMODE. Held by a data-model manager, it teaches the model the printer's forms and builds the
-// caches anew whenever what they tell changes; it must then outlive the manager. For one thread at a time.
+// caches anew whenever what they hold changes; it must then outlive the manager. For one thread at a time.
 class MSDeviceCapabilities : public IObserver, public DataSource {
 public:
     MSDeviceCapabilities();
@@ -59,7 +59,6 @@ public:
     bool ExportCachesToDevmode(AttributeBytesSink& sink);
 
     // ---- as observer and data source of a data model
-    // ---------------------------------------------------------------------
     void OnNotification(INotification& notification) override;
     CXString GetObserverClassNameHeirarchy() const override { return W("IObserver::MSDeviceCapabilities"); }
     void RegisterForIntegrateSourceDataChanges(DataModelObserverInterfaces& observers) override;

@@ -73,7 +73,7 @@ _tag_FormsInfoRec MakeFormRecord(const _tag_FormsInfoRec& paper, const PageSize&
     return record;
 }
 
-// The size that a job tells by width and length; it starts from the user's usual paper.
+// The size that a job gives by width and length; it starts from the user's usual paper.
 _tag_FormsInfoRec MakeCustomRecord(MediaHandler& media) {
     _tag_FormsInfoRec record{};
     record.msPaperId = record.formIndex = kCustomPaperId;

@@ -13,7 +13,7 @@
 
 namespace {
 
-// Kinds of observer that the model is told.
+// Kinds of observer, by the model's numbers.
 constexpr int kFeatureObserver = 26014;
 constexpr int kEventObserver = 26016;
 

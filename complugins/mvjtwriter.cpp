@@ -83,7 +83,7 @@ private:
         WriteString(85, W("jobStartMessage"));
     }
 
-    // The value, for the image shifts of the second side. One without a word of its own is told by its name.
+    // The value, for the image shifts of the second side. One without a word of its own is written by its name.
     DWORD WriteSides() {
         const DWORD sides = GetOption(FeatureId(46));
         if (sides == kNotSet) return sides;

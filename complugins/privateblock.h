@@ -29,8 +29,8 @@ inline constexpr WORD kJobTextKey = 4;          // UTF-16 text for the job ticke
 // The attribute state may take that much, so that there is room for the other entries.
 inline constexpr std::size_t kMaximumStateBytes = 5400;
 
-// The block's place is told by a WORD in the driver-extra area, its offset from that area's start; the first of the two
-// forms that leads to a block counts. A form applies to areas larger than its minimum.
+// The block's place is stored as a WORD in the driver-extra area, its offset from that area's start; the first of the
+// two forms that leads to a block counts. A form applies to areas larger than its minimum.
 struct Locator {
     std::size_t areaMinimum;
     std::size_t wordOffset;

@@ -1,4 +1,4 @@
-// RenBase: a data model of one job is built, given the job's settings, and told as a job ticket.
+// RenBase: a data model of one job is built, given the job's settings, and written as a job ticket.
 #include "renbase.h"
 
 #include "jobmodel.h"

@@ -43,7 +43,7 @@ private:
     UniqueHandle<HANDLE, CloseKernelHandle> handle_;  // closed before the workflow object ends
 };
 
-// For jobs that are told as PrintTickets: makes tickets and renders nothing.
+// For jobs that come as PrintTickets: makes tickets and renders nothing.
 class RenMvjtForXps final : public RenBase {
 public:
     RenMvjtForXps();

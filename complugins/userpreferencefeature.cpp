@@ -1,4 +1,4 @@
-// UserPreferenceVerticalFeature: what is declared, restored and told.
+// UserPreferenceVerticalFeature: what is declared, restored and reported.
 #include "userpreferencefeature.h"
 
 #include "userpreferencestore.h"

@@ -9,7 +9,7 @@
 
 class XDevmode;
 
-// Declares the user's preferences in a model, gives them their values, and saves them when it is told that settings
+// Declares the user's preferences in a model, gives them their values, and saves them when it is notified that settings
 // were applied or a job was printed. The protected strings are kept encrypted, for each controller family its own; one
 // that cannot be read, is no number of the family's length or does not fit its feature counts as none. Registered with
 // a model, it must not end before the model's ReleaseSourceData. For one thread at a time.

@@ -1,4 +1,5 @@
-// A DEVMODE from outside: what the host tells of it, its private block, and the ticket that the component makes of it.
+// A DEVMODE from outside: what the host reports of it, its private block, and the ticket that the component makes of
+// it.
 #include <privateblock.h>
 #include <subsystem/devmodereport.h>
 #include <subsystem/xmlfile.h>

@@ -1,4 +1,4 @@
-// Printer drivers: adding, deleting and telling them, and the folder of their files.
+// Printer drivers: adding, deleting and listing them, and the folder of their files.
 #include "infopacker.h"
 #include "printerhandles.h"
 #include "registryvalues.h"

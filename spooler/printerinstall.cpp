@@ -78,7 +78,7 @@ bool IsPortUsed(const std::vector<InstalledPrinter>& printers, const WideString&
                        [&](const InstalledPrinter& printer) { return SharesCaches(printer.port, port); });
 }
 
-// The port's key is told in the terms of its caches, which it stands for.
+// The port's key is given in the terms of its caches, which it stands for.
 WideString GetPortKey(const WideString& port) {
     return W("SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors\\Morvane Port\\Ports\\") + GetCacheKeyName(port);
 }

@@ -29,7 +29,7 @@ bool MayBeSameKey(WideStringView a, WideStringView b) noexcept {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
 }
 
-// The key is what the printer is found by; the value tells how it is written.
+// The key is what the printer is found by; the value states how it is written.
 void SettleName(StoredPrinterBrief& printer, const WideString& keyName) {
     if (!MayBeSameKey(printer.name, keyName)) printer.name = keyName;
 }

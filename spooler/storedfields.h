@@ -1,5 +1,5 @@
 // What a printer and a driver are made of: each member, the registry value that keeps it, and the field of the
-// information structure that tells it to programs.
+// information structure that hands it to programs.
 #pragma once
 
 #include "printerstore.h"

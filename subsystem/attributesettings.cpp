@@ -1,4 +1,4 @@
-// A product's settings as an attribute list: its defaults, and single settings told on the command line.
+// A product's settings as an attribute list: its defaults, and single settings given on the command line.
 #include "attributesettings.h"
 
 #include <limits>

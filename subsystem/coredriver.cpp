@@ -194,7 +194,6 @@ std::vector<std::pair<LONG, LONG>> CoreDriver::QueryResolutions() const {
 }
 
 // ---- documents
-// --------------------------------------------------------------------------------------------------------
 
 std::string CoreDriver::WriteTicket(const DEVMODEW& devmode) const {
     std::string content = ParameterInit("psk:JobCopiesAllDocuments", std::max<SHORT>(devmode.dmCopies, 1));
@@ -279,7 +278,6 @@ std::string CoreDriver::WriteMediaSizeChoices() const {
 }
 
 // ---- tickets
-// ----------------------------------------------------------------------------------------------------------
 
 void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const {
     const SchemaSettings ticket(document);
@@ -313,7 +311,7 @@ void CoreDriver::ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const
     ReadMediaSize(ticket, devmode);
 }
 
-// By the size when the ticket tells it, else by the keyword.
+// By the size when the ticket gives it, else by the keyword.
 void CoreDriver::ReadMediaSize(const SchemaSettings& ticket, DEVMODEW& devmode) const {
     const SchemaOption* option = FindOption(ticket, "PageMediaSize");
     if (!option) return;

@@ -25,8 +25,8 @@ public:
     std::string WriteTicket(const DEVMODEW& devmode) const;
     // A PrintCapabilities with the same features, as the printer offers them; UTF-8 text.
     std::string WriteCapabilities() const;
-    // Sets the public fields that the ticket tells, with their flags. What it does not tell, or tells in another way,
-    // stays, and so does what the printer has not.
+    // Sets the public fields that the ticket states, with their flags. What it does not state, or states in another
+    // way, stays, and so does what the printer has not.
     void ReadTicket(IXMLDOMDocument2* document, DEVMODEW& devmode) const;
 
 private:

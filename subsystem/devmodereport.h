@@ -1,4 +1,4 @@
-// What a DEVMODE holds, told as JSON or as text.
+// What a DEVMODE holds, written as JSON or as text.
 #pragma once
 
 #include <nlohmann/json.hpp>

@@ -5,5 +5,6 @@
 
 #include <string>
 
-// "E_FAIL (0x80004005)"; a Windows error that has no name of its own is told by its number, anything else in hex alone.
+// "E_FAIL (0x80004005)"; a Windows error that has no name of its own is shown by its number, anything else in hex
+// alone.
 std::string DescribeHresult(HRESULT result);

@@ -37,7 +37,7 @@ UniqueHandle<HANDLE, CloseSpoolerHandle> OpenInstalledPrinter(const CXString& na
 // Whether the core driver of the product is the one for PostScript.
 bool IsPostScript(const ProductDescription& product);
 
-// What the spooler tells of a printer.
+// What the spooler reports of a printer.
 struct PrinterRow {
     std::string name, port, driver;
 };

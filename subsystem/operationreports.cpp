@@ -10,7 +10,7 @@ std::string DescribeReport(const ExceptionReport& report) {
                        std::to_string(report.line) + ") caught ";
     text += report.className.IsEmpty() ? "an unknown exception" : report.className.ToUtf8();
     if (!report.thrownFrom.IsEmpty()) text += " from " + report.thrownFrom.ToUtf8();
-    // Only an exception that carries an HRESULT tells where it was thrown and why in numbers.
+    // Only an exception that carries an HRESULT states where it was thrown and why in numbers.
     if (report.className == CXString("MorvaneComException")) text += ": " + DescribeHresult(report.hresult);
     if (!report.message.IsEmpty()) text += ": " + report.message.ToUtf8();
     return text;
@@ -24,7 +24,7 @@ OperationReports::OperationReports()
               const std::lock_guard lock(mutex_);
               reports_.push_back(report);
           } catch (const std::exception&) {
-              // A report that there is no memory for is lost; the failure itself is told by the HRESULT.
+              // A report that there is no memory for is lost; the failure itself is reported by the HRESULT.
           }
       })) {}
 

@@ -13,7 +13,7 @@ enum class ValueType { String, Integer, QName };
 // A whole document with the four namespaces declared on its root, "psf:PrintTicket" or "psf:PrintCapabilities".
 std::string Document(std::string_view root, std::string_view content);
 std::string Feature(std::string_view name, std::string_view content);
-// An empty name gives an option that its scored properties alone tell apart. Constrained is left out when empty.
+// An empty name gives an option that its scored properties alone distinguish. Constrained is left out when empty.
 std::string Option(std::string_view name, std::string_view constrained, std::string_view content);
 std::string Property(std::string_view name, ValueType type, std::string_view value);
 std::string ScoredProperty(std::string_view name, std::int64_t value);

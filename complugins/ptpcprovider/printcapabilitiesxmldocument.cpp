@@ -36,7 +36,7 @@ void AppendProperties(PrintCapabilitiesXmlDocument& document, IXMLDOMElement* pa
 PrintCapabilitiesXmlDocument::PrintCapabilitiesXmlDocument(IXMLDOMDocument2* document)
     : PrintSchemaXmlDocument(W("PrintCapabilities"), document) {}
 
-// ---- creation ---------------------------------------------------------------------------------------------------
+// ---- creation
 
 void PrintCapabilitiesXmlDocument::AppendProperty(IXMLDOMElement* parent, NamespaceKind kind, const WCHAR* name,
                                                   const WCHAR* type, const WCHAR* value) {
@@ -153,7 +153,7 @@ HRESULT PrintCapabilitiesXmlDocument::CreateStringParameterDef(const WCHAR* pref
     return S_OK;
 }
 
-// ---- lookups and deletion ---------------------------------------------------------------------------------------
+// ---- lookups and deletion
 
 HRESULT PrintCapabilitiesXmlDocument::GetParameterDefNodeIfExists(const WCHAR* prefix, const WCHAR* name,
                                                                   IXMLDOMNode** node) const {
@@ -212,7 +212,7 @@ CXString PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLD
     return CXString(WideString(text.View()));
 }
 
-// ---- display names ----------------------------------------------------------------------------------------------
+// ---- display names
 
 HRESULT PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue(IXMLDOMNode* node, const WCHAR* text) {
     const ComChecks checks(W("PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue"), kSourceUnit);

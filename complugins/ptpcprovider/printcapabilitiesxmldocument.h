@@ -8,7 +8,7 @@ class PrintCapabilitiesXmlDocument : public PrintSchemaXmlDocument {
 public:
     explicit PrintCapabilitiesXmlDocument(IXMLDOMDocument2* document);
 
-    // ---- creation -----------------------------------------------------------------------------------------------
+    // ---- creation
 
     // A Feature of the keywords namespace, with a DisplayName property when the display name is not empty.
     HRESULT CreateFeature(const WCHAR* name, const WCHAR* displayName, IXMLDOMElement** feature);
@@ -29,7 +29,7 @@ public:
                                      const WCHAR* displayName, const WCHAR* defaultValue, LONG minimumLength,
                                      LONG maximumLength, const WCHAR* unitType, IXMLDOMElement** parameter);
 
-    // ---- lookups and deletion -----------------------------------------------------------------------------------
+    // ---- lookups and deletion
 
     HRESULT GetParameterDefNodeIfExists(const WCHAR* prefix, const WCHAR* name, IXMLDOMNode** node) const;
     HRESULT DeleteParameterDefNodeIfExists(const WCHAR* prefix, const WCHAR* name);
@@ -41,7 +41,7 @@ public:
     // is none or its text is empty.
     CXString GetChildScoredPropertyValueAsString(IXMLDOMNode* node, const WCHAR* name) const;
 
-    // ---- display names ------------------------------------------------------------------------------------------
+    // ---- display names
 
     // Replaces the text of the node's own DisplayName property. kElementNotFound when it has none. A null node is
     // E_INVALIDARG.

@@ -45,7 +45,7 @@ HRESULT GetTrimmedText(IXMLDOMNode* node, Bstr* text) {
     return hr;
 }
 
-// ---- prefixes ---------------------------------------------------------------------------------------------------
+// ---- prefixes
 
 const Bstr& PrintSchemaXmlDocument::PrefixOf(NamespaceKind kind) const {
     switch (kind) {
@@ -87,7 +87,7 @@ HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const WCHAR* uri, Bstr* prefix)
     return S_FALSE;
 }
 
-// ---- lookups ----------------------------------------------------------------------------------------------------
+// ---- lookups
 
 HRESULT PrintSchemaXmlDocument::GetNode(const WCHAR* query, IXMLDOMNode** node) const {
     const ComChecks checks(W("PrintSchemaXmlDocument::GetNode"), kSourceUnit);
@@ -193,7 +193,7 @@ HRESULT PrintSchemaXmlDocument::GetAttributeValue(IXMLDOMNode* node, const WCHAR
     return S_OK;
 }
 
-// ---- deletion ---------------------------------------------------------------------------------------------------
+// ---- deletion
 
 HRESULT PrintSchemaXmlDocument::DeleteNode(IXMLDOMNode* node) {
     const ComChecks checks(W("PrintSchemaXmlDocument::DeleteNode"), kSourceUnit);

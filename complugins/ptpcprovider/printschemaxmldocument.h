@@ -59,7 +59,7 @@ public:
     // when no attribute has the URI for value; throws E_FAIL when the first that has it declares no prefix.
     HRESULT GetPrefixFromURI(const WCHAR* uri, Bstr* prefix) const;
 
-    // ---- lookups ------------------------------------------------------------------------------------------------
+    // ---- lookups
 
     // The first node that an XPath query selects. Throws 0x8000000A without a document.
     HRESULT GetNode(const WCHAR* query, IXMLDOMNode** node) const;
@@ -74,7 +74,7 @@ public:
     // The text of an attribute. S_FALSE when the node has none of that name.
     HRESULT GetAttributeValue(IXMLDOMNode* node, const WCHAR* name, Bstr* text) const;
 
-    // ---- deletion -----------------------------------------------------------------------------------------------
+    // ---- deletion
 
     // Takes the node from its parent. S_FALSE, and nothing done, when it has none.
     HRESULT DeleteNode(IXMLDOMNode* node);
@@ -86,7 +86,7 @@ public:
     // Deletes the root's children of that kind ("Feature") and name, in one walk. What lies deeper is another's.
     void DeleteEvery(const WCHAR* kind, const WCHAR* prefix, const WCHAR* name);
 
-    // ---- creation -----------------------------------------------------------------------------------------------
+    // ---- creation
 
     // An element of the framework namespace under the qualified name as given. A null name is E_INVALIDARG.
     HRESULT CreateXMLElement(const WCHAR* qualifiedName, IXMLDOMElement** element);

@@ -62,7 +62,7 @@ void PrintSchemaXmlDocument::AppendTypedValue(const ComChecks& checks, IXMLDOMEl
     AppendChild(element, child.Get());
 }
 
-// ---- properties -------------------------------------------------------------------------------------------------
+// ---- properties
 
 HRESULT PrintSchemaXmlDocument::CreateProperty(NamespaceKind kind, const WCHAR* name, IXMLDOMElement** property) {
     const ComChecks checks(W("PrintSchemaXmlDocument::CreateProperty"), kSourceUnit);
@@ -134,7 +134,7 @@ HRESULT PrintSchemaXmlDocument::CreateParameterRefScoredProperty(const WCHAR* pr
     return S_OK;
 }
 
-// ---- appending --------------------------------------------------------------------------------------------------
+// ---- appending
 
 HRESULT PrintSchemaXmlDocument::AppendChildToRootNode(IXMLDOMNode* child) {
     const ComChecks checks(W("PrintSchemaXmlDocument::AppendChildToRootNode"), kSourceUnit);

@@ -15,7 +15,7 @@ constexpr const WCHAR* kSourceUnit = W("printticketxmldocument");
 PrintTicketXmlDocument::PrintTicketXmlDocument(IXMLDOMDocument2* document)
     : PrintSchemaXmlDocument(W("PrintTicket"), document) {}
 
-// ---- lookups ----------------------------------------------------------------------------------------------------
+// ---- lookups
 
 HRESULT PrintTicketXmlDocument::GetFeatureOption(const WCHAR* feature, Bstr* optionName, Bstr* optionPrefix) const {
     const ComChecks checks(W("PrintTicketXmlDocument::GetFeatureOption"), kSourceUnit);
@@ -88,7 +88,7 @@ HRESULT PrintTicketXmlDocument::GetParameterInitValueNodeIfExists(const WCHAR* p
     return GetNode(query.Get(), node);
 }
 
-// ---- creation ---------------------------------------------------------------------------------------------------
+// ---- creation
 
 HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(const WCHAR* feature, IXMLDOMElement** featureElement,
                                                         IXMLDOMElement** optionElement) {
@@ -161,7 +161,7 @@ HRESULT PrintTicketXmlDocument::AppendIntegerParameterInit(const WCHAR* prefix, 
     return AppendChildToRootNode(parameter.Get());
 }
 
-// ---- deletion ---------------------------------------------------------------------------------------------------
+// ---- deletion
 
 HRESULT PrintTicketXmlDocument::DeleteParameterInitNodeIfExists(const WCHAR* prefix, const WCHAR* name) {
     ComPtr<IXMLDOMNode> parameter;

@@ -8,7 +8,7 @@ class PrintTicketXmlDocument : public PrintSchemaXmlDocument {
 public:
     explicit PrintTicketXmlDocument(IXMLDOMDocument2* document);
 
-    // ---- lookups: features and properties of the keywords namespace ---------------------------------------------
+    // ---- lookups: features and properties of the keywords namespace
 
     // The chosen option's local name and its prefix with the colon. kElementNotFound, outs unchanged, when the feature
     // or its option is absent. Throws E_FAIL for an option name without a colon.
@@ -22,7 +22,7 @@ public:
     // The Value element of a ParameterInit.
     HRESULT GetParameterInitValueNodeIfExists(const WCHAR* prefix, const WCHAR* name, IXMLDOMNode** node) const;
 
-    // ---- creation -----------------------------------------------------------------------------------------------
+    // ---- creation
 
     // A keywords Feature that holds an Option without name.
     HRESULT CreateFeatureOptionPair(const WCHAR* feature, IXMLDOMElement** featureElement,
@@ -39,7 +39,7 @@ public:
     // Creates and appends to the root.
     HRESULT AppendIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value);
 
-    // ---- deletion -----------------------------------------------------------------------------------------------
+    // ---- deletion
 
     HRESULT DeleteParameterInitNodeIfExists(const WCHAR* prefix, const WCHAR* name);
     // Deletes every Feature of that name and, if there was any, every ParameterInit of the document that no remaining

@@ -23,7 +23,7 @@ public:
 
     std::ostream& out;
     std::ostream& err;
-    std::string storeFolder;  // as told by --store; empty when it was not
+    std::string storeFolder;  // as given by --store; empty when it was not
     std::function<void()> action;
     int exitStatus = 0;  // of the command line, when nothing fails
 

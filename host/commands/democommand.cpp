@@ -38,7 +38,7 @@ bool HaveSamePrivateBlock(DevmodeBuffer& a, DevmodeBuffer& b) {
     return first && second && std::equal(first, first + privateblock::kBytes, second);
 }
 
-// Writes one file of the demonstration and tells its name and size.
+// Writes one file of the demonstration and prints its name and size.
 void Leave(std::ostream& out, const std::filesystem::path& folder, const char* name, std::string_view bytes,
            const char* account) {
     WriteWholeFile(folder / name, bytes);

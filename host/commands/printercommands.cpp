@@ -24,7 +24,7 @@ struct PrinterOptions {
     std::string name, product, port;
 };
 
-// The installer tells in a sentence why it refuses; nothing is changed then.
+// The installer states in a sentence why it refuses; nothing is changed then.
 template <class Operation>
 void Install(Operation operation) {
     try {

@@ -15,7 +15,7 @@ enum Value : DWORD {
     kNotSet = 5001,  // not set, or automatic; also the controller family of an unbound provider
     kPageSizeLetter = 6430,
     kPageSizeA4 = 6436,
-    kPageSizeCustom = 6731,  // a size told by width and length alone
+    kPageSizeCustom = 6731,  // a size given by width and length alone
     kUnitsOfSystem = 7490,   // whichever the system's paper sizes use
     kUnitsMillimetres = 7491,
     kUnitsInches = 7492,

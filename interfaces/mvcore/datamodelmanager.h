@@ -36,9 +36,9 @@ public:
                                                      withUserSizes)) {}
 
     // Fills the model from the product (unless it is filled) and then from the sources, which stay the caller's. To be
-    // called once; a second call throws std::logic_error. What sources set in SetFeatureServices is told as one bundle.
-    // The manager does not touch the sources when its life ends, so they may go first. Until they are released, sources
-    // that are observers are notified of events.
+    // called once; a second call throws std::logic_error. What sources set in SetFeatureServices is reported as one
+    // bundle. The manager does not touch the sources when its life ends, so they may go first. Until they are released,
+    // sources that are observers are notified of events.
     void PopulateFromSourceData(std::vector<DataSource*>& sources) { model_->PopulateFromSourceData(sources); }
     // Calls both unregister operations of every source and forgets the sources, which are notified of no event any
     // more.

@@ -90,7 +90,7 @@ public:
         return true;
     }
     // Whether the model took the value: an option must be offered (or 5001, not set), an integer or dimension is moved
-    // into its range, a text that is too long is cut. Observers are told when the value changes.
+    // into its range, a text that is too long is cut. Observers are notified when the value changes.
     bool SetValue(const T& value) const { return feature_->SetValue(ToFeatureValue(value)); }
     // The value that holds until one is set; a change of it is a change of the capabilities, too.
     bool SetDefault(const T& value) const { return feature_->SetDefault(ToFeatureValue(value)); }

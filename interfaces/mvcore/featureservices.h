@@ -110,7 +110,7 @@ protected:
 // What only the owner of a model does with it.
 class DataModelFeatureServices : public FeatureServices {
 public:
-    // Changes between the two are told as one bundle, at the end of the outermost pair.
+    // Changes between the two are reported as one bundle, at the end of the outermost pair.
     virtual void BeginMassSet() = 0;
     virtual void EndMassSet() = 0;
     virtual MvjtTranslator* CreateMvjtTranslator(int kind) = 0;

@@ -9,7 +9,7 @@
 
 // Operations that list replace the contents of their out argument; for a feature that the model does not have, or that
 // is of another kind, they give nothing (or false). Operations that change what a feature offers throw
-// ExceptionUnsupportedFeatureRequest there. Once the model is filled, observers are told of such changes.
+// ExceptionUnsupportedFeatureRequest there. Once the model is filled, observers are notified of such changes.
 class IntegrationServices {
 public:
     // Ids of the features at any depth under that one; of all under feature 2.
@@ -48,10 +48,10 @@ protected:
     ~IntegrationInterface() = default;
 };
 
-// Registration for changes. An observer is told of one bundle with the changes that it registered for, once for every
-// change made alone and once for all of a mass set; a feature that holds its old value again is none of them. What an
-// observer changes while it is told goes into a bundle of its own. Registering the same twice counts once. An observer
-// must unregister before its life ends.
+// Registration for changes. An observer is notified of one bundle with the changes that it registered for, once for
+// every change made alone and once for all of a mass set; a feature that holds its old value again is none of them.
+// What an observer changes while it is notified goes into a bundle of its own. Registering the same twice counts once.
+// An observer must unregister before its life ends.
 class DataModelObserverInterfaces {
 public:
     // For a list of features: also changes of all that it holds. The number is not used.

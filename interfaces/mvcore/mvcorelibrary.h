@@ -49,7 +49,7 @@ public:
     // A new dictionary, which the caller destroys. The loader gives display names and may be null; it is not kept.
     virtual MvPageSizeDictionary* CreatePageSizeDictionary(ProductStringLoader* loader) = 0;
     // Its low half is 256, the paper number of every custom size; its high half comes from the CRC-32 of the name (the
-    // two halves of the CRC exclusive-ored), so that it tells names apart and is the same in every process.
+    // two halves of the CRC exclusive-ored), so that it distinguishes names and is the same in every process.
     virtual DWORD GetCustomSizeMsId(const WCHAR* name) = 0;
     // What DataModelManager and DeviceInterface stand on; the caller destroys them.
     virtual MvDataModel* CreateDataModel(int kind, const WCHAR* driverDataFile, const ProductStringLoader& loader,

@@ -1,4 +1,4 @@
-// What the data model tells its observers. Defined wholly here: observers ask for the run-time type.
+// Notifications of the data model to its observers. Defined wholly here: observers ask for the run-time type.
 #pragma once
 
 #include <mvcore/datamodelids.h>

@@ -4,9 +4,9 @@
 #include <mvutil/bytebuffer.h>
 
 // The keyed forms keep their values under the key name; the others under that of the printer's port.
-// The location is told in interfaces/mvutil/cachelocation.h. A missing key is made by the first write when "create" is
-// true; without it such a write fails. Keys are opened for each call, so the object holds no handle.
-// A printer handle that is null or all ones throws ExceptionDataCacheFailure; a spooler that does not know the printer,
+// The location is stated in interfaces/mvutil/cachelocation.h. A missing key is made by the first write when "create"
+// is true; without it such a write fails. Keys are opened for each call, so the object holds no handle. A printer
+// handle that is null or all ones throws ExceptionDataCacheFailure; a spooler that does not know the printer,
 // ExceptionPrinterFailure.
 class MVUTIL_API DataCache {
 public:
@@ -24,7 +24,7 @@ public:
     bool DoesCacheExist(const CXString& name) const;
     bool DeleteCache(const CXString& name, bool volatileValue);  // whether something was deleted
     void SetHKEY(HKEY hive);                                     // the same key in another hive from now on
-    void Dump() const;                                           // tells the debugger where the cache lies
+    void Dump() const;                                           // reports to the debugger where the cache lies
     // CRC-32, from the start value on, of the printer's name: the same for every process that opens this printer.
     DWORD GetCurrentCRC() const noexcept { return crc_; }
 

@@ -1,9 +1,9 @@
-// IObserver: whoever is told of the data model's changes and events.
+// IObserver: whoever is notified of the data model's changes and events.
 #pragma once
 
 #include <mvutil/cxstring.h>
 
-// Base of everything that an observer may be told; observers find out what it is with dynamic_cast.
+// Base of everything that an observer may be notified of; observers find out what it is with dynamic_cast.
 class INotification {
 public:
     virtual ~INotification() = default;

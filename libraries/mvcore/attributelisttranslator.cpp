@@ -119,7 +119,7 @@ private:
             if (!inner.IsEmpty()) settings.Append(id, AttributeBytesListValue(kListFlag, inner));
             return;
         }
-        // Rows are told apart by their place, so one without settings takes its place, too.
+        // Rows are distinguished by their place, so one without settings takes its place, too.
         std::vector<AttributeBytesRawList> rows(feature.GetNumItems());
         bool any = false;
         for (std::size_t row = 0; row < rows.size(); ++row) {

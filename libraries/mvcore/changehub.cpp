@@ -1,4 +1,4 @@
-// ChangeHub: changes are gathered, sorted by observer, and told in rounds.
+// ChangeHub: changes are gathered, sorted by observer, and reported in rounds.
 #include "changehub.h"
 
 #include <libraries/mvutil/throwfailure.h>
@@ -81,7 +81,7 @@ void ChangeHub::UnregisterEventObserver(IObserver* observer) {
 void ChangeHub::RaiseEvent(EventId event) {
     if (!eventsBeingTold_.insert(event.GetId()).second) return;
     std::exception_ptr failure;
-    const auto registered = eventObservers_;  // observers come and go while they are told
+    const auto registered = eventObservers_;  // observers come and go while they are notified
     for (const auto& entry : registered) {
         if (entry.second != event.GetId() && entry.second != kEveryEvent) continue;
         if (std::find(eventObservers_.begin(), eventObservers_.end(), entry) == eventObservers_.end()) continue;
@@ -124,7 +124,7 @@ void ChangeHub::Tell() {
     for (int round = 0; round < kMaximumRounds && !changes_.empty(); ++round) {
         KeepFailure(failure, [&] {
             for (const Told& told : TakeBundles()) {
-                // An observer may have unregistered while another was told.
+                // An observer may have unregistered while another was notified.
                 if (!observers_.contains(told.observer)) continue;
                 KeepFailure(failure, [&] { told.observer->OnNotification(*told.bundle); });
             }

@@ -1,4 +1,4 @@
-// ChangeHub: who wants to be told of which change, what has changed, and the telling.
+// ChangeHub: who wants to be notified of which change, what has changed, and the notifying of it.
 #pragma once
 
 #include <mvcore/integration.h>
@@ -29,16 +29,16 @@ public:
     // For every event, unless the observer asked for some of them.
     void RegisterSource(IObserver* observer);
     void UnregisterEventObserver(IObserver* observer);
-    // An event raised while it is told is not told again.
+    // An event raised while it is reported is not reported again.
     void RaiseEvent(EventId event);
 
-    // Changes are told when as many calls of End as of Begin were made. What an observer throws, End throws when all
-    // are told.
+    // Changes are reported when as many calls of End as of Begin were made. What an observer throws, End throws when
+    // all observers are notified.
     void Begin() noexcept { ++depth_; }
     void End();
-    void Abandon() noexcept;  // End without telling; changes stay for the next one
+    void Abandon() noexcept;  // End without reporting; changes stay for the next one
 
-    // While the model is filled nothing is told, now or later.
+    // While the model is filled nothing is reported, now or later.
     void SetSilent(bool silent) noexcept { silent_ = silent; }
 
     void NoteValue(Feature& feature, const std::optional<FeatureValue>& before);
@@ -81,7 +81,8 @@ private:
     bool telling_ = false;
 };
 
-// Changes made while it lives are told as one bundle, when End is called; without that they stay for the next bundle.
+// Changes made while it lives are reported as one bundle, when End is called; without that they stay for the next
+// bundle.
 class MassChange {
 public:
     explicit MassChange(ChangeHub& hub) noexcept : hub_(&hub) { hub.Begin(); }

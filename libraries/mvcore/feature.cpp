@@ -1,4 +1,4 @@
-// Feature: values are fitted to what is offered, and changes are told.
+// Feature: values are fitted to what is offered, and changes are reported.
 #include "feature.h"
 
 #include "changehub.h"
@@ -105,7 +105,7 @@ void Feature::Reset() {
     context_.changes.NoteValue(*this, before);
 }
 
-// The value before tells whether the change of what is offered changed the value, too.
+// The value before shows whether the change of what is offered changed the value, too.
 void Feature::TellWhatIsOffered(const std::optional<FeatureValue>& valueBefore) {
     MassChange change(context_.changes);
     context_.changes.NoteCapabilities(*this, FeatureChangeId(DataModelIds::kContentsChanged));

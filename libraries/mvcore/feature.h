@@ -22,7 +22,7 @@ struct ModelContext {
 // features.
 class Feature final : public MvFeature, public CapabilitiesNode, public MvListOfValues {
 public:
-    static constexpr LONG kLongestText = 255;  // unless the product tells another length
+    static constexpr LONG kLongestText = 255;  // unless the product states another length
 
     // The path leads from the root of the model to the feature, itself included. rowHolder is the feature whose rows it
     // is part of, or 0.

@@ -115,7 +115,7 @@ void AddResolutions(ModelParts& parts, const ProductDescription& product) {
         if (product.resolutions[index].isDefault) feature.SetDefault(ToFeatureValue(resolutions[index]));
 }
 
-// What one tray holds, as the product tells it; other sources may know better.
+// What one tray holds, as the product states it; other sources may know better.
 void AddTrayRow(ModelParts& parts, Feature& rows, const ProductTray& tray) {
     FeatureList& row = rows.AddRow();
     Feature& number = row.Declare({kTrayOfRow});

@@ -1,4 +1,4 @@
-// Fills a model with what the product description and the user's custom paper sizes tell.
+// Fills a model with what the product description and the user's custom paper sizes hold.
 #pragma once
 
 #include "modelparts.h"

@@ -1,4 +1,4 @@
-// Execution contexts: what a thread is doing, told in every report of a failure.
+// Execution contexts: what a thread is doing, named in every report of a failure.
 #include <mvutil/executioncontext.h>
 
 #include <perthread.h>

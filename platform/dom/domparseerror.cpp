@@ -1,4 +1,4 @@
-// The COM object that tells why a text was refused.
+// The COM object that reports why a text was refused.
 #include "domwrappers.h"
 
 namespace dom {

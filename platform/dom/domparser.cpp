@@ -146,7 +146,6 @@ private:
 };
 
 // ---- libxml2's callbacks; no exception may pass through its frames
-// ------------------------------------------------------
 extern "C" {
 
 // Comes when the XML declaration is read. The reader takes all that follows, and for libxml2 this was all.

@@ -1,4 +1,4 @@
-// Writing over libxml2's serializer, which is told of the declarations that are missing for the time of the writing.
+// Writing over libxml2's serializer, which is given the declarations that are missing for the time of the writing.
 #include "domserialise.h"
 
 #include "domname.h"

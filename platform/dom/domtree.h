@@ -166,7 +166,6 @@ private:
 };
 
 // ---- making nodes; std::bad_alloc for lack of memory
-// ------------------------------------------------------------------
 OwnedNode NewElement(xmlDoc* document, xmlNs* space, const std::string& localName);
 // A declaration has the whole name and no namespace.
 OwnedNode NewAttribute(xmlDoc* document, xmlElementType type, xmlNs* space, const std::string& name);

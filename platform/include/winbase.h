@@ -5,10 +5,9 @@
 #include <windows.h>
 
 // ---- modules
-// ---------------------------------------------------------------------------------------------------------- Paths are
-// shown with backslashes and accepted with either slash; 8-bit text is UTF-8. A name without a folder is looked for
-// among the loaded modules, without regard to case, then (by LoadLibrary) beside the program and where the system
-// looks. "kernel32.dll" is the library that implements these functions here.
+// Paths are shown with backslashes and accepted with either slash; 8-bit text is UTF-8. A name without a folder is
+// looked for among the loaded modules, without regard to case, then (by LoadLibrary) beside the program and where the
+// system looks. "kernel32.dll" is the library that implements these functions here.
 #define LOAD_WITH_ALTERED_SEARCH_PATH 0x00000008
 #define GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT 0x00000002
 #define GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS 0x00000004
@@ -31,7 +30,6 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 }
 
 // ---- critical sections
-// ------------------------------------------------------------------------------------------------
 struct CRITICAL_SECTION {
     void* section;  // owned by InitializeCriticalSection / DeleteCriticalSection
 };
@@ -44,7 +42,6 @@ void WINAPI DeleteCriticalSection(LPCRITICAL_SECTION section);
 }
 
 // ---- interlocked operations, process, time, debugger
-// -------------------------------------------------------------------
 inline LONG InterlockedIncrement(volatile LONG* value) { return __atomic_add_fetch(value, 1, __ATOMIC_SEQ_CST); }
 inline LONG InterlockedDecrement(volatile LONG* value) { return __atomic_sub_fetch(value, 1, __ATOMIC_SEQ_CST); }
 extern "C" {
@@ -60,7 +57,6 @@ BOOL WINAPI CloseHandle(HANDLE handle);
 }
 
 // ---- memory
-// ---------------------------------------------------------------------------------------------------------
 using HLOCAL = HANDLE;
 // Frees what a function here says is to be freed so; null is let pass. Returns null.
 extern "C" HLOCAL WINAPI LocalFree(HLOCAL block);
@@ -71,8 +67,7 @@ inline PVOID SecureZeroMemory(PVOID block, SIZE_T bytes) {
 }
 
 // ---- profile files
-// ------------------------------------------------------------------------------------------------------ Copies the
-// lines of a section, each NUL-terminated, then one more NUL. Returns the characters copied without that last NUL;
-// characters - 2 when the section was cut; 0 when the file or the section is not there. The file is UTF-16LE with a
-// byte order mark, or UTF-8.
+// Copies the lines of a section, each NUL-terminated, then one more NUL. Returns the characters copied without that
+// last NUL; characters - 2 when the section was cut; 0 when the file or the section is not there. The file is UTF-16LE
+// with a byte order mark, or UTF-8.
 extern "C" DWORD WINAPI GetPrivateProfileSectionW(LPCWSTR section, LPWSTR buffer, DWORD characters, LPCWSTR file);

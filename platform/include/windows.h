@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// ---- calling conventions and attributes -----------------------------------------------------------------------------
+// ---- calling conventions and attributes
 #define STDMETHODCALLTYPE
 #define WINAPI
 #define APIENTRY
@@ -14,7 +14,6 @@
 #define __declspec(attribute) MV_DECLSPEC_##attribute
 
 // ---- base types: LONG has 32 bits, WCHAR 16
-// --------------------------------------------------------------------------
 using BOOL = int;
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
@@ -104,7 +103,7 @@ struct SYSTEMTIME {
     WORD wMilliseconds;
 };
 
-// ---- results and errors ---------------------------------------------------------------------------------------------
+// ---- results and errors
 #define SUCCEEDED(hr) (static_cast<HRESULT>(hr) >= 0)
 #define FAILED(hr) (static_cast<HRESULT>(hr) < 0)
 #define S_OK (static_cast<HRESULT>(0))
@@ -158,7 +157,7 @@ DWORD WINAPI GetLastError();
 void WINAPI SetLastError(DWORD error);
 }
 
-// ---- system version -------------------------------------------------------------------------------------------------
+// ---- system version
 struct OSVERSIONINFOW {
     DWORD dwOSVersionInfoSize;
     DWORD dwMajorVersion;

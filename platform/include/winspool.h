@@ -88,9 +88,9 @@ struct PRINTER_DEFAULTSW {
 };
 using LPPRINTER_DEFAULTSW = PRINTER_DEFAULTSW*;
 
-// Sizes of buffers are in bytes. Those that return BOOL tell why they failed through GetLastError, the three of printer
-// data by their result; a buffer that is too small gets ERROR_INSUFFICIENT_BUFFER (printer data: ERROR_MORE_DATA) and
-// the number of bytes needed.
+// Sizes of buffers are in bytes. Those that return BOOL report why they failed through GetLastError, the three of
+// printer data by their result; a buffer that is too small gets ERROR_INSUFFICIENT_BUFFER (printer data:
+// ERROR_MORE_DATA) and the number of bytes needed.
 #pragma GCC visibility push(default)
 extern "C" {
 BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE printer, LPPRINTER_DEFAULTSW defaults);

@@ -16,7 +16,7 @@ struct LoadedModule {
     link_map* map;  // what dlopen gives and the dl functions take
 
     bool IsProgram() const { return map->l_name[0] == '\0'; }
-    // Absolute, with slashes. Empty when the system does not tell.
+    // Absolute, with slashes. Empty when the system does not say.
     std::string Path() const;
     // Takes a reference of its own, which dlclose gives back. False when the module is being unloaded.
     bool AddReference() const;

@@ -85,7 +85,7 @@ std::string ShownPath(HMODULE handle) {
     return path;
 }
 
-// Copies the text and its NUL, cut to the buffer's size; a cut is told by answering that size.
+// Copies the text and its NUL, cut to the buffer's size; a cut is reported by answering that size.
 template <class Character>
 DWORD CopyPath(const std::basic_string<Character>& path, Character* buffer, DWORD characters) {
     if (path.empty()) return 0;

@@ -21,7 +21,7 @@ void Notify(DWORD reason, LPVOID reserved) {
 }
 
 // When the process ends, static objects go first and the library's destructors are called after them; when the library
-// is unloaded, the destructors come first. So this object's end tells which of the two it is.
+// is unloaded, the destructors come first. So this object's end shows which of the two it is.
 class ProcessEnd {
 public:
     ProcessEnd() { Notify(DLL_PROCESS_ATTACH, nullptr); }

@@ -46,7 +46,8 @@ WideView Trim(WideView line) {
     return line.substr(first, line.find_last_not_of(blanks) - first + 1);
 }
 
-// Cuts the first line off the text. A NUL ends a line, too: it could not be told from a line's end in the answer.
+// Cuts the first line off the text. A NUL ends a line, too: it could not be distinguished from a line's end in the
+// answer.
 WideView TakeLine(WideView& text) {
     constexpr WideView ends(W("\r\n\0"), 3);
     const std::size_t length = std::min(text.find_first_of(ends), text.size());

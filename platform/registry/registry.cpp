@@ -58,7 +58,7 @@ KeyPath ParsePath(LPCWSTR path) {
     return names;
 }
 
-// The protocol of both functions that hand out data: a null buffer asks for the size, a short one is told it.
+// The protocol of both functions that hand out data: a null buffer asks for the size, a short one is answered with it.
 LSTATUS HandOut(const RegistryValue& value, LPDWORD type, LPBYTE data, LPDWORD bytes) {
     if (type) *type = value.type;
     if (!bytes) return ERROR_SUCCESS;

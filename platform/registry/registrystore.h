@@ -39,7 +39,7 @@ public:
 
     // The key at the end of the path (the key itself when that is empty), or nothing.
     std::optional<KeyId> FindKey(KeyId key, const KeyPath& path);
-    // The same, making what is missing; created tells whether the last key was.
+    // The same, making what is missing; created says whether the last key was.
     KeyId CreateKey(KeyId key, const KeyPath& path, bool& created);
     // Deletes what lies below a key, and the key itself when asked to.
     void DeleteTree(KeyId key, bool withKey);

@@ -1,10 +1,10 @@
-// QuietXmlErrors: keeps libxml2 from printing what it cannot tell to a parser's own handlers.
+// QuietXmlErrors: keeps libxml2 from printing what it cannot report to a parser's own handlers.
 #pragma once
 
 #include <libxml/xmlerror.h>
 
 // For its lifetime and this thread. Failed conversions of an encoding are such errors; the parser that meets one fails,
-// and tells that in its own way.
+// and reports that in its own way.
 class QuietXmlErrors {
 public:
     QuietXmlErrors() noexcept : report_(xmlGenericError), context_(xmlGenericErrorContext) {

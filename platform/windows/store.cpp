@@ -20,7 +20,7 @@ constexpr std::size_t longestKeyName = 255;
 // The path of the subtree to delete at the end; empty when the store stays.
 std::wstring temporaryPath;
 
-// A key name says which folder it stands for: '|' is in no path. Long names are cut and told apart by a hash.
+// A key name says which folder it stands for: '|' is in no path. Long names are cut and distinguished by a hash.
 std::wstring KeyName(const std::string& folderUtf8) {
     const std::u8string utf8(folderUtf8.begin(), folderUtf8.end());
     std::wstring name = std::filesystem::absolute(std::filesystem::path(utf8)).lexically_normal().wstring();

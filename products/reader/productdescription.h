@@ -1,4 +1,4 @@
-// ProductDescription: one product as its description file tells it, and the function that loads it.
+// ProductDescription: one product as its description file states it, and the function that loads it.
 #pragma once
 
 #include <products/pagesizes.h>
@@ -81,8 +81,8 @@ struct ProductLimits {
     bool printsDuplex = false;
     bool printsColor = false;
     bool staples = false;
-    LONG memory = 0;                           // KiB; 0 when the product does not tell
-    LONG pagesPerMinute = 0;                   // 0 when the product does not tell
+    LONG memory = 0;                           // KiB; 0 when the product does not say
+    LONG pagesPerMinute = 0;                   // 0 when the product does not say
     LONG minimumWidth = 0, minimumLength = 0;  // tenths of a millimetre
     LONG maximumWidth = 0, maximumLength = 0;  // tenths of a millimetre
 };

@@ -1,5 +1,5 @@
 // The TOML parser. Some files that are merely wrong fail its assertions, which would end the process, or which the
-// compiler would be told to take for granted: they are left out of every build, and the parser then tells what is
+// compiler would be asked to take for granted: they are left out of every build, and the parser then reports what is
 // wrong.
 #pragma once
 

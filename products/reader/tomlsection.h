@@ -1,4 +1,5 @@
-// TomlSection: one table of a product file, read key by key, each value checked and each mistake told with its line.
+// TomlSection: one table of a product file, read key by key, each value checked and each mistake reported with its
+// line.
 #pragma once
 
 #include <products/reader/productdescription.h>

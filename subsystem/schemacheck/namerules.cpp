@@ -1,4 +1,4 @@
-// The rules of names: that they are there, are bound, and tell siblings apart.
+// The rules of names: that they are there, are bound, and distinguish siblings.
 #include "rules.h"
 
 #include <facts/privateparameters.h>

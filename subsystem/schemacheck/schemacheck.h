@@ -14,7 +14,7 @@ enum class SchemaRule {
     NameStart,        // names in the root, and of parameters, begin with Job, Document or Page
     Structure,        // each element in its place, with what it must hold, at most ten deep in its own kind
     Values,           // a type of XML Schema, and a text of that type
-    Choices,          // capabilities: features tell their selection type; "constrained" has one of four values
+    Choices,          // capabilities: features state their selection type; "constrained" has one of four values
     Definitions,      // capabilities: a parameter's definition is whole, its default within its bounds
     References,       // what a ParameterRef names is in the document
     DistinctOptions,  // options of one feature differ in their name or in their scored properties

@@ -57,7 +57,7 @@ int FindStartLine(const xmlParserInput& input) {
 struct Builder {
     std::unique_ptr<SchemaElement> root;
     SchemaElement* open = nullptr;
-    std::string failure;  // the first is the one that is told
+    std::string failure;  // the first is the one that is reported
     bool outOfMemory = false;
 
     static Builder& Of(void* context) { return *static_cast<Builder*>(static_cast<xmlParserCtxt*>(context)->_private); }

@@ -70,7 +70,7 @@ struct SchemaElement {
 
 struct SchemaDocument {
     std::unique_ptr<SchemaElement> root;
-    std::string encoding;  // as told or detected; empty: UTF-8
+    std::string encoding;  // as stated or detected; empty: UTF-8
 };
 
 // Throws InputError when the bytes are no XML with its prefixes declared, or hold a document type declaration.

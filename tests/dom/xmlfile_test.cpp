@@ -17,7 +17,7 @@ TEST(DocumentType, IsSeenInTheProlog) {
         {"<!-- <!DOCTYPE a> --><a/>", false},
         {"<?pi <!DOCTYPE a> ?><a/>", false},
         {"<a><![CDATA[<!DOCTYPE a>]]></a>", false},
-        {"<a/><!DOCTYPE a>", false},  // not well-formed, which the parser tells
+        {"<a/><!DOCTYPE a>", false},  // not well-formed, which the parser reports
         {"<!-- never closed <!DOCTYPE a>", false},
         {"<!--><!DOCTYPE a> --><a/>", false},
         {"", false},

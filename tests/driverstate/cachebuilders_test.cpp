@@ -34,7 +34,7 @@ protected:
         MSDeviceCapabilities().GetPaperDatabaseCachedDeviceCapabilitiesVector(handle_, nullptr, papers);
         return papers;
     }
-    // Counts how often the printer's DEVMODEs were told to be old.
+    // Counts how often the printer's DEVMODEs were declared old.
     LONG Stamp() const {
         DWORD type = 0;
         ByteBuffer value;

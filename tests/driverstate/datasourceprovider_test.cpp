@@ -1,4 +1,4 @@
-// Data-model state in the registry, and the stamp that tells whether it is current.
+// Data-model state in the registry, and the stamp that says whether it is current.
 #include <datasourceprovider.h>
 #include <support/printerfixture.h>
 

@@ -1,4 +1,4 @@
-// The user's preferences in a data model: declared, restored, told, saved, and the protected ones kept safe.
+// The user's preferences in a data model: declared, restored, reported, saved, and the protected ones kept safe.
 #include <mvcore/testmodel.h>
 #include <support/privatedevmode.h>
 #include <userpreferencefeature.h>
@@ -160,7 +160,7 @@ TEST(UserPreferences, ProtectedStringsAreStoredEncryptedOnly) {
     EXPECT_EQ(bytes.find("271828"), std::string::npos);
     EXPECT_EQ(PreferenceModel().Text(42), digits);
 
-    // Cut and changed: never another text, and nobody is told.
+    // Cut and changed: never another text, and nobody is notified.
     for (std::size_t at = 0; at < bytes.size(); at += 3) {
         ByteBuffer changed = stored;
         changed.getLpbyte()[at] ^= 0x40;

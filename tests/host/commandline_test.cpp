@@ -60,7 +60,7 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
 
     struct Case {
         std::vector<std::string> arguments;
-        const char* words;  // what the sentence has to tell
+        const char* words;  // what the sentence has to say
     };
     const std::vector<Case> cases = {
         {{}, "subcommand"},

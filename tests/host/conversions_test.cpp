@@ -57,7 +57,7 @@ TEST_F(Conversions, ColourCopiesAndBlockTravelToTheTicketAndBack) {
           "\"psk:NorthAmericaLetter\""})
         EXPECT_TRUE(Holds(ticket, part)) << part << " in " << ticket;
 
-    // All that the ticket tells comes back; what it does not tell stays as the fresh DEVMODE has it.
+    // All that the ticket states comes back; what it does not state stays as the fresh DEVMODE has it.
     Write("ticket.xml", ticket);
     Apply("ticket.xml", "fresh.bin", "back.bin");
     const std::string job = Read("job.bin");

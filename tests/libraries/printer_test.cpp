@@ -1,4 +1,4 @@
-// What the spooler tells of a printer, its driver and its forms.
+// What the spooler reports of a printer, its driver and its forms.
 #include <support/printerfixture.h>
 #include <support/userpapers.h>
 

@@ -23,7 +23,7 @@ protected:
     TestPrinter script_{kScript, W("Script")};
 };
 
-// The absence of a value is told apart from false and 0.
+// The absence of a value is distinguished from false and 0.
 std::optional<bool> BooleanOf(DeviceSettingsManager& settings, DWORD feature) {
     bool value = false;
     if (!settings.GetBooleanValueFromAttributeBytes(feature, value)) return std::nullopt;

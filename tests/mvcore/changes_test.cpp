@@ -1,4 +1,4 @@
-// Who is told of which change, and how often.
+// Who is notified of which change, and how often.
 #include "testmodel.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// A data model of a product in a store of its own, a data source that is told what to do, and an observer that writes
-// down what it is told.
+// A data model of a product in a store of its own, a data source that does as it is bidden, and an observer that writes
+// down what it is notified of.
 #pragma once
 
 #include <support/printerfixture.h>

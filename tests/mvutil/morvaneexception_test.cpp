@@ -1,4 +1,4 @@
-// Exceptions: what they carry, and what the hooks are told.
+// Exceptions: what they carry, and what the hooks are handed.
 #include <mvutil/morvaneexception.h>
 
 #include <gtest/gtest.h>

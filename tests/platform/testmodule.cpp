@@ -1,4 +1,4 @@
-// A library for the tests of module loading: it tells what its entry point was told.
+// A library for the tests of module loading: it reports what its entry point was called with.
 #include <windows.h>
 
 #include <string>

@@ -34,7 +34,7 @@ AttributeBytesOptionValue Known(DWORD value, bool set = true) {
 AttributeBytesOptionValue Named(const CXString& text) {
     return AttributeBytesOptionValue(AttributeBytesNewValueId(text), true);
 }
-// The media type among the DEVMODE's document properties, as the list tells it, if its neighbours are there.
+// The media type among the DEVMODE's document properties, as the list holds it, if its neighbours are there.
 std::string TypeIn(TestDevmode& devmode) {
     AttributeBytesRawList raw;
     privateblock::WalkEntries(devmode.Block(), [&](const privateblock::Entry& entry) {

@@ -67,7 +67,7 @@ protected:
         fs::remove_all(folder_, ignored);
     }
 
-    // Makes the spooler tell the folder as the printer driver directory.
+    // Makes the spooler answer the folder as the printer driver directory.
     static void SetDriverDirectory(fs::path folder) {
         const WideString path = folder.make_preferred().string<WCHAR>();
         UniqueKey key;
