@@ -29,8 +29,7 @@ std::vector<const void*> ModuleAddresses() {
         if (load == end) return 0;
         const auto address = module->dlpi_addr + load->p_vaddr;
         auto& found = *static_cast<std::vector<const void*>*>(list);
-        found.push_back(
-            reinterpret_cast<const void*>(address));  // NOLINT(performance-no-int-to-ptr): stored as a number
+        found.push_back(reinterpret_cast<const void*>(address));  // NOLINT(performance-no-int-to-ptr): a number there
         return 0;
     };
     dl_iterate_phdr(collect, &addresses);
