@@ -7,6 +7,7 @@
 #include <comptr.h>
 #include <msxml2.h>
 
+#include <optional>
 #include <vector>
 
 class ComChecks;
@@ -137,10 +138,10 @@ private:
     void SetProperty(const ComChecks& checks, WideStringView name, WideStringView value);
     void SetSelectionNamespace(const ComChecks& checks, WideStringView prefix);
     bool FindRoot(const ComChecks& checks);
-    HRESULT NormalizePrivatePrefix();
-    HRESULT FindPrivateNames(std::vector<ComPtr<IXMLDOMNode>>* names) const;
-    HRESULT RenamePrivateNames(const std::vector<ComPtr<IXMLDOMNode>>& names);
-    HRESULT RenamePrivateDeclaration();
+    void NormalizePrivatePrefix(const ComChecks& checks);
+    std::optional<std::vector<ComPtr<IXMLDOMNode>>> FindPrivateNames(const ComChecks& checks) const;
+    void RenamePrivateNames(const ComChecks& checks, const std::vector<ComPtr<IXMLDOMNode>>& names);
+    void RenamePrivateDeclaration(const ComChecks& checks);
     ComPtr<IXMLDOMNodeList> SelectNodes(const ComChecks& checks, const WCHAR* query) const;
     bool FindParameterValue(const ComChecks& checks, const Bstr& name, Bstr* text) const;
 

@@ -4,24 +4,32 @@
 #include "printschematext.h"
 #include "printschemaxmldocument.h"
 
+#include <optional>
+#include <utility>
+
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printschemaxmldocument");
 constexpr ComChecks kConstruction(W("PrintSchemaXmlDocument::PrintSchemaXmlDocument"), kSourceUnit);
-constexpr ComChecks kNormalization(W("PrintSchemaXmlDocument::NormalizePrivatePrefix"), kSourceUnit);
 constexpr WideStringView kSelectionPrefix = W("psf");              // until the document's own is known
 constexpr WideStringView kUndeclaredPrivatePrefix = W("ns0000:");  // where the root does not declare the namespace
 constexpr WideStringView kNormalPrivatePrefix = W("mk:");
 constexpr const WCHAR* kNormalPrivateDeclaration = W("xmlns:mk");
 
-// An attribute of a node. S_FALSE when the node has none of that name.
-HRESULT GetAttribute(IXMLDOMNode* node, const WCHAR* name, ComPtr<IXMLDOMNode>* attribute) {
+// An attribute of a node; null when the node has none of that name.
+ComPtr<IXMLDOMNode> FindAttribute(const ComChecks& checks, IXMLDOMNode* node, const WCHAR* name) {
     ComPtr<IXMLDOMNamedNodeMap> attributes;
-    HRESULT hr = node->get_attributes(attributes.Put());
-    if (FAILED(hr)) return hr;
-    if (!attributes) return S_FALSE;
-    hr = attributes->getNamedItem(CopyText(kNormalization, name).Get(), attribute->Put());
-    return SUCCEEDED(hr) && !*attribute ? S_FALSE : hr;
+    ComPtr<IXMLDOMNode> attribute;
+    if (!Found(checks, node->get_attributes(attributes.Put()), attributes)) return attribute;
+    const HRESULT hr = attributes->getNamedItem(CopyText(checks, name).Get(), attribute.Put());
+    if (!Found(checks, hr, attribute)) attribute.Reset();
+    return attribute;
+}
+
+Variant GetValue(const ComChecks& checks, IXMLDOMNode* attribute) {
+    Variant value;
+    checks.Succeeds(attribute->get_nodeValue(value.Put()));
+    return value;
 }
 
 // What two prefixes stand for at a place of the document.
@@ -33,25 +41,18 @@ struct PrefixScope {
 // A prefix without its colon.
 WideStringView Bare(WideStringView prefix) noexcept { return prefix.substr(0, prefix.find(W(':'))); }
 
-// Tells what the node's own declaration says, if it has one: whether it is of the private namespace.
-template <class Tell>
-HRESULT ReadDeclaration(IXMLDOMNode* node, const WCHAR* declarationName, Tell tell) {
-    ComPtr<IXMLDOMNode> declaration;
-    HRESULT hr = GetAttribute(node, declarationName, &declaration);
-    if (hr != S_OK) return hr;
-    Variant uri;
-    hr = declaration->get_nodeValue(uri.Put());
-    if (SUCCEEDED(hr)) tell(uri.Text() == kPrivateKeywordsNamespace);
-    return hr;
+// What the node's own declaration says, if it has one: whether it is of the private namespace.
+std::optional<bool> DeclaresPrivate(const ComChecks& checks, IXMLDOMNode* node, const WCHAR* declarationName) {
+    const ComPtr<IXMLDOMNode> declaration = FindAttribute(checks, node, declarationName);
+    if (!declaration) return std::nullopt;
+    return GetValue(checks, declaration.Get()).Text() == kPrivateKeywordsNamespace;
 }
 
 // The node's name attribute, when it begins with the prefix; else null.
-HRESULT GetPrefixedName(IXMLDOMNode* node, WideStringView prefix, ComPtr<IXMLDOMNode>* name) {
-    HRESULT hr = GetAttribute(node, W("name"), name);
-    Variant value;
-    if (hr == S_OK) hr = (*name)->get_nodeValue(value.Put());
-    if (!value.Text().starts_with(prefix)) name->Reset();
-    return hr;
+ComPtr<IXMLDOMNode> FindPrefixedName(const ComChecks& checks, IXMLDOMNode* node, WideStringView prefix) {
+    ComPtr<IXMLDOMNode> name = FindAttribute(checks, node, W("name"));
+    if (name && !GetValue(checks, name.Get()).Text().starts_with(prefix)) name.Reset();
+    return name;
 }
 
 }  // namespace
@@ -65,7 +66,7 @@ PrintSchemaXmlDocument::PrintSchemaXmlDocument(const WCHAR* rootName, IXMLDOMDoc
     checks.Require(FindRoot(checks), S_FALSE);
 
     if (GetPrefixFromURI(kPrivateKeywordsNamespace, &privatePrefix_) == S_OK) {
-        checks.Succeeds(NormalizePrivatePrefix());
+        NormalizePrivatePrefix(checks);
     } else {
         privatePrefix_ = CopyText(checks, kUndeclaredPrivatePrefix);
     }
@@ -107,84 +108,68 @@ bool PrintSchemaXmlDocument::FindRoot(const ComChecks& checks) {
 
 // Renames the private prefix to mk. No prefix is ever bound anew: where mk stands for another namespace, at the root or
 // at an element whose name would change, the document keeps its own prefix.
-HRESULT PrintSchemaXmlDocument::NormalizePrivatePrefix() {
-    if (privatePrefix_.View() == kNormalPrivatePrefix) return S_OK;
-    std::vector<ComPtr<IXMLDOMNode>> names;
-    HRESULT hr = FindPrivateNames(&names);
-    if (hr == S_FALSE) return S_OK;
-    if (SUCCEEDED(hr)) hr = RenamePrivateNames(names);
-    if (SUCCEEDED(hr)) hr = RenamePrivateDeclaration();
-    if (SUCCEEDED(hr)) privatePrefix_ = CopyText(kNormalization, kNormalPrivatePrefix);
-    return hr;
+void PrintSchemaXmlDocument::NormalizePrivatePrefix(const ComChecks& checks) {
+    if (privatePrefix_.View() == kNormalPrivatePrefix) return;
+    const std::optional<std::vector<ComPtr<IXMLDOMNode>>> names = FindPrivateNames(checks);
+    if (!names) return;
+    RenamePrivateNames(checks, *names);
+    RenamePrivateDeclaration(checks);
+    privatePrefix_ = CopyText(checks, kNormalPrivatePrefix);
 }
 
-// The name attributes that begin with the private prefix where it stands for the private namespace. S_FALSE when mk is
+// The name attributes that begin with the private prefix where it stands for the private namespace. Nothing when mk is
 // something else at the root or at one of them. One walk, which takes along what the elements around declare: to look
 // upward from each name would cost the square of a document with many declarations.
-HRESULT PrintSchemaXmlDocument::FindPrivateNames(std::vector<ComPtr<IXMLDOMNode>>* names) const {
-    const Bstr declarationName = Join(kNormalization, W("xmlns:"), Bare(privatePrefix_.View()));
+std::optional<std::vector<ComPtr<IXMLDOMNode>>> PrintSchemaXmlDocument::FindPrivateNames(
+    const ComChecks& checks) const {
+    const Bstr declarationName = Join(checks, W("xmlns:"), Bare(privatePrefix_.View()));
+    std::vector<ComPtr<IXMLDOMNode>> names;
     std::vector<std::pair<ComPtr<IXMLDOMNode>, PrefixScope>> pending = {{rootNode_, {}}};
     while (!pending.empty()) {
         const auto [node, around] = std::move(pending.back());
         pending.pop_back();
         PrefixScope scope = around;
+        if (const auto own = DeclaresPrivate(checks, node.Get(), declarationName.Get())) scope.isPrivate = *own;
+        if (const auto own = DeclaresPrivate(checks, node.Get(), kNormalPrivateDeclaration)) scope.isMkForeign = !*own;
         ComPtr<IXMLDOMNode> name, sibling, child;
-        HRESULT hr = ReadDeclaration(node.Get(), declarationName.Get(), [&](bool own) { scope.isPrivate = own; });
-        if (SUCCEEDED(hr))
-            hr = ReadDeclaration(node.Get(), kNormalPrivateDeclaration, [&](bool own) { scope.isMkForeign = !own; });
-        if (SUCCEEDED(hr) && scope.isPrivate) hr = GetPrefixedName(node.Get(), privatePrefix_.View(), &name);
+        if (scope.isPrivate) name = FindPrefixedName(checks, node.Get(), privatePrefix_.View());
         const bool isRoot = node.Get() == rootNode_.Get();
-        if (SUCCEEDED(hr) && scope.isMkForeign && (name || isRoot)) return S_FALSE;
-        if (SUCCEEDED(hr) && !isRoot) hr = node->get_nextSibling(sibling.Put());
-        if (SUCCEEDED(hr)) hr = node->get_firstChild(child.Put());
-        if (FAILED(hr)) return hr;
-        if (name) names->push_back(std::move(name));
+        if (scope.isMkForeign && (name || isRoot)) return std::nullopt;
+        if (!isRoot) checks.Succeeds(node->get_nextSibling(sibling.Put()));
+        checks.Succeeds(node->get_firstChild(child.Put()));
+        if (name) names.push_back(std::move(name));
         if (sibling) pending.emplace_back(std::move(sibling), around);
         if (child) pending.emplace_back(std::move(child), scope);
     }
-    return S_OK;
+    return names;
 }
 
-HRESULT PrintSchemaXmlDocument::RenamePrivateNames(const std::vector<ComPtr<IXMLDOMNode>>& names) {
+void PrintSchemaXmlDocument::RenamePrivateNames(const ComChecks& checks,
+                                                const std::vector<ComPtr<IXMLDOMNode>>& names) {
     for (const ComPtr<IXMLDOMNode>& attribute : names) {
-        Variant value;
-        HRESULT hr = attribute->get_nodeValue(value.Put());
-        if (FAILED(hr)) return hr;
-        CXString name(WideString(value.Text()));
+        CXString name(WideString(GetValue(checks, attribute.Get()).Text()));
         name.Replace(CXString(WideString(privatePrefix_.View())), CXString(WideString(kNormalPrivatePrefix)));
-        hr = attribute->put_nodeValue(Variant(CopyText(kNormalization, name.AsWideString())).Get());
-        if (FAILED(hr)) return hr;
+        checks.Succeeds(attribute->put_nodeValue(Variant(CopyText(checks, name.AsWideString())).Get()));
     }
-    return S_OK;
 }
 
 // The root then declares mk in place of the prefix that it came with.
-HRESULT PrintSchemaXmlDocument::RenamePrivateDeclaration() {
-    const Bstr oldName = Join(kNormalization, W("xmlns:"), Bare(privatePrefix_.View()));
-    ComPtr<IXMLDOMNode> declaration;
-    HRESULT hr = GetAttribute(rootNode_.Get(), oldName.Get(), &declaration);
-    if (hr != S_OK) return hr;
-    Variant uri;
-    hr = declaration->get_nodeValue(uri.Put());
-    if (FAILED(hr)) return hr;
-
+void PrintSchemaXmlDocument::RenamePrivateDeclaration(const ComChecks& checks) {
+    const Bstr oldName = Join(checks, W("xmlns:"), Bare(privatePrefix_.View()));
+    const ComPtr<IXMLDOMNode> declaration = FindAttribute(checks, rootNode_.Get(), oldName.Get());
+    if (!declaration) return;
+    const Variant uri = GetValue(checks, declaration.Get());
     // The root may declare mk for the private namespace already, behind the prefix that was found first.
-    ComPtr<IXMLDOMNode> present;
-    hr = GetAttribute(rootNode_.Get(), kNormalPrivateDeclaration, &present);
-    if (FAILED(hr)) return hr;
-    if (hr == S_FALSE) {
-        ComPtr<IXMLDOMElement> root;
-        hr = rootNode_->QueryInterface(IID_IXMLDOMElement, root.PutVoid());
-        if (FAILED(hr)) return hr;
+    if (!FindAttribute(checks, rootNode_.Get(), kNormalPrivateDeclaration)) {
+        const auto root = QueryFor<IXMLDOMElement>(checks, rootNode_.Get(), IID_IXMLDOMElement);
         try {
             AppendXMLAttribute(root.Get(), kNormalPrivateDeclaration, W(""), CXString(WideString(uri.Text())));
         } catch (const MorvaneComException& exception) {
-            return exception.GetHresult();
+            checks.Throw(exception.GetHresult());
         }
     }
     ComPtr<IXMLDOMNamedNodeMap> attributes;
-    hr = rootNode_->get_attributes(attributes.Put());
-    if (FAILED(hr)) return hr;
+    checks.Require(Found(checks, rootNode_->get_attributes(attributes.Put()), attributes), E_FAIL);
     ComPtr<IXMLDOMNode> removed;
-    return attributes ? attributes->removeNamedItem(oldName.Get(), removed.Put()) : E_FAIL;
+    checks.Succeeds(attributes->removeNamedItem(oldName.Get(), removed.Put()));
 }

@@ -65,6 +65,7 @@ public:
         value_.pdispVal = object;
         value_.vt = VT_DISPATCH;
     }
+    Variant(Variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
     Variant(const Variant&) = delete;
     Variant& operator=(const Variant&) = delete;
     ~Variant() { VariantClear(&value_); }
