@@ -1,7 +1,7 @@
 // UserPreferenceVerticalFeature: what is declared, restored and reported.
 #include "userpreferencefeature.h"
 
-#include "userpreferencestore.h"
+#include "userpreferences.h"
 
 #include <mvcore/integration.h>
 #include <mvutil/operatingsystem.h>

@@ -6,7 +6,7 @@
 #include <mscacheddevicecapabilities.h>
 #include <ptpcprovider/featureunit.h>
 #include <ptpcprovider/margintable.h>
-#include <ptpcprovider/pagemediasizeimpl.h>
+#include <ptpcprovider/paperlengths.h>
 #include <ptpcprovider/printcapabilitiesxmldocument.h>
 #include <ptpcprovider/printticketxmldocument.h>
 

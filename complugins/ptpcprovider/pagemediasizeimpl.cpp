@@ -1,5 +1,5 @@
 // Page media size: the printer's paper sizes as options of PageMediaSize, to and from the DEVMODE's paper fields.
-#include <ptpcprovider/pagemediasizeimpl.h>
+#include <ptpcprovider/paperlengths.h>
 
 #include "ptpcprovider/morvaneptprovider.h"
 

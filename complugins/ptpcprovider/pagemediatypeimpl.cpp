@@ -1,5 +1,5 @@
 // Page media type: the printer's media types as options of PageMediaType, to and from the document properties.
-#include <ptpcprovider/pagemediatypeimpl.h>
+#include <ptpcprovider/reportedmediatypes.h>
 
 #include "ptpcprovider/morvaneptprovider.h"
 

@@ -4,7 +4,7 @@
 #include <support/capabilitycaches.h>
 
 #include <mvutil/crc32.h>
-#include <ptpcprovider/pagemediatypeimpl.h>
+#include <ptpcprovider/reportedmediatypes.h>
 
 namespace {
 

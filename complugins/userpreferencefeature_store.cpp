@@ -1,5 +1,5 @@
 // UserPreferenceVerticalFeature: reading the protected strings from the user's registry, and saving all preferences.
-#include "userpreferencestore.h"
+#include "userpreferences.h"
 
 #include "userpreferencefeature.h"
 
