@@ -3,7 +3,7 @@
 #include <store.h>
 #include <subsystem/installedprinter.h>
 #include <subsystem/regfile.h>
-#include <subsystem/registrystore.h>
+#include <subsystem/registryexchange.h>
 
 #include "fuzzhost.h"
 
@@ -14,11 +14,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Demand(FormatRegFile(ParseRegFile(text)) == text, "a registry file that was written reads back as it was");
 
         OpenStore(":memory:");
-        AllowRefusal([&] { ChangeRegistryStore(file); });
-        const std::string stored = FormatRegFile(ReadRegistryStore());
+        AllowRefusal([&] { ImportRegistry(file); });
+        const std::string stored = FormatRegFile(ExportRegistry());
         OpenStore(":memory:");
-        ChangeRegistryStore(ParseRegFile(stored));
-        Demand(FormatRegFile(ReadRegistryStore()) == stored, "a store that was exported is imported as it was");
+        ImportRegistry(ParseRegFile(stored));
+        Demand(FormatRegFile(ExportRegistry()) == stored, "a store that was exported is imported as it was");
         AllowRefusal([] { ListInstalledPrinters(); });
         CloseStore();
     });

@@ -61,8 +61,8 @@ bool ReadCommandLine(CLI::App& app, const std::vector<std::string>& arguments, s
     }
 }
 
-int RunGuarded(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
-               const OperationReports& reports) {
+int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+                   const OperationReports& reports) {
     try {
         HostContext context(out, err);
         CLI::App app("Does from the command line what the print subsystem does around the PrintTicket provider.",
@@ -120,5 +120,5 @@ void HostContext::Open(const std::string& folder) {
 
 int RunHost(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
     const OperationReports reports;
-    return RunGuarded(arguments, out, err, reports);
+    return RunCommandLine(arguments, out, err, reports);
 }

@@ -1,7 +1,7 @@
 // Printer drivers: adding, deleting and listing them, and the folder of their files.
 #include "infopacker.h"
 #include "printerhandles.h"
-#include "registryvalues.h"
+#include "spoolerregistry.h"
 #include "storedfields.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "infopacker.h"
 #include "printerhandles.h"
 #include "printerstore.h"
-#include "registryvalues.h"
+#include "spoolerregistry.h"
 
 #include <algorithm>
 #include <cstring>

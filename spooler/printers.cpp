@@ -1,7 +1,7 @@
 // Opening, listing, adding and deleting printers, and their data.
 #include "infopacker.h"
 #include "printerhandles.h"
-#include "registryvalues.h"
+#include "spoolerregistry.h"
 #include "storedfields.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 #include "printerstore.h"
 
 #include "printerhandles.h"
-#include "registryvalues.h"
 #include "spoolererror.h"
+#include "spoolerregistry.h"
 #include "storedfields.h"
 
 #include <cstring>

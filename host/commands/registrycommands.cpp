@@ -3,7 +3,7 @@
 
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
-#include <subsystem/registrystore.h>
+#include <subsystem/registryexchange.h>
 #include "commands.h"
 
 void AddRegistryCommands(CLI::App& app, HostContext& context) {
@@ -16,7 +16,7 @@ void AddRegistryCommands(CLI::App& app, HostContext& context) {
     exportCommand->callback([&context, file] {
         context.action = [&context, file] {
             context.UseStore();
-            WriteWholeFile(PathFromUtf8(*file), FormatRegFile(ReadRegistryStore()));
+            WriteWholeFile(PathFromUtf8(*file), FormatRegFile(ExportRegistry()));
         };
     });
 
@@ -27,7 +27,7 @@ void AddRegistryCommands(CLI::App& app, HostContext& context) {
         context.action = [&context, file] {
             const RegFile contents = ParseRegFile(ReadWholeFile(PathFromUtf8(*file)));
             context.UseStore();
-            ChangeRegistryStore(contents);
+            ImportRegistry(contents);
         };
     });
 }

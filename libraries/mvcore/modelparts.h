@@ -3,7 +3,7 @@
 
 #include "changehub.h"
 #include "featurelist.h"
-#include "mediahandler.h"
+#include "modelmediahandler.h"
 #include "valuenames.h"
 
 struct ModelParts {

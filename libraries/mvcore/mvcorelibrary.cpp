@@ -6,7 +6,7 @@
 
 #include "datamodel.h"
 #include "device.h"
-#include "pagesizes.h"
+#include "schemapagesizes.h"
 
 namespace {
 

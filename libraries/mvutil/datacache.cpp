@@ -7,7 +7,7 @@
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/printer.h>
 
-#include "registryvalue.h"
+#include "registryread.h"
 #include "throwfailure.h"
 
 #include <algorithm>

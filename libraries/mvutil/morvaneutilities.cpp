@@ -5,7 +5,7 @@
 #include <mvutil/lackofmemory.h>
 #include <mvutil/operatingsystem.h>
 
-#include "registryvalue.h"
+#include "registryread.h"
 
 CXString MorvaneUtilities::ReplaceControlCharacters(const CXString& text) {
     WideString line = text.AsWideString();

@@ -3,7 +3,7 @@
 
 #include <mvutil/cachelocation.h>
 
-#include "registryvalue.h"
+#include "registryread.h"
 
 #include <iterator>
 

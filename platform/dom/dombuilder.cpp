@@ -12,9 +12,9 @@
 
 namespace dom {
 
-Builder::Builder(DomTree& tree) : tree_(tree) { scope_.Declare("xml", tree.Namespace("xml", kXmlNamespace)); }
+DomBuilder::DomBuilder(DomTree& tree) : tree_(tree) { scope_.Declare("xml", tree.Namespace("xml", kXmlNamespace)); }
 
-void Builder::Fail(const std::string& reason, int line, int column) {
+void DomBuilder::Fail(const std::string& reason, int line, int column) {
     if (!failure.reason.empty()) return;
     failure = {reason, line, column};
     std::replace(failure.reason.begin(), failure.reason.end(), '\n', ' ');
@@ -22,12 +22,12 @@ void Builder::Fail(const std::string& reason, int line, int column) {
     if (failure.reason.empty()) failure.reason = "the document is not well-formed";
 }
 
-void Builder::FailHere(xmlParserCtxt* parser, const std::string& reason) {
+void DomBuilder::FailHere(xmlParserCtxt* parser, const std::string& reason) {
     Fail(reason, parser->input ? parser->input->line : 0, parser->input ? parser->input->col : 0);
     xmlStopParser(parser);
 }
 
-std::string Builder::CheckNames(const std::vector<ReadAttribute>& attributes) {
+std::string DomBuilder::CheckNames(const std::vector<ReadAttribute>& attributes) {
     names_.clear();
     for (const ReadAttribute& attribute : attributes) names_.push_back(attribute.name);
     std::sort(names_.begin(), names_.end());
@@ -35,7 +35,7 @@ std::string Builder::CheckNames(const std::vector<ReadAttribute>& attributes) {
     return twice == names_.end() ? "" : "the attribute '" + std::string(ViewOf(*twice)) + "' is redefined";
 }
 
-std::string Builder::Declare(const std::vector<ReadAttribute>& attributes) {
+std::string DomBuilder::Declare(const std::vector<ReadAttribute>& attributes) {
     for (const ReadAttribute& attribute : attributes) {
         const std::string_view name = ViewOf(attribute.name);
         const std::string_view uri = ViewOf(attribute.value.get());
@@ -48,7 +48,7 @@ std::string Builder::Declare(const std::vector<ReadAttribute>& attributes) {
     return "";
 }
 
-std::string Builder::Resolve(std::string_view name, bool isElement, QName* parts, xmlNs** space) const {
+std::string DomBuilder::Resolve(std::string_view name, bool isElement, QName* parts, xmlNs** space) const {
     if (!IsQName(std::string(name))) return "'" + std::string(name) + "' is not a qualified name";
     *parts = SplitName(name);
     *space = nullptr;
@@ -61,7 +61,7 @@ std::string Builder::Resolve(std::string_view name, bool isElement, QName* parts
     return "";
 }
 
-std::string Builder::AddAttributes(xmlNode* element, const std::vector<ReadAttribute>& attributes) const {
+std::string DomBuilder::AddAttributes(xmlNode* element, const std::vector<ReadAttribute>& attributes) const {
     std::set<std::pair<std::string_view, std::string_view>> seen;  // expanded names of those with a prefix
     AttributeAppender appender(element);
     for (const ReadAttribute& read : attributes) {
@@ -83,7 +83,8 @@ std::string Builder::AddAttributes(xmlNode* element, const std::vector<ReadAttri
     return "";
 }
 
-void Builder::StartElement(xmlParserCtxt* parser, const xmlChar* name, const std::vector<ReadAttribute>& attributes) {
+void DomBuilder::StartElement(xmlParserCtxt* parser, const xmlChar* name,
+                              const std::vector<ReadAttribute>& attributes) {
     scope_.OpenElement();
     QName parts;
     xmlNs* space = nullptr;
@@ -102,7 +103,7 @@ void Builder::StartElement(xmlParserCtxt* parser, const xmlChar* name, const std
     if (!reason.empty()) FailHere(parser, reason);
 }
 
-void Builder::EndElement(xmlParserCtxt* parser, const xmlChar* name) {
+void DomBuilder::EndElement(xmlParserCtxt* parser, const xmlChar* name) {
     scope_.CloseElement();
     xmlSAX2EndElement(parser, name);
 }

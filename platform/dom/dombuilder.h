@@ -1,5 +1,5 @@
-// Builder: makes elements of the tags that the parser reads, in which declarations and attributes stand in the order in
-// which they were written, and works out their namespaces.
+// DomBuilder: makes elements of the tags that the parser reads, in which declarations and attributes stand in the order
+// in which they were written, and works out their namespaces.
 #pragma once
 
 #include "domscope.h"
@@ -25,9 +25,9 @@ struct ReadAttribute {
     std::unique_ptr<xmlChar, TextDeleter> value;
 };
 
-class Builder {
+class DomBuilder {
 public:
-    explicit Builder(DomTree& tree);
+    explicit DomBuilder(DomTree& tree);
 
     // The element becomes the parser's current node. Says why not in failure.
     void StartElement(xmlParserCtxt* parser, const xmlChar* name, const std::vector<ReadAttribute>& attributes);
@@ -47,7 +47,7 @@ private:
     std::string AddAttributes(xmlNode* element, const std::vector<ReadAttribute>& attributes) const;
 
     DomTree& tree_;
-    PrefixScope<xmlNs*> scope_;  // the default namespace under the empty prefix; null where it is taken back
+    DomScope<xmlNs*> scope_;  // the default namespace under the empty prefix; null where it is taken back
     std::vector<const xmlChar*> names_;
 };
 

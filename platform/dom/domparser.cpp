@@ -27,12 +27,14 @@ struct ContextDeleter {
     }
 };
 
-Builder& BuilderOf(void* context) { return *static_cast<Builder*>(static_cast<xmlParserCtxt*>(context)->_private); }
+DomBuilder& BuilderOf(void* context) {
+    return *static_cast<DomBuilder*>(static_cast<xmlParserCtxt*>(context)->_private);
+}
 
 // What follows the XML declaration. Each step ends at a failure, which the builder has been notified of.
 class ContentReader {
 public:
-    ContentReader(xmlParserCtxt* parser, Builder& builder) : parser_(parser), builder_(builder) {}
+    ContentReader(xmlParserCtxt* parser, DomBuilder& builder) : parser_(parser), builder_(builder) {}
 
     void Read() {
         xmlParseMisc(parser_);
@@ -140,7 +142,7 @@ private:
     static constexpr int kGrowth = 250;
 
     xmlParserCtxt* const parser_;
-    Builder& builder_;
+    DomBuilder& builder_;
     std::vector<const xmlChar*> open_;
     std::vector<ReadAttribute> attributes_;
 };
@@ -151,7 +153,7 @@ extern "C" {
 // Comes when the XML declaration is read. The reader takes all that follows, and for libxml2 this was all.
 void OnStartDocument(void* context) {
     auto* const parser = static_cast<xmlParserCtxt*>(context);
-    Builder& builder = BuilderOf(context);
+    DomBuilder& builder = BuilderOf(context);
     xmlSAX2StartDocument(context);
     try {
         parser->instate = XML_PARSER_CONTENT;
@@ -164,7 +166,7 @@ void OnStartDocument(void* context) {
 
 // The library has noted the error in the context when it comes here.
 void OnError(void* context, const char*, ...) {
-    Builder& builder = BuilderOf(context);
+    DomBuilder& builder = BuilderOf(context);
     const xmlError& error = static_cast<xmlParserCtxt*>(context)->lastError;
     try {
         builder.Fail(error.message ? error.message : "", error.line, error.int2);
@@ -182,7 +184,7 @@ constexpr int kOptions = XML_PARSE_NONET     // nothing is fetched
                          | XML_PARSE_NOENT;  // attribute values come with their references resolved
 
 // Null when the library has not come to the document's start.
-xmlDoc* Parse(Builder& builder, const void* bytes, int length, int options) {
+xmlDoc* Parse(DomBuilder& builder, const void* bytes, int length, int options) {
     const QuietXmlErrors quiet;
     const std::unique_ptr<xmlParserCtxt, ContextDeleter> parser(
         xmlCreateMemoryParserCtxt(static_cast<const char*>(bytes), length));
@@ -202,7 +204,7 @@ xmlDoc* Parse(Builder& builder, const void* bytes, int length, int options) {
 std::shared_ptr<DomTree> ParseDocument(const void* bytes, std::size_t length, Encoding encoding,
                                        ParseFailure* failure) {
     auto tree = std::make_shared<DomTree>();
-    Builder builder(*tree);
+    DomBuilder builder(*tree);
     if (!bytes || length == 0) {
         builder.Fail("the document is empty", 0, 0);
     } else if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) {

@@ -1,4 +1,4 @@
-// PrefixScope: what prefixes stand for while a tree is gone through, element by element.
+// DomScope: what prefixes stand for while a tree is gone through, element by element.
 #pragma once
 
 #include <string_view>
@@ -9,7 +9,7 @@ namespace dom {
 
 // The prefixes' texts must outlive the scope.
 template <class Meaning>
-class PrefixScope {
+class DomScope {
 public:
     void OpenElement() { marks_.push_back(declared_.size()); }
     // Declares for the element opened last, or for all.

@@ -67,7 +67,7 @@ private:
         scope_.Declare(prefix, uri);
     }
 
-    PrefixScope<std::string_view> scope_;  // URIs
+    DomScope<std::string_view> scope_;  // URIs
     std::vector<xmlNode*> touched_;
 };
 

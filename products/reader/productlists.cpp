@@ -209,7 +209,8 @@ void ReadResolutions(TomlSection& root, ProductDescription& product) {
     if (defaults != 1) root.Fail("resolutions", "one resolution with default = true");
 }
 
-struct DevmodeField {
+// A field that a product may give a default, and what that may be.
+struct ProductFieldRange {
     const char* name;
     DWORD bit;
     LONG lowest, highest;
@@ -217,7 +218,7 @@ struct DevmodeField {
 
 constexpr LONG kShortest = -0x8000, kLongest = 0x7FFF;
 constexpr LONG kWidest = std::numeric_limits<LONG>::max();
-constexpr DevmodeField kDevmodeFields[] = {
+constexpr ProductFieldRange kFieldRanges[] = {
     {"dmOrientation", DM_ORIENTATION, DMORIENT_PORTRAIT, DMORIENT_LANDSCAPE},
     {"dmPaperSize", DM_PAPERSIZE, 1, kLongest},
     {"dmScale", DM_SCALE, 1, 1000},
@@ -292,7 +293,7 @@ void ReadProductLists(TomlSection& root, ProductDescription& product) {
 }
 
 void ReadDevmodeDefaults(TomlSection& section, ProductDescription& product) {
-    for (const DevmodeField& known : kDevmodeFields) {
+    for (const ProductFieldRange& known : kFieldRanges) {
         const auto value = section.GetIntegerIfGiven(known.name, known.lowest, known.highest);
         if (!value) continue;
         const ProductDevmodeField field{known.name, static_cast<LONG>(*value), known.bit};

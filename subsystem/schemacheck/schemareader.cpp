@@ -54,13 +54,15 @@ int FindStartLine(const xmlParserInput& input) {
 }
 
 // What one parse knows; the context's _private points to it.
-struct Builder {
+struct ParseState {
     std::unique_ptr<SchemaElement> root;
     SchemaElement* open = nullptr;
     std::string failure;  // the first is the one that is reported
     bool outOfMemory = false;
 
-    static Builder& Of(void* context) { return *static_cast<Builder*>(static_cast<xmlParserCtxt*>(context)->_private); }
+    static ParseState& Of(void* context) {
+        return *static_cast<ParseState*>(static_cast<xmlParserCtxt*>(context)->_private);
+    }
 
     // No exception may pass through libxml2's frames.
     template <class Work>
@@ -78,9 +80,9 @@ extern "C" {
 
 static void OnStart(void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri, int declarations,
                     const xmlChar** declared, int attributes, int, const xmlChar** values) {
-    Builder::Guard(context, [&](Builder& builder) {
+    ParseState::Guard(context, [&](ParseState& state) {
         auto element = std::make_unique<SchemaElement>();
-        element->parent = builder.open;
+        element->parent = state.open;
         element->line = FindStartLine(*static_cast<xmlParserCtxt*>(context)->input);
         element->prefix = Text(prefix);
         element->local = Text(local);
@@ -92,38 +94,38 @@ static void OnStart(void* context, const xmlChar* local, const xmlChar* prefix, 
                 {Text(values[1]), Text(values[0]), Text(values[2]),
                  std::string(reinterpret_cast<const char*>(values[3]), reinterpret_cast<const char*>(values[4]))});
         SchemaElement* const added = element.get();
-        if (builder.open) {
-            builder.open->children.push_back(std::move(element));
+        if (state.open) {
+            state.open->children.push_back(std::move(element));
         } else {
-            builder.root = std::move(element);
+            state.root = std::move(element);
         }
-        builder.open = added;
+        state.open = added;
     });
 }
 
 // One that HoldsDocumentType does not see, in an encoding that is neither UTF-8 nor UTF-16.
 static void OnDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
-    Builder::Guard(context, [&](Builder& builder) {
-        builder.failure = kNoDocumentType;
+    ParseState::Guard(context, [&](ParseState& state) {
+        state.failure = kNoDocumentType;
         xmlStopParser(static_cast<xmlParserCtxt*>(context));
     });
 }
 
 static void OnEnd(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
-    Builder& builder = Builder::Of(context);
-    if (builder.open) builder.open = builder.open->parent;
+    ParseState& state = ParseState::Of(context);
+    if (state.open) state.open = state.open->parent;
 }
 
 static void OnText(void* context, const xmlChar* text, int length) {
-    Builder::Guard(context, [&](Builder& builder) {
-        if (builder.open && length > 0)
-            builder.open->text.append(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length));
+    ParseState::Guard(context, [&](ParseState& state) {
+        if (state.open && length > 0)
+            state.open->text.append(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length));
     });
 }
 
 static void OnComment(void* context, const xmlChar*) {
-    Builder& builder = Builder::Of(context);
-    if (builder.open) builder.open->holdsRemark = true;
+    ParseState& state = ParseState::Of(context);
+    if (state.open) state.open->holdsRemark = true;
 }
 
 static void OnInstruction(void* context, const xmlChar*, const xmlChar*) { OnComment(context, nullptr); }
@@ -133,13 +135,12 @@ static void OnError(void* context, const char*, ...) {
     const xmlError& error = static_cast<xmlParserCtxt*>(context)->lastError;
     // Documents exist whose private namespace has a name with blanks.
     if (error.code == XML_WAR_NS_URI) return;
-    Builder::Guard(context, [&](Builder& builder) {
-        if (!builder.failure.empty()) return;
+    ParseState::Guard(context, [&](ParseState& state) {
+        if (!state.failure.empty()) return;
         std::string reason = error.message ? error.message : "the document is not well-formed";
         std::replace(reason.begin(), reason.end(), '\n', ' ');
         reason.resize(TrimXmlSpace(reason).size());
-        builder.failure =
-            "line " + std::to_string(error.line) + ", column " + std::to_string(error.int2) + ": " + reason;
+        state.failure = "line " + std::to_string(error.line) + ", column " + std::to_string(error.int2) + ": " + reason;
     });
 }
 
@@ -156,10 +157,10 @@ SchemaDocument ReadSchemaDocument(std::string_view bytes) {
     if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         throw InputError("the document is too large");
 
-    Builder builder;
+    ParseState state;
     const std::unique_ptr<xmlParserCtxt, ContextDeleter> parser(xmlNewParserCtxt());
     if (!parser) throw std::bad_alloc();
-    parser->_private = &builder;
+    parser->_private = &state;
     xmlSAXHandler& events = *parser->sax;
     events.startElementNs = OnStart;
     events.endElementNs = OnEnd;
@@ -175,8 +176,8 @@ SchemaDocument ReadSchemaDocument(std::string_view bytes) {
     const QuietXmlErrors quiet;
     const std::unique_ptr<xmlDoc, DocumentDeleter> document(xmlCtxtReadMemory(
         parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr, XML_PARSE_NONET));
-    if (builder.outOfMemory) throw std::bad_alloc();
-    if (!builder.failure.empty()) throw InputError(builder.failure);
-    if (!document || !builder.root) throw InputError("the document is not well-formed");
-    return {std::move(builder.root), Text(document->encoding)};
+    if (state.outOfMemory) throw std::bad_alloc();
+    if (!state.failure.empty()) throw InputError(state.failure);
+    if (!document || !state.root) throw InputError("the document is not well-formed");
+    return {std::move(state.root), Text(document->encoding)};
 }

@@ -1,9 +1,9 @@
 // The capability caches: lookups, validation, and their passage through a DEVMODE.
 #include <devmodesettingssink.h>
 #include <mscacheddevicecapabilities.h>
-#include <support/capabilitycaches.h>
 #include <support/printerfixture.h>
 #include <support/privatedevmode.h>
+#include <support/storedcaches.h>
 #include <support/userpapers.h>
 #include <xdevmode.h>
 

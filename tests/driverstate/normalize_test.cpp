@@ -1,8 +1,8 @@
 // Bringing a DEVMODE's paper fields into line with the printer's paper database.
 #include <msdevicecapabilities.h>
-#include <support/capabilitycaches.h>
 #include <support/printerfixture.h>
 #include <support/privatedevmode.h>
+#include <support/storedcaches.h>
 #include <support/userpapers.h>
 #include <xdevmode.h>
 

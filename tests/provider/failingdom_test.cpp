@@ -1,8 +1,8 @@
 // A DOM that gives up at any one call: the operation answers, reports, and holds nothing afterwards.
 #include "boundprovider.h"
 
-#include <support/capabilitycaches.h>
 #include <support/failingdom.h>
+#include <support/storedcaches.h>
 
 #include <livecounts.h>
 

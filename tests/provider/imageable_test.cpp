@@ -1,7 +1,7 @@
 // Imageable size and area: margins from the margin file or the device settings, turned with the page.
 #include "boundprovider.h"
 
-#include <support/capabilitycaches.h>
+#include <support/storedcaches.h>
 
 #include <fstream>
 

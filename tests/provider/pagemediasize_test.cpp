@@ -1,7 +1,7 @@
 // Page media size: what a printer's paper records become in the capabilities, in tickets and in DEVMODEs.
 #include "boundprovider.h"
 
-#include <support/capabilitycaches.h>
+#include <support/storedcaches.h>
 
 #include <mvutil/operatingsystem.h>
 

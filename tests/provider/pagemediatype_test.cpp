@@ -1,7 +1,7 @@
 // Page media type: what the core driver reports, as options and in the document properties.
 #include "boundprovider.h"
 
-#include <support/capabilitycaches.h>
+#include <support/storedcaches.h>
 
 #include <mvutil/crc32.h>
 #include <ptpcprovider/reportedmediatypes.h>

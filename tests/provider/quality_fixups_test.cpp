@@ -1,7 +1,7 @@
 // Output quality, and the fix-ups of orientation and resolution.
 #include "boundprovider.h"
 
-#include <support/capabilitycaches.h>
+#include <support/storedcaches.h>
 
 namespace {
 

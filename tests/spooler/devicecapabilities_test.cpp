@@ -1,7 +1,7 @@
 // DeviceCapabilitiesW: from the capability caches where they are sound, else from the product.
 #include "spoolerfixture.h"
 
-#include <support/capabilitycaches.h>
+#include <support/storedcaches.h>
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-struct RegistryValue {
+struct RegistryData {
     DWORD type = REG_NONE;
     std::vector<BYTE> bytes;
 };
@@ -18,7 +18,7 @@ UniqueKey OpenKey(const WideString& path, HKEY hive = HKEY_LOCAL_MACHINE);
 UniqueKey CreateKey(const WideString& path, bool* created = nullptr);
 void DeleteKey(const WideString& path, HKEY hive = HKEY_LOCAL_MACHINE);  // with all below it; absent is no failure
 
-std::optional<RegistryValue> ReadValue(const UniqueKey& key, const WCHAR* name);
+std::optional<RegistryData> ReadValue(const UniqueKey& key, const WCHAR* name);
 WideString ReadText(const UniqueKey& key, const WCHAR* name);   // empty when absent or of another type
 WideString ReadTexts(const UniqueKey& key, const WCHAR* name);  // REG_MULTI_SZ: each text with its NUL
 DWORD ReadNumber(const UniqueKey& key, const WCHAR* name);      // 0 when absent or of another type

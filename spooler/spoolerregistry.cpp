@@ -1,5 +1,5 @@
 // Reading and writing of registry values.
-#include "registryvalues.h"
+#include "spoolerregistry.h"
 
 #include "spoolererror.h"
 
@@ -58,8 +58,8 @@ void DeleteKey(const WideString& path, HKEY hive) {
     if (status != ERROR_FILE_NOT_FOUND && status != ERROR_PATH_NOT_FOUND) Check(status);
 }
 
-std::optional<RegistryValue> ReadValue(const UniqueKey& key, const WCHAR* name) {
-    RegistryValue value;
+std::optional<RegistryData> ReadValue(const UniqueKey& key, const WCHAR* name) {
+    RegistryData value;
     value.bytes.resize(kUsualValueBytes);
     for (;;) {
         auto bytes = static_cast<DWORD>(value.bytes.size());

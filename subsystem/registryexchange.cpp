@@ -1,5 +1,5 @@
 // The store's registry as a whole: read for an export, changed by an import.
-#include "registrystore.h"
+#include "registryexchange.h"
 
 #include <uniquehandle.h>
 
@@ -79,13 +79,13 @@ void ChangeKey(const RegFileKey& entry) {
 
 }  // namespace
 
-RegFile ReadRegistryStore() {
+RegFile ExportRegistry() {
     RegFile file;
     for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) ReadKeys(hive, WideString(), file);
     return file;
 }
 
-void ChangeRegistryStore(const RegFile& file) {
+void ImportRegistry(const RegFile& file) {
     for (const RegFileKey& entry : file) {
         if (!entry.remove) {
             ChangeKey(entry);

@@ -4,6 +4,6 @@
 #include "regfile.h"
 
 // Every key of both hives with its values. Throws OperationError when the registry does not answer.
-RegFile ReadRegistryStore();
+RegFile ExportRegistry();
 // Carries the file's keys out in their order. Throws OperationError at the first that fails; earlier ones stay.
-void ChangeRegistryStore(const RegFile& file);
+void ImportRegistry(const RegFile& file);

@@ -1,5 +1,5 @@
 // The dictionary of page sizes: entries made once from the table, shared by all dictionaries.
-#include "pagesizes.h"
+#include "schemapagesizes.h"
 
 #include <mvutil/textresources.h>
 #include <products/pagesizes.h>
@@ -37,9 +37,9 @@ private:
     LONG fromTenths_;
 };
 
-class Entry final : public PageSizeDictionaryEntry {
+class DictionaryEntry final : public PageSizeDictionaryEntry {
 public:
-    explicit Entry(const PageSizeRow& row)
+    explicit DictionaryEntry(const PageSizeRow& row)
         : row_(&row),
           name_(row.name.begin(), row.name.end()),
           displayName_(row.displayName.begin(), row.displayName.end()),
@@ -68,15 +68,15 @@ private:
     WholeSide length_;
 };
 
-const std::vector<Entry>& SharedEntries() {
-    static const std::vector<Entry> entries(GetPageSizeTable().begin(), GetPageSizeTable().end());
+const std::vector<DictionaryEntry>& SharedEntries() {
+    static const std::vector<DictionaryEntry> entries(GetPageSizeTable().begin(), GetPageSizeTable().end());
     return entries;
 }
 
 // The shared entries with the product's own names for the sizes.
-std::vector<Entry> NamedEntries(const ProductStringLoader& loader) {
-    std::vector<Entry> entries = SharedEntries();
-    for (Entry& entry : entries) {
+std::vector<DictionaryEntry> NamedEntries(const ProductStringLoader& loader) {
+    std::vector<DictionaryEntry> entries = SharedEntries();
+    for (DictionaryEntry& entry : entries) {
         const CXString name = loader.LoadStringW(entry.GetValueId().GetValueEnum());
         if (!name.IsEmpty()) entry.SetDisplayName(name.AsWideString());
     }
@@ -96,10 +96,10 @@ public:
     std::size_t FindSize(const Dimension& width, const Dimension& length, std::size_t from) const override {
         const LONG wholeWidth = WholeMillimetres(width);
         const LONG wholeLength = WholeMillimetres(length);
-        return Find(from, [&](const Entry& entry) { return entry.IsOfSize(wholeWidth, wholeLength); });
+        return Find(from, [&](const DictionaryEntry& entry) { return entry.IsOfSize(wholeWidth, wholeLength); });
     }
     std::size_t FindType(PageSizeTypeEnum type, std::size_t from) const override {
-        return Find(from, [&](const Entry& entry) { return entry.GetPageSizeType() == type; });
+        return Find(from, [&](const DictionaryEntry& entry) { return entry.GetPageSizeType() == type; });
     }
 
 private:
@@ -109,8 +109,8 @@ private:
         return static_cast<std::size_t>(std::find_if(begin, entries_.end(), matches) - entries_.begin());
     }
 
-    std::vector<Entry> own_;
-    std::span<const Entry> entries_;
+    std::vector<DictionaryEntry> own_;
+    std::span<const DictionaryEntry> entries_;
 };
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The media handler: whatever is asked for is found by an index, for printers with thousands of sizes.
-#include "mediahandler.h"
+#include "modelmediahandler.h"
 
 #include <mvutil/operatingsystem.h>
 

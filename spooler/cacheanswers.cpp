@@ -1,8 +1,8 @@
 // The capability caches, as the core driver reads them.
 #include "cacheskey.h"
 #include "capabilityanswers.h"
-#include "registryvalues.h"
 #include "spoolererror.h"
+#include "spoolerregistry.h"
 
 #include <zlib.h>
 
