@@ -49,7 +49,7 @@ MSDeviceCapabilities::~MSDeviceCapabilities() = default;
 
 void MSDeviceCapabilities::Initialize(HANDLE printer, bool noWrite) {
     if (!Printer::IsValidHandle(printer)) {
-        ThrowException<ExceptionInvalidPrinterHandle>(W("MSDeviceCapabilities::Initialize"), kSourceUnit);
+        ThrowException(&GetExceptionInvalidPrinterHandle, W("MSDeviceCapabilities::Initialize"), kSourceUnit);
     }
     noWrite_ = noWrite;
     if (printer == printer_) return;

@@ -121,7 +121,8 @@ void WorkflowObject::ObtainObject() {
 
 ProductData* WorkflowObject::GetProductDataObj() const {
     if (!workflow_) {
-        ThrowException<ExceptionWorkflowObjectNotInitialized>(W("WorkflowObject::GetProductDataObj"), kSourceUnit, 63);
+        ThrowException(&GetExceptionWorkflowObjectNotInitialized, W("WorkflowObject::GetProductDataObj"), kSourceUnit,
+                       63);
     }
     return workflow_->GetWorkflowProductData();
 }

@@ -30,7 +30,7 @@ BYTE* FindBlock(BYTE* area, std::size_t areaBytes, const Locator& locator) {
 }  // namespace
 
 XDevmode::XDevmode(DEVMODEW* devmode) : devmode_(devmode), listNamespace_(kNoNamespace) {
-    if (!devmode) ThrowException<ExceptionInvalidArgumentNullPointer>(W("XDevmode::XDevmode"), kSourceUnit, 78);
+    if (!devmode) ThrowException(&GetExceptionInvalidArgumentNullPointer, W("XDevmode::XDevmode"), kSourceUnit, 78);
     SetDevmode(devmode);
 }
 
@@ -38,7 +38,8 @@ XDevmode::~XDevmode() = default;
 
 BYTE* XDevmode::GetOemDevmodeFromDevmode(DEVMODEW* devmode) {
     if (!devmode) {
-        ThrowException<ExceptionInvalidArgumentNullPointer>(W("XDevmode::GetOemDevmodeFromDevmode"), kSourceUnit, 402);
+        ThrowException(&GetExceptionInvalidArgumentNullPointer, W("XDevmode::GetOemDevmodeFromDevmode"), kSourceUnit,
+                       402);
     }
     BYTE* const area = reinterpret_cast<BYTE*>(devmode) + devmode->dmSize;
     for (const Locator& locator : kLocators)

@@ -160,5 +160,6 @@ void NoteProcessEnding() noexcept { delayLoader.NoteProcessEnding(); }
 
 void ThrowDelayLoadDllLoadFailureException(const char*) {
     // The name stays out of the message, which is empty for every exception of this kind.
-    ThrowException<ExceptionDelayLoadDllLoadFailure>(W("ThrowDelayLoadDllLoadFailureException"), W("dlldelayloader"));
+    ThrowException(&GetExceptionDelayLoadDllLoadFailure, W("ThrowDelayLoadDllLoadFailureException"),
+                   W("dlldelayloader"));
 }

@@ -1,19 +1,27 @@
-// The throwing scheme of the driver: every exception of the component's own is made and thrown here, and nowhere else.
+// How the component throws: over the driver family's throwing scheme, with an empty message.
 #pragma once
 
-#include <mvutil/morvaneexception.h>
+#include <mvutil/throwfailure.h>
 
-// Throws a MorvaneComException that carries the HRESULT, with an empty message and the calling thread's context stack;
-// MorvaneException::AllowForExceptionDebug is asked first, and the debugger is entered when it says so.
+// Line numbers: where a call hands one in, that number is fixed. It identifies the throw to those who read reports of
+// the component, whatever line the call has moved to, and is neither computed nor corrected. Without one it is the
+// call's own line.
+
+// The message of all: a format without arguments, or a text that says so where even that cannot be formatted.
+CXString MakeEmptyMessage();
+
+// Throws a MorvaneComException that carries the HRESULT.
 // methodName: class name, two colons, method name. sourceUnit: the unit's file without ending.
 [[noreturn]] void ThrowComException(const WCHAR* methodName, HRESULT hr, const WCHAR* sourceUnit,
                                     LONG line = __builtin_LINE());
 
-// Throws an exception that carries nothing but its text, place and contexts, in the same way. Defined for
-// ExceptionInvalidArgumentNullPointer, ExceptionInvalidPrinterHandle, ExceptionWorkflowObjectNotInitialized and
-// ExceptionDelayLoadDllLoadFailure.
+// Throws an exception that carries nothing but its text, place and contexts.
 template <class Exception>
-[[noreturn]] void ThrowException(const WCHAR* methodName, const WCHAR* sourceUnit, LONG line = __builtin_LINE());
+[[noreturn]] void ThrowException(Exception (*factory)(const CXString&, const CXString&, LONG, const CXString&,
+                                                      const ExecutionContextStack&),
+                                 const WCHAR* methodName, const WCHAR* sourceUnit, LONG line = __builtin_LINE()) {
+    ThrowFailure(factory, MakeEmptyMessage(), methodName, sourceUnit, line);
+}
 
 // The checks of one method: each throws that method's MorvaneComException, or does nothing.
 class ComChecks {

@@ -92,6 +92,7 @@ public:
     MorvaneComException(const MorvaneComException&) = default;
     MorvaneComException& operator=(const MorvaneComException&) = default;
     ~MorvaneComException() override;
+    static constexpr const WCHAR* kClassName = W("MorvaneComException");
     const char* GetClassName() const noexcept override;
     HRESULT GetHresult() const noexcept { return hresult_; }
 
@@ -109,6 +110,7 @@ MVUTIL_API MorvaneComException GetMorvaneComException(const CXString& message, c
     public:                                                                                   \
         using MorvaneException::MorvaneException;                                             \
         ~name() override;                                                                     \
+        static constexpr const WCHAR* kClassName = W(#name);                                  \
         const char* GetClassName() const noexcept override;                                   \
     };                                                                                        \
     MVUTIL_API name Get##name(const CXString& message, const CXString& sourceFile, LONG line, \

@@ -1,7 +1,7 @@
 // ChangeHub: changes are gathered, sorted by observer, and reported in rounds.
 #include "changehub.h"
 
-#include <libraries/mvutil/throwfailure.h>
+#include <mvutil/throwfailure.h>
 
 #include <algorithm>
 #include <exception>
@@ -12,7 +12,7 @@ namespace {
 constexpr DWORD kEveryEvent = 0;
 
 void RequireObserver(const IObserver* observer, const WCHAR* methodName) {
-    if (!observer) ThrowFailure(&GetExceptionInvalidArgumentNullPointer, CXString(), W("mvcore/changehub"), methodName);
+    if (!observer) ThrowFailure(&GetExceptionInvalidArgumentNullPointer, CXString(), methodName, W("mvcore/changehub"));
 }
 
 // A list of values is one feature to those who do not name it: what its rows hold are not the model's own features of

@@ -1,7 +1,7 @@
 // The data model: filled once, from the product and then from its data sources.
 #include "datamodel.h"
 
-#include <libraries/mvutil/throwfailure.h>
+#include <mvutil/throwfailure.h>
 #include <products/reader/productdescription.h>
 
 #include "modelintegration.h"
@@ -21,8 +21,8 @@ std::shared_ptr<const ProductDescription> LoadDriverProduct(CXString path) {
     try {
         return LoadProduct(std::filesystem::path(path.AsWideString()));
     } catch (const ProductError& error) {
-        ThrowFailure(&GetExceptionPrintDriverFailure, CXString::FromUtf8(error.what()), W("mvcore/datamodel"),
-                     W("DataModelManager::DataModelManager"));
+        ThrowFailure(&GetExceptionPrintDriverFailure, CXString::FromUtf8(error.what()),
+                     W("DataModelManager::DataModelManager"), W("mvcore/datamodel"));
     }
 }
 

@@ -1,7 +1,7 @@
 // FeatureList: one index a list serves whatever depth a feature lies at.
 #include "featurelist.h"
 
-#include <libraries/mvutil/throwfailure.h>
+#include <mvutil/throwfailure.h>
 #include <products/reader/featurecatalogue.h>
 
 #include <algorithm>
@@ -33,7 +33,7 @@ constexpr FeatureKind ToFeatureKind(ProductFeatureKind kind) noexcept {
 void ThrowUnsupportedFeature(FeatureId feature, const WCHAR* methodName) {
     CXString message;
     message.Format(W("The data model does not have feature %u."), feature.GetId());
-    ThrowFailure(&GetExceptionUnsupportedFeatureRequest, message, W("mvcore/featurelist"), methodName);
+    ThrowFailure(&GetExceptionUnsupportedFeatureRequest, message, methodName, W("mvcore/featurelist"));
 }
 
 // Stands for a feature that the driver family knows and this model does not have.

@@ -3,12 +3,11 @@
 
 #include <mvutil/cachelocation.h>
 #include <mvutil/crc32.h>
-#include <mvutil/morvaneexception.h>
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/printer.h>
+#include <mvutil/throwfailure.h>
 
 #include "registryread.h"
-#include "throwfailure.h"
 
 #include <algorithm>
 
@@ -18,7 +17,7 @@ CXString KeyedPath(const CXString& key) { return CXString(kPrinterCachesKey) + W
 
 void RequirePrinter(HANDLE printer) {
     if (Printer::IsValidHandle(printer)) return;
-    ThrowFailure(GetExceptionDataCacheFailure, W("A cache needs a printer"), W("datacache"), W("DataCache::DataCache"));
+    ThrowFailure(GetExceptionDataCacheFailure, W("A cache needs a printer"), W("DataCache::DataCache"), W("datacache"));
 }
 
 CXString PathOfPrinter(HANDLE printer) {

@@ -3,8 +3,7 @@
 #include <mvutil/dataencrypter.h>
 
 #include <mvutil/crc32.h>
-
-#include "throwfailure.h"
+#include <mvutil/throwfailure.h>
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -20,7 +19,7 @@ constexpr const WCHAR* kDecryptMethod = W("DataEncrypter::DecryptString");
 constexpr std::size_t kLongestText = 1u << 20;  // in UTF-16 units
 
 [[noreturn]] void ThrowEncrypterFailure(const WCHAR* methodName, LONG line = __builtin_LINE()) {
-    ThrowFailure(&GetExceptionDataEncrypterFailure, CXString(), W("dataencrypter"), methodName, line);
+    ThrowFailure(&GetExceptionDataEncrypterFailure, CXString(), methodName, W("dataencrypter"), line);
 }
 
 // Plain bytes that are wiped when their life ends.

@@ -6,8 +6,8 @@
 #include <mvutil/morvaneexception.h>
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/persistentattributes.h>
-
-#include "productofprinter.h"
+#include <mvutil/productofprinter.h>
+#include <products/reader/productdescription.h>
 
 namespace {
 

@@ -2,12 +2,12 @@
 #include <mvutil/printdriver.h>
 
 #include <mvutil/lackofmemory.h>
-#include <mvutil/morvaneexception.h>
 #include <mvutil/printer.h>
+#include <mvutil/productofprinter.h>
+#include <mvutil/throwfailure.h>
+#include <products/reader/productdescription.h>
 
-#include "productofprinter.h"
 #include "sizedread.h"
-#include "throwfailure.h"
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -22,7 +22,7 @@ constexpr int kDependentFiles = 8;
     ThrowIfLackOfMemory(error);
     CXString message;
     message.Format(W("The print spooler answered with error %u for the printer's driver"), error);
-    ThrowFailure(GetExceptionPrintDriverFailure, message, W("printdriver"), methodName, line);
+    ThrowFailure(GetExceptionPrintDriverFailure, message, methodName, W("printdriver"), line);
 }
 
 DWORD ReadDriver(HANDLE printer, SizedBytes& record) {

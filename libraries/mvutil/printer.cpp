@@ -2,10 +2,9 @@
 #include <mvutil/printer.h>
 
 #include <mvutil/lackofmemory.h>
-#include <mvutil/morvaneexception.h>
+#include <mvutil/throwfailure.h>
 
 #include "sizedread.h"
-#include "throwfailure.h"
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -17,7 +16,7 @@ namespace {
     ThrowIfLackOfMemory(error);
     CXString message;
     message.Format(W("The print spooler answered with error %u"), error);
-    ThrowFailure(GetExceptionPrinterFailure, message, W("printer"), methodName, line);
+    ThrowFailure(GetExceptionPrinterFailure, message, methodName, W("printer"), line);
 }
 
 SizedBytes ReadPrinter(HANDLE printer, const WCHAR* methodName) {

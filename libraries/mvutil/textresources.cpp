@@ -1,10 +1,11 @@
 // Texts by number: the utility library's own table, and the current product's texts.
 #include <mvutil/textresources.h>
 
+#include <mvutil/productofprinter.h>
+
 #include <perthread.h>
 
 #include "currentproduct.h"
-#include "productofprinter.h"
 
 namespace {
 

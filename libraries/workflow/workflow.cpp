@@ -1,9 +1,9 @@
 // The workflow object: what its printer's product description says of the product.
 #include <workflow/workflowlibrary.h>
 
-#include "../mvutil/productofprinter.h"
-
 #include <mvcore/datamodelids.h>
+#include <mvutil/productofprinter.h>
+#include <products/reader/productdescription.h>
 
 #include <filesystem>
 #include <memory>
