@@ -1,5 +1,5 @@
-// MSDeviceCapabilities: dependent files, device limits, staple and resolutions, built from the model.
-#include <msdevicecapabilities.h>
+// CapabilityCacheBuilder: the choice among the groups; dependent files, device limits, staple and resolutions.
+#include <capabilitycachebuilder.h>
 
 #include <mvutil/printdriver.h>
 #include <mvutil/textresources.h>
@@ -59,9 +59,23 @@ void MarkDefault(std::vector<_tag_ResolutionInfoRec>& records, const Resolution&
     (found == records.end() ? records.begin() : found)->kind = 0;
 }
 
+bool IsBefore(FeatureId first, FeatureId second) { return first.GetId() < second.GetId(); }
+
 }  // namespace
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildGroup(const CapabilityGroup& group) {
+CapabilityCacheBuilder::CapabilityCacheBuilder(CapabilityCacheReader& caches, IntegrationServices& services,
+                                               FeatureServices* features)
+    : caches_(caches), services_(services), features_(features) {
+    TextResourceLoader::Initialize(caches.GetPrinter(), false);
+    services.ListFeaturesPresent(FeatureId(DataModelIds::kRootFeature), present_);
+    std::sort(present_.begin(), present_.end(), IsBefore);
+}
+
+bool CapabilityCacheBuilder::IsPresent(FeatureId feature) const {
+    return std::binary_search(present_.begin(), present_.end(), feature, IsBefore);
+}
+
+std::optional<ByteBuffer> CapabilityCacheBuilder::Build(const CapabilityGroup& group) {
     switch (group.id) {
         case CapabilityGroupId::Paper:
             return BuildPaper(group);
@@ -83,9 +97,9 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildGroup(const CapabilityGroup
     return std::nullopt;
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildDependentFiles(const CapabilityGroup& group) {
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildDependentFiles(const CapabilityGroup& group) {
     CapabilityBlob<ListCapsHeader> blob;
-    for (const CXString& file : PrintDriver().GetDriverDependentFiles(printer_)) {
+    for (const CXString& file : PrintDriver().GetDriverDependentFiles(caches_.GetPrinter())) {
         DependentFileRecord record{};
         SetNameField(record.name, file);
         blob.Append(record);
@@ -93,13 +107,12 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildDependentFiles(const Capabi
     return blob.Finish(group, {0, blob.GetCount()});
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildDeviceLimits(const CapabilityGroup& group) {
-    IntegrationServices& services = integration_->GetServices();
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildDeviceLimits(const CapabilityGroup& group) {
     ListOfFeaturesRef root;
-    services.GetRootListOfFeatures(root);
+    services_.GetRootListOfFeatures(root);
     DeviceLimitsCaps caps{};
     const auto valid = [&](DWORD feature, DWORD bit) {
-        if (!IsPresent(feature)) return false;
+        if (!IsPresent(FeatureId(feature))) return false;
         caps.valid |= bit;
         return true;
     };
@@ -108,12 +121,12 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildDeviceLimits(const Capabili
         root.GetIntegerFeature(FeatureId(feature)).GetValue(value, kCurrentValue);
         return static_cast<DWORD>(value);
     };
-    if (valid(45, DeviceLimitsCaps::kCollate)) caps.collate = Offers(services, 45, 5410, 5410);
-    if (valid(247, DeviceLimitsCaps::kColor)) caps.color = Offers(services, 247, 7730, 7730);
+    if (valid(45, DeviceLimitsCaps::kCollate)) caps.collate = Offers(services_, 45, 5410, 5410);
+    if (valid(247, DeviceLimitsCaps::kColor)) caps.color = Offers(services_, 247, 7730, 7730);
     LONG minimum = 0, maximum = 1;
-    if (services.GetIntegerRange(kCopies, minimum, maximum) && valid(kCopies.GetId(), DeviceLimitsCaps::kCopies))
+    if (services_.GetIntegerRange(kCopies, minimum, maximum) && valid(kCopies.GetId(), DeviceLimitsCaps::kCopies))
         caps.maximumCopies = static_cast<DWORD>(maximum);
-    if (valid(46, DeviceLimitsCaps::kDuplex)) caps.duplex = Offers(services, 46, 5421, 5422);
+    if (valid(46, DeviceLimitsCaps::kDuplex)) caps.duplex = Offers(services_, 46, 5421, 5422);
     if (valid(248, DeviceLimitsCaps::kMemory)) caps.memory = integer(248);
     if (valid(250, DeviceLimitsCaps::kPrintRate)) caps.printRate = integer(250);
     if (valid(249, DeviceLimitsCaps::kPagesPerMinute)) caps.pagesPerMinute = integer(249);
@@ -121,8 +134,8 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildDeviceLimits(const Capabili
         caps.printRateUnit = root.GetOptionFeature(FeatureId(251)).GetValue().GetValueEnum();
 
     Dimension least(0, Dimension::Micrometres), widest = least, shortest = least, longest = least;
-    if (services.GetDimensionRange({kMedia, kWidth}, least, widest) &&
-        services.GetDimensionRange({kMedia, kLength}, shortest, longest)) {
+    if (services_.GetDimensionRange({kMedia, kWidth}, least, widest) &&
+        services_.GetDimensionRange({kMedia, kLength}, shortest, longest)) {
         caps.valid |= DeviceLimitsCaps::kExtents;
         caps.maximumWidth = ToTenths(widest, 0);
         caps.maximumLength = ToTenths(longest, 0);
@@ -132,23 +145,21 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildDeviceLimits(const Capabili
     return CapabilityBlob<DeviceLimitsCaps>().Finish(group, caps);
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildStaple(const CapabilityGroup& group) {
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildStaple(const CapabilityGroup& group) {
     ListOfFeaturesRef root;
-    integration_->GetServices().GetRootListOfFeatures(root);
-    const bool staples =
-        IsPresent(kStaple.GetId()) && root.GetOptionFeature(kStaple).GetValue().GetValueEnum() == kStapled;
+    services_.GetRootListOfFeatures(root);
+    const bool staples = IsPresent(kStaple) && root.GetOptionFeature(kStaple).GetValue().GetValueEnum() == kStapled;
     return CapabilityBlob<StapleCaps>().Finish(group, {0, staples ? 1u : 0u});
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildResolutions(const CapabilityGroup& group) {
-    IntegrationServices& services = integration_->GetServices();
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildResolutions(const CapabilityGroup& group) {
     Resolution usual(kDefaultDotsPerInch, kDefaultDotsPerInch, Resolution::kDotsPerInch);
     std::vector<Resolution> resolutions;
-    if (IsPresent(kResolution.GetId())) {
+    if (IsPresent(kResolution)) {
         ListOfFeaturesRef root;
-        services.GetRootListOfFeatures(root);
+        services_.GetRootListOfFeatures(root);
         root.GetResolutionFeature(kResolution).GetValue(usual, DataModelIds::kDefaultValue);
-        services.ListResolutions(kResolution, resolutions);
+        services_.ListResolutions(kResolution, resolutions);
     }
     std::vector<_tag_ResolutionInfoRec> records;
     ResolutionCapsHeader header{};

@@ -1,5 +1,5 @@
-// MSDeviceCapabilities: trays, media types, and the paper that the trays hold, built from the model.
-#include <msdevicecapabilities.h>
+// CapabilityCacheBuilder: trays, media types, and the paper that the trays hold, built from the model.
+#include <capabilitycachebuilder.h>
 
 #include <mvutil/operatingsystem.h>
 #include <mvutil/textresources.h>
@@ -61,21 +61,21 @@ CXString FormatSize(const Dimension& width, const Dimension& length, DWORD units
     return text;
 }
 
-}  // namespace
-
-CXString MSDeviceCapabilities::GetValueText(const ValueId& value) const {
+// The product's text for the value, else the value's own.
+CXString GetValueText(const ValueId& value) {
     const CXString text = ProductStringLoader(kNotSet).GetStringForValue(value.GetValueEnum());
     return text.IsEmpty() ? value.GetDisplayString() : text;
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildBins(const CapabilityGroup& group) {
-    IntegrationServices& services = integration_->GetServices();
-    MediaHandler& media = services.GetMediaHandler();
-    const bool traysAreListed = services.TestFeature(FeatureId(DataModelIds::kRootFeature), FeatureId(599), 1);
+}  // namespace
+
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildBins(const CapabilityGroup& group) {
+    MediaHandler& media = services_.GetMediaHandler();
+    const bool traysAreListed = services_.TestFeature(FeatureId(DataModelIds::kRootFeature), FeatureId(599), 1);
     std::vector<ValueId> trays;
-    services.ListOptionValues(traysAreListed ? FeatureIdWithContext(kLoadedTrays, FeatureId(710))
-                                             : FeatureIdWithContext(FeatureId(201), FeatureId(191)),
-                              trays);
+    services_.ListOptionValues(traysAreListed ? FeatureIdWithContext(kLoadedTrays, FeatureId(710))
+                                              : FeatureIdWithContext(FeatureId(201), FeatureId(191)),
+                               trays);
     NumberTrays(media, trays);
 
     CapabilityBlob<ListCapsHeader> blob;
@@ -91,9 +91,8 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildBins(const CapabilityGroup&
     return blob.Finish(group, {0, blob.GetCount()});
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildMedia(const CapabilityGroup& group) {
-    if (!IsPresent(kMediaType.GetId())) return std::nullopt;
-    IntegrationServices& services = integration_->GetServices();
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMedia(const CapabilityGroup& group) {
+    if (!IsPresent(kMediaType)) return std::nullopt;
     const FeatureIdWithContext feature(kMedia, kMediaType);
     CapabilityBlob<ListCapsHeader> blob;
     const auto append = [&](DWORD number, const CXString& name) {
@@ -101,10 +100,10 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildMedia(const CapabilityGroup
         SetNameField(record.name, name);
         blob.Append(record);
     };
-    if (!services.GetCapabilitiesNode(feature).IsRequired())
+    if (!services_.GetCapabilitiesNode(feature).IsRequired())
         append(kNotSet, TextResourceLoader::LoadStringW(kAutomaticText));
     std::vector<ValueId> values;
-    services.ListOptionValues(feature, values);
+    services_.ListOptionValues(feature, values);
     for (const ValueId& value : values) {
         if (value.GetValueEnum() == kNotSet) continue;  // the automatic entry
         DWORD number = value.GetValueEnum();
@@ -119,8 +118,8 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildMedia(const CapabilityGroup
 }
 
 // The names of the paper in a tray; more than one when several page sizes have its dimensions.
-std::vector<CXString> MSDeviceCapabilities::GetLoadedPaperNames(const ListOfFeaturesRef& tray) {
-    MediaHandler& media = integration_->GetServices().GetMediaHandler();
+std::vector<CXString> CapabilityCacheBuilder::GetLoadedPaperNames(const ListOfFeaturesRef& tray) {
+    MediaHandler& media = services_.GetMediaHandler();
     const ValueId value = tray.GetOptionFeature(kPageSize).GetValue();
     if (value.GetValueEnum() != DataModelIds::kPageSizeCustom) {
         const PageSize* size = media.GetPageSize(value);
@@ -139,14 +138,14 @@ std::vector<CXString> MSDeviceCapabilities::GetLoadedPaperNames(const ListOfFeat
     return names;
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildMediaReady(const CapabilityGroup& group) {
-    if (!services_ || !IsPresent(kLoadedTrays.GetId())) return std::nullopt;
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMediaReady(const CapabilityGroup& group) {
+    if (!features_ || !IsPresent(kLoadedTrays)) return std::nullopt;
     std::vector<std::pair<CXString, CXString>> pairs;
     const auto add = [&](const CXString& paper, const CXString& mediaName) {
         const std::pair<CXString, CXString> pair(paper, mediaName);
         if (std::find(pairs.begin(), pairs.end(), pair) == pairs.end()) pairs.push_back(pair);
     };
-    const ListOfValuesRef trays = services_->GetListOfValues(kLoadedTrays);
+    const ListOfValuesRef trays = features_->GetListOfValues(kLoadedTrays);
     for (std::size_t index = 0; index < trays.GetNumItems(); ++index) {
         const ListOfFeaturesRef tray = trays.GetListOfFeatures(index);
         if (tray.GetOptionFeature(kPageSize).GetValue().GetValueEnum() == kNotSet) continue;
@@ -155,7 +154,7 @@ std::optional<ByteBuffer> MSDeviceCapabilities::BuildMediaReady(const Capability
         for (const CXString& paper : GetLoadedPaperNames(tray)) add(paper, mediaName);
     }
     if (pairs.empty()) {
-        const PageSize* usual = integration_->GetServices().GetMediaHandler().GetPageSize(ValueId(
+        const PageSize* usual = services_.GetMediaHandler().GetPageSize(ValueId(
             OperatingSystem::UseEnglishPaperSizes() ? DataModelIds::kPageSizeLetter : DataModelIds::kPageSizeA4));
         add(usual ? usual->GetDisplayString() : CXString(), CXString());
     }

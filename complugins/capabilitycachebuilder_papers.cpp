@@ -1,5 +1,5 @@
-// MSDeviceCapabilities: the paper database, built from the model's page sizes.
-#include <msdevicecapabilities.h>
+// CapabilityCacheBuilder: the paper database, built from the model's page sizes.
+#include <capabilitycachebuilder.h>
 
 #include <mvutil/cforms.h>
 #include <mvutil/operatingsystem.h>
@@ -104,12 +104,11 @@ std::map<WideString, WORD> IndexForms(HANDLE printer) {
 
 }  // namespace
 
-std::vector<_tag_FormsInfoRec> MSDeviceCapabilities::MakePaperRecords() {
-    IntegrationServices& services = integration_->GetServices();
-    MediaHandler& media = services.GetMediaHandler();
-    const auto forms = IndexForms(printer_);
+std::vector<_tag_FormsInfoRec> CapabilityCacheBuilder::MakePaperRecords() {
+    MediaHandler& media = services_.GetMediaHandler();
+    const auto forms = IndexForms(caches_.GetPrinter());
     std::vector<ValueId> values;
-    services.ListOptionValues(kPageSize, values);
+    services_.ListOptionValues(kPageSize, values);
     std::vector<_tag_FormsInfoRec> records;
     records.reserve(256);
     bool hasCustomSize = false;
@@ -132,14 +131,13 @@ std::vector<_tag_FormsInfoRec> MSDeviceCapabilities::MakePaperRecords() {
     return records;
 }
 
-std::optional<ByteBuffer> MSDeviceCapabilities::BuildPaper(const CapabilityGroup& group) {
-    if (!IsPresent(kMedia.GetId())) return std::nullopt;
+std::optional<ByteBuffer> CapabilityCacheBuilder::BuildPaper(const CapabilityGroup& group) {
+    if (!IsPresent(kMedia)) return std::nullopt;
     CapabilityBlob<PaperCapsHeader> blob;
     for (const _tag_FormsInfoRec& record : MakePaperRecords()) blob.Append(record);
     PaperCapsHeader header{};
-    header.formsDatabaseCrc = ComputeFormsDatabaseCRC();
-    header.customFormsCrc = GetCustomFormsCRC();
+    header.formsDatabaseCrc = caches_.ComputeFormsDatabaseCRC();
+    header.customFormsCrc = caches_.GetCustomFormsCRC();
     header.count = blob.GetCount();
-    paperCacheStale_ = false;
     return blob.Finish(group, header);
 }

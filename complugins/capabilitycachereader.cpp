@@ -1,5 +1,5 @@
-// MSDeviceCapabilities: binding to a printer, and the capability caches in the registry.
-#include <msdevicecapabilities.h>
+// CapabilityCacheReader: binding to a printer, and the capability caches in the registry.
+#include <capabilitycachereader.h>
 
 #include <caughtexception.h>
 #include <privateblock.h>
@@ -14,63 +14,58 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/msdevicecapabilities");
 
-// "XPaperCaps" begins with four DWORDs.
-constexpr DWORD kPaperItem = 2;
-constexpr std::size_t kPaperFormsCrcOffset = 0;
-constexpr std::size_t kPaperCustomFormsCrcOffset = 8;
-constexpr std::size_t kPaperCountOffset = 12;
-constexpr std::size_t kPaperHeaderBytes = 16;
-// "XResolutions": CRC, count, a byte for 200 x 200, three zero bytes.
-constexpr DWORD kResolutionsItem = 65527;
-constexpr std::size_t kResolutionsCountOffset = 4;
-constexpr std::size_t kResolutionsHeaderBytes = 12;
-
 // The records of a blob that is at least as long as its header: as many as it counts, and no more than it holds.
-template <class Record>
-std::vector<Record> CopyRecords(const ByteBuffer& blob, std::size_t headerBytes, std::size_t countOffset) {
-    const std::size_t counted = privateblock::ReadDword(blob.getLpbyte() + countOffset);
-    std::vector<Record> records(std::min(counted, (blob.getDword() - headerBytes) / sizeof(Record)));
+template <class Header, class Record>
+std::vector<Record> CopyRecords(const ByteBuffer& blob) {
+    Header header;
+    std::memcpy(&header, blob.getLpbyte(), sizeof header);
+    std::vector<Record> records(
+        std::min<std::size_t>(header.count, (blob.getDword() - sizeof header) / sizeof(Record)));
     if (!records.empty()) {
-        std::memcpy(records.data(), blob.getLpbyte() + headerBytes, records.size() * sizeof(Record));
+        std::memcpy(records.data(), blob.getLpbyte() + sizeof header, records.size() * sizeof(Record));
         for (Record& record : records) record.name[std::size(record.name) - 1] = 0;
     }
     return records;
 }
 
+DWORD CheckWordOf(const CapabilityGroup& group, const ByteBuffer& blob) {
+    return privateblock::ReadDword(blob.getLpbyte() + group.checkWordOffset);
+}
+
 }  // namespace
 
-MSDeviceCapabilities::MSDeviceCapabilities() = default;
-MSDeviceCapabilities::~MSDeviceCapabilities() = default;
+CapabilityCacheReader::CapabilityCacheReader() = default;
+CapabilityCacheReader::~CapabilityCacheReader() = default;
 
-void MSDeviceCapabilities::Initialize(HANDLE printer, bool noWrite) {
+void CapabilityCacheReader::Initialize(HANDLE printer) {
     if (!Printer::IsValidHandle(printer)) {
         ThrowException(&GetExceptionInvalidPrinterHandle, W("MSDeviceCapabilities::Initialize"), kSourceUnit);
     }
-    noWrite_ = noWrite;
     if (printer == printer_) return;
     printer_ = printer;
     printerName_.Empty();
     port_.Empty();
     setUp_ = 0;
-    cache_.reset();
+    values_.reset();
     blobs_.fill(std::nullopt);
     knownCheckWords_.fill(0);
     loadedFlags_ = 0;
-    paperCacheStale_ = true;
-    devmodeCrcMismatch_ = false;
+    isPaperCacheStale_ = true;
+    hasDevmodeCrcMismatch_ = false;
     EnsureInitialized(false);
 }
 
-bool MSDeviceCapabilities::EnsureInitialized(bool useLocalMachineHive) {
+bool CapabilityCacheReader::EnsureInitialized(bool useLocalMachineHive) {
     const HKEY hive = useLocalMachineHive ? HKEY_LOCAL_MACHINE : MorvaneUtilities::GetRegistryHiveByContext();
     if (hive != hive_) {
         hive_ = hive;
-        setUp_ &= ~static_cast<DWORD>(kCacheOpen);
+        setUp_ &= ~static_cast<DWORD>(kValuesOpen);
     }
     if (!Printer::IsValidHandle(printer_)) return false;
     try {
@@ -86,7 +81,7 @@ bool MSDeviceCapabilities::EnsureInitialized(bool useLocalMachineHive) {
 }
 
 // Takes the steps that have not been taken yet.
-void MSDeviceCapabilities::SetUp() {
+void CapabilityCacheReader::SetUp() {
     const auto once = [this](SetUpStep step, auto action) {
         if (setUp_ & step) return;
         action();
@@ -100,12 +95,12 @@ void MSDeviceCapabilities::SetUp() {
         common.Dump();
         framingStart_ = common.GetCurrentCRC();
     });
-    once(kCacheOpen, [&] {
-        cache_ = std::make_unique<DataCache>(printer_, hive_, MorvaneUtilities::ConvertPortNameToRegistryKey(port_),
-                                             kCapabilityCacheCrcStart, true);
-        cache_->Dump();
+    once(kValuesOpen, [&] {
+        values_ = std::make_unique<DataCache>(printer_, hive_, MorvaneUtilities::ConvertPortNameToRegistryKey(port_),
+                                              kCapabilityCacheCrcStart, true);
+        values_->Dump();
     });
-    once(kContextNoted, [&] { spoolerContext_ = DriverLoadedContext::IsSpoolerOrFilterPipelineExeContext(); });
+    once(kContextNoted, [&] { isInSpooler_ = DriverLoadedContext::IsSpoolerOrFilterPipelineExeContext(); });
     // Asked again until it is so: the installation may be under way.
     if (!(setUp_ & kDriverInstalled) &&
         PrintDriver::GetInstallationStateFromHandle(printer_) >= PrintDriver::kInstallationComplete) {
@@ -113,41 +108,53 @@ void MSDeviceCapabilities::SetUp() {
     }
 }
 
-std::optional<ByteBuffer>& MSDeviceCapabilities::BlobOf(const CapabilityGroup& group) {
-    return blobs_[static_cast<std::size_t>(group.id)];
+bool CapabilityCacheReader::Hold(const CapabilityGroup& group, std::optional<ByteBuffer> blob) {
+    std::optional<ByteBuffer>& held = blobs_[IndexOf(group)];
+    held = std::move(blob);
+    if (!held) return true;
+    if (group.id == CapabilityGroupId::Paper) isPaperCacheStale_ = false;
+    const DWORD check = CheckWordOf(group, *held);
+    return std::exchange(knownCheckWords_[IndexOf(group)], check) != check;
 }
 
-bool MSDeviceCapabilities::LoadFromRegistry(const CapabilityGroup& group) {
-    std::optional<ByteBuffer>& blob = BlobOf(group);
+bool CapabilityCacheReader::IsStored(const CapabilityGroup& group) {
+    ByteBuffer value;
+    return !values_ || (values_->GetCachedBytesValue(group.valueName, value) && value == *GetBlob(group));
+}
+
+bool CapabilityCacheReader::LoadFromRegistry(const CapabilityGroup& group) {
+    std::optional<ByteBuffer>& blob = blobs_[IndexOf(group)];
     blob.reset();
     ByteBuffer value;
-    cache_->GetCachedBytesValue(group.valueName, value);
+    values_->GetCachedBytesValue(group.valueName, value);
     if (value.getDword() < group.minimumBytes) return false;
-    knownCheckWords_[static_cast<std::size_t>(group.id)] =
-        privateblock::ReadDword(value.getLpbyte() + group.checkWordOffset);
+    knownCheckWords_[IndexOf(group)] = CheckWordOf(group, value);
     blob = std::move(value);
     return true;
 }
 
-HRESULT MSDeviceCapabilities::LoadCache(DWORD index, bool validate) {
+HRESULT CapabilityCacheReader::LoadCache(DWORD index, bool validate) {
     if (!EnsureInitialized(false)) return E_NOTIMPL;
     const CapabilityGroup* const group = FindCapabilityGroup(index);
     if (!group) return S_OK;
     if (group->id != CapabilityGroupId::Paper) return LoadFromRegistry(*group) ? S_OK : E_FAIL;
 
-    paperCacheStale_ = true;
+    isPaperCacheStale_ = true;
     const DWORD formsCrc = validate ? ComputeFormsDatabaseCRC() : 0;
     const DWORD customFormsCrc = validate ? GetCustomFormsCRC() : 0;
     if (!LoadFromRegistry(*group)) return E_FAIL;
-    const BYTE* const header = BlobOf(*group)->getLpbyte();
-    paperCacheStale_ = validate && privateblock::ReadDword(header + kPaperFormsCrcOffset) != formsCrc;
-    if (paperCacheStale_) return E_FAIL;
-    if (validate && privateblock::ReadDword(header + kPaperCustomFormsCrcOffset) != customFormsCrc) return E_FAIL;
+    PaperCapsHeader header;
+    std::memcpy(&header, GetBlob(*group)->getLpbyte(), sizeof header);
+    isPaperCacheStale_ = validate && header.formsDatabaseCrc != formsCrc;
+    if (isPaperCacheStale_) return E_FAIL;
+    if (validate && header.customFormsCrc != customFormsCrc) return E_FAIL;
     return S_OK;
 }
 
-HRESULT MSDeviceCapabilities::LoadAllCaches() {
-    constexpr DWORD kIndexes[] = {2, 6, 35, 14, 13, 65527, 32, 30};
+HRESULT CapabilityCacheReader::LoadAllCaches() {
+    constexpr DWORD kIndexes[] = {
+        DC_PAPERS,      DC_BINS,  DC_MEDIATYPES, DC_FILEDEPENDENCIES, DC_ENUMRESOLUTIONS, kResolutionRecordsIndex,
+        DC_COLORDEVICE, DC_STAPLE};
     HRESULT result = S_OK;
     for (const DWORD index : kIndexes) {
         const HRESULT loaded = LoadCache(index, true);
@@ -161,43 +168,46 @@ HRESULT MSDeviceCapabilities::LoadAllCaches() {
 }
 
 // The blob of the group that serves the item, held by this object; null when it cannot be had.
-const ByteBuffer* MSDeviceCapabilities::GetBlobForLookup(DWORD item, HANDLE printer, DEVMODEW* devmode) {
+const ByteBuffer* CapabilityCacheReader::GetBlobForLookup(DWORD item, HANDLE printer, DEVMODEW* devmode) {
     const CapabilityGroup& group = *FindCapabilityGroup(item);
-    Initialize(printer, noWrite_);
+    Initialize(printer);
     if (!EnsureInitialized(false)) return nullptr;
-    if (!spoolerContext_ && !cache_->DoesCacheExist(group.valueName)) {
+    if (!isInSpooler_ && !values_->DoesCacheExist(group.valueName)) {
         // The user has no caches of his own yet: those of the machine serve.
-        if (!EnsureInitialized(true) || !cache_->DoesCacheExist(group.valueName)) return nullptr;
+        if (!EnsureInitialized(true) || !values_->DoesCacheExist(group.valueName)) return nullptr;
     }
-    std::optional<ByteBuffer>& blob = BlobOf(group);
-    if (!blob && !(spoolerContext_ ? LoadFromDevmode(group, item, devmode) : LoadFromRegistry(group))) return nullptr;
+    const std::optional<ByteBuffer>& blob = GetBlob(group);
+    if (!blob && !(isInSpooler_ ? LoadFromDevmode(group, item, devmode) : LoadFromRegistry(group))) return nullptr;
     return &*blob;
 }
 
-HRESULT MSDeviceCapabilities::GetPaperDatabaseCachedDeviceCapabilitiesVector(HANDLE printer, DEVMODEW* devmode,
-                                                                             std::vector<_tag_FormsInfoRec>& records) {
+// Fills the vector from the blob; false when it cannot be had. Exceptions are reported.
+template <class Header, class Record>
+bool CapabilityCacheReader::LookUp(const WCHAR* operation, DWORD item, HANDLE printer, DEVMODEW* devmode,
+                                   std::vector<Record>& records) {
     records.clear();
     try {
-        const ByteBuffer* const blob = GetBlobForLookup(kPaperItem, printer, devmode);
-        if (!blob) return E_FAIL;
-        records = CopyRecords<_tag_FormsInfoRec>(*blob, kPaperHeaderBytes, kPaperCountOffset);
-        return kPaperDatabaseRead;
+        const ByteBuffer* const blob = GetBlobForLookup(item, printer, devmode);
+        if (blob) records = CopyRecords<Header, Record>(*blob);
+        return blob != nullptr;
     } catch (...) {
-        ReportCaughtException(W("MSDeviceCapabilities::GetPaperDatabaseCachedDeviceCapabilitiesVector"), kSourceUnit);
-        return E_FAIL;
+        ReportCaughtException(operation, kSourceUnit);
+        return false;
     }
 }
 
-HRESULT MSDeviceCapabilities::GetResolutionEnumsCachedDeviceCapabilitiesVector(
+HRESULT CapabilityCacheReader::GetPaperDatabaseCachedDeviceCapabilitiesVector(HANDLE printer, DEVMODEW* devmode,
+                                                                              std::vector<_tag_FormsInfoRec>& records) {
+    const bool isRead =
+        LookUp<PaperCapsHeader>(W("MSDeviceCapabilities::GetPaperDatabaseCachedDeviceCapabilitiesVector"), DC_PAPERS,
+                                printer, devmode, records);
+    return isRead ? kPaperDatabaseRead : E_FAIL;
+}
+
+HRESULT CapabilityCacheReader::GetResolutionEnumsCachedDeviceCapabilitiesVector(
     HANDLE printer, DEVMODEW* devmode, std::vector<_tag_ResolutionInfoRec>& records) {
-    records.clear();
-    try {
-        const ByteBuffer* const blob = GetBlobForLookup(kResolutionsItem, printer, devmode);
-        if (!blob) return E_FAIL;
-        records = CopyRecords<_tag_ResolutionInfoRec>(*blob, kResolutionsHeaderBytes, kResolutionsCountOffset);
-        return S_OK;
-    } catch (...) {
-        ReportCaughtException(W("MSDeviceCapabilities::GetResolutionEnumsCachedDeviceCapabilitiesVector"), kSourceUnit);
-        return E_FAIL;
-    }
+    const bool isRead =
+        LookUp<ResolutionCapsHeader>(W("MSDeviceCapabilities::GetResolutionEnumsCachedDeviceCapabilitiesVector"),
+                                     kResolutionRecordsIndex, printer, devmode, records);
+    return isRead ? S_OK : E_FAIL;
 }

@@ -1,9 +1,10 @@
-// MSDeviceCapabilities: the capability caches inside the private block of a DEVMODE.
-#include <msdevicecapabilities.h>
+// CapabilityCacheReader: the capability caches inside the private block of a DEVMODE.
+#include <capabilitycachereader.h>
 
 #include <privateblock.h>
 #include <xdevmode.h>
 
+#include <mvutil/attributebytessink.h>
 #include <mvutil/crc32.h>
 #include <mvutil/persistentattributes.h>
 
@@ -14,7 +15,7 @@ constexpr std::size_t kFrameBytes = 4;
 
 }  // namespace
 
-bool MSDeviceCapabilities::LoadFromDevmode(const CapabilityGroup& group, DWORD item, DEVMODEW* devmode) {
+bool CapabilityCacheReader::LoadFromDevmode(const CapabilityGroup& group, DWORD item, DEVMODEW* devmode) {
     if (!devmode) return false;
     XDevmode xdevmode(devmode);
     const AttributeBytesIndexedList* const list =
@@ -25,13 +26,13 @@ bool MSDeviceCapabilities::LoadFromDevmode(const CapabilityGroup& group, DWORD i
     const ByteBuffer blob(framed.getLpbyte() + kFrameBytes, framed.getDword() - kFrameBytes);
     if (privateblock::ReadDword(framed.getLpbyte()) !=
         Crc32::GetCrc(blob.getLpbyte(), blob.getDword(), framingStart_)) {
-        devmodeCrcMismatch_ = true;
+        hasDevmodeCrcMismatch_ = true;
     }
-    BlobOf(group) = blob;
+    blobs_[IndexOf(group)] = blob;
     return true;
 }
 
-bool MSDeviceCapabilities::FrameForDevmode(const ByteBuffer& blob, ByteBuffer& item) const {
+bool CapabilityCacheReader::FrameForDevmode(const ByteBuffer& blob, ByteBuffer& item) const {
     if (!(setUp_ & kFramingStartRead) || blob.isEmpty()) return false;
     item.resize(kFrameBytes);
     privateblock::WriteDword(item.getLpbyte(), Crc32::GetCrc(blob.getLpbyte(), blob.getDword(), framingStart_));
@@ -39,13 +40,13 @@ bool MSDeviceCapabilities::FrameForDevmode(const ByteBuffer& blob, ByteBuffer& i
     return true;
 }
 
-bool MSDeviceCapabilities::ExportCachesToDevmode(AttributeBytesSink& sink) {
-    constexpr DWORD kExportedIndexes[] = {2, 6, 35, 32, 65527};
+bool CapabilityCacheReader::ExportCachesToDevmode(AttributeBytesSink& sink) {
+    constexpr DWORD kExportedIndexes[] = {DC_PAPERS, DC_BINS, DC_MEDIATYPES, DC_COLORDEVICE, kResolutionRecordsIndex};
     sink.SetNameSpace(AttributeBytesNameSpaceId(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId()));
     for (const DWORD index : kExportedIndexes) {
         if (FAILED(LoadCache(index, false))) continue;
         ByteBuffer item;
-        if (!FrameForDevmode(*BlobOf(*FindCapabilityGroup(index)), item)) return false;
+        if (!FrameForDevmode(*GetBlob(*FindCapabilityGroup(index)), item)) return false;
         sink.AddDataBlob(AttributeBytesFeatureId(index), item);  // left out when there is no room
     }
     return true;

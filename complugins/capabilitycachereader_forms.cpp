@@ -1,5 +1,5 @@
-// MSDeviceCapabilities: the check values over the printer's forms and the user's custom paper sizes.
-#include <msdevicecapabilities.h>
+// CapabilityCacheReader: the check values over the printer's forms and the user's custom paper sizes.
+#include <capabilitycachereader.h>
 
 #include <caughtexception.h>
 
@@ -33,15 +33,15 @@ _tag_FormsInfoRec MakeCustomSizeRecord(const CXString& name) {
 
 }  // namespace
 
-DWORD MSDeviceCapabilities::ComputeFormsDatabaseCRC() const {
+DWORD CapabilityCacheReader::ComputeFormsDatabaseCRC() const {
     const CForms forms(printer_, true);
     const std::vector<_MVN_FORM_INFO>& list = forms.GetForms();
     return Crc32::GetCrc(list.data(), list.size() * sizeof(_MVN_FORM_INFO), kCapabilityCacheCrcStart);
 }
 
-DWORD MSDeviceCapabilities::GetCustomFormsCRC() {
+DWORD CapabilityCacheReader::GetCustomFormsCRC() {
     customFormsCrc_ = kCapabilityCacheCrcStart;
-    if (spoolerContext_) return customFormsCrc_;
+    if (isInSpooler_) return customFormsCrc_;
     try {
         for (const CXString& name : User::EnumUserKeyNames(kCustomSizesKey)) {
             const _tag_FormsInfoRec record = MakeCustomSizeRecord(name);

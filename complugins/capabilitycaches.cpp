@@ -10,12 +10,6 @@
 #include <mvutil/textresources.h>
 #include <privateblock.h>
 
-namespace {
-
-constexpr DWORD kMediaReadyIndex = 29, kStapleIndex = 30;
-
-}  // namespace
-
 bool IsWholeCapabilityBlob(const CapabilityGroup& group, ByteBuffer blob) {
     if (blob.getDword() < group.minimumBytes) return false;
     BYTE* const check = blob.getLpbyte() + group.checkWordOffset;
@@ -34,7 +28,7 @@ void RebuildCapabilityCaches(HANDLE printer) {
     manager.PopulateFromSourceData(sources);
     // Filling the model reports no change of the stapler and of no loaded media: these two groups are asked for. What
     // the trays held is not read back by then; without it the same again would be written.
-    capabilities.LoadCache(kMediaReadyIndex, false);
-    capabilities.UpdateCaches(FindCapabilityGroup(kStapleIndex)->flag);
+    capabilities.LoadCache(DC_MEDIAREADY, false);
+    capabilities.UpdateCaches(GetCapabilityGroup(CapabilityGroupId::Staple).flag);
     manager.GetFeatureServices().RaiseEvent(EventId(DataModelIds::kLoadedMediaChanged));
 }

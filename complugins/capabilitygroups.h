@@ -2,6 +2,7 @@
 #pragma once
 
 #include <mvutil/cachelocation.h>
+#include <printsubsystem/capabilityrecords.h>
 
 #include <cstddef>
 
@@ -17,19 +18,35 @@ struct CapabilityGroup {
     DWORD indexes[8];             // 0 fills the rest
 };
 
+// The driver family's own index beside the resolutions' DC_ENUMRESOLUTIONS; under it they are kept in DEVMODEs.
+inline constexpr DWORD kResolutionRecordsIndex = 65527;
+
+// Header: what the group's blob starts with.
+template <class Header, std::size_t Count>
+constexpr CapabilityGroup MakeCapabilityGroup(CapabilityGroupId id, const WCHAR* valueName, DWORD flag,
+                                              const DWORD (&indexes)[Count]) {
+    CapabilityGroup group{id, valueName, flag, sizeof(Header), offsetof(Header, check), {}};
+    for (std::size_t place = 0; place < Count; ++place) group.indexes[place] = indexes[place];
+    return group;
+}
+
 // In the order of CapabilityGroupId.
-// clang-format off: a table, its columns aligned
 inline constexpr CapabilityGroup kCapabilityGroups[kCapabilityGroupCount] = {
-    {CapabilityGroupId::Paper, kPaperCapsValue, 0x2000, 16, 4, {1, 2, 3, 65529}},
-    {CapabilityGroupId::Bins, kBinCapsValue, 0x4000, 8, 0, {6, 65526}},
-    {CapabilityGroupId::Media, kMediaCapsValue, 0x8000, 8, 0, {34, 35}},
-    {CapabilityGroupId::MediaReady, kMediaReadyValue, 0x20000, 8, 0, {29, 65528}},
-    {CapabilityGroupId::DependentFiles, kDependentFilesValue, 0x1000, 8, 0, {14}},
-    {CapabilityGroupId::DeviceLimits, kDeviceLimitsValue, 0x7ff, 48, 0, {4, 5, 26, 27, 28, 31, 32, 65533}},
-    {CapabilityGroupId::Staple, kStapleValue, 0x10000, 8, 0, {30}},
-    {CapabilityGroupId::Resolutions, kResolutionsValue, 0x800, 12, 0, {13, 65527}},
+    MakeCapabilityGroup<PaperCapsHeader>(CapabilityGroupId::Paper, kPaperCapsValue, 0x2000, {1, 2, 3, 65529}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::Bins, kBinCapsValue, 0x4000, {6, 65526}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::Media, kMediaCapsValue, 0x8000, {34, 35}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::MediaReady, kMediaReadyValue, 0x20000, {29, 65528}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::DependentFiles, kDependentFilesValue, 0x1000, {14}),
+    MakeCapabilityGroup<DeviceLimitsCaps>(CapabilityGroupId::DeviceLimits, kDeviceLimitsValue, 0x7ff,
+                                          {4, 5, 26, 27, 28, 31, 32, 65533}),
+    MakeCapabilityGroup<StapleCaps>(CapabilityGroupId::Staple, kStapleValue, 0x10000, {30}),
+    MakeCapabilityGroup<ResolutionCapsHeader>(CapabilityGroupId::Resolutions, kResolutionsValue, 0x800,
+                                              {13, kResolutionRecordsIndex}),
 };
-// clang-format on
+
+inline constexpr const CapabilityGroup& GetCapabilityGroup(CapabilityGroupId id) noexcept {
+    return kCapabilityGroups[static_cast<std::size_t>(id)];
+}
 
 // The group that serves the index, or null when none does.
 inline constexpr const CapabilityGroup* FindCapabilityGroup(DWORD index) noexcept {

@@ -1,16 +1,20 @@
 // MsCachedDeviceCapabilities: the view of a printer's capability caches that a conversion holds for one call.
 #include <mscacheddevicecapabilities.h>
 
+#include <msdevicecapabilities.h>
+
 MsCachedDeviceCapabilities::MsCachedDeviceCapabilities(DEVMODEW* devmode)
     : devmode_(devmode), capabilities_(std::make_unique<MSDeviceCapabilities>()) {}
 
 MsCachedDeviceCapabilities::~MsCachedDeviceCapabilities() = default;
 
-std::vector<_tag_FormsInfoRec> MsCachedDeviceCapabilities::GetPaperDatabaseCachedDeviceCapabilitiesVector(
+const std::vector<_tag_FormsInfoRec>& MsCachedDeviceCapabilities::GetPaperDatabaseCachedDeviceCapabilitiesVector(
     HANDLE printer) {
-    std::vector<_tag_FormsInfoRec> records;
-    capabilities_->GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, devmode_, records);
-    return records;
+    if (!printer || printer != printerOfPapers_) {
+        const HRESULT hr = capabilities_->GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, devmode_, papers_);
+        printerOfPapers_ = SUCCEEDED(hr) ? printer : nullptr;
+    }
+    return papers_;
 }
 
 std::vector<_tag_ResolutionInfoRec> MsCachedDeviceCapabilities::GetResolutionEnumsCachedDeviceCapabilitiesVector(

@@ -1,12 +1,9 @@
-// MSDeviceCapabilities: data source and observer of a data model, and writing the caches that changed.
+// MSDeviceCapabilities: data source and observer of a data model.
 #include <msdevicecapabilities.h>
-
-#include <privateblock.h>
 
 #include <mvcore/notifications.h>
 #include <mvutil/cforms.h>
 #include <mvutil/operatingsystem.h>
-#include <mvutil/printer.h>
 #include <mvutil/textresources.h>
 
 #include <algorithm>
@@ -17,23 +14,24 @@ namespace {
 constexpr int kFeatureObserver = 26014;
 constexpr int kEventObserver = 26016;
 
-constexpr DWORD kPaperFlag = 0x2000;
-constexpr DWORD kMediaReadyFlag = 0x20000;
-constexpr DWORD kStapleFlag = 0x10000;
-constexpr DWORD kDeviceLimitsFlag = 0x7ff;
-constexpr DWORD kListGroups = 0x6800;      // paper, bins, resolutions
-constexpr DWORD kSettingsGroups = 0x97ff;  // media, dependent files, device limits
+constexpr DWORD FlagOf(CapabilityGroupId id) { return GetCapabilityGroup(id).flag; }
+
+// What is built once the model offers its values, and once it has its settings.
+constexpr DWORD kListGroups =
+    FlagOf(CapabilityGroupId::Paper) | FlagOf(CapabilityGroupId::Bins) | FlagOf(CapabilityGroupId::Resolutions);
+constexpr DWORD kSettingsGroups = FlagOf(CapabilityGroupId::Media) | FlagOf(CapabilityGroupId::DependentFiles) |
+                                  FlagOf(CapabilityGroupId::DeviceLimits);
 
 constexpr FeatureId kCollation(45), kStaple(252), kResolution(94), kPageSize(168), kMediaType(175), kTrays(193);
 constexpr FeatureId kMedia(477);
 
-// Groups that follow what a feature offers; others are device limits.
-DWORD GroupOf(FeatureId registered) {
-    if (registered == kResolution) return 0x800;
-    if (registered == kPageSize) return kPaperFlag;
-    if (registered == kMediaType) return 0x8000;
-    if (registered == kTrays) return 0x4000;
-    return kDeviceLimitsFlag;
+// The group that follows what a feature offers.
+CapabilityGroupId GroupOf(FeatureId registered) {
+    if (registered == kResolution) return CapabilityGroupId::Resolutions;
+    if (registered == kPageSize) return CapabilityGroupId::Paper;
+    if (registered == kMediaType) return CapabilityGroupId::Media;
+    if (registered == kTrays) return CapabilityGroupId::Bins;
+    return CapabilityGroupId::DeviceLimits;
 }
 
 bool IsEnvelopeName(const CXString& name) {
@@ -66,7 +64,7 @@ void MSDeviceCapabilities::RegisterForIntegrateSourceDataChanges(DataModelObserv
 void MSDeviceCapabilities::IntegrateSourceData(IntegrationInterface& integration) {
     integration_ = &integration;
     services_ = nullptr;
-    collationUsable_ = integration.GetServices().TestFeature(kCollation);
+    isCollationUsable_ = integration.GetServices().TestFeature(kCollation);
     if (LoadAllCaches() != E_NOTIMPL) MapPrinterForms(integration.GetServices());
 }
 
@@ -75,7 +73,7 @@ void MSDeviceCapabilities::MapPrinterForms(IntegrationServices& services) const 
     const ValueId units(DataModelIds::kUnitsOfSystem);
     constexpr WORD kTabloid = 3;
     std::vector<ValueId> taught;
-    const CForms forms(printer_, true);
+    const CForms forms(caches_.GetPrinter(), true);
     for (const _MVN_FORM_INFO& form : forms.GetForms()) {
         if (form.formIndex == kTabloid || form.width > form.length) continue;
         const Dimension width(form.width, Dimension::Micrometres), length(form.length, Dimension::Micrometres);
@@ -91,8 +89,7 @@ void MSDeviceCapabilities::MapPrinterForms(IntegrationServices& services) const 
 }
 
 void MSDeviceCapabilities::RegisterForCurrentSettingsChanges(DataModelObserverInterfaces& observers) {
-    UpdateCaches(kListGroups);
-    if (dirtyFlags_) SaveCaches();
+    UpdateAndSave(kListGroups);
     const auto observe = [&](DWORD settings, const FeatureIdWithContext& feature) {
         observers.RegisterFeatureChangeObserver(this, SettingsInstanceId(settings), feature,
                                                 FeatureChangeId(DataModelIds::kContentsChanged), kFeatureObserver);
@@ -105,8 +102,7 @@ void MSDeviceCapabilities::RegisterForCurrentSettingsChanges(DataModelObserverIn
 
 void MSDeviceCapabilities::SetFeatureServices(FeatureServices& services) {
     services_ = &services;
-    UpdateCaches(kSettingsGroups);
-    if (dirtyFlags_) SaveCaches();
+    UpdateAndSave(kSettingsGroups);
     for (const DWORD event :
          {DataModelIds::kLoadedMediaChanged, DataModelIds::kSettingsApplied, DataModelIds::kConfigurationRead})
         services.RegisterEventObserver(this, EventId(event), kEventObserver);
@@ -114,18 +110,16 @@ void MSDeviceCapabilities::SetFeatureServices(FeatureServices& services) {
 
 void MSDeviceCapabilities::OnNotification(INotification& notification) {
     if (const auto* event = dynamic_cast<EventNotification*>(&notification)) {
-        if (event->GetEventId() == EventId(DataModelIds::kLoadedMediaChanged)) mediaReadyBuilt_ = false;
-        if (!mediaReadyBuilt_) {
-            UpdateCaches(kMediaReadyFlag);
-            mediaReadyBuilt_ = true;
-            noWrite_ = false;
+        if (event->GetEventId() == EventId(DataModelIds::kLoadedMediaChanged)) isMediaReadyBuilt_ = false;
+        if (!isMediaReadyBuilt_) {
+            UpdateCaches(FlagOf(CapabilityGroupId::MediaReady));
+            isMediaReadyBuilt_ = true;
+            isWriteSuppressed_ = false;
         }
         if (dirtyFlags_) SaveCaches();
     } else if (const auto* bundle = dynamic_cast<NotificationBundle*>(&notification)) {
         const DWORD mask = CollectChangedGroups(*bundle);
-        if (!mask) return;
-        UpdateCaches(mask);
-        if (dirtyFlags_) SaveCaches();
+        if (mask) UpdateAndSave(mask);
     }
 }
 
@@ -139,64 +133,16 @@ DWORD MSDeviceCapabilities::CollectChangedGroups(const NotificationBundle& bundl
         const SettingsInstanceId settings = item->GetSettingsInstanceId();
         const FeatureChangeId change = item->GetFeatureChangeId();
         if (settings == current && change == contents) {
-            if (item->GetSettingIdWithContext().GetFeatureId() == kStaple) mask |= kStapleFlag;
+            if (item->GetSettingIdWithContext().GetFeatureId() == kStaple) mask |= FlagOf(CapabilityGroupId::Staple);
         } else if (settings == offered && change == usable) {
             if (!(item->GetSettingIdWithContext().GetFeatureId() == kCollation) || !integration_) continue;
             const bool isUsable = integration_->GetServices().TestFeature(kCollation);
-            if (isUsable == collationUsable_) continue;
-            collationUsable_ = isUsable;
-            mask |= kDeviceLimitsFlag;
+            if (isUsable == isCollationUsable_) continue;
+            isCollationUsable_ = isUsable;
+            mask |= FlagOf(CapabilityGroupId::DeviceLimits);
         } else if (settings == offered && change == contents) {
-            mask |= GroupOf(item->GetOriginallyRegisteredSetting().GetFeatureId());
+            mask |= FlagOf(GroupOf(item->GetOriginallyRegisteredSetting().GetFeatureId()));
         }
     }
     return mask;
-}
-
-void MSDeviceCapabilities::UpdateCaches(DWORD mask) {
-    if (!integration_) return;
-    TextResourceLoader::Initialize(printer_, false);
-    integration_->GetServices().ListFeaturesPresent(FeatureId(DataModelIds::kRootFeature), presentFeatures_);
-    std::sort(presentFeatures_.begin(), presentFeatures_.end(),
-              [](FeatureId a, FeatureId b) { return a.GetId() < b.GetId(); });
-    for (const DWORD index : {2, 6, 35, 29, 14, 32, 13, 30}) {
-        const CapabilityGroup& group = *FindCapabilityGroup(index);
-        if ((mask & group.flag) != group.flag) continue;
-        std::optional<ByteBuffer>& blob = BlobOf(group);
-        blob = BuildGroup(group);
-        DWORD& known = knownCheckWords_[static_cast<std::size_t>(group.id)];
-        const DWORD check = blob ? privateblock::ReadDword(blob->getLpbyte() + group.checkWordOffset) : known + 1;
-        if (check == known && (noWrite_ || IsStored(group))) continue;
-        if (blob) known = check;
-        dirtyFlags_ |= group.flag;
-    }
-    presentFeatures_.clear();
-}
-
-// Whether the registry holds the group's blob; one that vanished or was damaged since it was read is to be written
-// again.
-bool MSDeviceCapabilities::IsStored(const CapabilityGroup& group) {
-    ByteBuffer value;
-    return !cache_ || (cache_->GetCachedBytesValue(group.valueName, value) && value == *BlobOf(group));
-}
-
-bool MSDeviceCapabilities::IsPresent(DWORD feature) const {
-    return std::binary_search(presentFeatures_.begin(), presentFeatures_.end(), FeatureId(feature),
-                              [](FeatureId a, FeatureId b) { return a.GetId() < b.GetId(); });
-}
-
-bool MSDeviceCapabilities::SaveCaches() {
-    bool all = true;
-    if (!noWrite_) {
-        for (const DWORD index : {2, 6, 35, 29, 14, 32, 30, 13}) {
-            const CapabilityGroup& group = *FindCapabilityGroup(index);
-            if ((dirtyFlags_ & group.flag) != group.flag) continue;
-            const std::optional<ByteBuffer>& blob = BlobOf(group);
-            all &= blob && cache_ && cache_->SetCachedValue(group.valueName, *blob, false);
-        }
-        if (all && cache_) all = cache_->SetCachedValue(kCapsFlagsValue, static_cast<LONG>(dirtyFlags_), false);
-        if (dirtyFlags_) Printer(printer_).ClearDevmode1stLevelCache();
-    }
-    dirtyFlags_ = 0;
-    return all;
 }

@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-class MSDeviceCapabilities;
+class MsCachedDeviceCapabilities;
 
 // Finds the private block of a DEVMODE, checks it, and reads and rewrites its entries. A DEVMODE without a block, or
 // with a damaged one, gives an object that finds nothing. The DEVMODE stays the caller's and must outlive the object;
@@ -52,8 +52,9 @@ public:
 
     // Makes the DEVMODE's paper number, form name, width and length agree with one record of the printer's paper
     // database, and says whether one was matched; without one, or for a custom paper, the form name becomes that of the
-    // user's default paper. The records are those of the printer and this DEVMODE.
-    static bool NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MSDeviceCapabilities& capabilities);
+    // user's default paper. The records are those of the printer and of the
+    // capabilities' DEVMODE.
+    static bool NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MsCachedDeviceCapabilities& capabilities);
     // Sets dmFormName, to at most 31 characters; and the paper's dimensions in tenths of a millimetre, clamped to what
     // the fields hold. dmFields stay as they are.
     static void SetFormName(DEVMODEW* devmode, const WCHAR* name);

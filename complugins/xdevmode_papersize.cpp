@@ -1,7 +1,7 @@
 // Bringing a DEVMODE's paper fields into line with the printer's paper database.
 #include <xdevmode.h>
 
-#include <msdevicecapabilities.h>
+#include <mscacheddevicecapabilities.h>
 #include <privateblock.h>
 
 #include <facts/papernumbers.h>
@@ -110,14 +110,13 @@ bool MatchRecord(DEVMODEW* devmode, const Records& records) {
 
 }  // namespace
 
-bool XDevmode::NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MSDeviceCapabilities& capabilities) {
+bool XDevmode::NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MsCachedDeviceCapabilities& capabilities) {
     if (devmode->dmFields & DM_PAPERSIZE) devmode->dmFields &= ~static_cast<DWORD>(DM_FORMNAME);
     ReplaceFormOfSpreadsheet(printer, devmode);
     if (devmode->dmPaperSize == DMPAPER_TABLOID) devmode->dmPaperSize = DMPAPER_11X17;
 
-    Records records;
-    const HRESULT hr = capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, devmode, records);
-    const bool isMatched = SUCCEEDED(hr) && !records.empty() && MatchRecord(devmode, records);
+    const Records& records = capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer);
+    const bool isMatched = !records.empty() && MatchRecord(devmode, records);
     const bool hasName = devmode->dmPaperSize < facts::kFirstUserPaper && devmode->dmPaperSize != DMPAPER_USER;
     if (!isMatched || !hasName) SetFormName(devmode, OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4"));
     return isMatched;

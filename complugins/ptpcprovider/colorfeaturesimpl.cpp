@@ -75,8 +75,8 @@ HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabiliti
 
         const auto management = createFeature(kColorManagement, kColorManagementDisplay);
         if (IsAtLeastOsVersion6()) offer(management, kMethodNone);
-        if (driverCapabilityFlags & kPostScriptDeviceFlag) offer(management, kMethodDevice);
-        if (!(driverCapabilityFlags & kPrivateNamespaceFlag) && IsAtLeastOsVersion6()) offer(management, kMethodSystem);
+        if (IsPostScriptDevice()) offer(management, kMethodDevice);
+        if (!HasPrivateNamespace() && IsAtLeastOsVersion6()) offer(management, kMethodSystem);
         capabilities.AppendChildToRootNode(management.Get());
 
         if (!IsAtLeastOsVersion6()) {

@@ -49,7 +49,7 @@ HRESULT MorvanePtProvider::ReplacePageImageableSizeAndAreaProperties(PrintCapabi
                                                                      PrintTicketXmlDocument& ticket,
                                                                      MsCachedDeviceCapabilities& deviceCapabilities) {
     return RunFeatureUnit([&] {
-        if (!(driverCapabilityFlags & kPrivateNamespaceFlag)) return S_OK;
+        if (!HasPrivateNamespace()) return S_OK;
         capabilities.DeletePropertyNodesIfExist(capabilities.GetKeywordsPrefix().Get(), kImageableSize);
         _tag_FormsInfoRec paper = {};
         GetPrintTicketPaperSize(ticket, deviceCapabilities, &paper);

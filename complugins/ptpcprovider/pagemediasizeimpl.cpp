@@ -243,10 +243,10 @@ void MorvanePtProvider::GetDevmodePaperSize(DEVMODEW* devmode, MsCachedDeviceCap
     std::vector<BYTE> copy(std::size_t{devmode->dmSize} + devmode->dmDriverExtra);
     std::memcpy(copy.data(), devmode, copy.size());
     DEVMODEW* const normalized = reinterpret_cast<DEVMODEW*>(copy.data());
-    XDevmode::NormalizeDevmodePaperSize(printerHandle, normalized, deviceCapabilities.GetDeviceCapabilities());
+    XDevmode::NormalizeDevmodePaperSize(printerHandle, normalized, deviceCapabilities);
     const int number = normalized->dmPaperSize, width = normalized->dmPaperWidth, length = normalized->dmPaperLength;
 
-    const std::vector<_tag_FormsInfoRec> records =
+    const std::vector<_tag_FormsInfoRec>& records =
         deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle);
     const auto findNumber = [&](int wanted) {
         return std::find_if(records.begin(), records.end(),
@@ -332,7 +332,7 @@ HRESULT MorvanePtProvider::ReplacePageMediaSizeCapabilities(PrintCapabilitiesXml
         capabilities.CreatePickOneFeature(kMediaSize, GetProductStringLoader().LoadStringW(kMediaSizeDisplay),
                                           feature.Put());
 
-        const std::vector<_tag_FormsInfoRec> records =
+        const std::vector<_tag_FormsInfoRec>& records =
             deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle);
         const std::unordered_set<WORD> numbersOfSeveralTypes = FindNumbersOfSeveralTypes(records);
         // The rule is that of the product whose strings were just loaded.

@@ -1,6 +1,7 @@
 // The capability caches: lookups, validation, and their passage through a DEVMODE.
 #include <devmodesettingssink.h>
 #include <mscacheddevicecapabilities.h>
+#include <msdevicecapabilities.h>
 #include <support/printerfixture.h>
 #include <support/privatedevmode.h>
 #include <support/storedcaches.h>
@@ -80,12 +81,12 @@ TEST_F(CapabilitiesTest, ServesAsManyRecordsAsTheCacheHolds) {
 TEST_F(CapabilitiesTest, ThePaperDatabaseIsValidatedAgainstTheForms) {
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(handle_, false);
-    const DWORD forms = capabilities.ComputeFormsDatabaseCRC();
+    const DWORD forms = capabilities.GetCaches().ComputeFormsDatabaseCRC();
     EXPECT_NE(forms, kStart) << "a printer has forms";
     const auto expect = [&](const char* what, DWORD formsCrc, DWORD customCrc, bool validate, HRESULT result) {
         Store(kPaperCapsValue, PaperBlob(formsCrc, customCrc, 0, 0));
         EXPECT_EQ(capabilities.LoadCache(2, validate), result) << what;
-        EXPECT_EQ(capabilities.IsPaperCacheStale(), validate && formsCrc != forms) << what;
+        EXPECT_EQ(capabilities.GetCaches().IsPaperCacheStale(), validate && formsCrc != forms) << what;
     };
     expect("current", forms, kStart, true, S_OK);
     expect("other forms", forms + 1, kStart, true, E_FAIL);
@@ -142,7 +143,7 @@ TEST_F(CapabilitiesTest, TravelThroughADevmodeToTheSpooler) {
                   count ? 0x0004DC01 : E_FAIL)
             << what;
         EXPECT_EQ(records.size(), count) << what;
-        EXPECT_EQ(spooled.HasDevmodeCrcMismatch(), isMismatch) << what;
+        EXPECT_EQ(spooled.GetCaches().HasDevmodeCrcMismatch(), isMismatch) << what;
     };
     expect("intact", good, 3, false);
     expect("another checksum", altered, 3, true);

@@ -1,5 +1,5 @@
 // Bringing a DEVMODE's paper fields into line with the printer's paper database.
-#include <msdevicecapabilities.h>
+#include <mscacheddevicecapabilities.h>
 #include <support/printerfixture.h>
 #include <support/privatedevmode.h>
 #include <support/storedcaches.h>
@@ -27,7 +27,7 @@ protected:
         devmode->dmPaperSize = before.number;
         XDevmode::SetPaperDimensions(devmode, before.width, before.length);
         XDevmode::SetFormName(devmode, before.form);
-        MSDeviceCapabilities capabilities;
+        MsCachedDeviceCapabilities capabilities(devmode);
         EXPECT_EQ(XDevmode::NormalizeDevmodePaperSize(printer_.GetHandle(), devmode, capabilities), isMatched);
         EXPECT_EQ(devmode->dmFields, fields == (DM_PAPERSIZE | DM_FORMNAME) ? DWORD{DM_PAPERSIZE} : fields);
         EXPECT_EQ(devmode->dmPaperSize, after.number);
@@ -67,7 +67,7 @@ TEST_F(NormalizeTest, AgreesWithOneRecord) {
     TestDevmode endless(0);
     std::fill(std::begin(endless.Get()->dmFormName), std::end(endless.Get()->dmFormName), W('n'));
     endless.Get()->dmFields = byName;
-    MSDeviceCapabilities capabilities;
+    MsCachedDeviceCapabilities capabilities(endless.Get());
     EXPECT_FALSE(XDevmode::NormalizeDevmodePaperSize(printer_.GetHandle(), endless.Get(), capabilities));
 }
 
@@ -77,7 +77,7 @@ TEST_F(NormalizeTest, ReplacesTheUsersFormInASpreadsheet) {
     const auto replace = [&](const TestPrinter& printer, const WCHAR* program, SHORT number) {
         TestDevmode devmode(MakePrivateBlock({{2, TextBytes(program)}}));
         devmode.Get()->dmPaperSize = number;
-        MSDeviceCapabilities capabilities;
+        MsCachedDeviceCapabilities capabilities(devmode.Get());
         XDevmode::NormalizeDevmodePaperSize(printer.GetHandle(), devmode.Get(), capabilities);
         return devmode.Get()->dmPaperSize;
     };
