@@ -60,10 +60,11 @@ bool HasTables(sqlite3* connection) {
     throw RegistryError(ERROR_REGISTRY_CORRUPT, "it is not a registry store of this version");
 }
 
-void MakeTables(sqlite3* connection) {
-    Execute(connection, "BEGIN IMMEDIATE");
+// One transaction for the look and the making: another process may be making the tables.
+void PrepareTables(sqlite3* connection) {
+    Execute(connection, "BEGIN");
     try {
-        if (!HasTables(connection)) Execute(connection, schema);  // unless another process was faster
+        if (!HasTables(connection)) Execute(connection, schema);
         Execute(connection, "COMMIT");
     } catch (...) {
         if (!sqlite3_get_autocommit(connection)) sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
@@ -76,12 +77,13 @@ void MakeTables(sqlite3* connection) {
 void PrepareRegistryFile(sqlite3* connection) {
     sqlite3_busy_timeout(connection, static_cast<int>(patience.count()));
     if (sqlite3_db_readonly(connection, "main") == 1) throw RegistryError(ERROR_ACCESS_DENIED, "it cannot be written");
-    // SQLite does not wait by itself while another process turns the new file's journal over.
+    // SQLite does not wait by itself while another process turns the new file's journal over, nor where one has begun
+    // to write since this one looked.
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
         try {
             Execute(connection, "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;");
-            if (!HasTables(connection)) MakeTables(connection);
+            PrepareTables(connection);
             return;
         } catch (const RegistryError& error) {
             if (error.Status() != ERROR_BUSY || std::chrono::steady_clock::now() > deadline) throw;
