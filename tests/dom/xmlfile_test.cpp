@@ -3,8 +3,8 @@
 
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
-#include <subsystem/hostplatform.h>
 #include <subsystem/xmlfile.h>
+#include <support/temporaryfolder.h>
 
 namespace {
 
@@ -36,15 +36,14 @@ TEST(DocumentType, IsSeenInTheProlog) {
 }
 
 TEST(XmlFile, IsReadAndWrittenWhole) {
-    const std::filesystem::path folder = MakeTemporaryFolder("xmlfile"), file = folder / "document.xml";
-    WriteWholeFile(file, "<a><b/> </a>");
+    const TemporaryFolder folder;
+    const std::filesystem::path file = folder.Write("document.xml", "<a><b/> </a>");
     const auto document = ReadDocumentFile(file);
     EXPECT_EQ(RootXml(document), "<a><b/> </a>");
     EXPECT_EQ(Root(document)->setAttribute(B("x").Get(), Variant(W("1")).Get()), S_OK);
     WriteDocumentFile(file, document.Get());
     EXPECT_THROW(WriteDocumentFile(file, NewDocument().Get()), OperationError) << "no root element";
     EXPECT_EQ(ReadWholeFile(file), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a x=\"1\"><b/> </a>\n");
-    std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <runhost.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
+#include <support/temporaryfolder.h>
 
 #include <gtest/gtest.h>
 
@@ -19,12 +20,6 @@ struct Outcome {
 
 class HostRun : public testing::Test {
 protected:
-    HostRun() : folder_(MakeTemporaryFolder("mvpthost-test-")) {}
-    ~HostRun() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-
     Outcome Run(std::vector<std::string> arguments) const {
         arguments.insert(arguments.begin(), {"--store", File("store")});
         std::ostringstream out, err;
@@ -45,14 +40,13 @@ protected:
     std::string File(const std::string& name) const { return PathToUtf8(folder_ / name); }
     std::string Read(const std::string& name) const { return ReadWholeFile(folder_ / name); }
     std::string Write(const std::string& name, std::string_view contents) const {
-        WriteWholeFile(folder_ / name, contents);
-        return File(name);
+        return PathToUtf8(folder_.Write(name, contents));
     }
     bool Exists(const std::string& name) const { return std::filesystem::exists(folder_ / name); }
     std::size_t CountFiles() const {
-        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
+        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_.GetPath()), {}));
     }
 
 private:
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_;
 };

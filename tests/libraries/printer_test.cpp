@@ -10,8 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 namespace {
 
 class PrinterTest : public testing::Test {
@@ -78,10 +76,10 @@ TEST_F(PrinterTest, TheStampCountsUpAndABadPrinterIsPassedOver) {
 }
 
 TEST_F(PrinterTest, AReadableDataFileCompletesAnInstallation) {
-    const ChangedProduct product(kOffice, "damaged", {});
+    const ChangedProduct product(kOffice, {});
     const TestPrinter own(W("Own"), product.GetFile());
     EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), int{PrintDriver::kInstallationComplete});
-    std::ofstream(product.GetFile()) << "model = 5\n";
+    WriteTestFile(product.GetFile(), "model = 5\n");
     EXPECT_EQ(PrintDriver::GetInstallationStateFromHandle(own.GetHandle()), 3);
     EXPECT_EQ(PrintDriver().GetDriverCapability(own.GetHandle(), 1984), 0u);
 }

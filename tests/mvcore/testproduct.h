@@ -1,8 +1,7 @@
 // A small product of the tests' own, so that their numbers stay true whatever the shipped products learn.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
+#include <support/temporaryfolder.h>
 
 inline constexpr const char* kTestProduct = R"(
 model = "Test Product"
@@ -49,10 +48,7 @@ dmMediaType = 1
 )";
 
 inline std::filesystem::path GetTestProductFile() {
-    static const std::filesystem::path file = [] {
-        std::filesystem::path path = std::filesystem::temp_directory_path() / "mvcore_test_product.toml";
-        std::ofstream(path) << kTestProduct;
-        return path;
-    }();
+    static const TemporaryFolder folder;
+    static const std::filesystem::path file = folder.Write("product.toml", kTestProduct);
     return file;
 }

@@ -1,12 +1,10 @@
 // Sections of profile files.
+#include <support/temporaryfolder.h>
 #include <widetext.h>
 #include <windows.h>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace {
@@ -21,13 +19,7 @@ std::string Utf16(const Text& text) {
 
 class Profile : public testing::Test {
 protected:
-    void SetUp() override {
-        folder_ = std::filesystem::temp_directory_path() / ("mvprofile-" + std::to_string(getpid()));
-        std::filesystem::create_directories(folder_);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    void Write(const std::string& bytes) { std::ofstream(folder_ / "margins.ini", std::ios::binary) << bytes; }
+    void Write(const std::string& bytes) { folder_.Write("margins.ini", bytes); }
     // The section with its NULs, as a buffer of that many characters takes it; '#' stands where nothing was written.
     Text Read(LPCWSTR section, DWORD characters, DWORD& length, WCHAR slash = W('/')) const {
         Text path;
@@ -38,7 +30,7 @@ protected:
         return buffer;
     }
 
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_;
 };
 
 TEST_F(Profile, ReadsEveryEncoding) {

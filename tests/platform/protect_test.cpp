@@ -1,10 +1,10 @@
 // Protection of data: what comes back, what does not, and the key file.
 #include <store.h>
+#include <support/temporaryfolder.h>
 #include <wincrypt.h>
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
 namespace {
@@ -39,13 +39,10 @@ std::string Unprotect(std::string bytes, std::string entropy = "") {
 class ProtectTest : public testing::Test {
 protected:
     ProtectTest() { OpenStore((folder_ / "store").string()); }
-    ~ProtectTest() override {
-        CloseStore();
-        fs::remove_all(folder_);
-    }
+    ~ProtectTest() override { CloseStore(); }
     fs::path KeyFile() const { return folder_ / "store" / "protection.key"; }
 
-    fs::path folder_ = fs::temp_directory_path() / ("mvprotect-" + std::to_string(GetCurrentProcessId()));
+    const TemporaryFolder folder_;
 };
 
 TEST_F(ProtectTest, GivesBackWhatWasProtectedAndNothingElse) {

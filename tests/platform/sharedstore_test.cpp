@@ -1,15 +1,14 @@
 // One store in the hands of several processes, and damaged ones.
 #include <store.h>
+#include <support/temporaryfolder.h>
 #include <uniquehandle.h>
 #include <widetext.h>
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -20,15 +19,7 @@ constexpr DWORD rounds = 40;
 
 class SharedStore : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "mvstore-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder_ = pattern;
-    }
-    void TearDown() override {
-        CloseStore();
-        fs::remove_all(folder_);
-    }
+    void TearDown() override { CloseStore(); }
 
     // What OpenStore says; empty when it succeeds.
     static std::string Complaint(const fs::path& folder) {
@@ -40,7 +31,8 @@ protected:
         }
     }
 
-    fs::path folder_;
+    const TemporaryFolder temporary_;
+    const fs::path& folder_ = temporary_.GetPath();
 };
 
 // Writes and reads back values of its own, in a key shared with the other writers. True when all succeeded.
@@ -112,7 +104,7 @@ TEST_F(SharedStore, RefusesFoldersAndFilesThatCannotServe) {
     EXPECT_NE(Complaint(""), "");
     EXPECT_NE(Complaint("/proc/no/such/place").find("cannot be made"), std::string::npos);
 
-    std::ofstream(file) << std::string(5000, 'x');
+    WriteTestFile(file, std::string(5000, 'x'));
     EXPECT_NE(Complaint(folder_).find("cannot be opened"), std::string::npos);
     EXPECT_EQ(fs::file_size(file), 5000u);
 

@@ -1,32 +1,11 @@
 // Product files: what is read from them, what is refused and where, and how long a parsed product is kept.
 #include <products/reader/productdescription.h>
 
+#include <support/temporaryfolder.h>
+
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 namespace {
-
-// A folder of this test's own; gone with the object.
-class TestFolder {
-public:
-    TestFolder() : path_(std::filesystem::temp_directory_path() / ("mvproducts" + std::to_string(++count_))) {
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-    }
-    ~TestFolder() {
-        std::error_code error;
-        std::filesystem::remove_all(path_, error);
-    }
-    std::filesystem::path Write(const std::string& name, const std::string& text) const {
-        std::ofstream(path_ / name, std::ios::binary) << text;
-        return path_ / name;
-    }
-
-private:
-    static inline int count_ = 0;
-    std::filesystem::path path_;
-};
 
 // The first line is 1.
 constexpr const char* kProduct = R"(model = "Morvane Test"
@@ -78,7 +57,7 @@ std::string ErrorOf(const std::filesystem::path& file) {
 }  // namespace
 
 TEST(ProductReader, ReadsEveryKindOfEntry) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const auto product = LoadProduct(folder.Write("good.toml", kProduct));
     EXPECT_EQ(product->settings.at(546).kind, ProductSetting::Kind::Option);
     EXPECT_EQ(product->settings.at(546).number, 8701);
@@ -151,7 +130,7 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"[strings]", "[strings.a.b.c.d.e.f.g.h.i.j.k.l.m.n.o.p]", 27, "expected keys of at most 16 parts"},
         {"[strings]", "[paths]\n15 = \"none.ini\"\n[strings]", 28, "paths.15: expected a file by its path"},
     };
-    const TestFolder folder;
+    const TemporaryFolder folder;
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message() << row.from << " -> " << row.to);
         const auto file = folder.Write("broken.toml", Replaced(row.from, row.to));
@@ -165,7 +144,7 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
 TEST(ProductReader, FindsLongKeysWhateverStandsBeforeThem) {
     std::string key = "a";
     for (int part = 0; part < 100000; ++part) key += ".a";
-    const TestFolder folder;
+    const TemporaryFolder folder;
     for (const char* before : {"", "t = \"\"\"x\"\"\"\"\nu = {b = 1, ", "t = \"\\\"\"\n", "t = 'x\\'\n", "# it's\n[",
                                "t = '''\n'x''' # \"\n"})
         EXPECT_NE(ErrorOf(folder.Write("deep.toml", before + key + " = 1")).find("keys of at most"), std::string::npos)
@@ -189,7 +168,7 @@ TEST(ProductReader, LoadsTheProductsBesideThePrograms) {
 }
 
 TEST(ProductReader, ParsesAgainOnlyWhenAFileHasChanged) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     folder.Write("texts.toml", "418 = \"Copies\"\n264 = \"Automatic\"\n");
     const auto file = folder.Write("good.toml", Replaced("papers", "string_files = [\"texts.toml\"]\npapers"));
     const auto first = LoadProduct(file);
@@ -206,7 +185,7 @@ TEST(ProductReader, ParsesAgainOnlyWhenAFileHasChanged) {
 }
 
 TEST(ProductReader, KeepsABoundedNumberOfProducts) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::weak_ptr<const ProductDescription> first = LoadProduct(folder.Write("first.toml", kProduct));
     EXPECT_FALSE(first.expired());
     for (int index = 0; index < 40; ++index) LoadProduct(folder.Write(std::to_string(index) + ".toml", kProduct));

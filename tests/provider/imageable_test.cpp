@@ -3,8 +3,6 @@
 
 #include <support/storedcaches.h>
 
-#include <fstream>
-
 namespace {
 
 std::string Ticket(const std::string& width, const std::string& height, const std::string& orientation) {
@@ -18,15 +16,14 @@ std::string Ticket(const std::string& width, const std::string& height, const st
 class ImageableTest : public testing::Test {
 protected:
     ImageableTest() {
+        WriteMargins("");
         StorePapers(press_.GetPrinter(), {MakePaper(1, 2159, 2794, 6430, 25001, W("Letter")),
                                           MakePaper(34, 1760, 2500, 6500, 25001, W("B5 Envelope"))});
     }
-    ~ImageableTest() override { std::filesystem::remove(margins_); }
 
-    std::filesystem::path WriteMargins(const std::string& lines = "") {
-        const std::filesystem::path file = ProductFile(kPress).parent_path() / "imageable.ini";
-        std::ofstream(file) << "[Other]\n612x792=0 0 1 1\n[PostScript]\n" << lines;
-        return file;
+    void WriteMargins(const std::string& lines) {
+        WriteTestFile(product_.GetFile().parent_path() / "margin.ini",
+                      "[Other]\n612x792=0 0 1 1\n[PostScript]\n" + lines);
     }
 
     // The imageable sizes, origin and extents.
@@ -37,11 +34,8 @@ protected:
     }
 
     TestStore store_;
-    const std::filesystem::path margins_ = WriteMargins();
     const ChangedProduct product_{kPress,
-                                  "imageable",
-                                  {{"\"margin.ini\"", "\"imageable.ini\""},
-                                   {"422 = 423", "422 = 100"},
+                                  {{"422 = 423", "422 = 100"},
                                    {"424 = 423", "424 = 200"},
                                    {"423 = 423", "423 = 300"},
                                    {"425 = 423", "425 = 400"}}};

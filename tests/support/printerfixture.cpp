@@ -22,8 +22,9 @@ std::filesystem::path ProductFile(const std::string& product) {
     return ProgramFolder() / "products" / product / (product + ".toml");
 }
 
-ChangedProduct::ChangedProduct(const std::string& product, const std::string& name, const Changes& changes)
-    : file_(ProductFile(product).parent_path() / (name + ".toml")) {
+ChangedProduct::ChangedProduct(const std::string& product, const Changes& changes)
+    : file_(folder_ / product / ProductFile(product).filename()) {
+    std::filesystem::copy(ProgramFolder() / "products", folder_.GetPath(), std::filesystem::copy_options::recursive);
     std::ifstream original(ProductFile(product));
     std::string text{std::istreambuf_iterator<char>(original), {}};
     for (const auto& [from, to] : changes) {
@@ -31,11 +32,7 @@ ChangedProduct::ChangedProduct(const std::string& product, const std::string& na
         if (at == std::string::npos) throw std::runtime_error("the product does not say " + from);
         text.replace(at, from.size(), to);
     }
-    std::ofstream(file_) << text;
-}
-ChangedProduct::~ChangedProduct() {
-    std::error_code error;
-    std::filesystem::remove(file_, error);
+    WriteTestFile(file_, text);
 }
 
 TestStore::TestStore() { OpenStore(":memory:"); }

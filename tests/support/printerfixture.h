@@ -1,6 +1,7 @@
 // The shared fixture of tests that need a printer: a store in memory, and products of this build installed as printers.
 #pragma once
 
+#include <support/temporaryfolder.h>
 #include <uniquehandle.h>
 
 #include <mvutil/cxstring.h>
@@ -19,19 +20,17 @@ inline constexpr const char* kScript = "script8432";  // capability bit 0x200
 std::filesystem::path ProgramFolder();
 std::filesystem::path ProductFile(const std::string& product);
 
-// A copy of a product's description beside it, with texts replaced; gone with the object.
+// A copy of a product, its description's texts replaced; gone with the object.
 class ChangedProduct {
 public:
     using Changes = std::vector<std::pair<std::string, std::string>>;  // what is replaced, by what
 
-    ChangedProduct(const std::string& product, const std::string& name, const Changes& changes);
-    ~ChangedProduct();
-    ChangedProduct(const ChangedProduct&) = delete;
-    ChangedProduct& operator=(const ChangedProduct&) = delete;
+    ChangedProduct(const std::string& product, const Changes& changes);
 
     const std::filesystem::path& GetFile() const noexcept { return file_; }
 
 private:
+    TemporaryFolder folder_;
     std::filesystem::path file_;
 };
 

@@ -57,15 +57,8 @@ private:
 
 class DllDelayLoaderTest : public testing::Test {
 protected:
-    void SetUp() override {
-        ASSERT_EQ(GetModuleHandleA(kLibrary), nullptr) << "something left the library loaded";
-        fs::create_directories(folder_);
-    }
-    void TearDown() override {
-        EXPECT_EQ(GetModuleHandleA(kLibrary), nullptr) << "the library outlives its user";
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
+    void SetUp() override { ASSERT_EQ(GetModuleHandleA(kLibrary), nullptr) << "something left the library loaded"; }
+    void TearDown() override { EXPECT_EQ(GetModuleHandleA(kLibrary), nullptr) << "the library outlives its user"; }
 
     // Makes the spooler answer the folder as the printer driver directory.
     static void SetDriverDirectory(fs::path folder) {
@@ -79,9 +72,8 @@ protected:
     }
 
     TestStore store_;
-    static inline int count_ = 0;
-    const fs::path folder_ = fs::temp_directory_path() /
-                             ("mvdelay-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count_));
+    const TemporaryFolder temporary_;
+    const fs::path& folder_ = temporary_.GetPath();
 };
 
 TEST_F(DllDelayLoaderTest, LooksInTheProcessThenBesideTheComponentThenInTheDriverDirectory) {
