@@ -1,6 +1,9 @@
 // CapabilityCacheBuilder: the choice among the groups; dependent files, device limits, staple and resolutions.
 #include <capabilitycachebuilder.h>
 
+#include <facts/features.h>
+#include <facts/units.h>
+#include <facts/values.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/textresources.h>
 
@@ -13,8 +16,11 @@ namespace {
 
 using DataModelIds::kCurrentValue;
 
-constexpr FeatureId kMedia(477), kWidth(172), kLength(173), kResolution(94), kStaple(252), kCopies(43);
-constexpr DWORD kStapled = 7720;
+namespace feature = facts::feature;
+namespace value = facts::value;
+
+constexpr FeatureId kPaper(feature::kPaper), kWidth(feature::kCustomWidth), kLength(feature::kCustomLength);
+constexpr FeatureId kResolution(feature::kResolution), kStapler(feature::kStapler), kCopies(feature::kCopies);
 constexpr LONG kDefaultDotsPerInch = 600;
 constexpr DWORD kDotsPerInchText = 11103, kOtherDotsText = 11104;
 
@@ -25,11 +31,11 @@ SHORT ToTenths(const Dimension& size, double rounding) {
     return ToShort(size.GetValue(Dimension::TenthsOfMillimetre).GetLongValue(rounding));
 }
 
-bool Offers(IntegrationServices& services, DWORD feature, DWORD first, DWORD second) {
+bool Offers(IntegrationServices& services, DWORD id, DWORD first, DWORD second) {
     std::vector<ValueId> values;
-    services.ListOptionValues(FeatureId(feature), values);
-    return std::any_of(values.begin(), values.end(), [&](const ValueId& value) {
-        return value.GetValueEnum() == first || value.GetValueEnum() == second;
+    services.ListOptionValues(FeatureId(id), values);
+    return std::any_of(values.begin(), values.end(), [&](const ValueId& offered) {
+        return offered.GetValueEnum() == first || offered.GetValueEnum() == second;
     });
 }
 
@@ -67,7 +73,7 @@ CapabilityCacheBuilder::CapabilityCacheBuilder(CapabilityCacheReader& caches, In
                                                FeatureServices* features)
     : caches_(caches), services_(services), features_(features) {
     TextResourceLoader::Initialize(caches.GetPrinter(), false);
-    services.ListFeaturesPresent(FeatureId(DataModelIds::kRootFeature), present_);
+    services.ListFeaturesPresent(FeatureId(facts::feature::kRoot), present_);
     std::sort(present_.begin(), present_.end(), IsBefore);
 }
 
@@ -111,36 +117,40 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildDeviceLimits(const Capabi
     ListOfFeaturesRef root;
     services_.GetRootListOfFeatures(root);
     DeviceLimitsCaps caps{};
-    const auto valid = [&](DWORD feature, DWORD bit) {
-        if (!IsPresent(FeatureId(feature))) return false;
+    const auto valid = [&](DWORD id, DWORD bit) {
+        if (!IsPresent(FeatureId(id))) return false;
         caps.valid |= bit;
         return true;
     };
-    const auto integer = [&](DWORD feature) {
-        LONG value = 0;
-        root.GetIntegerFeature(FeatureId(feature)).GetValue(value, kCurrentValue);
-        return static_cast<DWORD>(value);
+    const auto integer = [&](DWORD id) {
+        LONG number = 0;
+        root.GetIntegerFeature(FeatureId(id)).GetValue(number, kCurrentValue);
+        return static_cast<DWORD>(number);
     };
-    if (valid(45, DeviceLimitsCaps::kCollate)) caps.collate = Offers(services_, 45, 5410, 5410);
-    if (valid(247, DeviceLimitsCaps::kColor)) caps.color = Offers(services_, 247, 7730, 7730);
+    if (valid(feature::kCollation, DeviceLimitsCaps::kCollate))
+        caps.collate = Offers(services_, feature::kCollation, value::kCollated, value::kCollated);
+    if (valid(feature::kColor, DeviceLimitsCaps::kColor))
+        caps.color = Offers(services_, feature::kColor, value::kColor, value::kColor);
     LONG minimum = 0, maximum = 1;
     if (services_.GetIntegerRange(kCopies, minimum, maximum) && valid(kCopies.GetId(), DeviceLimitsCaps::kCopies))
         caps.maximumCopies = static_cast<DWORD>(maximum);
-    if (valid(46, DeviceLimitsCaps::kDuplex)) caps.duplex = Offers(services_, 46, 5421, 5422);
-    if (valid(248, DeviceLimitsCaps::kMemory)) caps.memory = integer(248);
-    if (valid(250, DeviceLimitsCaps::kPrintRate)) caps.printRate = integer(250);
-    if (valid(249, DeviceLimitsCaps::kPagesPerMinute)) caps.pagesPerMinute = integer(249);
-    if (valid(251, DeviceLimitsCaps::kPrintRateUnit))
-        caps.printRateUnit = root.GetOptionFeature(FeatureId(251)).GetValue().GetValueEnum();
+    if (valid(feature::kSides, DeviceLimitsCaps::kDuplex))
+        caps.duplex = Offers(services_, feature::kSides, value::kTwoSidedLongEdge, value::kTwoSidedShortEdge);
+    if (valid(feature::kMemory, DeviceLimitsCaps::kMemory)) caps.memory = integer(feature::kMemory);
+    if (valid(feature::kPrintRate, DeviceLimitsCaps::kPrintRate)) caps.printRate = integer(feature::kPrintRate);
+    if (valid(feature::kPagesPerMinute, DeviceLimitsCaps::kPagesPerMinute))
+        caps.pagesPerMinute = integer(feature::kPagesPerMinute);
+    if (valid(feature::kPrintRateUnit, DeviceLimitsCaps::kPrintRateUnit))
+        caps.printRateUnit = root.GetOptionFeature(FeatureId(feature::kPrintRateUnit)).GetValue().GetValueEnum();
 
     Dimension least(0, Dimension::Micrometres), widest = least, shortest = least, longest = least;
-    if (services_.GetDimensionRange({kMedia, kWidth}, least, widest) &&
-        services_.GetDimensionRange({kMedia, kLength}, shortest, longest)) {
+    if (services_.GetDimensionRange({kPaper, kWidth}, least, widest) &&
+        services_.GetDimensionRange({kPaper, kLength}, shortest, longest)) {
         caps.valid |= DeviceLimitsCaps::kExtents;
         caps.maximumWidth = ToTenths(widest, 0);
         caps.maximumLength = ToTenths(longest, 0);
-        caps.minimumWidth = ToTenths(least, 0.999);
-        caps.minimumLength = ToTenths(shortest, 0.999);
+        caps.minimumWidth = ToTenths(least, facts::kUpwards);
+        caps.minimumLength = ToTenths(shortest, facts::kUpwards);
     }
     return CapabilityBlob<DeviceLimitsCaps>().Finish(group, caps);
 }
@@ -148,7 +158,8 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildDeviceLimits(const Capabi
 std::optional<ByteBuffer> CapabilityCacheBuilder::BuildStaple(const CapabilityGroup& group) {
     ListOfFeaturesRef root;
     services_.GetRootListOfFeatures(root);
-    const bool staples = IsPresent(kStaple) && root.GetOptionFeature(kStaple).GetValue().GetValueEnum() == kStapled;
+    const bool staples =
+        IsPresent(kStapler) && root.GetOptionFeature(kStapler).GetValue().GetValueEnum() == value::kStaplerInstalled;
     return CapabilityBlob<StapleCaps>().Finish(group, {0, staples ? 1u : 0u});
 }
 

@@ -1,6 +1,8 @@
 // CapabilityCacheBuilder: trays, media types, and the paper that the trays hold, built from the model.
 #include <capabilitycachebuilder.h>
 
+#include <facts/features.h>
+#include <facts/values.h>
 #include <mvutil/operatingsystem.h>
 #include <mvutil/textresources.h>
 
@@ -13,8 +15,12 @@ namespace {
 using DataModelIds::kCurrentValue;
 using DataModelIds::kNotSet;
 
-constexpr FeatureId kMedia(477), kPageSize(168), kWidth(172), kLength(173), kMediaType(175);
-constexpr FeatureId kLoadedTrays(192);
+namespace feature = facts::feature;
+namespace value = facts::value;
+
+constexpr FeatureId kPaper(feature::kPaper), kMediaType(feature::kMediaType), kPageSize(feature::kPageSize);
+constexpr FeatureId kWidth(feature::kCustomWidth), kLength(feature::kCustomLength);
+constexpr FeatureId kLoadedTrays(feature::kLoadedTrays);
 constexpr DWORD kAutomaticText = 10133;
 constexpr WORD kAutomaticBin = 15;
 constexpr WORD kFirstFreeBin = 256;
@@ -23,15 +29,18 @@ constexpr WORD kFirstFreeBin = 256;
 constexpr struct {
     DWORD tray;
     WORD bin;
-} kBinNumbers[] = {{7147, 1},  {5001, kAutomaticBin},
+} kBinNumbers[] = {{7147, 1},  {kNotSet, kAutomaticBin},
                    {7122, 6},  {7123, 2},
                    {7124, 11}, {7125, 5},
                    {7148, 7},  {7149, 3},
                    {7151, 4},  {7163, 10},
                    {7164, 9}};
 
-// Numbers that the media cache gives to the plain, transparency and glossy types.
-constexpr struct { DWORD mediaType, number; } kMediaNumbers[] = {{6800, 1}, {6801, 2}, {6820, 3}};
+// Media types that the system has numbers for.
+constexpr struct {
+    DWORD mediaType, number;
+} kMediaNumbers[] = {
+    {value::kPlain, DMMEDIA_STANDARD}, {value::kTransparency, DMMEDIA_TRANSPARENCY}, {value::kGlossy, DMMEDIA_GLOSSY}};
 
 // Gives every tray that has no number one of its own.
 void NumberTrays(MediaHandler& media, const std::vector<ValueId>& trays) {
@@ -71,10 +80,12 @@ CXString GetValueText(const ValueId& value) {
 
 std::optional<ByteBuffer> CapabilityCacheBuilder::BuildBins(const CapabilityGroup& group) {
     MediaHandler& media = services_.GetMediaHandler();
-    const bool traysAreListed = services_.TestFeature(FeatureId(DataModelIds::kRootFeature), FeatureId(599), 1);
+    const bool traysAreListed =
+        services_.TestFeature(FeatureId(feature::kRoot), FeatureId(feature::kTraysAreListed), 1);
     std::vector<ValueId> trays;
-    services_.ListOptionValues(traysAreListed ? FeatureIdWithContext(kLoadedTrays, FeatureId(710))
-                                              : FeatureIdWithContext(FeatureId(201), FeatureId(191)),
+    services_.ListOptionValues(traysAreListed
+                                   ? FeatureIdWithContext(kLoadedTrays, FeatureId(feature::kTrayOfRow))
+                                   : FeatureIdWithContext(FeatureId(feature::kTrays), FeatureId(feature::kTray)),
                                trays);
     NumberTrays(media, trays);
 
@@ -93,26 +104,26 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildBins(const CapabilityGrou
 
 std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMedia(const CapabilityGroup& group) {
     if (!IsPresent(kMediaType)) return std::nullopt;
-    const FeatureIdWithContext feature(kMedia, kMediaType);
+    const FeatureIdWithContext mediaTypes(kPaper, kMediaType);
     CapabilityBlob<ListCapsHeader> blob;
     const auto append = [&](DWORD number, const CXString& name) {
         MediaCapsRecord record{number, {}};
         SetNameField(record.name, name);
         blob.Append(record);
     };
-    if (!services_.GetCapabilitiesNode(feature).IsRequired())
+    if (!services_.GetCapabilitiesNode(mediaTypes).IsRequired())
         append(kNotSet, TextResourceLoader::LoadStringW(kAutomaticText));
     std::vector<ValueId> values;
-    services_.ListOptionValues(feature, values);
-    for (const ValueId& value : values) {
-        if (value.GetValueEnum() == kNotSet) continue;  // the automatic entry
-        DWORD number = value.GetValueEnum();
+    services_.ListOptionValues(mediaTypes, values);
+    for (const ValueId& mediaType : values) {
+        if (mediaType.GetValueEnum() == kNotSet) continue;  // the automatic entry
+        DWORD number = mediaType.GetValueEnum();
         for (const auto& row : kMediaNumbers)
             if (row.mediaType == number) {
                 number = row.number;
                 break;
             }
-        append(number, GetValueText(value));
+        append(number, GetValueText(mediaType));
     }
     return blob.Finish(group, {0, blob.GetCount()});
 }
@@ -120,15 +131,15 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMedia(const CapabilityGro
 // The names of the paper in a tray; more than one when several page sizes have its dimensions.
 std::vector<CXString> CapabilityCacheBuilder::GetLoadedPaperNames(const ListOfFeaturesRef& tray) {
     MediaHandler& media = services_.GetMediaHandler();
-    const ValueId value = tray.GetOptionFeature(kPageSize).GetValue();
-    if (value.GetValueEnum() != DataModelIds::kPageSizeCustom) {
-        const PageSize* size = media.GetPageSize(value);
-        return {size ? size->GetDisplayString() : value.GetDisplayString()};
+    const ValueId loaded = tray.GetOptionFeature(kPageSize).GetValue();
+    if (loaded.GetValueEnum() != DataModelIds::kPageSizeCustom) {
+        const PageSize* size = media.GetPageSize(loaded);
+        return {size ? size->GetDisplayString() : loaded.GetDisplayString()};
     }
     Dimension width(0, Dimension::Micrometres), length(0, Dimension::Micrometres);
     tray.GetDimensionFeature(kWidth).GetValue(width, kCurrentValue);
     tray.GetDimensionFeature(kLength).GetValue(length, kCurrentValue);
-    const PageSize* custom = media.GetPageSize(value);
+    const PageSize* custom = media.GetPageSize(loaded);
     if (!media.AnyExist(width, length)) return {FormatSize(width, length, custom ? custom->GetUnits() : 0)};
     std::vector<PageSize*> sizes;
     media.GetPageSizes(width, length, sizes);
@@ -149,7 +160,7 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMediaReady(const Capabili
     for (std::size_t index = 0; index < trays.GetNumItems(); ++index) {
         const ListOfFeaturesRef tray = trays.GetListOfFeatures(index);
         if (tray.GetOptionFeature(kPageSize).GetValue().GetValueEnum() == kNotSet) continue;
-        const ValueId mediaType = tray.GetOptionFeature({kMedia, kMediaType}).GetValue();
+        const ValueId mediaType = tray.GetOptionFeature({kPaper, kMediaType}).GetValue();
         const CXString mediaName = mediaType.GetValueEnum() == kNotSet ? CXString() : GetValueText(mediaType);
         for (const CXString& paper : GetLoadedPaperNames(tray)) add(paper, mediaName);
     }

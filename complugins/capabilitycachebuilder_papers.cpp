@@ -1,6 +1,9 @@
 // CapabilityCacheBuilder: the paper database, built from the model's page sizes.
 #include <capabilitycachebuilder.h>
 
+#include <facts/features.h>
+#include <facts/units.h>
+#include <facts/values.h>
 #include <mvutil/cforms.h>
 #include <mvutil/operatingsystem.h>
 #include <mvutil/textresources.h>
@@ -13,12 +16,12 @@
 
 namespace {
 
-constexpr FeatureId kMedia(477), kPageSize(168);
-constexpr DWORD kSizeWithoutRecord = 6732;
-constexpr WORD kCustomPaperId = 256;
+constexpr FeatureId kPaper(facts::feature::kPaper), kPageSize(facts::feature::kPageSize);
 constexpr DWORD kCustomSizeText = 103;
 
-LONG ToTenths(const Dimension& size) { return size.GetValue(Dimension::TenthsOfMillimetre).GetLongValue(0.499999); }
+LONG ToTenths(const Dimension& size) {
+    return size.GetValue(Dimension::TenthsOfMillimetre).GetLongValue(facts::kToNearest);
+}
 
 DWORD PreferredUnits() {
     return OperatingSystem::UseEnglishPaperSizes() ? DataModelIds::kUnitsInches : DataModelIds::kUnitsMillimetres;
@@ -36,7 +39,7 @@ DWORD OrderOfType(DWORD type) {
 
 // Letter, Legal, A4 and A3 before all other numbers.
 DWORD OrderOfPaperId(WORD id) {
-    constexpr WORD kFirst[] = {1, 5, 9, 8};
+    constexpr WORD kFirst[] = {DMPAPER_LETTER, DMPAPER_LEGAL, DMPAPER_A4, DMPAPER_A3};
     const auto* found = std::find(std::begin(kFirst), std::end(kFirst), id);
     return found == std::end(kFirst) ? 4u + id : static_cast<DWORD>(found - std::begin(kFirst));
 }
@@ -76,7 +79,7 @@ _tag_FormsInfoRec MakeFormRecord(const _tag_FormsInfoRec& paper, const PageSize&
 // The size that a job gives by width and length; it starts from the user's usual paper.
 _tag_FormsInfoRec MakeCustomRecord(MediaHandler& media) {
     _tag_FormsInfoRec record{};
-    record.msPaperId = record.formIndex = kCustomPaperId;
+    record.msPaperId = record.formIndex = DMPAPER_USER;
     const PageSize* usual = media.GetPageSize(
         ValueId(OperatingSystem::UseEnglishPaperSizes() ? DataModelIds::kPageSizeLetter : DataModelIds::kPageSizeA4));
     if (usual) {
@@ -113,9 +116,10 @@ std::vector<_tag_FormsInfoRec> CapabilityCacheBuilder::MakePaperRecords() {
     records.reserve(256);
     bool hasCustomSize = false;
     for (const ValueId& value : values) {
-        const PageSize* size = value.GetValueEnum() == kSizeWithoutRecord ? nullptr : media.GetPageSize(value);
+        const PageSize* size =
+            value.GetValueEnum() == facts::value::kPageSizeReserved ? nullptr : media.GetPageSize(value);
         if (!size || size->GetPageSizeType() == PageSizeTypeEnum::Hidden) continue;
-        hasCustomSize |= size->GetMsId() == kCustomPaperId;
+        hasCustomSize |= size->GetMsId() == DMPAPER_USER;
         _tag_FormsInfoRec record = MakeRecord(*size);
         if (record.width > record.length) continue;
         CXString name = size->GetDisplayString();
@@ -132,7 +136,7 @@ std::vector<_tag_FormsInfoRec> CapabilityCacheBuilder::MakePaperRecords() {
 }
 
 std::optional<ByteBuffer> CapabilityCacheBuilder::BuildPaper(const CapabilityGroup& group) {
-    if (!IsPresent(kMedia)) return std::nullopt;
+    if (!IsPresent(kPaper)) return std::nullopt;
     CapabilityBlob<PaperCapsHeader> blob;
     for (const _tag_FormsInfoRec& record : MakePaperRecords()) blob.Append(record);
     PaperCapsHeader header{};

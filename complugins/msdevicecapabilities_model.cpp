@@ -1,6 +1,7 @@
 // MSDeviceCapabilities: data source and observer of a data model.
 #include <msdevicecapabilities.h>
 
+#include <facts/features.h>
 #include <mvcore/notifications.h>
 #include <mvutil/cforms.h>
 #include <mvutil/operatingsystem.h>
@@ -22,15 +23,18 @@ constexpr DWORD kListGroups =
 constexpr DWORD kSettingsGroups = FlagOf(CapabilityGroupId::Media) | FlagOf(CapabilityGroupId::DependentFiles) |
                                   FlagOf(CapabilityGroupId::DeviceLimits);
 
-constexpr FeatureId kCollation(45), kStaple(252), kResolution(94), kPageSize(168), kMediaType(175), kTrays(193);
-constexpr FeatureId kMedia(477);
+namespace feature = facts::feature;
+
+constexpr FeatureId kCollation(feature::kCollation), kStapler(feature::kStapler), kResolution(feature::kResolution);
+constexpr FeatureId kPageSize(feature::kPageSize), kMediaType(feature::kMediaType), kPaper(feature::kPaper);
+constexpr FeatureId kPaperSource(feature::kPaperSource);
 
 // The group that follows what a feature offers.
 CapabilityGroupId GroupOf(FeatureId registered) {
     if (registered == kResolution) return CapabilityGroupId::Resolutions;
     if (registered == kPageSize) return CapabilityGroupId::Paper;
     if (registered == kMediaType) return CapabilityGroupId::Media;
-    if (registered == kTrays) return CapabilityGroupId::Bins;
+    if (registered == kPaperSource) return CapabilityGroupId::Bins;
     return CapabilityGroupId::DeviceLimits;
 }
 
@@ -71,11 +75,10 @@ void MSDeviceCapabilities::IntegrateSourceData(IntegrationInterface& integration
 void MSDeviceCapabilities::MapPrinterForms(IntegrationServices& services) const {
     MediaHandler& media = services.GetMediaHandler();
     const ValueId units(DataModelIds::kUnitsOfSystem);
-    constexpr WORD kTabloid = 3;
     std::vector<ValueId> taught;
     const CForms forms(caches_.GetPrinter(), true);
     for (const _MVN_FORM_INFO& form : forms.GetForms()) {
-        if (form.formIndex == kTabloid || form.width > form.length) continue;
+        if (form.formIndex == DMPAPER_TABLOID || form.width > form.length) continue;
         const Dimension width(form.width, Dimension::Micrometres), length(form.length, Dimension::Micrometres);
         if (form.flags == 0) {
             taught.push_back(media.AddNewMsForm(width, length, units, true, form.formIndex, form.name).GetValueId());
@@ -90,14 +93,15 @@ void MSDeviceCapabilities::MapPrinterForms(IntegrationServices& services) const 
 
 void MSDeviceCapabilities::RegisterForCurrentSettingsChanges(DataModelObserverInterfaces& observers) {
     UpdateAndSave(kListGroups);
-    const auto observe = [&](DWORD settings, const FeatureIdWithContext& feature) {
-        observers.RegisterFeatureChangeObserver(this, SettingsInstanceId(settings), feature,
+    const auto observe = [&](DWORD settings, const FeatureIdWithContext& observed) {
+        observers.RegisterFeatureChangeObserver(this, SettingsInstanceId(settings), observed,
                                                 FeatureChangeId(DataModelIds::kContentsChanged), kFeatureObserver);
     };
-    const FeatureIdWithContext offered[] = {{kMedia, kPageSize}, kTrays,        {kMedia, kMediaType}, kCollation,
-                                            FeatureId(247),      FeatureId(46), kResolution};
-    for (const FeatureIdWithContext& feature : offered) observe(DataModelIds::kCapabilities, feature);
-    observe(DataModelIds::kCurrentSettings, kStaple);
+    const FeatureIdWithContext offered[] = {
+        {kPaper, kPageSize},        kPaperSource, {kPaper, kMediaType}, kCollation, FeatureId(feature::kColor),
+        FeatureId(feature::kSides), kResolution};
+    for (const FeatureIdWithContext& changed : offered) observe(DataModelIds::kCapabilities, changed);
+    observe(DataModelIds::kCurrentSettings, kStapler);
 }
 
 void MSDeviceCapabilities::SetFeatureServices(FeatureServices& services) {
@@ -133,7 +137,7 @@ DWORD MSDeviceCapabilities::CollectChangedGroups(const NotificationBundle& bundl
         const SettingsInstanceId settings = item->GetSettingsInstanceId();
         const FeatureChangeId change = item->GetFeatureChangeId();
         if (settings == current && change == contents) {
-            if (item->GetSettingIdWithContext().GetFeatureId() == kStaple) mask |= FlagOf(CapabilityGroupId::Staple);
+            if (item->GetSettingIdWithContext().GetFeatureId() == kStapler) mask |= FlagOf(CapabilityGroupId::Staple);
         } else if (settings == offered && change == usable) {
             if (!(item->GetSettingIdWithContext().GetFeatureId() == kCollation) || !integration_) continue;
             const bool isUsable = integration_->GetServices().TestFeature(kCollation);

@@ -8,6 +8,9 @@
 #include "xdevmode.h"
 #include "xoempdev.h"
 
+#include <facts/drivercapabilities.h>
+#include <facts/features.h>
+#include <facts/values.h>
 #include <mvcore/datamodelmanager.h>
 #include <mvutil/devicesettings.h>
 #include <mvutil/executioncontext.h>
@@ -23,17 +26,14 @@ constexpr LONG kGenerateContext = 31553;
 constexpr LONG kOwnWriterContext = 31555;
 constexpr LONG kLibraryExportContext = 31556;
 
-constexpr DWORD kJobTickets = 286;
+namespace feature = facts::feature;
+namespace value = facts::value;
+
 constexpr DWORD kWriterSetting = 546;
 constexpr DWORD kOwnWriter = 8701;
 // Keys of the job's store.
 constexpr LONG kDocumentNameItem = 7;
 constexpr LONG kJobNumberItem = 16;
-
-constexpr DWORD kCopiesOfDevmode = 5400;
-constexpr DWORD kCollationOfDevmode = 8090;
-constexpr DWORD kCollated = 5410;
-constexpr DWORD kUncollated = 5411;
 
 // What the private DEVMODE says of title, sender and recipient.
 struct JobTexts {
@@ -53,39 +53,43 @@ struct JobTexts {
     }
 
     CXString jobText;  // stands for the sender and for the recipient
-    Text texts[3] = {{78, 438}, {82, 439}, {83, 440}};
+    Text texts[3] = {{feature::kTitle, feature::kTitleIsOfJob},
+                     {feature::kSender, feature::kSenderIsOfJob},
+                     {feature::kRecipient, feature::kRecipientIsOfJob}};
 };
 
-void SetString(const ListOfFeaturesRef& features, DWORD feature, const CXString& text) {
-    features.GetStringFeature(FeatureId(feature)).SetValue(text);
+void SetString(const ListOfFeaturesRef& features, DWORD id, const CXString& text) {
+    features.GetStringFeature(FeatureId(id)).SetValue(text);
 }
 
-void SetOption(const ListOfFeaturesRef& features, DWORD feature, DWORD value) {
-    features.GetOptionFeature(FeatureId(feature)).SetValue(ValueId(value));
+void SetOption(const ListOfFeaturesRef& features, DWORD id, DWORD wanted) {
+    features.GetOptionFeature(FeatureId(id)).SetValue(ValueId(wanted));
 }
 
-bool HoldsOption(const ListOfFeaturesRef& features, DWORD feature, DWORD value) {
-    return features.GetOptionFeature(FeatureId(feature)).GetValue() == ValueId(value);
+bool HoldsOption(const ListOfFeaturesRef& features, DWORD id, DWORD wanted) {
+    return features.GetOptionFeature(FeatureId(id)).GetValue() == ValueId(wanted);
 }
 
 void SetJobTexts(const ListOfFeaturesRef& features, const JobTexts& job, const CXString& documentName) {
     for (const JobTexts::Text& text : job.texts) {
-        const CXString& systemText = text.feature == 78 ? documentName : job.jobText;
+        const CXString& systemText = text.feature == feature::kTitle ? documentName : job.jobText;
         SetString(features, text.feature, text.isSystemText ? systemText : text.own);
     }
 }
 
 void SetByFlags(const ListOfFeaturesRef& features, ULONGLONG flags) {
-    constexpr DWORD kFeature = 236;
-    if (flags & RenBase::kFlags8631) SetOption(features, kFeature, 8631);
-    if (flags & RenBase::kFlag8630) SetOption(features, kFeature, 8630);
+    if (flags & facts::kJobTicketWriter8631Flags)
+        SetOption(features, feature::kJobTicketWriter, value::kJobTicketWriter8631);
+    if (flags & facts::kPostScriptDeviceFlag)
+        SetOption(features, feature::kJobTicketWriter, value::kJobTicketWriter8630);
 }
 
 void SetCopiesAndCollation(const ListOfFeaturesRef& features, const DEVMODEW& devmode) {
-    if (HoldsOption(features, 44, kCopiesOfDevmode))
-        features.GetIntegerFeature(FeatureId(43)).SetValue(LONG{devmode.dmCopies});
-    if (HoldsOption(features, 415, kCollationOfDevmode))
-        SetOption(features, 45, devmode.dmCollate == DMCOLLATE_TRUE ? kCollated : kUncollated);
+    if (HoldsOption(features, feature::kCopiesSource, value::kCopiesOfDevmode))
+        features.GetIntegerFeature(FeatureId(feature::kCopies)).SetValue(LONG{devmode.dmCopies});
+    if (HoldsOption(features, feature::kCollationSource, value::kCollationOfDevmode))
+        SetOption(features, feature::kCollation,
+                  devmode.dmCollate == DMCOLLATE_TRUE ? value::kCollated : value::kUncollated);
 }
 
 bool UsesOwnWriter(AttributeBytesReader& deviceSettings) {
@@ -113,7 +117,7 @@ bool RenBase::GenerateMvjt(HANDLE printerHandle, const DEVMODEW* devmode, XOemPd
     const BasicExecutionContext context(kGenerateContext, W("RenBase::GenerateMvjt"), kSourceUnit);
     const ExecutionContextLifetime lifetime(context);
     bool wantsTicket = false;
-    xdevmode.GetBooleanValueFromAttributeBytes(kJobTickets, wantsTicket);
+    xdevmode.GetBooleanValueFromAttributeBytes(feature::kJobTickets, wantsTicket);
     if (!wantsTicket) return false;
 
     CXString documentName;
@@ -134,13 +138,14 @@ bool RenBase::GenerateMvjt(HANDLE printerHandle, const DEVMODEW* devmode, XOemPd
         manager.BeginMassSet();
         model.ImportDocumentSettings();
         if (identification.mode == IdentificationSettings::kModeOfStrings) {
-            SetString(features, 79, identification.second);
-            SetString(features, 80, identification.first);
+            SetString(features, feature::kJobText1, identification.second);
+            SetString(features, feature::kJobText2, identification.first);
         }
         SetJobTexts(features, job, documentName);
         LONG jobNumber = 0;
-        if (services.IsFeatureSupported(FeatureId(716)) && pdev.GetPropertyLong(kJobNumberItem, jobNumber))
-            SetString(features, 716, PrintJob::GetLumeoPrintJobIDkey(printerHandle, jobNumber, job.jobText));
+        if (services.IsFeatureSupported(FeatureId(feature::kJobKey)) && pdev.GetPropertyLong(kJobNumberItem, jobNumber))
+            SetString(features, feature::kJobKey,
+                      PrintJob::GetLumeoPrintJobIDkey(printerHandle, jobNumber, job.jobText));
         SetByFlags(features, flags);
         manager.EndMassSet();
     }

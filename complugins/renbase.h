@@ -12,11 +12,6 @@ class XOemPdev;
 // For one thread at a time.
 class RenBase : public DataSourceProvider {
 public:
-    // Bits of the driver capability flags that choose the value of feature 236: either of the first two 8631, and then
-    // the third 8630.
-    static constexpr ULONGLONG kFlags8631 = 0x40 | 0x80;
-    static constexpr ULONGLONG kFlag8630 = 0x200;
-
     RenBase();
     ~RenBase() override;
 

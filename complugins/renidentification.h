@@ -10,7 +10,7 @@ class AttributeBytesReader;
 class XOemPdev;
 
 struct IdentificationSettings {
-    static constexpr DWORD kModeOfStrings = 7622;  // the two strings go into the job's features 79 and 80
+    static constexpr DWORD kModeOfStrings = 7622;  // the two strings go into the job's two texts
 
     DWORD mode = DataModelIds::kNotSet;
     DWORD kind = DataModelIds::kNotSet;
@@ -20,6 +20,6 @@ struct IdentificationSettings {
 };
 
 // What the printer's device settings say, or, where they name the job as the source, the job's own store. Not set
-// (5001, empty texts) when the printer asks for none, or the job has been identified already.
+// (not set, empty texts) when the printer asks for none, or the job has been identified already.
 IdentificationSettings ReadIdentificationSettings(AttributeBytesReader& deviceSettings, XOemPdev& pdev,
                                                   DWORD controllerFamily);

@@ -3,6 +3,7 @@
 
 #include "userpreferences.h"
 
+#include <facts/values.h>
 #include <mvcore/integration.h>
 #include <mvutil/operatingsystem.h>
 
@@ -13,23 +14,32 @@ using namespace userpreferences;
 
 namespace {
 
+namespace feature = facts::feature;
+namespace value = facts::value;
+
 constexpr int kObserverNumber = 26012;
 constexpr int kAddValues = 1;
-constexpr DWORD kUnitsOfPapers = 238;
-constexpr DWORD kUnits = 237;
-constexpr DWORD kOption50 = 50;
-constexpr DWORD kOption50First = 8120;
-constexpr DWORD kOption50Second = 8121;
-constexpr DWORD kCompanionFirst = 8710;
-constexpr DWORD kCompanionSecond = 8711;
 
-constexpr DWORD kOwnFeatures[] = {kUnits, kUnitsOfPapers, kOption50, 438, 439, 440, 473, 472, 471, 441, 442, kInteger};
-constexpr DWORD kUserFeatures[] = {kUnits, kUnitsOfPapers, 473, 472, 471};
+constexpr DWORD kOwnFeatures[] = {feature::kUnits,
+                                  feature::kPaperUnits,
+                                  feature::kUserPreference,
+                                  feature::kTitleIsOfJob,
+                                  feature::kSenderIsOfJob,
+                                  feature::kRecipientIsOfJob,
+                                  feature::kTitleIsRemembered,
+                                  feature::kSenderIsRemembered,
+                                  feature::kRecipientIsRemembered,
+                                  feature::kUserText,
+                                  feature::kUserSwitch,
+                                  feature::kUserInteger};
+constexpr DWORD kUserFeatures[] = {feature::kUnits, feature::kPaperUnits, feature::kTitleIsRemembered,
+                                   feature::kSenderIsRemembered, feature::kRecipientIsRemembered};
 
 std::vector<FeatureId> MakeIds(std::span<const DWORD> numbers) {
     std::vector<FeatureId> ids;
     for (const DWORD number : numbers) ids.emplace_back(number);
-    for (DWORD number = kFirstOfMask; number <= kCompanion; ++number) ids.emplace_back(number);
+    for (DWORD number = feature::kFirstMaskedPreference; number <= feature::kCompanionPreference; ++number)
+        ids.emplace_back(number);
     return ids;
 }
 
@@ -51,15 +61,18 @@ UserPreferenceVerticalFeature::Identification UserPreferenceVerticalFeature::Mak
 UserPreferenceVerticalFeature::UserPreferenceVerticalFeature(DWORD controllerFamily, XDevmode&,
                                                              const CXString& documentName)
     : controllerFamily_(controllerFamily),
-      options_{{{kUnits, W("XUnits"), DataModelIds::kUnitsOfSystem},
-                {kUnitsOfPapers, W("XPaperUnits"), DataModelIds::kUnitsOfSystem},
-                {kOption50, W("XOption50"), kOption50Second}}},
-      identifications_{MakeIdentification(78, 438, 473, W("XTitleKind"), W("XTitle")),
-                       MakeIdentification(82, 439, 472, W("XSenderKind"), W("XSender")),
-                       MakeIdentification(83, 440, 471, W("XRecipientKind"), W("XRecipient"))},
+      options_{{{feature::kUnits, W("XUnits"), DataModelIds::kUnitsOfSystem},
+                {feature::kPaperUnits, W("XPaperUnits"), DataModelIds::kUnitsOfSystem},
+                {feature::kUserPreference, W("XOption50"), value::kSecondUserPreference}}},
+      identifications_{MakeIdentification(feature::kTitle, feature::kTitleIsOfJob, feature::kTitleIsRemembered,
+                                          W("XTitleKind"), W("XTitle")),
+                       MakeIdentification(feature::kSender, feature::kSenderIsOfJob, feature::kSenderIsRemembered,
+                                          W("XSenderKind"), W("XSender")),
+                       MakeIdentification(feature::kRecipient, feature::kRecipientIsOfJob,
+                                          feature::kRecipientIsRemembered, W("XRecipientKind"), W("XRecipient"))},
       integer_(kIntegerDefault),
       mask_(kWholeMask),
-      companion_(kCompanionFirst),
+      companion_(value::kFirstCompanion),
       documentName_(documentName) {
     ReadProtectedStrings();
 }
@@ -68,13 +81,13 @@ UserPreferenceVerticalFeature::~UserPreferenceVerticalFeature() = default;
 
 void UserPreferenceVerticalFeature::IntegrateSourceData(IntegrationInterface& integration) {
     IntegrationServices& services = integration.GetServices();
-    services.DeclareFeaturesPresent(FeatureId(DataModelIds::kRootFeature), MakeIds(kOwnFeatures));
+    services.DeclareFeaturesPresent(FeatureId(feature::kRoot), MakeIds(kOwnFeatures));
     services.DeclareFeaturesOfUser(MakeIds(kUserFeatures));
 
-    OfferValues(services, kUnitsOfPapers, DataModelIds::kUnitsMillimetres, DataModelIds::kUnitsInches);
-    OfferValues(services, kUnits, DataModelIds::kUnitsMillimetres, DataModelIds::kUnitsInches);
-    OfferValues(services, kCompanion, kCompanionFirst, kCompanionSecond);
-    OfferValues(services, kOption50, kOption50First, kOption50Second);
+    OfferValues(services, feature::kPaperUnits, DataModelIds::kUnitsMillimetres, DataModelIds::kUnitsInches);
+    OfferValues(services, feature::kUnits, DataModelIds::kUnitsMillimetres, DataModelIds::kUnitsInches);
+    OfferValues(services, feature::kCompanionPreference, value::kFirstCompanion, value::kSecondCompanion);
+    OfferValues(services, feature::kUserPreference, value::kFirstUserPreference, value::kSecondUserPreference);
 
     ListOfFeaturesRef root;
     services.GetRootListOfFeatures(root);
@@ -84,36 +97,39 @@ void UserPreferenceVerticalFeature::IntegrateSourceData(IntegrationInterface& in
     const auto setBoolean = [&](DWORD feature, bool value) {
         root.GetBooleanFeature(FeatureId(feature)).SetDefault(value);
     };
-    setOption(kUnitsOfPapers, UnitsOf(!OperatingSystem::UseEnglishPaperSizes()));
-    setOption(kUnits, UnitsOf(OperatingSystem::IsMetricCountry()));
-    setOption(kOption50, kOption50Second);
-    for (const DWORD feature : {438, 439, 440}) setBoolean(feature, true);
-    for (const DWORD feature : {473, 472, 471}) setBoolean(feature, false);
-    root.GetStringFeature(FeatureId(kText)).SetDefault(CXString());
-    for (DWORD feature = kFirstOfMask; feature < kCompanion; ++feature) setBoolean(feature, true);
-    setOption(kCompanion, kCompanionFirst);
-    root.GetIntegerFeature(FeatureId(kInteger)).SetDefault(kIntegerDefault);
+    setOption(feature::kPaperUnits, UnitsOf(!OperatingSystem::UseEnglishPaperSizes()));
+    setOption(feature::kUnits, UnitsOf(OperatingSystem::IsMetricCountry()));
+    setOption(feature::kUserPreference, value::kSecondUserPreference);
+    for (const DWORD id : {feature::kTitleIsOfJob, feature::kSenderIsOfJob, feature::kRecipientIsOfJob})
+        setBoolean(id, true);
+    for (const DWORD id : {feature::kTitleIsRemembered, feature::kSenderIsRemembered, feature::kRecipientIsRemembered})
+        setBoolean(id, false);
+    root.GetStringFeature(FeatureId(feature::kUserText)).SetDefault(CXString());
+    for (DWORD feature = feature::kFirstMaskedPreference; feature < feature::kCompanionPreference; ++feature)
+        setBoolean(feature, true);
+    setOption(feature::kCompanionPreference, value::kFirstCompanion);
+    root.GetIntegerFeature(FeatureId(feature::kUserInteger)).SetDefault(kIntegerDefault);
 }
 
 void UserPreferenceVerticalFeature::SetFeatureServices(FeatureServices& services) {
     services_ = &services;
     for (const OptionPreference& option : options_) {
-        const bool isUnset = option.feature != kOption50 &&
+        const bool isUnset = option.feature != feature::kUserPreference &&
                              (option.kept == DataModelIds::kUnitsOfSystem || option.kept == DataModelIds::kNotSet);
         if (!isUnset) services.GetOptionFeature(FeatureId(option.feature)).SetValue(ValueId(option.kept));
     }
-    services.GetIntegerFeature(FeatureId(kInteger)).SetValue(integer_);
-    services.GetStringFeature(FeatureId(kText)).SetValue(CXString());
-    SetProtectedString(kProtectedString, protectedString_);
-    if (!IsSupported(kMaskSwitch)) return;
+    services.GetIntegerFeature(FeatureId(feature::kUserInteger)).SetValue(integer_);
+    services.GetStringFeature(FeatureId(feature::kUserText)).SetValue(CXString());
+    SetProtectedString(feature::kProtectedString, protectedString_);
+    if (!IsSupported(feature::kPreferencesAreUsed)) return;
     for (const MaskBit& bit : kMaskBits)
         services.GetBooleanFeature(FeatureId(bit.feature)).SetValue((mask_ & bit.bit) != 0);
-    services.GetOptionFeature(FeatureId(kCompanion)).SetValue(ValueId(companion_));
-    services.GetOptionFeature(FeatureId(kCompanionOfDevice)).SetValue(ValueId(companion_));
+    services.GetOptionFeature(FeatureId(feature::kCompanionPreference)).SetValue(ValueId(companion_));
+    services.GetOptionFeature(FeatureId(feature::kCompanion)).SetValue(ValueId(companion_));
 }
 
 void UserPreferenceVerticalFeature::RegisterForCurrentSettingsChanges(DataModelObserverInterfaces& observers) {
-    for (const DWORD feature : {kProtectedString, kSecondProtectedString, kControllerFamily})
+    for (const DWORD feature : {feature::kProtectedString, feature::kSecondProtectedString, feature::kControllerFamily})
         observers.RegisterFeatureChangeObserver(this, SettingsInstanceId(DataModelIds::kCurrentSettings),
                                                 FeatureId(feature), FeatureChangeId(DataModelIds::kContentsChanged),
                                                 kObserverNumber);
@@ -140,13 +156,14 @@ void UserPreferenceVerticalFeature::OnNotification(INotification& notification) 
 }
 
 void UserPreferenceVerticalFeature::OnSettingChanged(DWORD feature) {
-    if (feature == kControllerFamily) {
-        const DWORD family = services_->GetOptionFeature(FeatureId(kControllerFamily)).GetValue().GetValueEnum();
+    if (feature == feature::kControllerFamily) {
+        const DWORD family =
+            services_->GetOptionFeature(FeatureId(feature::kControllerFamily)).GetValue().GetValueEnum();
         if (family == controllerFamily_) return;
         controllerFamily_ = family;
         ReadProtectedStrings();
-        SetProtectedString(kProtectedString, protectedString_);
-        SetProtectedString(kSecondProtectedString, secondProtectedString_);
+        SetProtectedString(feature::kProtectedString, protectedString_);
+        SetProtectedString(feature::kSecondProtectedString, secondProtectedString_);
         return;
     }
     for (const Identification& identification : identifications_)

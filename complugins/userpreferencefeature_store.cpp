@@ -66,15 +66,16 @@ void UserPreferenceVerticalFeature::Save() {
         option.kept = value;
     }
     LONG integer = integer_;
-    services_->GetIntegerFeature(FeatureId(kInteger)).GetValue(integer, DataModelIds::kCurrentValue);
+    services_->GetIntegerFeature(FeatureId(facts::feature::kUserInteger))
+        .GetValue(integer, DataModelIds::kCurrentValue);
     if (integer != integer_) {
         User::StoreUserDataLongInRegistry(kKey, kIntegerValue, integer);
         integer_ = integer;
     }
-    if (IsSupported(kCompanionOfDevice)) SaveMask();
+    if (IsSupported(facts::feature::kCompanion)) SaveMask();
     for (Identification& identification : identifications_) SaveIdentification(identification);
-    SaveProtectedString(kProtectedString, kProtectedValue, true);
-    SaveProtectedString(kSecondProtectedString, kSecondProtectedValue, false);
+    SaveProtectedString(facts::feature::kProtectedString, kProtectedValue, true);
+    SaveProtectedString(facts::feature::kSecondProtectedString, kSecondProtectedValue, false);
 }
 
 void UserPreferenceVerticalFeature::SaveMask() {
@@ -84,7 +85,8 @@ void UserPreferenceVerticalFeature::SaveMask() {
         services_->GetBooleanFeature(FeatureId(bit.feature)).GetValue(value, DataModelIds::kCurrentValue);
         if (value) mask |= bit.bit;
     }
-    const DWORD companion = services_->GetOptionFeature(FeatureId(kCompanion)).GetValue().GetValueEnum();
+    const DWORD companion =
+        services_->GetOptionFeature(FeatureId(facts::feature::kCompanionPreference)).GetValue().GetValueEnum();
     User::StoreUserDataLongInRegistry(kKey, kMaskValue, mask);
     User::StoreUserDataLongInRegistry(kKey, kCompanionValue, static_cast<LONG>(companion));
 }
@@ -103,7 +105,8 @@ void UserPreferenceVerticalFeature::SaveIdentification(Identification& identific
 }
 
 void UserPreferenceVerticalFeature::SaveProtectedString(DWORD feature, const WCHAR* valuePrefix, bool withTime) {
-    const DWORD family = services_->GetOptionFeature(FeatureId(kControllerFamily)).GetValue().GetValueEnum();
+    const DWORD family =
+        services_->GetOptionFeature(FeatureId(facts::feature::kControllerFamily)).GetValue().GetValueEnum();
     CXString text;
     if (!HasSlot(family) || !IsSupported(feature) ||
         !services_->GetStringFeature(FeatureId(feature)).GetValue(text, DataModelIds::kCurrentValue))

@@ -1,6 +1,7 @@
-// Numbers and names of the user's remembered job preferences, for the source of the data model that carries them.
+// Names of the user's remembered job preferences, for the source of the data model that carries them.
 #pragma once
 
+#include <facts/features.h>
 #include <widetext.h>
 #include <windows.h>
 
@@ -8,24 +9,19 @@
 
 namespace userpreferences {
 
-inline constexpr DWORD kProtectedString = 42;
-inline constexpr DWORD kMaskSwitch = 162;
-inline constexpr DWORD kControllerFamily = 285;
-inline constexpr DWORD kText = 441;
-inline constexpr DWORD kInteger = 571;
 inline constexpr LONG kIntegerDefault = 5;
-inline constexpr DWORD kCompanionOfDevice = 575;
-inline constexpr DWORD kFirstOfMask = 580;  // to kCompanion - 1
-inline constexpr DWORD kCompanion = 591;
-inline constexpr DWORD kSecondProtectedString = 648;
 
 // The eleven preferences as they are stored together.
 struct MaskBit {
     DWORD feature;
     LONG bit;
 };
-inline constexpr MaskBit kMaskBits[] = {{580, 0x1},  {582, 0x2},  {581, 0x4},   {584, 0x8},   {583, 0x10}, {585, 0x20},
-                                        {586, 0x40}, {587, 0x80}, {588, 0x100}, {589, 0x200}, {590, 0x400}};
+// The bits' order is not the features'.
+inline constexpr DWORD kFirstOfMask = facts::feature::kFirstMaskedPreference;
+inline constexpr MaskBit kMaskBits[] = {{kFirstOfMask, 0x1},       {kFirstOfMask + 2, 0x2},   {kFirstOfMask + 1, 0x4},
+                                        {kFirstOfMask + 4, 0x8},   {kFirstOfMask + 3, 0x10},  {kFirstOfMask + 5, 0x20},
+                                        {kFirstOfMask + 6, 0x40},  {kFirstOfMask + 7, 0x80},  {kFirstOfMask + 8, 0x100},
+                                        {kFirstOfMask + 9, 0x200}, {kFirstOfMask + 10, 0x400}};
 inline constexpr LONG kWholeMask = 0x7FF;
 
 // Source kinds of title, sender and recipient.

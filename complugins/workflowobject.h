@@ -16,10 +16,10 @@ public:
     WorkflowObject(const WorkflowObject&) = delete;
     WorkflowObject& operator=(const WorkflowObject&) = delete;
 
-    // Loads the printer's library and obtains its workflow object. The controller family (may be null) becomes 5001, or
-    // the product's when there is an object. False when there is none or the library throws, and, with nothing changed,
-    // when this object is initialised already. Throws std::bad_alloc; whatever failed, nothing is kept, and the next
-    // call binds anew. The handle and the provider stay the caller's and must outlive this object.
+    // Loads the printer's library and obtains its workflow object. The controller family (may be null) becomes not set,
+    // or the product's when there is an object. False when there is none or the library throws, and, with nothing
+    // changed, when this object is initialised already. Throws std::bad_alloc; whatever failed, nothing is kept, and
+    // the next call binds anew. The handle and the provider stay the caller's and must outlive this object.
     bool InitializeWorkflowObject(HANDLE printer, DataSourceProvider* provider, unsigned* controllerFamily);
     bool IsInitialized() const noexcept { return initialized_; }
 

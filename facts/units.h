@@ -1,4 +1,4 @@
-// Lengths of paper: the units' ratios and what a DEVMODE holds.
+// Lengths of paper: the units' ratios, rounding, and what a DEVMODE holds.
 #pragma once
 
 namespace facts {
@@ -10,5 +10,8 @@ inline constexpr int kLargestField = 32767;
 inline constexpr int kLongestSide = kLargestField * kMicrometresPerTenth;
 // In micrometres: comparable software takes two sizes for the same within half a millimetre.
 inline constexpr int kSizeTolerance = 500;
+// What is added before a fraction is dropped: to the nearest whole number, a half down; and up.
+inline constexpr double kToNearest = 0.499999;
+inline constexpr double kUpwards = 0.999;
 
 }  // namespace facts

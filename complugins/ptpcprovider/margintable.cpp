@@ -1,6 +1,7 @@
 // Reading the margin file, and choosing a page's margins.
 #include <ptpcprovider/margintable.h>
 
+#include <facts/units.h>
 #include <mvutil/devicesettings.h>
 #include <mvutil/dimension.h>
 #include <workflow/productdata.h>
@@ -16,7 +17,6 @@ namespace {
 
 constexpr const WCHAR* kSection = W("PostScript");
 constexpr DWORD kSectionCharacters = 4096;
-constexpr double kRounding = 0.499999;
 
 // Longer than any paper, and what is made of such lengths still fits a LONG of micrometres.
 constexpr float kMaximumPoints = 3'000'000.0f;
@@ -76,7 +76,7 @@ std::optional<std::array<float, 6>> ReadLine(WideStringView line) {
 }
 
 LONG MicrometresOfPoints(double points) {
-    return Dimension(points, Dimension::Points).GetValue(Dimension::Micrometres).GetLongValue(kRounding);
+    return Dimension(points, Dimension::Points).GetValue(Dimension::Micrometres).GetLongValue(facts::kToNearest);
 }
 
 // The next whole point. The sum is one of single precision, as its terms are.
@@ -94,7 +94,7 @@ MarginTableEntry MakeEntry(const std::array<float, 6>& numbers) {
 bool IsPage(LONG width, LONG height, const Dimension& wantedWidth, const Dimension& wantedHeight) {
     const auto isSame = [](LONG micrometres, const Dimension& wanted) {
         return Dimension::IsEquivalent(Dimension(micrometres, Dimension::Micrometres), wanted, Dimension::Millimetres,
-                                       0, kRounding);
+                                       0, facts::kToNearest);
     };
     return isSame(width, wantedWidth) && isSame(height, wantedHeight);
 }
@@ -108,7 +108,9 @@ PageMargins ReadMarginSettings(HANDLE printer) {
     const auto read = [&](DWORD feature) {
         LONG length = 0;
         settings.GetIntegerValueFromAttributeBytes(feature, length);
-        return Dimension(length, Dimension::DeviceSettings).GetValue(Dimension::Micrometres).GetIntValue(kRounding);
+        return Dimension(length, Dimension::DeviceSettings)
+            .GetValue(Dimension::Micrometres)
+            .GetIntValue(facts::kToNearest);
     };
     return {read(422), read(424), read(423), read(425)};
 }

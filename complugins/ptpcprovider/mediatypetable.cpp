@@ -1,14 +1,11 @@
 // The table of media types: data-model values with their Print Schema options.
 #include <ptpcprovider/mediatypetable.h>
 
-#include <mvcore/datamodelids.h>
-
 #include <iterator>
 
 namespace {
 
-constexpr DWORD kFirstValue = 6800;  // of row 1; the rows behind it count up
-constexpr DWORD kLastValue = 6869;
+namespace value = facts::value;
 
 constexpr const WCHAR* kUnset = W("");
 constexpr const WCHAR* kNone = W("None");
@@ -20,21 +17,22 @@ constexpr const WCHAR* kPrinted = W("PrePrinted");
 constexpr const WCHAR* kPunched = W("PrePunched");
 constexpr const WCHAR* kStandard = W("Standard");
 
-// value, option, keyword, {BackCoating, FrontCoating, Material, PrePrinted, PrePunched, Recycled}
+// Behind the first row the values count up. value, option, keyword, {BackCoating, FrontCoating, Material, PrePrinted,
+// PrePunched, Recycled}
 constexpr MediaTypeRow kTable[] = {
-    {5001, W("AutoSelect"), true, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
-    {6800, W("Plain"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
-    {6801, W("Transparency"), true, {kNone, kNone, kFilm, kNone, kNone, kNone}},
+    {value::kNotSet, W("AutoSelect"), true, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
+    {value::kPlain, W("Plain"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
+    {value::kTransparency, W("Transparency"), true, {kNone, kNone, kFilm, kNone, kNone, kNone}},
     {6802, W("tab-stock"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
-    {6803, W("TabStockPreCut"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
-    {6804, W("TabStockFull"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
+    {value::kPreCutTabs, W("TabStockPreCut"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
+    {value::kFullTabs, W("TabStockFull"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
     {6805, W("Label"), true, {kUnset, kUnset, kUnset, kNone, kNone, kNone}},
     {6806, W("EnvelopePlain"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
     {6807, W("heavyweight"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
     {6808, W("Bond"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
     {6809, W("other"), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
     {6810, W("system-default"), false, {kUnset, kUnset, kPaper, kUnset, kUnset, kUnset}},
-    {6811, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
+    {value::kFirstReservedMediaType, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
     {6812, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
     {6813, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
     {6814, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
@@ -42,8 +40,8 @@ constexpr MediaTypeRow kTable[] = {
     {6816, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
     {6817, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
     {6818, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
-    {6819, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
-    {6820, W("glossy"), false, {kUnset, kGlossy, kPaper, kNone, kNone, kNone}},
+    {value::kLastReservedMediaType, W(""), false, {kUnset, kUnset, kUnset, kUnset, kUnset, kUnset}},
+    {value::kGlossy, W("glossy"), false, {kUnset, kGlossy, kPaper, kNone, kNone, kNone}},
     {6821, W("letterhead"), false, {kNone, kNone, kPaper, kLetterhead, kNone, kNone}},
     {6822, W("CardStock"), true, {kNone, kNone, kPaper, kNone, kNone, kNone}},
     {6823, W("thin-cardstock"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
@@ -92,13 +90,13 @@ constexpr MediaTypeRow kTable[] = {
     {6866, W("gloss-f"), false, {kUnset, kGlossy, kPaper, kNone, kNone, kNone}},
     {6867, W("heavyweight-f"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
     {6868, W("archive"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
-    {6869, W("postcard"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
+    {value::kLastNamedMediaType, W("postcard"), false, {kNone, kNone, kPaper, kNone, kNone, kNone}},
 };
 
 constexpr bool IsInOrder() {
     for (std::size_t row = 1; row < std::size(kTable); ++row)
-        if (kTable[row].value != kFirstValue - 1 + row) return false;
-    return kTable[0].value == DataModelIds::kNotSet && kTable[std::size(kTable) - 1].value == kLastValue;
+        if (kTable[row].value != value::kFirstMediaType - 1 + row) return false;
+    return kTable[0].value == value::kNotSet && kTable[std::size(kTable) - 1].value == value::kLastNamedMediaType;
 }
 static_assert(IsInOrder(), "rows are found by their value");
 
@@ -106,11 +104,11 @@ static_assert(IsInOrder(), "rows are found by their value");
 constexpr DWORD ValueOfNumber(DWORD number) {
     switch (number) {
         case DMMEDIA_STANDARD:
-            return 6800;
+            return value::kPlain;
         case DMMEDIA_TRANSPARENCY:
-            return 6801;
+            return value::kTransparency;
         case DMMEDIA_GLOSSY:
-            return 6820;
+            return value::kGlossy;
         default:
             return number;
     }
@@ -119,8 +117,8 @@ constexpr DWORD ValueOfNumber(DWORD number) {
 }  // namespace
 
 const MediaTypeRow* FindMediaType(DWORD number) noexcept {
-    const DWORD value = ValueOfNumber(number);
-    if (value == DataModelIds::kNotSet || IsUserDefinedMediaType(value)) return &kTable[0];
-    const bool isKnown = value >= kFirstValue - 1 && value <= kLastValue;
-    return isKnown ? &kTable[value - (kFirstValue - 1)] : nullptr;
+    const DWORD mediaType = ValueOfNumber(number);
+    if (mediaType == value::kNotSet || IsUserDefinedMediaType(mediaType)) return &kTable[0];
+    const bool isKnown = mediaType >= value::kFirstMediaType - 1 && mediaType <= value::kLastNamedMediaType;
+    return isKnown ? &kTable[mediaType - (value::kFirstMediaType - 1)] : nullptr;
 }

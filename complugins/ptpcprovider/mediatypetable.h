@@ -1,6 +1,7 @@
 // The media types that the driver family knows, and how the Print Schema names them.
 #pragma once
 
+#include <facts/values.h>
 #include <mvutil/cxstring.h>
 
 #include <windows.h>
@@ -33,7 +34,7 @@ struct MediaTypeDataEntry {
 };
 
 // Whether the value is one of those that users give to media types of their own.
-constexpr bool IsUserDefinedMediaType(DWORD value) noexcept { return value >= 9636; }
+constexpr bool IsUserDefinedMediaType(DWORD value) noexcept { return value >= facts::value::kFirstOwnValue; }
 
 // The row of a number that DeviceCapabilitiesW reports (DC_MEDIATYPES), or null. A user-defined type has the row of the
 // automatic choice.

@@ -16,7 +16,6 @@ namespace {
 
 constexpr const WCHAR* kSourceUnit = W("morvaneptprovider");
 constexpr INT kInterfaceVersion = 1;
-constexpr int kDriverCapabilityFlags = 1984;
 
 // What is called, be it a library or the host's own object, may throw; nothing leaves a COM method but an HRESULT.
 template <class Call>
@@ -78,7 +77,7 @@ HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS o
     if (version != kInterfaceVersion) return E_VERSION_NOT_SUPPORTED;
 
     const HRESULT bound = RunWalled([&] {
-        const ULONGLONG flags = PrintDriver().GetDriverCapability(printer, kDriverCapabilityFlags);
+        const ULONGLONG flags = PrintDriver().GetDriverCapability(printer, facts::kDriverCapabilityFlags);
         // A printer without its workflow library still binds; what needs product data fails later.
         workflowObject.InitializeWorkflowObject(printer, this, &controllerFamily);
         printerHandle = printer;

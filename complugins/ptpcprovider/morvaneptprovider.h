@@ -3,6 +3,7 @@
 
 #include <comptr.h>
 #include <datasourceprovider.h>
+#include <facts/drivercapabilities.h>
 #include <mvcore/pagesizedictionary.h>
 #include <mvutil/attributebytes.h>
 #include <mvutil/textresources.h>
@@ -71,17 +72,14 @@ public:
 private:
     friend class ProviderProbe;  // tests look at what a printer binds to
 
-    static constexpr ULONGLONG kPrivateNamespaceFlag = 0x400;  // private keywords namespace, embedded job ticket
-    static constexpr ULONGLONG kPostScriptDeviceFlag = 0x200;  // PostScript custom sizes, colour managed by the device
-
     // What the printer's product says; both throw MorvaneComException (E_FAIL) without a bound workflow library.
     ProductStringLoader& GetProductStringLoader();  // valid until the next call
     ProductData& GetProductData();                  // owned by the workflow library
     PageSizeDictionary& GetPageSizeDictionary();    // made on first use; needs no binding
     bool IsColorDevice();
 
-    bool HasPrivateNamespace() const noexcept { return (driverCapabilityFlags & kPrivateNamespaceFlag) != 0; }
-    bool IsPostScriptDevice() const noexcept { return (driverCapabilityFlags & kPostScriptDeviceFlag) != 0; }
+    bool HasPrivateNamespace() const noexcept { return (driverCapabilityFlags & facts::kPrivateNamespaceFlag) != 0; }
+    bool IsPostScriptDevice() const noexcept { return (driverCapabilityFlags & facts::kPostScriptDeviceFlag) != 0; }
 
     // Each feature unit returns the HRESULT of a MorvaneComException that ends it.
 

@@ -5,6 +5,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/units.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/operatingsystem.h>
 #include <ptpcprovider/featureunit.h>
@@ -26,7 +27,6 @@ constexpr const WCHAR* kMediaSize = W("PageMediaSize");
 constexpr DWORD kMediaSizeDisplay = 41034;
 constexpr const WCHAR* kCustomOption = W("CustomMediaSize");
 constexpr const WCHAR* kPostScriptCustomOption = W("PSCustomMediaSize");
-constexpr double kRounding = 0.499999;
 
 // A ScoredProperty of a custom size with the parameter that it refers to, and what a ticket gives that parameter.
 struct CustomSizeProperty {
@@ -131,14 +131,14 @@ TicketSize ReadTicketSize(const PrintTicketXmlDocument& ticket, const PageSizeDi
 bool IsSameLength(LONG tenths, LONG micrometres) {
     return Dimension::IsEquivalent(Dimension(tenths, Dimension::TenthsOfMillimetre),
                                    Dimension(micrometres, Dimension::Micrometres), Dimension::Millimetres, 0,
-                                   kRounding);
+                                   facts::kToNearest);
 }
 
 _tag_FormsInfoRec MakeCustomRecord(const TicketSize& size) {
     const auto tenths = [](LONG micrometres) {
         return Dimension(micrometres, Dimension::Micrometres)
             .GetValue(Dimension::TenthsOfMillimetre)
-            .GetLongValue(kRounding);
+            .GetLongValue(facts::kToNearest);
     };
     _tag_FormsInfoRec record = {};
     record.msPaperId = DMPAPER_USER;

@@ -5,6 +5,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/features.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/crc32.h>
 #include <mvutil/printer.h>
@@ -25,9 +26,9 @@ constexpr const WCHAR* kMediaType = W("PageMediaType");
 constexpr DWORD kMediaTypeDisplay = 41035;
 
 // Where the document properties hold the media type: an option inside two collections.
-const AttributeBytesFeatureId kOuterCollection(477);
-const AttributeBytesFeatureId kInnerCollection(210);
-const AttributeBytesFeatureId kMediaTypeFeature(175);
+const AttributeBytesFeatureId kOuterCollection(facts::feature::kPaper);
+const AttributeBytesFeatureId kInnerCollection(facts::feature::kStock);
+const AttributeBytesFeatureId kMediaTypeFeature(facts::feature::kMediaType);
 
 CXString MakeCustomOptionName(const CXString& mediaName) {
     CXString name;

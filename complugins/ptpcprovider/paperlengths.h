@@ -1,6 +1,7 @@
 // What the units that deal with paper share: the records' lengths in the Print Schema's unit.
 #pragma once
 
+#include <facts/units.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -13,4 +14,6 @@ inline LONG ClampToLong(LONGLONG value) noexcept {
 }
 
 // Tenths of a millimetre, as paper records hold them, in micrometres.
-inline LONG MicrometresOfTenths(LONG tenths) noexcept { return ClampToLong(LONGLONG{tenths} * 100); }
+inline LONG MicrometresOfTenths(LONG tenths) noexcept {
+    return ClampToLong(LONGLONG{tenths} * facts::kMicrometresPerTenth);
+}

@@ -1,6 +1,9 @@
-// Ids of the data model: numbers that every library of the driver family agrees on.
+// Ids of the data model: numbers that every library of the driver family agrees on. facts/ holds the numbers.
 #pragma once
 
+#include <facts/features.h>
+#include <facts/pagesizes.h>
+#include <facts/values.h>
 #include <mvutil/cxstring.h>
 
 #include <array>
@@ -12,22 +15,19 @@ namespace DataModelIds {
 
 // A controller family, or any value of an option feature.
 enum Value : DWORD {
-    kNotSet = 5001,  // not set, or automatic; also the controller family of an unbound provider
-    kPageSizeLetter = 6430,
-    kPageSizeA4 = 6436,
-    kPageSizeCustom = 6731,  // a size given by width and length alone
-    kUnitsOfSystem = 7490,   // whichever the system's paper sizes use
-    kUnitsMillimetres = 7491,
-    kUnitsInches = 7492,
-    kControllerFamily8430 = 8430,
-    kControllerFamily8431 = 8431,
-    kControllerFamily8432 = 8432,
-    kControllerFamily8433 = 8433,
-    kControllerFamily8434 = 8434,
+    kNotSet = facts::value::kNotSet,
+    kPageSizeLetter = facts::value::kPageSizeLetter,
+    kPageSizeA4 = facts::value::kPageSizeA4,
+    kPageSizeCustom = facts::value::kPageSizeCustom,
+    kUnitsOfSystem = facts::value::kUnitsOfSystem,
+    kUnitsMillimetres = facts::value::kUnitsMillimetres,
+    kUnitsInches = facts::value::kUnitsInches,
+    kControllerFamily8430 = facts::value::kControllerFamily8430,
+    kControllerFamily8431 = facts::value::kControllerFamily8431,
+    kControllerFamily8432 = facts::value::kControllerFamily8432,
+    kControllerFamily8433 = facts::value::kControllerFamily8433,
+    kControllerFamily8434 = facts::value::kControllerFamily8434,
 };
-
-// The feature that stands for the whole model: every other one is under it.
-inline constexpr DWORD kRootFeature = 2;
 
 // Which of a feature's values is asked for.
 enum ValueInstance : int { kDefaultValue = 1, kCurrentValue = 2 };
@@ -56,17 +56,7 @@ inline constexpr int kAttributeListVersion = 301;
 
 }  // namespace DataModelIds
 
-// Kinds of page size.
-enum class PageSizeTypeEnum : DWORD {
-    Common = 25001,
-    Other = 25002,
-    DriverCustom = 25003,
-    MappedForm = 25004,
-    UserForm = 25005,
-    Hidden = 25006,
-    PostScriptCustom = 25007,
-    Custom = 25008,
-};
+using PageSizeTypeEnum = facts::PageSizeType;
 
 // Names of values, kept by a data model.
 class MvValueNames {

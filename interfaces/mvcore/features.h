@@ -6,7 +6,7 @@
 
 #include <cstddef>
 
-enum class FeatureKind { Boolean, Integer, Option, String, Dimension, Resolution, List };
+using FeatureKind = facts::FeatureKind;
 
 class Resolution {
 public:

@@ -21,7 +21,7 @@ public:
 private:
     void IntegrateSourceData(IntegrationInterface& integration) override {
         IntegrationServices& services = integration.GetServices();
-        services.DeclareFeaturesPresent(FeatureId(DataModelIds::kRootFeature), {kControllerFamily});
+        services.DeclareFeaturesPresent(FeatureId(facts::feature::kRoot), {kControllerFamily});
         std::vector<ValueId> families;
         for (const DWORD family : kFamilies) families.emplace_back(family);
         services.AddOptionValues(kControllerFamily, families, 1);

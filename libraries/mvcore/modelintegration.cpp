@@ -26,7 +26,7 @@ void ListFeatures(const FeatureList& list, std::vector<FeatureId>& features) {
 
 bool IsUnder(const Feature& feature, FeatureId parent) {
     const auto& path = feature.GetPath();
-    return parent.GetId() == DataModelIds::kRootFeature ||
+    return parent.GetId() == facts::feature::kRoot ||
            std::find(path.begin(), path.end() - 1, parent.GetId()) != path.end() - 1;
 }
 
@@ -41,7 +41,7 @@ CapabilitiesNode& GetNode(const ModelParts& parts, const FeatureIdWithContext& f
 
 void ModelIntegration::ListFeaturesPresent(FeatureId parent, std::vector<FeatureId>& features) {
     features.clear();
-    if (parent.GetId() == DataModelIds::kRootFeature)
+    if (parent.GetId() == facts::feature::kRoot)
         ListFeatures(parts_.root, features);
     else if (const Feature* list = FindFeature(parts_, parent, FeatureKind::List))
         ListFeatures(list->GetList(), features);
@@ -112,7 +112,7 @@ void ModelIntegration::DeclareFeaturesPresent(FeatureId parent, const std::vecto
     for (const FeatureId feature : features) {
         std::vector<DWORD> path = GetCataloguePath(feature.GetId());
         if (path.empty()) ThrowUnsupportedFeature(feature, W("IntegrationServices::DeclareFeaturesPresent"));
-        const bool isUnder = parent.GetId() == DataModelIds::kRootFeature ||
+        const bool isUnder = parent.GetId() == facts::feature::kRoot ||
                              std::find(path.begin(), path.end() - 1, parent.GetId()) != path.end() - 1;
         if (!isUnder) ThrowUnsupportedFeature(feature, W("IntegrationServices::DeclareFeaturesPresent"));
         parts_.root.Declare(path);
