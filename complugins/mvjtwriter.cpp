@@ -1,16 +1,23 @@
 // The lines of an MVJT job ticket, in their order.
 #include "mvjtwriter.h"
 
+#include <facts/jobticketwords.h>
+#include <facts/units.h>
 #include <mvutil/morvaneutilities.h>
-
-#include <iterator>
-
-#include "mvjtwords.h"
 
 namespace {
 
 using DataModelIds::kCurrentValue;
 using DataModelIds::kNotSet;
+using facts::jobticket::Line;
+namespace feature = facts::feature;
+namespace ticket = facts::jobticket;
+
+const ticket::PreFinish* FindPreFinish(DWORD mediaType) {
+    for (const ticket::PreFinish& preFinish : ticket::kPreFinishes)
+        if (preFinish.mediaType == mediaType) return &preFinish;
+    return nullptr;
+}
 
 class Writer {
 public:
@@ -18,144 +25,148 @@ public:
 
     const CXString& Write() {
         WriteNames();
-        WriteOption(59, W("signature"), kSignatureWords, std::size(kSignatureWords));
-        WriteInteger(43, W("copyCount"));
+        WriteSignature();
+        WriteInteger(ticket::kCopies);
         const DWORD sides = WriteSides();
         WriteFinishing();
-        WriteOption(45, W("requirements"), kCollationWords, std::size(kCollationWords));
+        WriteOption(ticket::kCollation);
         WriteRotation();
         WriteImageShifts(sides);
-        for (const MvjtOptionLine& line : kHandlingLines)
-            WriteOption(line.feature, line.keyword, line.words, line.count);
-        WriteDocumentPaperColor();
+        for (const Line* line :
+             {&ticket::kDisposition, &ticket::kHighlightPrintingColor, &ticket::kHighlightMappingColor,
+              &ticket::kHighlightMapping, &ticket::kHighlightMismatch})
+            WriteOption(*line);
+        WriteWordOrName(ticket::kPaperColor);
         WritePaperType();
-        WriteInteger(179, W("paperType-weight"));
+        WriteInteger(ticket::kPaperWeight);
         ReadPageExceptions();
         return text_;
     }
 
 private:
     // A control character in the value would end the line, or say something to whoever reads the ticket.
-    void WriteLine(const WCHAR* keyword, const CXString& value) {
-        text_ += W("%MVN");
-        text_ += keyword;
-        text_ += W(": ");
-        text_ += MorvaneUtilities::ReplaceControlCharacters(value);
-        text_ += W("\n");
+    void WriteLine(const char* keyword, const CXString& value) {
+        text_ += CXString(ticket::kLineStart) + CXString(keyword) + W(": ") +
+                 MorvaneUtilities::ReplaceControlCharacters(value) + W("\n");
     }
 
-    DWORD GetOption(FeatureIdWithContext feature) {
-        return services_.GetOptionFeature(feature).GetValue().GetValueEnum();
-    }
-    CXString GetOptionName(DWORD feature) {
-        return services_.GetOptionFeature(FeatureId(feature)).GetValue().GetValueName();
-    }
+    DWORD GetOption(const FeatureIdWithContext& id) { return services_.GetOptionFeature(id).GetValue().GetValueEnum(); }
+    DWORD GetOption(DWORD id) { return GetOption(FeatureIdWithContext(FeatureId(id))); }
+    CXString GetOptionName(DWORD id) { return services_.GetOptionFeature(FeatureId(id)).GetValue().GetValueName(); }
 
     // A text that is there but empty counts as not given.
-    void WriteString(DWORD feature, const WCHAR* keyword, const WCHAR* defaultText = nullptr) {
+    void WriteString(const Line& line, const WCHAR* defaultText = nullptr) {
         CXString value;
         const bool given =
-            services_.GetStringFeature(FeatureId(feature)).GetValue(value, kCurrentValue) && !value.IsEmpty();
+            services_.GetStringFeature(FeatureId(line.feature)).GetValue(value, kCurrentValue) && !value.IsEmpty();
         if (given) {
-            WriteLine(keyword, value);
+            WriteLine(line.keyword, value);
         } else if (defaultText) {
-            WriteLine(keyword, defaultText);
+            WriteLine(line.keyword, defaultText);
         }
     }
 
-    void WriteInteger(DWORD feature, const WCHAR* keyword) {
+    void WriteInteger(const Line& line) {
         LONG value = 0;
-        if (services_.GetIntegerFeature(FeatureId(feature)).GetValue(value, kCurrentValue))
-            WriteLine(keyword, MorvaneUtilities::SafeFormatString(W("%ld"), value));
+        if (services_.GetIntegerFeature(FeatureId(line.feature)).GetValue(value, kCurrentValue))
+            WriteLine(line.keyword, MorvaneUtilities::SafeFormatString(W("%ld"), value));
     }
 
     // A value without a word writes nothing.
-    void WriteOption(DWORD feature, const WCHAR* keyword, const MvjtWord* words, std::size_t count) {
-        if (const WCHAR* word = FindMvjtWord(words, count, GetOption(FeatureId(feature)))) WriteLine(keyword, word);
+    void WriteOption(const Line& line) {
+        if (const char* word = line.FindWord(GetOption(line.feature))) WriteLine(line.keyword, word);
+    }
+
+    // The value. One that is set and has no word of its own stands under its name.
+    DWORD WriteWordOrName(const Line& line) {
+        const DWORD value = GetOption(line.feature);
+        if (value == kNotSet) return value;
+        const char* word = line.FindWord(value);
+        WriteLine(line.keyword, word ? CXString(word) : GetOptionName(line.feature));
+        return value;
     }
 
     void WriteNames() {
-        WriteLine(W("begin"), W("001.0300"));
-        WriteString(78, W("title"), W("Default job"));
-        WriteString(82, W("senderName"), W("Default Sender"));
-        WriteString(83, W("recipientName"));
-        WriteString(84, W("message"));
-        WriteString(85, W("jobStartMessage"));
+        WriteLine(ticket::kBegin, ticket::kVersion);
+        WriteString(ticket::kTitle, W("Default job"));
+        WriteString(ticket::kSender, W("Default Sender"));
+        WriteString(ticket::kRecipient);
+        WriteString(ticket::kMessage);
+        WriteString(ticket::kStartMessage);
     }
 
-    // The value, for the image shifts of the second side. One without a word of its own is written by its name.
-    DWORD WriteSides() {
-        const DWORD sides = GetOption(FeatureId(46));
-        if (sides == kNotSet) return sides;
-        const WCHAR* word = FindMvjtWord(kSidesWords, std::size(kSidesWords), sides);
-        WriteLine(W("requirements"), word ? CXString(word) : GetOptionName(46));
-        return sides;
+    // Without a choice there is no signature.
+    void WriteSignature() {
+        const DWORD value = GetOption(ticket::kSignature.feature);
+        const char* word = ticket::kSignature.FindWord(value == kNotSet ? DWORD{facts::value::kOff} : value);
+        if (word) WriteLine(ticket::kSignature.keyword, word);
     }
+
+    // The value, for the image shifts of the second side.
+    DWORD WriteSides() { return WriteWordOrName(ticket::kSides); }
 
     void WriteFinishing() {
-        if (GetOption(FeatureId(146)) != kNotSet) {
-            WriteLine(W("outputLocation"), W("FinishingBypass ") + GetOptionName(146));
+        if (GetOption(feature::kOutputLocation) != kNotSet) {
+            WriteLine("outputLocation", W("FinishingBypass ") + GetOptionName(feature::kOutputLocation));
             return;
         }
-        MvjtFinishing finishing;
-        if (GetOption({FeatureId(208), FeatureId(145)}) != kNotSet) {
-            WriteLine(W("requirements"), W("slipSheeting"));
+        DWORD position = kNotSet;
+        if (GetOption({FeatureId(feature::kFinishingSheets), FeatureId(feature::kSlipSheets)}) != kNotSet) {
+            WriteLine("requirements", W("slipSheeting"));
         } else {
-            finishing = FindMvjtFinishing(GetOption(FeatureId(144)));
+            position = GetOption(feature::kFinishing);
         }
-        WriteLine(W("binding"), finishing.binding ? finishing.binding : W("None"));
-        WriteLine(W("edgeStitching"), finishing.staple ? finishing.staple : W("None"));
-        WriteLine(W("bookletMaker"), finishing.booklet ? finishing.booklet : W("False"));
+        // What the position asks of each finisher.
+        const auto write = [&](const Line& line, const char* nothing) {
+            const char* word = line.FindWord(position);
+            WriteLine(line.keyword, word ? word : nothing);
+        };
+        write(ticket::kBinding, "None");
+        write(ticket::kEdgeStitching, "None");
+        write(ticket::kBookletMaker, "False");
     }
 
     void WriteRotation() {
-        const DWORD rotation = GetOption(FeatureId(88));
+        const DWORD rotation = GetOption(ticket::kRotation.feature);
         if (rotation == kNotSet) return;
-        const WCHAR* angle = FindMvjtWord(kRotationWords, std::size(kRotationWords), rotation);
-        WriteLine(W("rotation"), angle ? angle : W("0"));
+        const char* angle = ticket::kRotation.FindWord(rotation);
+        WriteLine(ticket::kRotation.keyword, angle ? angle : "0");
     }
 
-    void WriteImageShift(DWORD feature, const WCHAR* keyword) {
+    void WriteImageShift(const Line& line) {
         Dimension shift(0, Dimension::Millimetres);
-        if (!services_.GetDimensionFeature(FeatureId(feature)).GetValue(shift, kCurrentValue)) return;
-        const int millimetres = shift.GetValue(Dimension::Millimetres).GetLongValue(0.499999);
-        WriteLine(keyword, MorvaneUtilities::SafeFormatString(W("%d"), millimetres));
+        if (!services_.GetDimensionFeature(FeatureId(line.feature)).GetValue(shift, kCurrentValue)) return;
+        const int millimetres = shift.GetValue(Dimension::Millimetres).GetLongValue(facts::kToNearest);
+        WriteLine(line.keyword, MorvaneUtilities::SafeFormatString(W("%d"), millimetres));
     }
 
     void WriteImageShifts(DWORD sides) {
-        WriteImageShift(95, W("xImageShift"));
-        WriteImageShift(96, W("yImageShift"));
-        if (sides == kSidesSimplex) return;
-        WriteImageShift(97, W("x2ImageShift"));
-        WriteImageShift(98, W("y2ImageShift"));
-    }
-
-    void WriteDocumentPaperColor() {
-        const DWORD color = GetOption(FeatureId(174));
-        if (color == kNotSet) return;
-        const WCHAR* word = FindMvjtWord(kPaperColorWords, std::size(kPaperColorWords), color);
-        WriteLine(W("documentPaperColors"), word ? CXString(word) : GetOptionName(174));
+        WriteImageShift(ticket::kImageShiftX);
+        WriteImageShift(ticket::kImageShiftY);
+        if (sides == facts::value::kOneSided) return;
+        WriteImageShift(ticket::kImageShiftX2);
+        WriteImageShift(ticket::kImageShiftY2);
     }
 
     void WritePaperType() {
-        const DWORD mediaType = GetOption(FeatureId(175));
+        const DWORD mediaType = GetOption(feature::kMediaType);
         if (mediaType == kNotSet) return;
-        const WCHAR* opacity = mediaType == kMediaTypeTransparency ? W("transparency") : W("opaque");
-        const bool drilled = GetOption(FeatureId(178)) == kMediaDrilled;
+        const char* opacity = mediaType == facts::value::kTransparency ? "transparency" : "opaque";
+        const bool drilled = GetOption(feature::kDrilledPaper) == facts::value::kDrilled;
         LONG tabs = 0;
-        services_.GetIntegerFeature(FeatureId(176)).GetValue(tabs, kCurrentValue);
-        const MvjtPreFinish* preFinish = FindMvjtPreFinish(mediaType);
-        const WCHAR* field = !preFinish ? opacity : drilled ? preFinish->drilled : preFinish->notDrilled;
-        WriteLine(W("paperType-opacity"), opacity);
-        WriteLine(W("paperType-preFinish"),
+        services_.GetIntegerFeature(FeatureId(feature::kTabs)).GetValue(tabs, kCurrentValue);
+        const ticket::PreFinish* preFinish = FindPreFinish(mediaType);
+        const CXString field(!preFinish ? opacity : drilled ? preFinish->drilled : preFinish->notDrilled);
+        WriteLine("paperType-opacity", opacity);
+        WriteLine("paperType-preFinish",
                   MorvaneUtilities::SafeFormatString(W("%s %d %ld"), field, drilled ? 3 : 0,
                                                      preFinish && !preFinish->withTabs ? LONG{0} : tabs));
     }
 
     // The exceptions are walked, so that a model that cannot give them fails here; no line is written for them.
     void ReadPageExceptions() {
-        services_.GetListOfValues(FeatureId(200));
-        const ListOfValuesRef exceptions = services_.GetListOfValues(FeatureId(199));
+        services_.GetListOfValues(FeatureId(feature::kInsertedPages));
+        const ListOfValuesRef exceptions = services_.GetListOfValues(FeatureId(feature::kPageExceptions));
         for (std::size_t index = 0; index < exceptions.GetNumItems(); ++index) exceptions.GetListOfFeatures(index);
     }
 
