@@ -4,6 +4,7 @@
 
 #include <subsystem/hosterror.h>
 #include <subsystem/schemacheck/schemacheck.h>
+#include <support/sampledocuments.h>
 
 namespace {
 
@@ -208,15 +209,14 @@ TEST_F(CheckCommand, TellsLineAndStatus) {
     EXPECT_EQ(Run({"check", File("absent.xml")}).status, 2);
 }
 
-// Documents that other software wrote break rules; they must not break the check.
-TEST_F(CheckCommand, ForeignDocumentsAreChecked) {
-    const std::filesystem::path folder = std::filesystem::path(MV_SOURCE_FOLDER) / ".." / "shared" / "documents";
-    std::error_code absent;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, absent)) {
-        if (entry.path().extension() == ".xml") {
-            EXPECT_LE(Run({"check", PathToUtf8(entry.path())}).status, 1) << entry.path();
-        }
-    }
+// Documents of other software break rules; they must not break the check.
+class SampleCheck : public HostRun, public testing::WithParamInterface<std::string> {};
+INSTANTIATE_TEST_SUITE_P(Folders, SampleCheck, testing::Values(kOwnDocuments, kRealDocuments));
+
+TEST_P(SampleCheck, ForeignDocumentsAreChecked) {
+    const auto files = ListSampleDocuments(GetParam());
+    REQUIRE_SAMPLE_DOCUMENTS(GetParam(), files);
+    for (const auto& file : files) EXPECT_LE(Run({"check", PathToUtf8(file)}).status, 1) << file;
 }
 
 }  // namespace

@@ -1,27 +1,21 @@
-// Documents of other software, where their folder lies beside the checkout: converted, completed and validated.
+// Documents as other software writes them: converted, completed and validated.
 #include "boundprovider.h"
 
 #include <support/infoset.h>
+#include <support/sampledocuments.h>
 
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 namespace {
 
-using Samples = ProviderTest;
+struct Samples : ProviderTest, testing::WithParamInterface<std::string> {};
+INSTANTIATE_TEST_SUITE_P(Folders, Samples, testing::Values(kOwnDocuments, kRealDocuments));
 
-// The documents whose files' names start so, by these names.
-std::map<std::string, ComPtr<IXMLDOMDocument2>> LoadAll(const std::string& start) {
-    std::map<std::string, ComPtr<IXMLDOMDocument2>> documents;
-    if (!std::filesystem::is_directory(MV_SAMPLE_DOCUMENTS)) return documents;
-    for (const auto& entry : std::filesystem::directory_iterator(MV_SAMPLE_DOCUMENTS)) {
-        const std::string name = entry.path().filename().string();
-        std::ifstream file(entry.path(), std::ios::binary);
-        if (name.starts_with(start)) documents[name] = Load({std::istreambuf_iterator<char>(file), {}});
-    }
-    return documents;
+ComPtr<IXMLDOMDocument2> LoadFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return Load({std::istreambuf_iterator<char>(file), {}});
 }
 
 // How often each name stands on a child of the root.
@@ -32,10 +26,13 @@ std::map<std::string, int> RootNames(const ComPtr<IXMLDOMDocument2>& document) {
     return names;
 }
 
-TEST_F(Samples, OfTicketsValidateUnchangedAndAreConvertedOnce) {
-    for (const auto& [file, ticket] : LoadAll("ticket-")) {
+TEST_P(Samples, OfTicketsValidateUnchangedAndAreConvertedOnce) {
+    const auto files = ListSampleDocuments(GetParam(), "ticket-");
+    REQUIRE_SAMPLE_DOCUMENTS(GetParam(), files);
+    for (const auto& file : files) {
         SCOPED_TRACE(file);
-        const bool isForeign = file.find("foreign-framework") != std::string::npos;
+        const auto ticket = LoadFile(file);
+        const bool isForeign = file.filename() == "ticket-foreign-framework.xml";
         const std::string infoset = DumpInfoset(ticket.Get());
         EXPECT_EQ(press->ValidatePrintTicket(ticket.Get()), isForeign ? E_FAIL : S_NO_CONFLICT);
         EXPECT_EQ(DumpInfoset(ticket.Get()), infoset);
@@ -55,9 +52,12 @@ TEST_F(Samples, OfTicketsValidateUnchangedAndAreConvertedOnce) {
     }
 }
 
-TEST_F(Samples, OfCapabilitiesAreNoTicketsAndAreCompletedOnce) {
-    for (const auto& [file, capabilities] : LoadAll("capabilities-")) {
+TEST_P(Samples, OfCapabilitiesAreNoTicketsAndAreCompletedOnce) {
+    const auto files = ListSampleDocuments(GetParam(), "capabilities-");
+    REQUIRE_SAMPLE_DOCUMENTS(GetParam(), files);
+    for (const auto& file : files) {
         SCOPED_TRACE(file);
+        const auto capabilities = LoadFile(file);
         EXPECT_EQ(press->ValidatePrintTicket(capabilities.Get()), E_FAIL);
         ASSERT_EQ(press->CompletePrintCapabilities(nullptr, capabilities.Get()), S_OK);
         const std::string once = TextOf(capabilities);
