@@ -33,6 +33,11 @@ Variant InnerReference(VARIANT reference) {
     HRESULT STDMETHODCALLTYPE name parameters override {                                   \
         return this->Hand(result, [&](auto out) { return this->inner_->name arguments; }); \
     }
+#define SEARCHES(name, Result)                                                              \
+    HRESULT STDMETHODCALLTYPE name(BSTR query, Result** found) override {                   \
+        ++this->plan_->searches;                                                            \
+        return this->Hand(found, [&](auto out) { return this->inner_->name(query, out); }); \
+    }
 #define REFUSES(name, parameters) \
     HRESULT STDMETHODCALLTYPE name parameters override { return E_NOTIMPL; }
 
@@ -139,8 +144,8 @@ public:
     REFUSES(put_dataType, (BSTR));
     REFUSES(get_xml, (BSTR*));
     REFUSES(transformNode, (IXMLDOMNode*, BSTR*));
-    HANDS(selectNodes, (BSTR a, IXMLDOMNodeList** b), b, (a, out));
-    HANDS(selectSingleNode, (BSTR a, IXMLDOMNode** b), b, (a, out));
+    SEARCHES(selectNodes, IXMLDOMNodeList);
+    SEARCHES(selectSingleNode, IXMLDOMNode);
     REFUSES(get_parsed, (VARIANT_BOOL*));
     REFUSES(get_namespaceURI, (BSTR*));
     REFUSES(get_prefix, (BSTR*));

@@ -8,6 +8,7 @@
 // Counts the calls on a document and on everything that it hands out.
 struct DomCallPlan {
     long calls = 0;
+    long searches = 0;         // queries among them: each walks through the document
     long failAt = 0;           // 1 for the first call; 0: none fails
     HRESULT failure = E_FAIL;  // what the failing call returns; its out arguments are left alone
 
