@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <cstdio>
+
 namespace {
 
 class LeakListener final : public testing::EmptyTestEventListener {
@@ -22,6 +25,8 @@ class LeakListener final : public testing::EmptyTestEventListener {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A program that loads the driver may have any locale.
+    if (!std::setlocale(LC_ALL, "")) std::fprintf(stderr, "the environment names a locale that this machine lacks\n");
     testing::InitGoogleTest(&argc, argv);
     testing::UnitTest::GetInstance()->listeners().Append(new LeakListener);
     return RUN_ALL_TESTS();
