@@ -4,8 +4,6 @@
 #include <privateblock.h>
 #include <throwscheme.h>
 
-#include <mvutil/persistentattributes.h>
-
 #include <algorithm>
 
 using namespace privateblock;
@@ -54,13 +52,14 @@ bool XDevmode::SetDevmode(DEVMODEW* devmode) {
     devmode_ = devmode;
     block_ = block;
     properties_.clear();
-    DropList();
+    DropLists();
     intact_.reset();
     needsLoad_ = ReadDword(block + kChecksumOffset) != 0 || ReadWord(block + kEntryCountOffset) != 0;
     return needsLoad_;
 }
 
-void XDevmode::DropList() noexcept {
+void XDevmode::DropLists() noexcept {
+    state_.reset();
     list_.reset();
     listNamespace_ = kNoNamespace;
 }
@@ -106,6 +105,15 @@ bool XDevmode::GetPropertyString(WORD key, CXString& text) {
     return value != nullptr;
 }
 
+const PersistentAttributes* XDevmode::GetAttributeBytesState() {
+    if (!state_) {
+        const ByteBuffer* const image = GetProperty(kAttributeStateKey);
+        if (!image) return nullptr;
+        state_.emplace(*image, false, nullptr);
+    }
+    return &*state_;
+}
+
 AttributeBytesIndexedList* XDevmode::GetDocPropAttributeBytesIndexedList() {
     return GetAttributeBytesIndexedList(PersistentAttributes::GetDataModelDocPropNameSpaceId());
 }
@@ -118,16 +126,16 @@ AttributeBytesIndexedList* XDevmode::GetAttributeBytesIndexedList(const Attribut
 
 AttributeBytesIndexedList* XDevmode::GetAttributeBytesIndexedList(DWORD namespaceId) {
     if (list_ && listNamespace_ == namespaceId) return list_.get();
-    DropList();
+    listNamespace_ = kNoNamespace;
     list_ = std::make_unique<AttributeBytesIndexedList>();
     if (!IsBlockIntact()) return list_.get();
 
     const DWORD checksum = ReadDword(block_ + kChecksumOffset);
     if (!GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(namespaceId, checksum, *list_)) {
-        const ByteBuffer* const state = GetProperty(kAttributeStateKey);
+        const PersistentAttributes* const state = GetAttributeBytesState();
         if (!state) return list_.get();
         AttributeBytesRawList rawList;
-        PersistentAttributes(*state, false, nullptr).GetAttributeBytesListForNameSpace(namespaceId, rawList);
+        state->GetAttributeBytesListForNameSpace(namespaceId, rawList);
         list_->ImportFromRawList(rawList);
         list_->Dump(true);
         const bool isCapabilities = namespaceId == PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
@@ -166,7 +174,7 @@ bool XDevmode::SetAttributeBytesState(const ByteBuffer& state) {
     changed[kAttributeStateKey] = std::make_shared<const ByteBuffer>(state);
     if (block_ && SizeWithHeader(changed) > kBytes) return false;
     properties_.swap(changed);
-    DropList();
+    DropLists();
     if (block_) WriteBlock();
     OnPrivateDataCommitted();
     return true;

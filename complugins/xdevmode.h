@@ -3,6 +3,7 @@
 
 #include <mvutil/attributebytes.h>
 #include <mvutil/globalcaches.h>
+#include <mvutil/persistentattributes.h>
 
 #include <map>
 #include <memory>
@@ -43,6 +44,8 @@ public:
     const ByteBuffer* GetProperty(WORD key);
     // The value as UTF-16 text. False, and the text unchanged, when the key is absent.
     bool GetPropertyString(WORD key, CXString& text);
+    // The persistent attribute state (key 1), unpacked once; null when the block has none. Valid as a value is.
+    const PersistentAttributes* GetAttributeBytesState();
     // Replaces the persistent attribute state (key 1) and rewrites the block with a new checksum. False, with neither
     // the object nor the block changed, when the entries would not fit in the block.
     bool SetAttributeBytesState(const ByteBuffer& state);
@@ -70,11 +73,12 @@ private:
     bool IsBlockIntact();
     static std::size_t SizeWithHeader(const Properties& properties) noexcept;
     void WriteBlock() noexcept;
-    void DropList() noexcept;
+    void DropLists() noexcept;
 
     DEVMODEW* devmode_;
     BYTE* block_ = nullptr;
     Properties properties_;
+    std::optional<PersistentAttributes> state_;  // once it was asked for
     std::unique_ptr<AttributeBytesIndexedList> list_;
     DWORD listNamespace_;
     bool needsLoad_ = false;

@@ -11,6 +11,8 @@
 #include <xdevmode.h>
 #include <xoempdev.h>
 
+#include <utility>
+
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/embeddedjobticketimpl");
@@ -51,7 +53,7 @@ HRESULT MorvanePtProvider::EmbedPrivateMvjtInPrintTicket(PrintTicketXmlDocument&
         Bstr text;
         if (GetMorvaneMvjtJobTicketAsCdataSection(xdevmode, text) == S_FALSE) return S_FALSE;
         ComPtr<IXMLDOMElement> parameter;  // after a failure the text is empty, which the document refuses
-        ticket.CreateStringParameterInit(prefix.Get(), kJobTicket, text.Get(), parameter.Put());
+        ticket.CreateStringParameterInit(prefix.Get(), kJobTicket, std::move(text), parameter.Put());
         return InsertFirst(ticket, parameter.Get(), W("MorvanePtProvider::EmbedPrivateMvjtInPrintTicket"));
     });
 }

@@ -13,10 +13,9 @@
 #include <throwscheme.h>
 #include <xdevmode.h>
 
-#include <algorithm>
 #include <cstring>
 #include <stdexcept>
-#include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -49,6 +48,7 @@ HRESULT MorvanePtProvider::AddMorvaneDriverDataCapabilities(PrintCapabilitiesXml
 
 HRESULT MorvanePtProvider::SetMorvaneDriverDataInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& xdevmode) {
     return RunFeatureUnit([&]() -> HRESULT {
+        const ComChecks checks(W("MorvanePtProvider::SetMorvaneDriverDataInPrintTicket"), kSourceUnit);
         const Bstr prefix = ticket.GetPrivatePrefix();
         const BYTE* block = xdevmode.GetOemDevmode();
         if (!block) {  // another driver's DEVMODE: driver data in the ticket cannot be its own
@@ -62,16 +62,22 @@ HRESULT MorvanePtProvider::SetMorvaneDriverDataInPrintTicket(PrintTicketXmlDocum
 
         const int bytes = static_cast<int>(data.size());
         constexpr DWORD kFlags = MorvaneUtilities::kBase64NoLineBreaks;
-        std::basic_string<WCHAR> text(MorvaneUtilities::Base64EncodeGetRequiredLength(bytes, kFlags), W('\0'));
-        int characters = static_cast<int>(text.size());
-        if (!MorvaneUtilities::Base64Encode(data.data(), bytes, text.data(), &characters, kFlags)) return E_FAIL;
-        text.resize(std::min(text.size(), static_cast<std::size_t>(characters)));
+        const auto makeText = [&](const WCHAR* source, int length) {
+            Bstr text;
+            *text.Put() = SysAllocStringLen(source, static_cast<UINT>(length));
+            checks.Require(text.Get() != nullptr, E_OUTOFMEMORY);
+            return text;
+        };
+        const int room = MorvaneUtilities::Base64EncodeGetRequiredLength(bytes, kFlags);
+        int characters = room;
+        Bstr text = makeText(nullptr, room);
+        if (!MorvaneUtilities::Base64Encode(data.data(), bytes, text.Get(), &characters, kFlags)) return E_FAIL;
+        if (characters < room) text = makeText(text.Get(), characters);
 
         DeleteEveryParameterInit(ticket, prefix, kDriverData);
         ComPtr<IXMLDOMElement> parameter;
-        ticket.CreateStringParameterInit(prefix.Get(), kDriverData, CXString(text), parameter.Put());
-        return ComChecks(W("MorvanePtProvider::SetMorvaneDriverDataInPrintTicket"), kSourceUnit)
-            .Succeeds(ticket.GetRootNode()->appendChild(parameter.Get(), nullptr));
+        ticket.CreateStringParameterInit(prefix.Get(), kDriverData, std::move(text), parameter.Put());
+        return checks.Succeeds(ticket.GetRootNode()->appendChild(parameter.Get(), nullptr));
     });
 }
 
@@ -108,11 +114,10 @@ HRESULT MorvanePtProvider::GetMorvaneDriverDataFromPrintTicketAndUpdateDevmode(P
 
 std::unique_ptr<AttributeBytesIndexedList> MorvanePtProvider::CreateDataModelDataAttributeBytesIndexedList(
     XDevmode& xdevmode) {
-    const auto property = xdevmode.GetProperty(privateblock::kAttributeStateKey);
-    if (!property) return nullptr;
+    const PersistentAttributes* const state = xdevmode.GetAttributeBytesState();
+    if (!state) return nullptr;
     AttributeBytesRawList stored;
-    PersistentAttributes(*property, false, nullptr)
-        .GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId(), stored);
+    state->GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId(), stored);
     auto list = std::make_unique<AttributeBytesIndexedList>();
     list->ImportFromRawList(stored);
     return list;
@@ -120,13 +125,13 @@ std::unique_ptr<AttributeBytesIndexedList> MorvanePtProvider::CreateDataModelDat
 
 void MorvanePtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(
     XDevmode& xdevmode, const AttributeBytesIndexedList* list) {
-    const auto property = xdevmode.GetProperty(privateblock::kAttributeStateKey);
-    if (!property || !list) return;
-    PersistentAttributes attributes(*property, false, nullptr);
+    const PersistentAttributes* const state = xdevmode.GetAttributeBytesState();
+    if (!state || !list) return;
+    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
     AttributeBytesRawList documentProperties, deviceCapabilities;
     documentProperties.ImportFromIndexedList(*list);
-    attributes.GetAttributeBytesListForNameSpace(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId(),
-                                                 deviceCapabilities);
+    state->GetAttributeBytesListForNameSpace(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId(),
+                                             deviceCapabilities);
     AttributeBytesNameSpaces nameSpaces;
     nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetDataModelDocPropNameSpaceId(), documentProperties);
     nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId(), deviceCapabilities);

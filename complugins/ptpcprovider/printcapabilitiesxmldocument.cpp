@@ -10,6 +10,7 @@ namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printcapabilitiesxmldocument");
 constexpr const WCHAR* kRelative = W(".");  // start of a query below a node
+constexpr ConstantBstr kConstrainedAttribute(W("constrained"));
 
 // A property of the framework namespace with its value.
 struct TypedProperty {
@@ -86,7 +87,7 @@ HRESULT PrintCapabilitiesXmlDocument::CreateOption(const WCHAR* name, const WCHA
     CreateNamedElement(W("Option"), prefix, name, created.Put());
     AppendDisplayName(created.Get(), displayName);
     if (!IsEmpty(constraint)) {
-        AppendXMLAttribute(created.Get(), W("constrained"), nullptr, Join(checks, KeywordsPrefix(), constraint).Get());
+        SetAttribute(created.Get(), kConstrainedAttribute.Get(), nullptr, Join(checks, KeywordsPrefix(), constraint));
     }
     *option = created.Detach();
     return S_OK;
@@ -161,7 +162,8 @@ HRESULT PrintCapabilitiesXmlDocument::GetParameterDefNodeIfExists(const WCHAR* p
     checks.Require(node != nullptr, E_POINTER);
     *node = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddParameterDef(prefix, name); });
+    const Bstr query =
+        ComposeQuery(PrefixOf(NamespaceKind::Framework), [&](auto& steps) { steps.AddParameterDef(prefix, name); });
     return GetNode(query.Get(), node);
 }
 
@@ -175,7 +177,7 @@ ComPtr<IXMLDOMNodeList> PrintCapabilitiesXmlDocument::GetChildOptionNodes(IXMLDO
     const ComChecks checks(W("PrintCapabilitiesXmlDocument::GetChildOptionNodes"), kSourceUnit);
     checks.Require(feature != nullptr, E_POINTER);
     CXString query;
-    query.Format(W("./%sOption"), GetFrameworkPrefix().Get());
+    query.Format(W("./%sOption"), PrefixOf(NamespaceKind::Framework).Get());
     ComPtr<IXMLDOMNodeList> options;
     checks.Require(
         Found(checks, feature->selectNodes(CopyText(checks, query.AsWideString()).Get(), options.Put()), options),
@@ -190,7 +192,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildOptionNodeIfExists(IXMLDOMNode* fe
     *option = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
     const Bstr query = ComposeQuery(
-        GetFrameworkPrefix(), [&](auto& steps) { steps.AddChildOptionName(prefix, name); }, kRelative);
+        PrefixOf(NamespaceKind::Framework), [&](auto& steps) { steps.AddChildOptionName(prefix, name); }, kRelative);
     ComPtr<IXMLDOMNode> found;
     if (!Found(checks, feature->selectSingleNode(query.Get(), found.Put()), found)) return S_FALSE;
     *option = found.Detach();
@@ -202,8 +204,8 @@ CXString PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLD
     checks.Require(node != nullptr, E_POINTER);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
     const Bstr query = ComposeQuery(
-        GetFrameworkPrefix(), [&](auto& steps) { steps.AddScoredProperty(GetKeywordsPrefix().Get(), name); },
-        kRelative);
+        PrefixOf(NamespaceKind::Framework),
+        [&](auto& steps) { steps.AddScoredProperty(PrefixOf(NamespaceKind::Keywords).Get(), name); }, kRelative);
     ComPtr<IXMLDOMNode> property;
     checks.Require(Found(checks, node->selectSingleNode(query.Get(), property.Put()), property), E_FAIL);
     Bstr text;
@@ -218,11 +220,12 @@ HRESULT PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue(IXMLDOMNod
     const ComChecks checks(W("PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue"), kSourceUnit);
     checks.Require(node != nullptr, E_INVALIDARG);
     const Bstr query = ComposeQuery(
-        GetFrameworkPrefix(),
-        [&](auto& steps) { steps.AddChildPropertyValue(GetKeywordsPrefix().Get(), W("DisplayName")); }, kRelative);
+        PrefixOf(NamespaceKind::Framework),
+        [&](auto& steps) { steps.AddChildPropertyValue(PrefixOf(NamespaceKind::Keywords).Get(), W("DisplayName")); },
+        kRelative);
     ComPtr<IXMLDOMNode> value;
     if (!Found(checks, node->selectSingleNode(query.Get(), value.Put()), value)) return kElementNotFound;
-    checks.Succeeds(value->put_text(CopyWritable(checks, ViewOf(text)).Get()));
+    checks.Succeeds(value->put_text(MakeWritable(CopyText(checks, ViewOf(text))).Get()));
     return S_OK;
 }
 

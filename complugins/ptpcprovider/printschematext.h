@@ -28,6 +28,21 @@ inline CXString FormatUnsignedInteger(ULONG value) {
     return text;
 }
 
+// A constant text that is a BSTR without being made one, for arguments that are only read: its length in bytes stands
+// before it.
+template <std::size_t Units>
+class ConstantBstr {
+public:
+    explicit constexpr ConstantBstr(const WCHAR (&text)[Units]) { std::copy_n(text, Units, text_); }
+    BSTR Get() const noexcept { return const_cast<BSTR>(text_); }
+
+private:
+    DWORD bytes_ = (Units - 1) * sizeof(WCHAR);
+    WCHAR text_[Units] = {};
+};
+
+inline constexpr ConstantBstr kNameAttribute(W("name"));
+
 // New texts: of both, one after the other, and a copy. Lack of memory is the method's own failure, E_OUTOFMEMORY; so no
 // Bstr is made in these classes but here.
 inline Bstr Join(const ComChecks& checks, WideStringView left, WideStringView right, LONG line = __builtin_LINE()) {
@@ -42,21 +57,21 @@ inline Bstr CopyText(const ComChecks& checks, WideStringView text, LONG line = _
     return Join(checks, text, {}, line);
 }
 
-// A new copy as a document can hold it: U+FFFD stands for control characters, U+FFFE, U+FFFF and halves of characters.
+// The text as a document can hold it: U+FFFD stands for control characters, U+FFFE, U+FFFF and halves of characters.
 // What a DOM does with these is its own affair; none can write them.
-inline Bstr CopyWritable(const ComChecks& checks, WideStringView text, LONG line = __builtin_LINE()) {
+inline Bstr MakeWritable(Bstr writable) {
     constexpr WCHAR kReplacement = 0xFFFD;
+    const WideStringView text = writable.View();
     const auto isHalf = [&](std::size_t at, unsigned kind) { return at < text.size() && (text[at] & 0xFC00u) == kind; };
-    Bstr copy = CopyText(checks, text, line);
     for (std::size_t at = 0; at < text.size(); ++at) {
         const unsigned unit = text[at];
         const bool isControl = unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r';
         if (isHalf(at, 0xD800) && isHalf(at + 1, 0xDC00))
             ++at;  // a whole character
         else if (isControl || (unit & 0xF800u) == 0xD800 || unit >= 0xFFFE)
-            copy.Get()[at] = kReplacement;
+            writable.Get()[at] = kReplacement;
     }
-    return copy;
+    return writable;
 }
 
 // Throws the failure of a lookup; else says whether it found anything.

@@ -1,7 +1,5 @@
-// Prefixes, lookups and deletion in a Print Schema document.
+// Lookups and deletion in a Print Schema document.
 #include "printschemaxmldocument.h"
-
-#include <printsubsystem/printschema.h>
 
 #include "printschematext.h"
 #include "printticketquerybuilder.h"
@@ -11,7 +9,6 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printschemaxmldocument");
-constexpr WideStringView kDeclarationStart = W("xmlns:");
 
 }  // namespace
 
@@ -43,48 +40,6 @@ HRESULT GetTrimmedText(IXMLDOMNode* node, Bstr* text) {
     if (!copy.Get()) return E_OUTOFMEMORY;
     *text = std::move(copy);
     return hr;
-}
-
-// ---- prefixes
-
-const Bstr& PrintSchemaXmlDocument::PrefixOf(NamespaceKind kind) const {
-    switch (kind) {
-        case NamespaceKind::Framework:
-            return psfPrefix_;
-        case NamespaceKind::Keywords:
-            return pskPrefix_;
-        case NamespaceKind::Private:
-            return privatePrefix_;
-    }
-    ThrowComException(W("PrintSchemaXmlDocument::GetNsPrefix"), E_INVALIDARG, kSourceUnit);
-}
-
-Bstr PrintSchemaXmlDocument::GetNsPrefix(NamespaceKind kind) const {
-    const ComChecks checks(W("PrintSchemaXmlDocument::GetNsPrefix"), kSourceUnit);
-    return CopyText(checks, PrefixOf(kind).View());
-}
-
-HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const WCHAR* uri, Bstr* prefix) const {
-    const ComChecks checks(W("PrintSchemaXmlDocument::GetPrefixFromURI"), kSourceUnit);
-    checks.Require(prefix != nullptr, E_POINTER);
-    checks.Require(!IsEmpty(uri), E_INVALIDARG);
-    checks.Require(HasDocument(), kNoDocument);
-
-    ComPtr<IXMLDOMNamedNodeMap> attributes;
-    if (!Found(checks, rootNode_->get_attributes(attributes.Put()), attributes)) return S_FALSE;
-    checks.Succeeds(attributes->reset());
-    ComPtr<IXMLDOMNode> attribute;
-    while (Found(checks, attributes->nextNode(attribute.Put()), attribute)) {
-        Variant value;
-        checks.Succeeds(attribute->get_nodeValue(value.Put()));
-        if (value.Text() != uri) continue;
-        Bstr name;
-        checks.Succeeds(attribute->get_nodeName(name.Put()));
-        checks.Require(name.View().starts_with(kDeclarationStart) && name.View() != kDeclarationStart, E_FAIL);
-        *prefix = Join(checks, name.View().substr(kDeclarationStart.size()), W(":"));
-        return S_OK;
-    }
-    return S_FALSE;
 }
 
 // ---- lookups

@@ -123,19 +123,29 @@ protected:
     HRESULT CreateNamedElement(const WCHAR* localName, WideStringView prefix, const WCHAR* name,
                                IXMLDOMElement** element);
     // Appends a Value of an XML Schema type to the element, on behalf of the method of the checks.
-    void AppendTypedValue(const ComChecks& checks, IXMLDOMElement* element, const WCHAR* type, const WCHAR* value);
+    void AppendTypedValue(const ComChecks& checks, IXMLDOMElement* element, const WCHAR* type, Bstr value);
+    // CreateXMLElement and AppendXMLAttribute, for texts that are BSTRs already; a null URI stands for no namespace.
+    ComPtr<IXMLDOMElement> CreateElement(BSTR qualifiedName);
+    void SetAttribute(IXMLDOMElement* element, BSTR qualifiedName, BSTR namespaceUri, Bstr value);
 
     // Deletes every node that the query selects.
     void DeleteSelected(const ComChecks& checks, const WCHAR* query);
 
+    const Bstr& PrefixOf(NamespaceKind kind) const;
     WideStringView FrameworkPrefix() const noexcept { return psfPrefix_.View(); }
     WideStringView KeywordsPrefix() const noexcept { return pskPrefix_.View(); }
     WideStringView PrivatePrefix() const noexcept { return privatePrefix_.View(); }
     WideStringView SchemaPrefix() const noexcept { return xsdPrefix_.View(); }
 
 private:
-    const Bstr& PrefixOf(NamespaceKind kind) const;
-    void SetProperty(const ComChecks& checks, WideStringView name, WideStringView value);
+    struct RootAttribute {
+        ComPtr<IXMLDOMNode> node;
+        Variant value;
+    };
+
+    std::vector<RootAttribute> ListRootAttributes() const;
+    static HRESULT FindPrefix(const std::vector<RootAttribute>& attributes, WideStringView uri, Bstr* prefix);
+    void SetProperty(const ComChecks& checks, BSTR name, Bstr value);
     void SetSelectionNamespace(const ComChecks& checks, WideStringView prefix);
     bool FindRoot(const ComChecks& checks);
     void NormalizePrivatePrefix(const ComChecks& checks);

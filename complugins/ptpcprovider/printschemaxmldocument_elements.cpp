@@ -4,11 +4,13 @@
 #include "printschematext.h"
 #include "printschemaxmldocument.h"
 
+#include <utility>
+
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printschemaxmldocument");
-constexpr const WCHAR* kNameAttribute = W("name");
-constexpr WideStringView kElementNamespace = kFrameworkNamespace;
+constexpr ConstantBstr kElementNamespace(kFrameworkNamespace);
+constexpr ConstantBstr kInstanceNamespace(kXmlSchemaInstanceNamespace);
 
 }  // namespace
 
@@ -17,48 +19,55 @@ HRESULT PrintSchemaXmlDocument::CreateXMLElement(const WCHAR* qualifiedName, IXM
     checks.Require(element != nullptr, E_POINTER);
     *element = nullptr;
     checks.Require(qualifiedName != nullptr, E_INVALIDARG);
+    *element = CreateElement(CopyText(checks, qualifiedName).Get()).Detach();
+    return S_OK;
+}
+
+ComPtr<IXMLDOMElement> PrintSchemaXmlDocument::CreateElement(BSTR qualifiedName) {
+    const ComChecks checks(W("PrintSchemaXmlDocument::CreateXMLElement"), kSourceUnit);
     checks.Require(HasDocument(), kNoDocument);
     ComPtr<IXMLDOMNode> node;
-    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ELEMENT)).Get(),
-                                          CopyText(checks, qualifiedName).Get(),
-                                          CopyText(checks, kElementNamespace).Get(), node.Put()));
-    *element = QueryFor<IXMLDOMElement>(checks, node.Get(), IID_IXMLDOMElement).Detach();
-    return S_OK;
+    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ELEMENT)).Get(), qualifiedName,
+                                          kElementNamespace.Get(), node.Put()));
+    return QueryFor<IXMLDOMElement>(checks, node.Get(), IID_IXMLDOMElement);
 }
 
 HRESULT PrintSchemaXmlDocument::AppendXMLAttribute(IXMLDOMElement* element, const WCHAR* qualifiedName,
                                                    const WCHAR* namespaceUri, const WCHAR* value) {
     const ComChecks checks(W("PrintSchemaXmlDocument::AppendXMLAttribute"), kSourceUnit);
     checks.Require(element && qualifiedName && value, E_INVALIDARG);
-    checks.Require(HasDocument(), kNoDocument);
     const Bstr uri = namespaceUri ? CopyText(checks, namespaceUri) : Bstr();
+    SetAttribute(element, CopyText(checks, qualifiedName).Get(), uri.Get(), CopyText(checks, value));
+    return S_OK;
+}
+
+void PrintSchemaXmlDocument::SetAttribute(IXMLDOMElement* element, BSTR qualifiedName, BSTR namespaceUri, Bstr value) {
+    const ComChecks checks(W("PrintSchemaXmlDocument::AppendXMLAttribute"), kSourceUnit);
+    checks.Require(HasDocument(), kNoDocument);
     ComPtr<IXMLDOMNode> node;
-    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ATTRIBUTE)).Get(),
-                                          CopyText(checks, qualifiedName).Get(), uri.Get(), node.Put()));
-    checks.Succeeds(node->put_nodeValue(Variant(CopyWritable(checks, value)).Get()));
+    checks.Succeeds(document_->createNode(Variant(static_cast<LONG>(NODE_ATTRIBUTE)).Get(), qualifiedName, namespaceUri,
+                                          node.Put()));
+    checks.Succeeds(node->put_nodeValue(Variant(MakeWritable(std::move(value))).Get()));
     const auto attribute = QueryFor<IXMLDOMAttribute>(checks, node.Get(), IID_IXMLDOMAttribute);
     ComPtr<IXMLDOMAttribute> replaced;
     checks.Succeeds(element->setAttributeNode(attribute.Get(), replaced.Put()));
-    return S_OK;
 }
 
 HRESULT PrintSchemaXmlDocument::CreateNamedElement(const WCHAR* localName, WideStringView prefix, const WCHAR* name,
                                                    IXMLDOMElement** element) {
     const ComChecks checks(W("PrintSchemaXmlDocument::CreateNamedElement"), kSourceUnit);
-    ComPtr<IXMLDOMElement> created;
-    CreateXMLElement(Join(checks, FrameworkPrefix(), localName).Get(), created.Put());
-    AppendXMLAttribute(created.Get(), kNameAttribute, nullptr, Join(checks, prefix, name).Get());
+    ComPtr<IXMLDOMElement> created = CreateElement(Join(checks, FrameworkPrefix(), localName).Get());
+    SetAttribute(created.Get(), kNameAttribute.Get(), nullptr, Join(checks, prefix, name));
     *element = created.Detach();
     return S_OK;
 }
 
 void PrintSchemaXmlDocument::AppendTypedValue(const ComChecks& checks, IXMLDOMElement* element, const WCHAR* type,
-                                              const WCHAR* value) {
-    ComPtr<IXMLDOMElement> child;
-    CreateXMLElement(Join(checks, FrameworkPrefix(), W("Value")).Get(), child.Put());
-    AppendXMLAttribute(child.Get(), Join(checks, xsiPrefix_.View(), W("type")).Get(), kXmlSchemaInstanceNamespace,
-                       Join(checks, SchemaPrefix(), type).Get());
-    if (!IsEmpty(value)) checks.Succeeds(child->put_text(CopyWritable(checks, value).Get()));
+                                              Bstr value) {
+    const ComPtr<IXMLDOMElement> child = CreateElement(Join(checks, FrameworkPrefix(), W("Value")).Get());
+    SetAttribute(child.Get(), Join(checks, xsiPrefix_.View(), W("type")).Get(), kInstanceNamespace.Get(),
+                 Join(checks, SchemaPrefix(), type));
+    if (!value.IsEmpty()) checks.Succeeds(child->put_text(MakeWritable(std::move(value)).Get()));
     AppendChild(element, child.Get());
 }
 
@@ -80,7 +89,7 @@ HRESULT PrintSchemaXmlDocument::CreateProperty(NamespaceKind kind, const WCHAR* 
     checks.Require(!IsEmpty(name) && !IsEmpty(type), E_INVALIDARG);
     ComPtr<IXMLDOMElement> created;
     CreateProperty(kind, name, created.Put());
-    AppendTypedValue(checks, created.Get(), type, value);
+    AppendTypedValue(checks, created.Get(), type, CopyText(checks, ViewOf(value)));
     *property = created.Detach();
     return S_OK;
 }
@@ -101,7 +110,7 @@ HRESULT PrintSchemaXmlDocument::CreateScoredProperty(const WCHAR* name, const WC
     checks.Require(!IsEmpty(name) && !IsEmpty(type) && !IsEmpty(value), E_INVALIDARG);
     ComPtr<IXMLDOMElement> created;
     CreateScoredProperty(name, created.Put());
-    AppendTypedValue(checks, created.Get(), type, value);
+    AppendTypedValue(checks, created.Get(), type, CopyText(checks, ViewOf(value)));
     *property = created.Detach();
     return S_OK;
 }

@@ -10,18 +10,22 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("printschemaxmldocument");
+constexpr ComChecks kPrefixLookup(W("PrintSchemaXmlDocument::GetPrefixFromURI"), kSourceUnit);
 constexpr ComChecks kConstruction(W("PrintSchemaXmlDocument::PrintSchemaXmlDocument"), kSourceUnit);
+constexpr ConstantBstr kSelectionLanguage(W("SelectionLanguage"));
+constexpr ConstantBstr kSelectionNamespaces(W("SelectionNamespaces"));
+constexpr WideStringView kDeclarationStart = W("xmlns:");
 constexpr WideStringView kSelectionPrefix = W("psf");              // until the document's own is known
 constexpr WideStringView kUndeclaredPrivatePrefix = W("ns0000:");  // where the root does not declare the namespace
 constexpr WideStringView kNormalPrivatePrefix = W("mk:");
-constexpr const WCHAR* kNormalPrivateDeclaration = W("xmlns:mk");
+constexpr ConstantBstr kNormalPrivateDeclaration(W("xmlns:mk"));
 
 // An attribute of a node; null when the node has none of that name.
-ComPtr<IXMLDOMNode> FindAttribute(const ComChecks& checks, IXMLDOMNode* node, const WCHAR* name) {
+ComPtr<IXMLDOMNode> FindAttribute(const ComChecks& checks, IXMLDOMNode* node, BSTR name) {
     ComPtr<IXMLDOMNamedNodeMap> attributes;
     ComPtr<IXMLDOMNode> attribute;
     if (!Found(checks, node->get_attributes(attributes.Put()), attributes)) return attribute;
-    const HRESULT hr = attributes->getNamedItem(CopyText(checks, name).Get(), attribute.Put());
+    const HRESULT hr = attributes->getNamedItem(name, attribute.Put());
     if (!Found(checks, hr, attribute)) attribute.Reset();
     return attribute;
 }
@@ -42,7 +46,7 @@ struct PrefixScope {
 WideStringView Bare(WideStringView prefix) noexcept { return prefix.substr(0, prefix.find(W(':'))); }
 
 // What the node's own declaration says, if it has one: whether it is of the private namespace.
-std::optional<bool> DeclaresPrivate(const ComChecks& checks, IXMLDOMNode* node, const WCHAR* declarationName) {
+std::optional<bool> DeclaresPrivate(const ComChecks& checks, IXMLDOMNode* node, BSTR declarationName) {
     const ComPtr<IXMLDOMNode> declaration = FindAttribute(checks, node, declarationName);
     if (!declaration) return std::nullopt;
     return GetValue(checks, declaration.Get()).Text() == kPrivateKeywordsNamespace;
@@ -50,7 +54,7 @@ std::optional<bool> DeclaresPrivate(const ComChecks& checks, IXMLDOMNode* node, 
 
 // The node's name attribute, when it begins with the prefix; else null.
 ComPtr<IXMLDOMNode> FindPrefixedName(const ComChecks& checks, IXMLDOMNode* node, WideStringView prefix) {
-    ComPtr<IXMLDOMNode> name = FindAttribute(checks, node, W("name"));
+    ComPtr<IXMLDOMNode> name = FindAttribute(checks, node, kNameAttribute.Get());
     if (name && !GetValue(checks, name.Get()).Text().starts_with(prefix)) name.Reset();
     return name;
 }
@@ -61,33 +65,88 @@ PrintSchemaXmlDocument::PrintSchemaXmlDocument(const WCHAR* rootName, IXMLDOMDoc
     : document_(ComPtr<IXMLDOMDocument2>::Share(document)), rootName_(CopyText(kConstruction, ViewOf(rootName))) {
     const ComChecks& checks = kConstruction;
     if (!HasDocument()) return;
-    SetProperty(checks, W("SelectionLanguage"), W("XPath"));
+    SetProperty(checks, kSelectionLanguage.Get(), CopyText(checks, W("XPath")));
     SetSelectionNamespace(checks, kSelectionPrefix);
     checks.Require(FindRoot(checks), S_FALSE);
 
-    if (GetPrefixFromURI(kPrivateKeywordsNamespace, &privatePrefix_) == S_OK) {
+    // One walk for all prefixes; what becomes of the private one changes no other declaration.
+    const std::vector<RootAttribute> attributes = ListRootAttributes();
+    if (FindPrefix(attributes, kPrivateKeywordsNamespace, &privatePrefix_) == S_OK) {
         NormalizePrivatePrefix(checks);
     } else {
         privatePrefix_ = CopyText(checks, kUndeclaredPrivatePrefix);
     }
-    GetPrefixFromURI(kFrameworkNamespace, &psfPrefix_);
-    GetPrefixFromURI(kKeywordsNamespace, &pskPrefix_);
-    GetPrefixFromURI(kXmlSchemaInstanceNamespace, &xsiPrefix_);
-    GetPrefixFromURI(kXmlSchemaNamespace, &xsdPrefix_);
+    FindPrefix(attributes, kFrameworkNamespace, &psfPrefix_);
+    FindPrefix(attributes, kKeywordsNamespace, &pskPrefix_);
+    FindPrefix(attributes, kXmlSchemaInstanceNamespace, &xsiPrefix_);
+    FindPrefix(attributes, kXmlSchemaNamespace, &xsdPrefix_);
     checks.Require(!psfPrefix_.IsEmpty(), E_FAIL);
     SetSelectionNamespace(checks, Bare(psfPrefix_.View()));
 }
 
 PrintSchemaXmlDocument::~PrintSchemaXmlDocument() = default;
 
-void PrintSchemaXmlDocument::SetProperty(const ComChecks& checks, WideStringView name, WideStringView value) {
-    checks.Succeeds(document_->setProperty(CopyText(checks, name).Get(), Variant(CopyText(checks, value)).Get()));
+const Bstr& PrintSchemaXmlDocument::PrefixOf(NamespaceKind kind) const {
+    switch (kind) {
+        case NamespaceKind::Framework:
+            return psfPrefix_;
+        case NamespaceKind::Keywords:
+            return pskPrefix_;
+        case NamespaceKind::Private:
+            return privatePrefix_;
+    }
+    ThrowComException(W("PrintSchemaXmlDocument::GetNsPrefix"), E_INVALIDARG, kSourceUnit);
+}
+
+Bstr PrintSchemaXmlDocument::GetNsPrefix(NamespaceKind kind) const {
+    const ComChecks checks(W("PrintSchemaXmlDocument::GetNsPrefix"), kSourceUnit);
+    return CopyText(checks, PrefixOf(kind).View());
+}
+
+std::vector<PrintSchemaXmlDocument::RootAttribute> PrintSchemaXmlDocument::ListRootAttributes() const {
+    const ComChecks& checks = kPrefixLookup;
+    std::vector<RootAttribute> list;
+    ComPtr<IXMLDOMNamedNodeMap> attributes;
+    if (!Found(checks, rootNode_->get_attributes(attributes.Put()), attributes)) return list;
+    checks.Succeeds(attributes->reset());
+    ComPtr<IXMLDOMNode> attribute;
+    while (Found(checks, attributes->nextNode(attribute.Put()), attribute)) {
+        Variant value = GetValue(checks, attribute.Get());
+        list.push_back({std::move(attribute), std::move(value)});
+    }
+    return list;
+}
+
+HRESULT PrintSchemaXmlDocument::FindPrefix(const std::vector<RootAttribute>& attributes, WideStringView uri,
+                                           Bstr* prefix) {
+    const ComChecks& checks = kPrefixLookup;
+    for (const RootAttribute& attribute : attributes) {
+        if (attribute.value.Text() != uri) continue;
+        Bstr name;
+        checks.Succeeds(attribute.node->get_nodeName(name.Put()));
+        checks.Require(name.View().starts_with(kDeclarationStart) && name.View() != kDeclarationStart, E_FAIL);
+        *prefix = Join(checks, name.View().substr(kDeclarationStart.size()), W(":"));
+        return S_OK;
+    }
+    return S_FALSE;
+}
+
+HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const WCHAR* uri, Bstr* prefix) const {
+    const ComChecks& checks = kPrefixLookup;
+    checks.Require(prefix != nullptr, E_POINTER);
+    checks.Require(!IsEmpty(uri), E_INVALIDARG);
+    checks.Require(HasDocument(), kNoDocument);
+    return FindPrefix(ListRootAttributes(), uri, prefix);
+}
+
+void PrintSchemaXmlDocument::SetProperty(const ComChecks& checks, BSTR name, Bstr value) {
+    checks.Succeeds(document_->setProperty(name, Variant(std::move(value)).Get()));
 }
 
 void PrintSchemaXmlDocument::SetSelectionNamespace(const ComChecks& checks, WideStringView prefix) {
     CXString declaration;
     declaration.Format(W("xmlns:%s='%s'"), CopyText(checks, prefix).Get(), kFrameworkNamespace);
-    SetProperty(checks, W("SelectionNamespaces"), declaration.AsWideString());
+    SetProperty(checks, kSelectionNamespaces.Get(), CopyText(checks, declaration.AsWideString()));
 }
 
 // Takes the root element when it is the framework's of this document's root name. The query alone would also find such
@@ -130,7 +189,8 @@ std::optional<std::vector<ComPtr<IXMLDOMNode>>> PrintSchemaXmlDocument::FindPriv
         pending.pop_back();
         PrefixScope scope = around;
         if (const auto own = DeclaresPrivate(checks, node.Get(), declarationName.Get())) scope.isPrivate = *own;
-        if (const auto own = DeclaresPrivate(checks, node.Get(), kNormalPrivateDeclaration)) scope.isMkForeign = !*own;
+        if (const auto own = DeclaresPrivate(checks, node.Get(), kNormalPrivateDeclaration.Get()))
+            scope.isMkForeign = !*own;
         ComPtr<IXMLDOMNode> name, sibling, child;
         if (scope.isPrivate) name = FindPrefixedName(checks, node.Get(), privatePrefix_.View());
         const bool isRoot = node.Get() == rootNode_.Get();
@@ -160,10 +220,10 @@ void PrintSchemaXmlDocument::RenamePrivateDeclaration(const ComChecks& checks) {
     if (!declaration) return;
     const Variant uri = GetValue(checks, declaration.Get());
     // The root may declare mk for the private namespace already, behind the prefix that was found first.
-    if (!FindAttribute(checks, rootNode_.Get(), kNormalPrivateDeclaration)) {
+    if (!FindAttribute(checks, rootNode_.Get(), kNormalPrivateDeclaration.Get())) {
         const auto root = QueryFor<IXMLDOMElement>(checks, rootNode_.Get(), IID_IXMLDOMElement);
         try {
-            AppendXMLAttribute(root.Get(), kNormalPrivateDeclaration, W(""), CXString(WideString(uri.Text())));
+            AppendXMLAttribute(root.Get(), kNormalPrivateDeclaration.Get(), W(""), CXString(WideString(uri.Text())));
         } catch (const MorvaneComException& exception) {
             checks.Throw(exception.GetHresult());
         }

@@ -5,6 +5,7 @@
 #include "printticketquerybuilder.h"
 
 #include <unordered_set>
+#include <utility>
 
 namespace {
 
@@ -21,8 +22,8 @@ HRESULT PrintTicketXmlDocument::GetFeatureOption(const WCHAR* feature, Bstr* opt
     const ComChecks checks(W("PrintTicketXmlDocument::GetFeatureOption"), kSourceUnit);
     checks.Require(optionName && optionPrefix, E_POINTER);
     checks.Require(!IsEmpty(feature), E_INVALIDARG);
-    const Bstr keywordsPrefix = GetKeywordsPrefix();
-    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) {
+    const Bstr& keywordsPrefix = PrefixOf(NamespaceKind::Keywords);
+    const Bstr query = ComposeQuery(PrefixOf(NamespaceKind::Framework), [&](auto& steps) {
         steps.AddFeature(keywordsPrefix.Get(), feature);
         steps.AddOption(keywordsPrefix.Get());
     });
@@ -46,8 +47,8 @@ HRESULT PrintTicketXmlDocument::GetScoredPropertyValue(const WCHAR* feature, con
     checks.Require(text != nullptr, E_POINTER);
     text->Reset();
     checks.Require(!IsEmpty(feature) && !IsEmpty(scoredProperty), E_INVALIDARG);
-    const Bstr keywordsPrefix = GetKeywordsPrefix();
-    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) {
+    const Bstr& keywordsPrefix = PrefixOf(NamespaceKind::Keywords);
+    const Bstr query = ComposeQuery(PrefixOf(NamespaceKind::Framework), [&](auto& steps) {
         steps.AddFeature(keywordsPrefix.Get(), feature);
         steps.AddScoredProperty(keywordsPrefix.Get(), scoredProperty);
     });
@@ -71,7 +72,8 @@ HRESULT PrintTicketXmlDocument::GetParameterInitNodeIfExists(const WCHAR* prefix
     checks.Require(node != nullptr, E_POINTER);
     *node = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddParameterInit(prefix, name); });
+    const Bstr query =
+        ComposeQuery(PrefixOf(NamespaceKind::Framework), [&](auto& steps) { steps.AddParameterInit(prefix, name); });
     return GetNode(query.Get(), node);
 }
 
@@ -81,7 +83,7 @@ HRESULT PrintTicketXmlDocument::GetParameterInitValueNodeIfExists(const WCHAR* p
     checks.Require(node != nullptr, E_POINTER);
     *node = nullptr;
     checks.Require(!IsEmpty(name), E_INVALIDARG);
-    const Bstr query = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) {
+    const Bstr query = ComposeQuery(PrefixOf(NamespaceKind::Framework), [&](auto& steps) {
         steps.AddParameterInit(prefix, name);
         steps.AddValue();
     });
@@ -98,9 +100,8 @@ HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(const WCHAR* feature, IX
     *optionElement = nullptr;
     checks.Require(!IsEmpty(feature), E_INVALIDARG);
     ComPtr<IXMLDOMElement> newFeature;
-    ComPtr<IXMLDOMElement> newOption;
     CreateNamedElement(W("Feature"), KeywordsPrefix(), feature, newFeature.Put());
-    CreateXMLElement(Join(checks, FrameworkPrefix(), W("Option")).Get(), newOption.Put());
+    ComPtr<IXMLDOMElement> newOption = CreateElement(Join(checks, FrameworkPrefix(), W("Option")).Get());
     AppendChild(newFeature.Get(), newOption.Get());
     *featureElement = newFeature.Detach();
     *optionElement = newOption.Detach();
@@ -118,21 +119,21 @@ HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(const WCHAR* feature, bo
     ComPtr<IXMLDOMElement> newFeature;
     ComPtr<IXMLDOMElement> newOption;
     CreateFeatureOptionPair(feature, newFeature.Put(), newOption.Put());
-    AppendXMLAttribute(newOption.Get(), W("name"), nullptr,
-                       Join(checks, optionIsKeyword ? KeywordsPrefix() : PrivatePrefix(), option).Get());
+    SetAttribute(newOption.Get(), kNameAttribute.Get(), nullptr,
+                 Join(checks, optionIsKeyword ? KeywordsPrefix() : PrivatePrefix(), option));
     *featureElement = newFeature.Detach();
     *optionElement = newOption.Detach();
     return S_OK;
 }
 
 HRESULT PrintTicketXmlDocument::CreateParameterInit(const ComChecks& checks, const WCHAR* prefix, const WCHAR* name,
-                                                    const WCHAR* type, const WCHAR* value, IXMLDOMElement** parameter) {
+                                                    const WCHAR* type, Bstr value, IXMLDOMElement** parameter) {
     checks.Require(parameter != nullptr, E_POINTER);
     *parameter = nullptr;
-    checks.Require(!IsEmpty(prefix) && !IsEmpty(name) && !IsEmpty(value), E_INVALIDARG);
+    checks.Require(!IsEmpty(prefix) && !IsEmpty(name) && !value.IsEmpty(), E_INVALIDARG);
     ComPtr<IXMLDOMElement> created;
     CreateNamedElement(W("ParameterInit"), prefix, name, created.Put());
-    AppendTypedValue(checks, created.Get(), type, value);
+    AppendTypedValue(checks, created.Get(), type, std::move(value));
     *parameter = created.Detach();
     return S_OK;
 }
@@ -140,19 +141,27 @@ HRESULT PrintTicketXmlDocument::CreateParameterInit(const ComChecks& checks, con
 HRESULT PrintTicketXmlDocument::CreateStringParameterInit(const WCHAR* prefix, const WCHAR* name, const WCHAR* value,
                                                           IXMLDOMElement** parameter) {
     const ComChecks checks(W("PrintTicketXmlDocument::CreateStringParameterInit"), kSourceUnit);
-    return CreateParameterInit(checks, prefix, name, W("string"), value, parameter);
+    return CreateStringParameterInit(prefix, name, CopyText(checks, ViewOf(value)), parameter);
+}
+
+HRESULT PrintTicketXmlDocument::CreateStringParameterInit(const WCHAR* prefix, const WCHAR* name, Bstr value,
+                                                          IXMLDOMElement** parameter) {
+    const ComChecks checks(W("PrintTicketXmlDocument::CreateStringParameterInit"), kSourceUnit);
+    return CreateParameterInit(checks, prefix, name, W("string"), std::move(value), parameter);
 }
 
 HRESULT PrintTicketXmlDocument::CreateIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value,
                                                            IXMLDOMElement** parameter) {
     const ComChecks checks(W("PrintTicketXmlDocument::CreateIntegerParameterInit"), kSourceUnit);
-    return CreateParameterInit(checks, prefix, name, W("integer"), FormatUnsignedInteger(value), parameter);
+    return CreateParameterInit(checks, prefix, name, W("integer"),
+                               CopyText(checks, FormatUnsignedInteger(value).AsWideString()), parameter);
 }
 
 HRESULT PrintTicketXmlDocument::CreateSignedIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, LONG value,
                                                                  IXMLDOMElement** parameter) {
     const ComChecks checks(W("PrintTicketXmlDocument::CreateSignedIntegerParameterInit"), kSourceUnit);
-    return CreateParameterInit(checks, prefix, name, W("integer"), FormatInteger(value), parameter);
+    return CreateParameterInit(checks, prefix, name, W("integer"),
+                               CopyText(checks, FormatInteger(value).AsWideString()), parameter);
 }
 
 HRESULT PrintTicketXmlDocument::AppendIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value) {
@@ -173,7 +182,8 @@ HRESULT PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists(con
     const ComChecks checks(W("PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists"), kSourceUnit);
     checks.Require(!IsEmpty(name), E_INVALIDARG);
     if (DeleteFeatureNodeIfExists(prefix, name) == S_FALSE) return S_FALSE;
-    const Bstr further = ComposeQuery(GetFrameworkPrefix(), [&](auto& steps) { steps.AddFeature(prefix, name); });
+    const Bstr further =
+        ComposeQuery(PrefixOf(NamespaceKind::Framework), [&](auto& steps) { steps.AddFeature(prefix, name); });
     DeleteSelected(checks, further.Get());
     // What each deletion orphans is orphaned still when all are gone.
     ComPtr<IXMLDOMNodeList> parameterInits;

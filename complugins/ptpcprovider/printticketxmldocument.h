@@ -33,6 +33,7 @@ public:
     // A ParameterInit with its Value; prefix, name and text are required.
     HRESULT CreateStringParameterInit(const WCHAR* prefix, const WCHAR* name, const WCHAR* value,
                                       IXMLDOMElement** parameter);
+    HRESULT CreateStringParameterInit(const WCHAR* prefix, const WCHAR* name, Bstr value, IXMLDOMElement** parameter);
     HRESULT CreateIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, ULONG value, IXMLDOMElement** parameter);
     HRESULT CreateSignedIntegerParameterInit(const WCHAR* prefix, const WCHAR* name, LONG value,
                                              IXMLDOMElement** parameter);
@@ -53,5 +54,5 @@ public:
 
 private:
     HRESULT CreateParameterInit(const ComChecks& checks, const WCHAR* prefix, const WCHAR* name, const WCHAR* type,
-                                const WCHAR* value, IXMLDOMElement** parameter);
+                                Bstr value, IXMLDOMElement** parameter);
 };
