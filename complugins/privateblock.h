@@ -9,8 +9,8 @@
 // Offsets are from the block's first byte. Nothing in it is aligned.
 namespace privateblock {
 
-inline constexpr std::size_t kBytes =
-    kPrivateBlockBytes;  // the block's fixed total size, which its first field repeats
+// The block's fixed total size, which its first field repeats.
+inline constexpr std::size_t kBytes = kPrivateBlockBytes;
 inline constexpr DWORD kSignature = 0x4D564431;
 
 inline constexpr std::size_t kSizeOffset = 0;

@@ -36,7 +36,7 @@ HRESULT MorvanePtProvider::FixUpResolutionCapabilities(PrintCapabilitiesXmlDocum
     return RunFeatureUnit([&]() -> HRESULT {
         const ComChecks checks(W("MorvanePtProvider::FixUpResolutionCapabilities"), kSourceUnit);
         const std::vector<_tag_ResolutionInfoRec> records =
-            deviceCapabilities.GetResolutionEnumsCachedDeviceCapabilitiesVector(printerHandle);
+            deviceCapabilities.GetResolutionEnumsCachedDeviceCapabilitiesVector(printerHandle_);
         if (records.empty()) return E_FAIL;
         ComPtr<IXMLDOMNode> feature;
         capabilities.GetFeatureNode(capabilities.GetKeywordsPrefix().Get(), W("PageResolution"), feature.Put());

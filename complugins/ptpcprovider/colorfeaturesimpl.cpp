@@ -54,7 +54,7 @@ void ReplaceFeature(PrintTicketXmlDocument& ticket, const WCHAR* feature, const 
 }  // namespace
 
 bool MorvanePtProvider::HasColorFeatures() {
-    return controllerFamily == DataModelIds::kControllerFamily8434 && IsColorDevice();
+    return controllerFamily_ == DataModelIds::kControllerFamily8434 && IsColorDevice();
 }
 
 HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities) {

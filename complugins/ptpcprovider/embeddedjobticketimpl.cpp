@@ -38,7 +38,7 @@ HRESULT MorvanePtProvider::GetMorvaneMvjtJobTicketAsCdataSection(XDevmode& xdevm
         RenMvjtForXps generator;
         XOemPdev pdev;
         ByteBuffer buffer;
-        generator.GenerateMvjt(printerHandle, xdevmode.GetDevmode(), pdev, xdevmode, buffer, driverCapabilityFlags,
+        generator.GenerateMvjt(printerHandle_, xdevmode.GetDevmode(), pdev, xdevmode, buffer, driverCapabilityFlags_,
                                productData);
         if (buffer.getDword() == 0) return S_FALSE;
         *text.Put() = SysAllocString(buffer.getAsStringValueFromAnsiBuffer());

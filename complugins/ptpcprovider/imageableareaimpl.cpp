@@ -54,7 +54,7 @@ HRESULT MorvanePtProvider::ReplacePageImageableSizeAndAreaProperties(PrintCapabi
         _tag_FormsInfoRec paper = {};
         GetPrintTicketPaperSize(ticket, deviceCapabilities, &paper);
         const LONG width = MicrometresOfTenths(paper.width), height = MicrometresOfTenths(paper.length);
-        const PageMargins margins = GetPageMargins(GetProductData(), printerHandle, paper.msPaperId, width, height);
+        const PageMargins margins = GetPageMargins(GetProductData(), printerHandle_, paper.msPaperId, width, height);
         const ImageableArea area = MakeArea(width, height, margins, ReadPageTurn(ticket));
 
         ComPtr<IXMLDOMElement> sizeProperty, areaProperty;

@@ -22,7 +22,7 @@ constexpr DWORD kCopiesDisplay = 418;
 HRESULT MorvanePtProvider::AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities,
                                                                 MsCachedDeviceCapabilities& deviceCapabilities) {
     return RunFeatureUnit([&] {
-        const CXString printerName = Printer(printerHandle).GetPrinterName();
+        const CXString printerName = Printer(printerHandle_).GetPrinterName();
         const int maximumCopies =
             DeviceCapabilitiesW(printerName, nullptr, DC_COPIES, nullptr, deviceCapabilities.GetDevmode());
 

@@ -32,15 +32,15 @@ HRESULT RunWalled(Call call) noexcept {
 }  // namespace
 
 MorvanePtProvider::MorvanePtProvider()
-    : refCount(1),
-      printerHandle(nullptr),
-      driverCapabilityFlags(0),
-      osMajorVersion(0),
-      osMinorVersion(0),
-      controllerFamily(DataModelIds::kNotSet) {}
+    : refCount_(1),
+      printerHandle_(nullptr),
+      driverCapabilityFlags_(0),
+      osMajorVersion_(0),
+      osMinorVersion_(0),
+      controllerFamily_(DataModelIds::kNotSet) {}
 
 // The helper goes first; then the members in reverse order: the workflow library, the dictionary, the strings.
-MorvanePtProvider::~MorvanePtProvider() { coreHelper.Reset(); }
+MorvanePtProvider::~MorvanePtProvider() { coreHelper_.Reset(); }
 
 HRESULT MorvanePtProvider::QueryInterface(REFIID iid, void** object) {
     if (!object) return E_POINTER;
@@ -51,10 +51,10 @@ HRESULT MorvanePtProvider::QueryInterface(REFIID iid, void** object) {
     return S_OK;
 }
 
-ULONG MorvanePtProvider::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refCount)); }
+ULONG MorvanePtProvider::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refCount_)); }
 
 ULONG MorvanePtProvider::Release() {
-    const LONG count = InterlockedDecrement(&refCount);
+    const LONG count = InterlockedDecrement(&refCount_);
     if (count == 0) delete this;
     return static_cast<ULONG>(count);
 }
@@ -79,9 +79,9 @@ HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS o
     const HRESULT bound = RunWalled([&] {
         const ULONGLONG flags = PrintDriver().GetDriverCapability(printer, facts::kDriverCapabilityFlags);
         // A printer without its workflow library still binds; what needs product data fails later.
-        workflowObject.InitializeWorkflowObject(printer, this, &controllerFamily);
-        printerHandle = printer;
-        driverCapabilityFlags = flags;
+        workflowObject_.InitializeWorkflowObject(printer, this, &controllerFamily_);
+        printerHandle_ = printer;
+        driverCapabilityFlags_ = flags;
         return S_OK;
     });
     if (FAILED(bound)) return bound;
@@ -89,8 +89,8 @@ HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS o
     system.dwOSVersionInfoSize = sizeof(system);
     static_assert(sizeof(system) == 276);
     GetVersionExW(&system);
-    osMajorVersion = system.dwMajorVersion;
-    osMinorVersion = system.dwMinorVersion;
+    osMajorVersion_ = system.dwMajorVersion;
+    osMinorVersion_ = system.dwMinorVersion;
 
     *options = OEMPT_DEFAULT;
     if (!HasPrivateNamespace()) return S_OK;
@@ -103,11 +103,11 @@ HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS o
 
 HRESULT MorvanePtProvider::PublishPrintTicketHelperInterface(IUnknown* helper) {
     if (!helper) return E_INVALIDARG;
-    if (coreHelper) return S_OK;
+    if (coreHelper_) return S_OK;
     return RunWalled([&] {
         ComPtr<IPrintCoreHelper> offered;
         const HRESULT hr = helper->QueryInterface(IID_IPrintCoreHelper, offered.PutVoid());
-        if (SUCCEEDED(hr)) coreHelper = std::move(offered);
+        if (SUCCEEDED(hr)) coreHelper_ = std::move(offered);
         return hr == E_NOINTERFACE ? S_OK : hr;  // the interface is optional
     });
 }
@@ -123,23 +123,23 @@ void MorvanePtProvider::ProvideDataSources(std::vector<std::pair<DataSourceProvi
 
 ProductStringLoader& MorvanePtProvider::GetProductStringLoader() {
     const ComChecks checks(W("MorvanePtProvider::GetProductStringLoader"), kSourceUnit);
-    checks.Require(workflowObject.IsInitialized(), E_FAIL);
-    productStringLoader = std::make_unique<ProductStringLoader>(controllerFamily);
-    TextResourceLoader::Initialize(printerHandle, false);
-    return *productStringLoader;
+    checks.Require(workflowObject_.IsInitialized(), E_FAIL);
+    productStringLoader_ = std::make_unique<ProductStringLoader>(controllerFamily_);
+    TextResourceLoader::Initialize(printerHandle_, false);
+    return *productStringLoader_;
 }
 
 ProductData& MorvanePtProvider::GetProductData() {
     const ComChecks checks(W("MorvanePtProvider::GetProductData"), kSourceUnit);
-    checks.Require(workflowObject.IsInitialized(), E_FAIL);
-    ProductData* const product = workflowObject.GetProductDataObj();
+    checks.Require(workflowObject_.IsInitialized(), E_FAIL);
+    ProductData* const product = workflowObject_.GetProductDataObj();
     checks.Require(product != nullptr, E_FAIL);  // a library may have an object, but nothing to say of the product
     return *product;
 }
 
 PageSizeDictionary& MorvanePtProvider::GetPageSizeDictionary() {
-    if (!pageSizeDictionary) pageSizeDictionary = std::make_unique<PageSizeDictionary>(nullptr);
-    return *pageSizeDictionary;
+    if (!pageSizeDictionary_) pageSizeDictionary_ = std::make_unique<PageSizeDictionary>(nullptr);
+    return *pageSizeDictionary_;
 }
 
 bool MorvanePtProvider::IsColorDevice() {

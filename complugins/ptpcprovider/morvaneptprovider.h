@@ -78,8 +78,8 @@ private:
     PageSizeDictionary& GetPageSizeDictionary();    // made on first use; needs no binding
     bool IsColorDevice();
 
-    bool HasPrivateNamespace() const noexcept { return (driverCapabilityFlags & facts::kPrivateNamespaceFlag) != 0; }
-    bool IsPostScriptDevice() const noexcept { return (driverCapabilityFlags & facts::kPostScriptDeviceFlag) != 0; }
+    bool HasPrivateNamespace() const noexcept { return (driverCapabilityFlags_ & facts::kPrivateNamespaceFlag) != 0; }
+    bool IsPostScriptDevice() const noexcept { return (driverCapabilityFlags_ & facts::kPostScriptDeviceFlag) != 0; }
 
     // Each feature unit returns the HRESULT of a MorvaneComException that ends it.
 
@@ -135,7 +135,7 @@ private:
                                           AttributeBytesIndexedList* list, bool* changed);
     HRESULT ConvertDevmodeToColorFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode& xdevmode);
     bool HasColorFeatures();
-    bool IsAtLeastOsVersion6() const noexcept { return osMajorVersion >= 6; }
+    bool IsAtLeastOsVersion6() const noexcept { return osMajorVersion_ >= 6; }
 
     // Copies.
     HRESULT AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities,
@@ -161,14 +161,14 @@ private:
     void CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(XDevmode& xdevmode,
                                                                           const AttributeBytesIndexedList* list);
 
-    volatile LONG refCount;
-    HANDLE printerHandle;
-    ComPtr<IPrintCoreHelper> coreHelper;  // the core driver's optional helper
-    std::unique_ptr<ProductStringLoader> productStringLoader;
-    std::unique_ptr<PageSizeDictionary> pageSizeDictionary;
-    ULONGLONG driverCapabilityFlags;
-    DWORD osMajorVersion;
-    DWORD osMinorVersion;
-    WorkflowObject workflowObject;
-    unsigned controllerFamily;
+    volatile LONG refCount_;
+    HANDLE printerHandle_;
+    ComPtr<IPrintCoreHelper> coreHelper_;  // the core driver's optional helper
+    std::unique_ptr<ProductStringLoader> productStringLoader_;
+    std::unique_ptr<PageSizeDictionary> pageSizeDictionary_;
+    ULONGLONG driverCapabilityFlags_;
+    DWORD osMajorVersion_;
+    DWORD osMinorVersion_;
+    WorkflowObject workflowObject_;
+    unsigned controllerFamily_;
 };

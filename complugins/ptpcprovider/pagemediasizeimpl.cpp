@@ -234,7 +234,7 @@ bool MorvanePtProvider::GetPrintTicketPaperSize(PrintTicketXmlDocument& ticket,
                                                 MsCachedDeviceCapabilities& deviceCapabilities,
                                                 _tag_FormsInfoRec* paper) {
     const TicketSize size = ReadTicketSize(ticket, GetPageSizeDictionary());
-    *paper = SelectRecord(deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle), size);
+    *paper = SelectRecord(deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle_), size);
     return size.isDefault;
 }
 
@@ -243,11 +243,11 @@ void MorvanePtProvider::GetDevmodePaperSize(DEVMODEW* devmode, MsCachedDeviceCap
     std::vector<BYTE> copy(std::size_t{devmode->dmSize} + devmode->dmDriverExtra);
     std::memcpy(copy.data(), devmode, copy.size());
     DEVMODEW* const normalized = reinterpret_cast<DEVMODEW*>(copy.data());
-    XDevmode::NormalizeDevmodePaperSize(printerHandle, normalized, deviceCapabilities);
+    XDevmode::NormalizeDevmodePaperSize(printerHandle_, normalized, deviceCapabilities);
     const int number = normalized->dmPaperSize, width = normalized->dmPaperWidth, length = normalized->dmPaperLength;
 
     const std::vector<_tag_FormsInfoRec>& records =
-        deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle);
+        deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle_);
     const auto findNumber = [&](int wanted) {
         return std::find_if(records.begin(), records.end(),
                             [&](const _tag_FormsInfoRec& record) { return record.msPaperId == wanted; });
@@ -333,7 +333,7 @@ HRESULT MorvanePtProvider::ReplacePageMediaSizeCapabilities(PrintCapabilitiesXml
                                           feature.Put());
 
         const std::vector<_tag_FormsInfoRec>& records =
-            deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle);
+            deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle_);
         const std::unordered_set<WORD> numbersOfSeveralTypes = FindNumbersOfSeveralTypes(records);
         // The rule is that of the product whose strings were just loaded.
         const bool hidesCustom = Application::DoesApplicationNeedCustomSizeRemovedFromPrintCapabilitiesXml();

@@ -83,7 +83,7 @@ bool StoreMediaType(AttributeBytesIndexedList& list, const MediaTypeDataEntry& e
 
 std::vector<MediaTypeDataEntry> MorvanePtProvider::GetMediaTypeCachedDeviceCapabilitiesAndPrintSchemaMappings(
     MsCachedDeviceCapabilities& deviceCapabilities) {
-    const CXString printerName = Printer(printerHandle).GetPrinterName();
+    const CXString printerName = Printer(printerHandle_).GetPrinterName();
     const std::vector<ReportedMediaType> types = ReadReportedMediaTypes([&](WORD capability, WCHAR* output) {
         return DeviceCapabilitiesW(printerName, nullptr, capability, output, deviceCapabilities.GetDevmode());
     });

@@ -13,14 +13,14 @@
 // Looks into a provider: what no caller of the published interface can set.
 class ProviderProbe {
 public:
-    static void SetOsMajorVersion(MorvanePtProvider& provider, DWORD version) { provider.osMajorVersion = version; }
+    static void SetOsMajorVersion(MorvanePtProvider& provider, DWORD version) { provider.osMajorVersion_ = version; }
     static void SetCapabilityFlags(MorvanePtProvider& provider, ULONGLONG flags) {
-        provider.driverCapabilityFlags = flags;
+        provider.driverCapabilityFlags_ = flags;
     }
     // Family and capability word, and whether there is product data.
     static std::string TellBinding(MorvanePtProvider& provider) {
         const std::string members =
-            std::to_string(provider.controllerFamily) + " " + std::to_string(provider.driverCapabilityFlags);
+            std::to_string(provider.controllerFamily_) + " " + std::to_string(provider.driverCapabilityFlags_);
         try {
             return members + (provider.IsColorDevice() ? " colour" : " grey");
         } catch (const MorvaneComException&) {
