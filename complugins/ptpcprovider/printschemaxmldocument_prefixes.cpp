@@ -109,12 +109,12 @@ std::vector<PrintSchemaXmlDocument::RootAttribute> PrintSchemaXmlDocument::ListR
     ComPtr<IXMLDOMNamedNodeMap> attributes;
     if (!Found(checks, rootNode_->get_attributes(attributes.Put()), attributes)) return list;
     checks.Succeeds(attributes->reset());
-    ComPtr<IXMLDOMNode> attribute;
-    while (Found(checks, attributes->nextNode(attribute.Put()), attribute)) {
+    while (true) {
+        ComPtr<IXMLDOMNode> attribute;
+        if (!Found(checks, attributes->nextNode(attribute.Put()), attribute)) return list;
         Variant value = GetValue(checks, attribute.Get());
         list.push_back({std::move(attribute), std::move(value)});
     }
-    return list;
 }
 
 HRESULT PrintSchemaXmlDocument::FindPrefix(const std::vector<RootAttribute>& attributes, WideStringView uri,
