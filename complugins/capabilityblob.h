@@ -3,22 +3,13 @@
 
 #include <mvutil/bytebuffer.h>
 #include <mvutil/crc32.h>
+#include <namefield.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <iterator>
 
 #include "capabilitygroups.h"
 #include "privateblock.h"
-
-// Copies a text into a fixed name field: cut to the field's length less one, and terminated.
-template <std::size_t Count>
-void SetNameField(WCHAR (&field)[Count], const CXString& text) {
-    const std::size_t length = std::min(text.GetLength(), Count - 1);
-    std::copy_n(text.GetString(), length, field);
-    std::fill(field + length, field + Count, WCHAR());
-}
 
 template <class Header>
 class CapabilityBlob {

@@ -48,7 +48,7 @@ _tag_ResolutionInfoRec MakeResolutionRecord(const Resolution& resolution) {
     const DWORD text = resolution.GetUnits() == Resolution::kDotsPerInch ? kDotsPerInchText : kOtherDotsText;
     CXString name;
     name.Format(TextResourceLoader::LoadStringW(text), record.crossFeed, record.feed);
-    SetNameField(record.name, name);
+    SetNameField(record.name, name.AsWideString());
     return record;
 }
 
@@ -107,7 +107,7 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildDependentFiles(const Capa
     CapabilityBlob<ListCapsHeader> blob;
     for (const CXString& file : PrintDriver().GetDriverDependentFiles(caches_.GetPrinter())) {
         DependentFileRecord record{};
-        SetNameField(record.name, file);
+        SetNameField(record.name, file.AsWideString());
         blob.Append(record);
     }
     return blob.Finish(group, {0, blob.GetCount()});

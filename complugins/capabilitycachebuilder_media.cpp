@@ -91,12 +91,12 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildBins(const CapabilityGrou
 
     CapabilityBlob<ListCapsHeader> blob;
     BinCapsRecord record{kAutomaticBin, 0, kNotSet, {}};
-    SetNameField(record.name, TextResourceLoader::LoadStringW(kAutomaticText));
+    SetNameField(record.name, TextResourceLoader::LoadStringW(kAutomaticText).AsWideString());
     blob.Append(record);
     for (const ValueId& tray : trays) {
         if (tray.GetValueEnum() == kNotSet) continue;  // the first record
         record = {media.GetMsTrayId(tray), 0, tray.GetValueEnum(), {}};
-        SetNameField(record.name, tray.GetDisplayString());
+        SetNameField(record.name, tray.GetDisplayString().AsWideString());
         blob.Append(record);
     }
     return blob.Finish(group, {0, blob.GetCount()});
@@ -108,7 +108,7 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMedia(const CapabilityGro
     CapabilityBlob<ListCapsHeader> blob;
     const auto append = [&](DWORD number, const CXString& name) {
         MediaCapsRecord record{number, {}};
-        SetNameField(record.name, name);
+        SetNameField(record.name, name.AsWideString());
         blob.Append(record);
     };
     if (!services_.GetCapabilitiesNode(mediaTypes).IsRequired())
@@ -173,8 +173,8 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMediaReady(const Capabili
     CapabilityBlob<ListCapsHeader> blob;
     for (const auto& [paper, mediaName] : pairs) {
         MediaReadyRecord record{};
-        SetNameField(record.paperName, paper);
-        SetNameField(record.mediaName, mediaName);
+        SetNameField(record.paperName, paper.AsWideString());
+        SetNameField(record.mediaName, mediaName.AsWideString());
         blob.Append(record);
     }
     return blob.Finish(group, {0, blob.GetCount()});

@@ -62,7 +62,7 @@ _tag_FormsInfoRec MakeRecord(const PageSize& size) {
     record.displayUnits = size.GetUnits();
     const bool isUserForm = size.GetPageSizeType() == PageSizeTypeEnum::UserForm;
     record.pageSizeType = static_cast<DWORD>(isUserForm ? PageSizeTypeEnum::DriverCustom : size.GetPageSizeType());
-    SetNameField(record.name, size.GetDisplayString());
+    SetNameField(record.name, size.GetDisplayString().AsWideString());
     return record;
 }
 
@@ -72,7 +72,7 @@ _tag_FormsInfoRec MakeFormRecord(const _tag_FormsInfoRec& paper, const PageSize&
     const bool isUserForm = size.GetPageSizeType() == PageSizeTypeEnum::UserForm;
     record.pageSizeType = static_cast<DWORD>(isUserForm ? PageSizeTypeEnum::UserForm : PageSizeTypeEnum::MappedForm);
     record.formIndex = record.msPaperId;
-    SetNameField(record.name, size.GetMsFormName());
+    SetNameField(record.name, size.GetMsFormName().AsWideString());
     return record;
 }
 
@@ -89,7 +89,7 @@ _tag_FormsInfoRec MakeCustomRecord(MediaHandler& media) {
     record.pageSizeValue = DataModelIds::kPageSizeCustom;
     record.displayUnits = PreferredUnits();
     record.pageSizeType = static_cast<DWORD>(PageSizeTypeEnum::Custom);
-    SetNameField(record.name, TextResourceLoader::LoadStringW(kCustomSizeText));
+    SetNameField(record.name, TextResourceLoader::LoadStringW(kCustomSizeText).AsWideString());
     return record;
 }
 

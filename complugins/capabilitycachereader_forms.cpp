@@ -8,9 +8,7 @@
 #include <mvutil/crc32.h>
 #include <mvutil/customsizes.h>
 #include <mvutil/user.h>
-
-#include <algorithm>
-#include <iterator>
+#include <namefield.h>
 
 namespace {
 
@@ -27,7 +25,7 @@ _tag_FormsInfoRec MakeCustomSizeRecord(const CXString& name) {
     record.length = User::GetUserDataLongFromRegistry(key, kCustomSizeLengthValue, 0);
     record.displayUnits = isMetric ? DataModelIds::kUnitsMillimetres : DataModelIds::kUnitsInches;
     record.pageSizeType = static_cast<DWORD>(PageSizeTypeEnum::DriverCustom);
-    std::copy_n(name.GetString(), std::min(name.GetLength(), std::size(record.name) - 1), record.name);
+    SetNameField(record.name, name.AsWideString());
     return record;
 }
 

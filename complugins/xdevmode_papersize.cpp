@@ -9,6 +9,7 @@
 #include <mvutil/cforms.h>
 #include <mvutil/devicesettings.h>
 #include <mvutil/operatingsystem.h>
+#include <namefield.h>
 
 #include <algorithm>
 #include <iterator>
@@ -28,10 +29,7 @@ const _tag_FormsInfoRec* FindRecord(const Records& records, Predicate matches) {
     return found == records.end() ? nullptr : &*found;
 }
 
-CXString FormNameOf(const DEVMODEW* devmode) {
-    const WCHAR* const name = devmode->dmFormName;
-    return CXString(name, std::find(name, std::end(devmode->dmFormName), W('\0')) - name);
-}
+CXString FormNameOf(const DEVMODEW* devmode) { return CXString(WideString(GetNameField(devmode->dmFormName))); }
 
 bool HasDimensionsOf(const _tag_FormsInfoRec& record, const DEVMODEW* devmode) {
     return record.width == devmode->dmPaperWidth && record.length == devmode->dmPaperLength;
@@ -122,12 +120,7 @@ bool XDevmode::NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MsCa
     return isMatched;
 }
 
-void XDevmode::SetFormName(DEVMODEW* devmode, const WCHAR* name) {
-    constexpr std::size_t kRoom = std::extent_v<decltype(devmode->dmFormName)>;
-    const WideStringView text(name);
-    const std::size_t length = std::min(text.size(), kRoom - 1);
-    std::fill(text.copy(devmode->dmFormName, length) + devmode->dmFormName, std::end(devmode->dmFormName), W('\0'));
-}
+void XDevmode::SetFormName(DEVMODEW* devmode, const WCHAR* name) { SetNameField(devmode->dmFormName, name); }
 
 void XDevmode::SetPaperDimensions(DEVMODEW* devmode, LONG width, LONG length) {
     using Limits = std::numeric_limits<SHORT>;

@@ -4,18 +4,15 @@
 #include "spoolererror.h"
 #include "spoolerregistry.h"
 
+#include <namefield.h>
+
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
 namespace {
-
-// A name in a record, up to its NUL or the field's end.
-template <std::size_t length>
-WideString NameOf(const WCHAR (&field)[length]) {
-    return {field, std::find(field, field + length, W('\0'))};
-}
 
 // CRC-32 of the bytes with the check word taken as zero.
 DWORD ComputeCheck(const std::vector<BYTE>& blob, std::size_t checkOffset) {
@@ -72,7 +69,7 @@ std::optional<std::vector<PaperAnswer>> CapabilityCaches::ReadPapers() const {
     if (!records) return std::nullopt;
     std::vector<PaperAnswer> papers;
     for (const _tag_FormsInfoRec& record : *records)
-        papers.push_back({record.msPaperId, record.width, record.length, NameOf(record.name)});
+        papers.push_back({record.msPaperId, record.width, record.length, WideString(GetNameField(record.name))});
     return papers;
 }
 
@@ -80,7 +77,7 @@ std::optional<std::vector<NumberedName>> CapabilityCaches::ReadBins() const {
     const auto records = ReadRecords<ListCapsHeader, BinCapsRecord>(kBinCapsValue);
     if (!records) return std::nullopt;
     std::vector<NumberedName> bins;
-    for (const BinCapsRecord& record : *records) bins.push_back({record.number, NameOf(record.name)});
+    for (const BinCapsRecord& record : *records) bins.push_back({record.number, WideString(GetNameField(record.name))});
     return bins;
 }
 
@@ -88,7 +85,8 @@ std::optional<std::vector<NumberedName>> CapabilityCaches::ReadMediaTypes() cons
     const auto records = ReadRecords<ListCapsHeader, MediaCapsRecord>(kMediaCapsValue);
     if (!records) return std::nullopt;
     std::vector<NumberedName> types;
-    for (const MediaCapsRecord& record : *records) types.push_back({record.number, NameOf(record.name)});
+    for (const MediaCapsRecord& record : *records)
+        types.push_back({record.number, WideString(GetNameField(record.name))});
     return types;
 }
 
@@ -96,7 +94,7 @@ std::optional<std::vector<WideString>> CapabilityCaches::ReadPapersReady() const
     const auto records = ReadRecords<ListCapsHeader, MediaReadyRecord>(kMediaReadyValue);
     if (!records) return std::nullopt;
     std::vector<WideString> names;
-    for (const MediaReadyRecord& record : *records) names.push_back(NameOf(record.paperName));
+    for (const MediaReadyRecord& record : *records) names.emplace_back(GetNameField(record.paperName));
     return names;
 }
 
@@ -104,7 +102,7 @@ std::optional<std::vector<WideString>> CapabilityCaches::ReadDependentFiles() co
     const auto records = ReadRecords<ListCapsHeader, DependentFileRecord>(kDependentFilesValue);
     if (!records) return std::nullopt;
     std::vector<WideString> names;
-    for (const DependentFileRecord& record : *records) names.push_back(NameOf(record.name));
+    for (const DependentFileRecord& record : *records) names.emplace_back(GetNameField(record.name));
     return names;
 }
 

@@ -3,6 +3,7 @@
 #include "printerstore.h"
 #include "spoolererror.h"
 
+#include <namefield.h>
 #include <printsubsystem/driverextra.h>
 
 #include <array>
@@ -38,8 +39,8 @@ Answer MakeArray(const List& list, Convert convert) {
 // A name in a field of fixed length: cut to the length less one, the rest NULs.
 template <std::size_t length>
 std::array<WCHAR, length> MakeName(const WideString& name) {
-    std::array<WCHAR, length> field{};
-    std::copy_n(name.begin(), std::min(name.size(), length - 1), field.begin());
+    std::array<WCHAR, length> field;
+    SetNameField(field, name);
     return field;
 }
 

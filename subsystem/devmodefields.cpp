@@ -1,6 +1,8 @@
 // The public fields of a DEVMODEW by their Windows names.
 #include "devmodefields.h"
 
+#include <namefield.h>
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -111,15 +113,11 @@ std::int64_t GetDevmodeNumber(const DEVMODEW& devmode, const DevmodeField& field
 }
 
 std::string GetDevmodeText(const DEVMODEW& devmode, const DevmodeField& field) {
-    WCHAR text[kTextCharacters];
-    std::memcpy(text, Bytes(devmode, field), sizeof text);
-    return ToUtf8(WideStringView(text, std::find(text, text + kTextCharacters, W('\0')) - text));
+    return ToUtf8(GetNameField({reinterpret_cast<const WCHAR*>(Bytes(devmode, field)), kTextCharacters}));
 }
 
 void SetDevmodeText(DEVMODEW& devmode, const DevmodeField& field, std::basic_string_view<WCHAR> text) {
-    WCHAR characters[kTextCharacters] = {};
-    text.copy(characters, kTextCharacters - 1);
-    std::memcpy(Bytes(devmode, field), characters, sizeof characters);
+    SetNameField({reinterpret_cast<WCHAR*>(Bytes(devmode, field)), kTextCharacters}, text);
 }
 
 void SetDevmodeField(DEVMODEW& devmode, std::string_view name, std::string_view value) {

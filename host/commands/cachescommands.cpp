@@ -2,13 +2,14 @@
 #include <capabilitycaches.h>
 #include <mvutil/datacache.h>
 #include <mvutil/morvaneutilities.h>
+#include <namefield.h>
 #include <printsubsystem/capabilityrecords.h>
 
-#include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <ostream>
+#include <span>
 
 #include <subsystem/hosttext.h>
 #include <subsystem/installedprinter.h>
@@ -26,10 +27,7 @@ Part ReadPart(const ByteBuffer& blob, std::size_t offset) {
     return part;
 }
 
-template <std::size_t Length>
-std::string NameOf(const WCHAR (&field)[Length]) {
-    return ToUtf8({field, static_cast<std::size_t>(std::find(field, field + Length, WCHAR()) - field)});
-}
+std::string NameOf(std::span<const WCHAR> field) { return ToUtf8(GetNameField(field)); }
 
 void Show(ostream& out, const _tag_FormsInfoRec& record) {
     out << NameOf(record.name) << ": number " << record.msPaperId << ", form " << record.formIndex << ", "

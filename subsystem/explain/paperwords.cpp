@@ -3,8 +3,9 @@
 
 #include <facts/units.h>
 #include <mscacheddevicecapabilities.h>
-#include <mvutil/cxstring.h>
+#include <namefield.h>
 #include <subsystem/devmodefields.h>
+#include <subsystem/hosttext.h>
 
 #include <algorithm>
 
@@ -22,8 +23,7 @@ std::string DescribeMillimetres(LONG micrometres) {
 }
 
 SelectedPaper FromRecord(const _tag_FormsInfoRec& record) {
-    const WCHAR* end = std::find(record.name, std::end(record.name), W('\0'));
-    return {CXString(record.name, end - record.name).ToUtf8(), record.width * kMicrometresPerTenth,
+    return {ToUtf8(GetNameField(record.name)), record.width * kMicrometresPerTenth,
             record.length * kMicrometresPerTenth, true};
 }
 
