@@ -36,6 +36,7 @@ void AllowRefusal(const std::function<void()>& operation) {
     try {
         operation();
     } catch (const HostError&) {
+    } catch (const SpoolerFailure&) {
     }
 }
 

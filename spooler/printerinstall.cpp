@@ -5,35 +5,16 @@
 
 #include <products/reader/productdescription.h>
 
-#include <uniquehandle.h>
 #include <windows.h>
 // After windows.h, which it needs.
 #include <winspool.h>
 
-#include <cstring>
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 #include <vector>
 
 namespace {
-
-class OpenedPrinter {
-public:
-    explicit OpenedPrinter(HANDLE printer) noexcept : printer_(printer) {}
-    OpenedPrinter(const OpenedPrinter&) = delete;
-    OpenedPrinter& operator=(const OpenedPrinter&) = delete;
-    ~OpenedPrinter() {
-        if (printer_) ClosePrinter(printer_);
-    }
-    HANDLE Get() const noexcept { return printer_; }
-
-private:
-    HANDLE printer_;
-};
-
-struct InstalledPrinter {
-    WideString name, port, driver;
-};
 
 // The spooler's functions take texts that they do not change as writable ones.
 WCHAR* Writable(const WideString& text) { return const_cast<WCHAR*>(text.c_str()); }
@@ -54,28 +35,11 @@ std::string Quoted(const WideString& text) { return "'" + NarrowToUtf8(text) + "
     }
 }
 
-std::vector<InstalledPrinter> ListPrinters() {
-    std::vector<BYTE> buffer;
-    DWORD needed = 0, count = 0;
-    while (!EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, buffer.data(), static_cast<DWORD>(buffer.size()), &needed,
-                          &count)) {
-        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) ThrowRefusal("The printers cannot be listed");
-        buffer.resize(needed);
-    }
-    std::vector<InstalledPrinter> printers;
-    for (DWORD index = 0; index < count; ++index) {
-        PRINTER_INFO_2W info;
-        std::memcpy(&info, buffer.data() + index * sizeof info, sizeof info);
-        printers.push_back({info.pPrinterName, info.pPortName, info.pDriverName});
-    }
-    return printers;
-}
-
 bool SharesCaches(const WideString& a, const WideString& b) { return EqualNoCase(GetCachesKey(a), GetCachesKey(b)); }
 
-bool IsPortUsed(const std::vector<InstalledPrinter>& printers, const WideString& port) {
+bool IsPortUsed(const std::vector<PrinterRow>& printers, const WideString& port) {
     return std::any_of(printers.begin(), printers.end(),
-                       [&](const InstalledPrinter& printer) { return SharesCaches(printer.port, port); });
+                       [&](const PrinterRow& printer) { return SharesCaches(printer.port, port); });
 }
 
 // The port's key is given in the terms of its caches, which it stands for.
@@ -99,7 +63,7 @@ void GiveBackPort(const WideString& port) { RegDeleteTreeW(HKEY_LOCAL_MACHINE, G
 // A port that no printer has, given back unless it is kept.
 class OwnPort {
 public:
-    explicit OwnPort(const std::vector<InstalledPrinter>& printers) {
+    explicit OwnPort(const std::vector<PrinterRow>& printers) {
         int number = 1;
         do {
             name_ = WidenUtf8("MV_" + std::to_string(number++) + ":");
@@ -154,7 +118,7 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
     std::optional<OwnPort> made;
     if (port.empty()) made.emplace(printers);
     WideString ownPort = made ? made->GetName() : port;
-    for (const InstalledPrinter& other : printers)
+    for (const PrinterRow& other : printers)
         if (SharesCaches(other.port, ownPort) && !EqualNoCase(other.driver, driver))
             throw std::runtime_error("The port " + Quoted(ownPort) + " is used by the printer " + Quoted(other.name) +
                                      " of another product; give another port or none");
@@ -163,8 +127,8 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
     info.pPrinterName = Writable(name);
     info.pPortName = Writable(ownPort);
     info.pDriverName = Writable(driver);
-    const OpenedPrinter printer(AddPrinterW(nullptr, 2, reinterpret_cast<LPBYTE>(&info)));
-    if (!printer.Get()) {
+    const UniquePrinter printer(AddPrinterW(nullptr, 2, reinterpret_cast<LPBYTE>(&info)));
+    if (!printer) {
         const DWORD error = GetLastError();
         RemoveUnusedDriver(driver);
         SetLastError(error);
@@ -178,13 +142,11 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
 void RemovePrinter(const WideString& name) {
     const auto printers = ListPrinters();
     const auto found = std::find_if(printers.begin(), printers.end(),
-                                    [&](const InstalledPrinter& printer) { return EqualNoCase(printer.name, name); });
+                                    [&](const PrinterRow& printer) { return EqualNoCase(printer.name, name); });
     if (found == printers.end()) throw std::runtime_error("There is no printer " + Quoted(name));
-    HANDLE handle = nullptr;
-    if (!OpenPrinterW(Writable(found->name), &handle, nullptr))
-        ThrowRefusal("The printer " + Quoted(name) + " cannot be opened");
-    const OpenedPrinter printer(handle);
-    if (!DeletePrinter(handle)) ThrowRefusal("The printer " + Quoted(name) + " cannot be removed");
+    const UniquePrinter printer = OpenPrinterByName(found->name);
+    if (!printer) ThrowRefusal("The printer " + Quoted(name) + " cannot be opened");
+    if (!DeletePrinter(printer.Get())) ThrowRefusal("The printer " + Quoted(name) + " cannot be removed");
     if (!IsPortUsed(ListPrinters(), found->port)) {
         ClearCaches(found->port);
         GiveBackPort(found->port);

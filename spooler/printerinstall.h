@@ -1,18 +1,10 @@
 // Installing a product as a printer, and removing it: over the spooler's functions alone.
 #pragma once
 
-#include <widetext.h>
-#include <windows.h>
+#include "printerlist.h"
 
 #include <filesystem>
-#include <stdexcept>
 #include <string>
-
-// The spooler could not do what it was rightly asked for.
-class SpoolerFailure : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 // Adds the product's driver (or brings it up to date) and a printer of it. An empty port makes one for this printer
 // alone, "MV_1:" and so on. The port's capability caches start empty when no other printer uses it. Returns the port.

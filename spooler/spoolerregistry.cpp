@@ -3,12 +3,13 @@
 
 #include "spoolererror.h"
 
+#include <sizedread.h>
+
 #include <cstring>
 
 namespace {
 
 constexpr DWORD kLongestName = 16384;  // characters, the NUL included
-constexpr std::size_t kUsualValueBytes = 256;
 
 void Check(LSTATUS status) {
     if (status != ERROR_SUCCESS) throw SpoolerError{static_cast<DWORD>(status)};
@@ -59,16 +60,12 @@ void DeleteKey(const WideString& path, HKEY hive) {
 }
 
 std::optional<RegistryData> ReadValue(const UniqueKey& key, const WCHAR* name) {
-    RegistryData value;
-    value.bytes.resize(kUsualValueBytes);
-    for (;;) {
-        auto bytes = static_cast<DWORD>(value.bytes.size());
-        const LSTATUS status = RegQueryValueExW(key.Get(), name, nullptr, &value.type, value.bytes.data(), &bytes);
-        if (status == ERROR_FILE_NOT_FOUND) return std::nullopt;
-        if (status != ERROR_MORE_DATA) Check(status);
-        value.bytes.resize(bytes);
-        if (status == ERROR_SUCCESS) return value;
-    }
+    DWORD type = REG_NONE;
+    SizedBytes bytes;
+    const DWORD error = ReadRegistryValue(key.Get(), name, type, bytes);
+    if (error == ERROR_FILE_NOT_FOUND) return std::nullopt;
+    Check(static_cast<LSTATUS>(error));
+    return RegistryData{type, bytes.Get()};
 }
 
 WideString ReadText(const UniqueKey& key, const WCHAR* name) {

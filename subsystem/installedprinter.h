@@ -3,15 +3,9 @@
 
 #include <mvutil/cxstring.h>
 #include <products/reader/productdescription.h>
-#include <uniquehandle.h>
+#include <spooler/printerlist.h>
 
 #include <memory>
-#include <string>
-#include <vector>
-
-struct CloseSpoolerHandle {
-    void operator()(HANDLE printer) const noexcept;
-};
 
 class InstalledPrinter {
 public:
@@ -26,20 +20,13 @@ public:
 
 private:
     CXString name_;
-    UniqueHandle<HANDLE, CloseSpoolerHandle> handle_;
+    UniquePrinter handle_;
     CXString port_;
     std::shared_ptr<const ProductDescription> product_;
 };
 
 // Opens the printer. Throws InputError, which says what to do, when it is not installed.
-UniqueHandle<HANDLE, CloseSpoolerHandle> OpenInstalledPrinter(const CXString& name);
+UniquePrinter OpenInstalledPrinter(const CXString& name);
 
 // Whether the core driver of the product is the one for PostScript.
 bool IsPostScript(const ProductDescription& product);
-
-// What the spooler reports of a printer.
-struct PrinterRow {
-    std::string name, port, driver;
-};
-// Throws OperationError when the spooler does not answer.
-std::vector<PrinterRow> ListInstalledPrinters();

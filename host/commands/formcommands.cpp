@@ -49,8 +49,8 @@ WideString ReadPaperName(const PaperOptions& options, std::size_t longest) {
 
 // Forms belong to the print server and custom sizes to the user: all printers offer them.
 void RebuildAllCaches() {
-    for (const PrinterRow& row : ListInstalledPrinters()) {
-        const auto printer = OpenInstalledPrinter(CXString::FromUtf8(row.name));
+    for (const PrinterRow& row : ListPrinters()) {
+        const auto printer = OpenInstalledPrinter(row.name);
         if (PrintDriver::GetInstallationStateFromHandle(printer.Get()) == PrintDriver::kInstallationComplete)
             RebuildCapabilityCaches(printer.Get());
     }

@@ -55,8 +55,8 @@ void RunRemove(HostContext& context, const PrinterOptions& options) {
 
 void RunList(HostContext& context) {
     context.UseStore();
-    for (const PrinterRow& row : ListInstalledPrinters())
-        context.out << row.name << "  (" << row.driver << ", port " << row.port << ")\n";
+    for (const PrinterRow& row : ListPrinters())
+        context.out << ToUtf8(row.name) << "  (" << ToUtf8(row.driver) << ", port " << ToUtf8(row.port) << ")\n";
 }
 
 std::string DescribeState(int state) {
@@ -83,10 +83,11 @@ void RunShow(HostContext& context, const PrinterOptions& options) {
     const auto line = [&](const char* what, const std::string& value) {
         context.out << std::left << std::setw(20) << what << value << '\n';
     };
-    for (const PrinterRow& row : ListInstalledPrinters()) {
-        if (row.name != Printer(handle.Get()).GetPrinterName().ToUtf8()) continue;
-        line("driver", row.driver);
-        line("port", row.port);
+    const CXString ownName = Printer(handle.Get()).GetPrinterName();
+    for (const PrinterRow& row : ListPrinters()) {
+        if (row.name != ownName.AsWideString()) continue;
+        line("driver", ToUtf8(row.driver));
+        line("port", ToUtf8(row.port));
     }
     const int state = PrintDriver::GetInstallationStateFromHandle(handle.Get());
     line("installation", DescribeState(state));

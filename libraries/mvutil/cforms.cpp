@@ -4,14 +4,13 @@
 #include <facts/papernumbers.h>
 #include <mvutil/printer.h>
 
-#include "sizedread.h"
-
+#include <namefield.h>
+#include <sizedread.h>
 #include <windows.h>
 // After windows.h, which it needs.
 #include <winspool.h>
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
 
@@ -32,8 +31,7 @@ _MVN_FORM_INFO MakeForm(const FORM_INFO_1W& source, const CXString& name, WORD n
     form.imageableRight = source.ImageableArea.right;
     form.imageableBottom = source.ImageableArea.bottom;
     form.flags = source.Flags;
-    const std::size_t length = std::min(name.GetLength(), std::size(form.name) - 1);
-    std::copy_n(name.GetString(), length, form.name);
+    SetNameField(form.name, name.AsWideString());
     return form;
 }
 
@@ -52,7 +50,7 @@ CForms::CForms(HANDLE printer, bool allForms) {
     for (std::size_t index = 0; index < listed && NumberAt(index) <= facts::kLastFormPaper; ++index) {
         const FORM_INFO_1W& form = forms[index];
         if (!allForms && form.Size.cx > form.Size.cy) continue;
-        forms_.push_back(MakeForm(form, records.Text(form.pName), static_cast<WORD>(NumberAt(index))));
+        forms_.push_back(MakeForm(form, records.Text<CXString>(form.pName), static_cast<WORD>(NumberAt(index))));
     }
 }
 

@@ -7,8 +7,7 @@
 #include <mvutil/throwfailure.h>
 #include <products/reader/productdescription.h>
 
-#include "sizedread.h"
-
+#include <sizedread.h>
 #include <windows.h>
 // After windows.h, which it needs.
 #include <winspool.h>
@@ -50,10 +49,10 @@ CXString PrintDriver::GetDriverFiles(HANDLE printer, int kind, const CXString& f
     std::vector<CXString> files;
     if (kind & kMainFiles) {
         for (const WCHAR* file : {driver.pDriverPath, driver.pDataFile, driver.pConfigFile})
-            files.push_back(record.Text(file));
+            files.push_back(record.Text<CXString>(file));
     }
     if (kind & kDependentFiles) {
-        for (const CXString& file : record.Texts(driver.pDependentFiles)) files.push_back(file);
+        for (const CXString& file : record.Texts<CXString>(driver.pDependentFiles)) files.push_back(file);
     }
     CXString wanted = filter;
     wanted.MakeLower();
@@ -70,7 +69,7 @@ std::vector<CXString> PrintDriver::GetDriverDependentFiles(HANDLE printer) const
     const DWORD error = ReadDriver(printer, record);
     if (error != ERROR_SUCCESS) ThrowPrintDriverFailure(W("PrintDriver::GetDriverDependentFiles"), error);
     std::vector<CXString> names;
-    for (const CXString& file : record.Texts(record.As<DRIVER_INFO_3W>()->pDependentFiles)) {
+    for (const CXString& file : record.Texts<CXString>(record.As<DRIVER_INFO_3W>()->pDependentFiles)) {
         const std::size_t folder = file.AsWideString().find_last_of(W("\\/"));
         names.push_back(folder == WideString::npos ? file : CXString(file.AsWideString().substr(folder + 1)));
     }
@@ -82,7 +81,7 @@ CXString PrintDriver::GetMorvaneDriverDataFilePathFromHandle(HANDLE printer) {
     SizedBytes record;
     const DWORD error = ReadDriver(printer, record);
     if (error != ERROR_SUCCESS) ThrowPrintDriverFailure(kMethod, error);
-    CXString file = record.Text(record.As<DRIVER_INFO_3W>()->pDataFile);
+    CXString file = record.Text<CXString>(record.As<DRIVER_INFO_3W>()->pDataFile);
     if (file.IsEmpty()) ThrowPrintDriverFailure(kMethod, ERROR_FILE_NOT_FOUND);
     return file;
 }
@@ -100,7 +99,7 @@ int PrintDriver::GetInstallationStateFromHandle(HANDLE printer) {
         default:
             ThrowPrintDriverFailure(W("PrintDriver::GetInstallationStateFromHandle"), error);
     }
-    const CXString file = record.Text(record.As<DRIVER_INFO_3W>()->pDataFile);
+    const CXString file = record.Text<CXString>(record.As<DRIVER_INFO_3W>()->pDataFile);
     if (file.IsEmpty()) return 2;
     return LoadProductFile(file) ? kInstallationComplete : 3;
 }

@@ -4,8 +4,7 @@
 #include <mvutil/lackofmemory.h>
 #include <mvutil/throwfailure.h>
 
-#include "sizedread.h"
-
+#include <sizedread.h>
 #include <windows.h>
 // After windows.h, which it needs.
 #include <winspool.h>
@@ -37,12 +36,12 @@ bool Printer::IsValidHandle(HANDLE printer) noexcept { return printer && printer
 
 CXString Printer::GetPrinterName() const {
     const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterName"));
-    return record.Text(record.As<PRINTER_INFO_5W>()->pPrinterName);
+    return record.Text<CXString>(record.As<PRINTER_INFO_5W>()->pPrinterName);
 }
 
 CXString Printer::GetPrinterPort() const {
     const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterPort"));
-    return record.Text(record.As<PRINTER_INFO_5W>()->pPortName);
+    return record.Text<CXString>(record.As<PRINTER_INFO_5W>()->pPortName);
 }
 
 bool Printer::GetPrinterDataW(const CXString& name, DWORD& type, ByteBuffer& value) const {

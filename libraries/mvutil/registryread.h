@@ -1,10 +1,9 @@
 // Reading one registry value whole.
 #pragma once
 
-#include "sizedread.h"
-
 #include <mvutil/bytebuffer.h>
 
+#include <sizedread.h>
 #include <uniquehandle.h>
 #include <windows.h>
 
@@ -20,10 +19,8 @@ inline bool ReadRegistryValue(HKEY hive, const CXString& path, const CXString& n
     const UniqueKey key = OpenKey(hive, path, KEY_READ);
     if (!key) return false;
     SizedBytes bytes;
-    const DWORD error = bytes.Read([&](BYTE* buffer, DWORD size, DWORD* needed) -> DWORD {
-        *needed = size;
-        return RegQueryValueExW(key.Get(), name.GetString(), nullptr, nullptr, buffer, needed);
-    });
+    DWORD type = REG_NONE;
+    const DWORD error = ReadRegistryValue(key.Get(), name.GetString(), type, bytes);
     if (error != ERROR_SUCCESS) return false;
     value.setWithLpbyte(bytes.Get().data(), bytes.Get().size());
     return true;

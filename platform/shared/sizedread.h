@@ -1,16 +1,15 @@
 // Reading what the spooler and the registry give in buffers whose size can change between two calls.
 #pragma once
 
-#include <mvutil/cxstring.h>
-
 #include <windows.h>
 
+#include <string_view>
 #include <vector>
 
 // The bytes of one answer. Pointers of a spooler record lie inside them.
 class SizedBytes {
 public:
-    static constexpr DWORD kMaximum = 16u << 20;  // no value that this library reads comes near
+    static constexpr DWORD kMaximum = 16u << 20;  // no value that the driver family reads comes near
     static constexpr DWORD kFirstBytes = 4096;    // holds a driver's record with its files, which are asked for often
 
     // Calls read(buffer, bytes, needed) until the buffer is large enough. The call gives a Win32 error code and stores
@@ -55,25 +54,27 @@ public:
         return bytes_.size() < sizeof(Record) ? nullptr : reinterpret_cast<const Record*>(bytes_.data());
     }
     // The NUL-terminated text at a pointer of the record, cut at the end of the bytes; empty when it points elsewhere.
-    CXString Text(const WCHAR* text) const {
+    // A string of any kind that is made of characters and their number.
+    template <class String>
+    String Text(const WCHAR* text) const {
         const auto begin = reinterpret_cast<UINT_PTR>(bytes_.data());
         const auto at = reinterpret_cast<UINT_PTR>(text);
-        if (!text || at < begin || at >= begin + bytes_.size()) return CXString();
+        if (!text || at < begin || at >= begin + bytes_.size()) return String();
         const std::size_t room = (begin + bytes_.size() - at) / sizeof(WCHAR);
         std::size_t length = 0;
         while (length < room && text[length]) ++length;
-        return CXString(text, length);
+        return String(text, length);
     }
     // The texts of a list that an empty one ends.
-    std::vector<CXString> Texts(const WCHAR* list) const {
-        std::vector<CXString> texts;
-        while (list) {
-            const CXString text = Text(list);
-            if (text.IsEmpty()) break;
-            texts.push_back(text);
-            list += text.GetLength() + 1;
+    template <class String>
+    std::vector<String> Texts(const WCHAR* list) const {
+        std::vector<String> texts;
+        for (;;) {
+            const auto text = Text<std::basic_string_view<WCHAR>>(list);
+            if (text.empty()) return texts;
+            texts.emplace_back(text.data(), text.size());
+            list += text.size() + 1;
         }
-        return texts;
     }
 
 private:
@@ -84,3 +85,11 @@ private:
 
     std::vector<BYTE> bytes_;
 };
+
+// Reads a registry value whole. A Win32 error code; the type is the value's unless it failed.
+inline DWORD ReadRegistryValue(HKEY key, const WCHAR* name, DWORD& type, SizedBytes& bytes) {
+    return bytes.Read([&](BYTE* buffer, DWORD size, DWORD* needed) -> DWORD {
+        *needed = size;
+        return RegQueryValueExW(key, name, nullptr, &type, buffer, needed);
+    });
+}
