@@ -11,7 +11,6 @@ using FeatureKind = facts::FeatureKind;
 class Resolution {
 public:
     static constexpr int kDotsPerInch = 3;
-    static constexpr int kDotsPerCentimetre = 4;
 
     Resolution(LONG feed, LONG crossFeed, int units) noexcept : feed_(feed), crossFeed_(crossFeed), units_(units) {}
     LONG GetFeed() const noexcept { return feed_; }
@@ -184,10 +183,9 @@ private:
 // What a feature can do.
 class CapabilitiesNode {
 public:
-    virtual bool IsSupported() const = 0;          // the model has the feature
-    virtual bool IsRequired() const = 0;           // an option must be chosen: 5001 is not offered
-    virtual bool IsUsable() const = 0;             // has the feature, and nothing bars it now
-    virtual std::size_t GetNumValues() const = 0;  // values, or resolutions, that are offered
+    virtual bool IsSupported() const = 0;  // the model has the feature
+    virtual bool IsRequired() const = 0;   // an option must be chosen: 5001 is not offered
+    virtual bool IsUsable() const = 0;     // has the feature, and nothing bars it now
 
 protected:
     ~CapabilitiesNode() = default;

@@ -21,8 +21,6 @@ public:
 
     ValueId GetValueId() const noexcept { return value_; }
     PageSizeTypeEnum GetPageSizeType() const noexcept { return type_; }
-    LONG GetWidthInMicrometres() const noexcept { return width_; }
-    LONG GetLengthInMicrometres() const noexcept { return length_; }
     Dimension GetWidth() const { return Dimension(width_, Dimension::Micrometres); }
     Dimension GetLength() const { return Dimension(length_, Dimension::Micrometres); }
     DWORD GetUnits() const noexcept { return units_; }  // 7491 millimetres, 7492 inches

@@ -20,10 +20,6 @@ public:
     virtual bool IsPredefinedMsOptionName() const = 0;  // a Print Schema keyword, not a private name
     virtual ValueId GetValueId() const = 0;
     virtual PageSizeTypeEnum GetPageSizeType() const = 0;
-    virtual LONG GetWidthInMicrometres() const = 0;
-    virtual LONG GetLengthInMicrometres() const = 0;  // 0 for a roll
-    virtual WORD GetMsId() const = 0;                 // DMPAPER number; 0 when it has none
-    virtual const WCHAR* GetDisplayName() const = 0;
 
 protected:
     ~PageSizeDictionaryEntry() = default;
@@ -46,8 +42,8 @@ protected:
 
 class MvCoreLibrary {
 public:
-    // A new dictionary, which the caller destroys. The loader gives display names and may be null; it is not kept.
-    virtual MvPageSizeDictionary* CreatePageSizeDictionary(ProductStringLoader* loader) = 0;
+    // A new dictionary, which the caller destroys.
+    virtual MvPageSizeDictionary* CreatePageSizeDictionary() = 0;
     // Its low half is 256, the paper number of every custom size; its high half comes from the CRC-32 of the name (the
     // two halves of the CRC exclusive-ored), so that it distinguishes names and is the same in every process.
     virtual DWORD GetCustomSizeMsId(const WCHAR* name) = 0;

@@ -12,10 +12,9 @@
 
 class PageSizeDictionary {
 public:
-    // The loader gives display names and may be null. Loads mvcoreC0 when it is not in the process yet;
-    // throws ExceptionDelayLoadDllLoadFailure when it cannot be found.
-    explicit PageSizeDictionary(ProductStringLoader* loader)
-        : dictionary_(GetMvCoreLibrary()->CreatePageSizeDictionary(loader)) {}
+    // Loads mvcoreC0 when it is not in the process yet; throws ExceptionDelayLoadDllLoadFailure when it cannot be
+    // found. The entries have no names for people, so the loader of the product's texts is not used; it may be null.
+    explicit PageSizeDictionary(ProductStringLoader*) : dictionary_(GetMvCoreLibrary()->CreatePageSizeDictionary()) {}
 
     // Entries of that size (equal in whole millimetres), or of that kind, in the dictionary's order. They belong to it.
     std::vector<const PageSizeDictionaryEntry*> GetPageSizeEntryRefs(const Dimension& width,

@@ -117,7 +117,6 @@ class MVUTIL_API AttributeBytesIndexedList {
 public:
     void ImportFromRawList(const AttributeBytesRawList& list);                                  // replaces the contents
     void SetAttributeBytes(AttributeBytesFeatureId feature, const AttributeBytesValue& value);  // replaces or adds
-    bool RemoveAttributeBytes(AttributeBytesFeatureId feature);
     // The value, or null; valid until the next change.
     const AttributeBytesValue* Find(AttributeBytesFeatureId feature) const;
     // Copies the collection stored under the feature; an empty list when there is none. Whether there was one.

@@ -115,10 +115,6 @@ void Feature::TellWhatIsOffered(const std::optional<FeatureValue>& valueBefore) 
 
 bool Feature::IsRequired() const { return kind_ == FeatureKind::Option && required_; }
 
-std::size_t Feature::GetNumValues() const {
-    return kind_ == FeatureKind::Option ? options_->GetListed().size() : resolutions_.size();
-}
-
 void Feature::AddOptions(const std::vector<DWORD>& values) {
     bool changed = false;
     for (const DWORD value : values) changed |= options_->Add(value);

@@ -41,7 +41,6 @@ public:
     bool IsSupported() const override { return true; }
     bool IsRequired() const override;
     bool IsUsable() const override { return usable_; }
-    std::size_t GetNumValues() const override;
 
     std::size_t GetNumItems() const override { return rows_.size(); }
     MvListOfFeatures& GetItem(std::size_t index) override;

@@ -14,7 +14,6 @@ public:
     bool IsSupported() const override { return false; }
     bool IsRequired() const override { return false; }
     bool IsUsable() const override { return false; }
-    std::size_t GetNumValues() const override { return 0; }
 };
 
 void ListFeatures(const FeatureList& list, std::vector<FeatureId>& features) {
@@ -24,10 +23,15 @@ void ListFeatures(const FeatureList& list, std::vector<FeatureId>& features) {
     }
 }
 
-bool IsUnder(const Feature& feature, FeatureId parent) {
-    const auto& path = feature.GetPath();
+// Whether the feature at the end of the path stands somewhere below the parent.
+bool IsUnder(const std::vector<DWORD>& path, FeatureId parent) {
     return parent.GetId() == facts::feature::kRoot ||
            std::find(path.begin(), path.end() - 1, parent.GetId()) != path.end() - 1;
+}
+
+Feature& RequireFound(Feature* found, const FeatureIdWithContext& id, const WCHAR* methodName) {
+    if (!found) ThrowUnsupportedFeature(id.GetFeatureId(), methodName);
+    return *found;
 }
 
 }  // namespace
@@ -79,7 +83,7 @@ bool ModelIntegration::GetDimensionRange(const FeatureIdWithContext& feature, Di
 
 bool ModelIntegration::TestFeature(FeatureId parent, FeatureId feature, int state) {
     const Feature* found = parts_.root.Find(feature);
-    bool holds = found && IsUnder(*found, parent);
+    bool holds = found && IsUnder(found->GetPath(), parent);
     if (holds && found->GetKind() == FeatureKind::Boolean)
         holds = found->GetEffective().value_or(FeatureValue()).number;
     return holds == (state != 0);
@@ -91,9 +95,7 @@ bool ModelIntegration::TestFeature(const FeatureIdWithContext& feature) {
 }
 
 Feature& ModelIntegration::Require(const FeatureIdWithContext& id, FeatureKind kind, const WCHAR* methodName) const {
-    Feature* found = FindFeature(parts_, id, kind);
-    if (!found) ThrowUnsupportedFeature(id.GetFeatureId(), methodName);
-    return *found;
+    return RequireFound(FindFeature(parts_, id, kind), id, methodName);
 }
 
 void ModelIntegration::AddOptionValues(const FeatureIdWithContext& feature, const std::vector<ValueId>& values,
@@ -110,20 +112,17 @@ void ModelIntegration::AddOptionValues(const FeatureIdWithContext& feature, cons
 
 void ModelIntegration::DeclareFeaturesPresent(FeatureId parent, const std::vector<FeatureId>& features) {
     for (const FeatureId feature : features) {
-        std::vector<DWORD> path = GetCataloguePath(feature.GetId());
-        if (path.empty()) ThrowUnsupportedFeature(feature, W("IntegrationServices::DeclareFeaturesPresent"));
-        const bool isUnder = parent.GetId() == facts::feature::kRoot ||
-                             std::find(path.begin(), path.end() - 1, parent.GetId()) != path.end() - 1;
-        if (!isUnder) ThrowUnsupportedFeature(feature, W("IntegrationServices::DeclareFeaturesPresent"));
+        const std::vector<DWORD> path = GetCataloguePath(feature.GetId());
+        if (path.empty() || !IsUnder(path, parent))
+            ThrowUnsupportedFeature(feature, W("IntegrationServices::DeclareFeaturesPresent"));
         parts_.root.Declare(path);
     }
 }
 
 void ModelIntegration::DeclareFeaturesOfUser(const std::vector<FeatureId>& features) {
     for (const FeatureId feature : features) {
-        Feature* found = parts_.root.Find(feature);
-        if (!found) ThrowUnsupportedFeature(feature, W("IntegrationServices::DeclareFeaturesOfUser"));
-        found->SetOfUser();
+        constexpr const WCHAR* kMethod = W("IntegrationServices::DeclareFeaturesOfUser");
+        RequireFound(parts_.root.Find(feature), feature, kMethod).SetOfUser();
     }
 }
 
@@ -145,7 +144,5 @@ void ModelIntegration::SetRange(const FeatureIdWithContext& feature, LONG minimu
 }
 
 void ModelIntegration::SetUsable(const FeatureIdWithContext& feature, bool usable) {
-    Feature* found = parts_.root.Find(feature);
-    if (!found) ThrowUnsupportedFeature(feature.GetFeatureId(), W("IntegrationServices::SetUsable"));
-    found->SetUsable(usable);
+    RequireFound(parts_.root.Find(feature), feature, W("IntegrationServices::SetUsable")).SetUsable(usable);
 }

@@ -12,9 +12,7 @@ namespace {
 
 class CoreLibrary final : public MvCoreLibrary {
 public:
-    MvPageSizeDictionary* CreatePageSizeDictionary(ProductStringLoader* loader) override {
-        return MakePageSizeDictionary(loader);
-    }
+    MvPageSizeDictionary* CreatePageSizeDictionary() override { return MakePageSizeDictionary(); }
     DWORD GetCustomSizeMsId(const WCHAR* name) override {
         const WideStringView text = name ? WideStringView(name) : WideStringView();
         const DWORD crc = Crc32::GetCrc(text.data(), text.size() * sizeof(WCHAR));

@@ -1,13 +1,11 @@
 // The dictionary of page sizes: entries made once from the table, shared by all dictionaries.
 #include "schemapagesizes.h"
 
-#include <mvutil/textresources.h>
 #include <products/pagesizes.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -40,30 +38,20 @@ private:
 class DictionaryEntry final : public PageSizeDictionaryEntry {
 public:
     explicit DictionaryEntry(const PageSizeRow& row)
-        : row_(&row),
-          name_(row.name.begin(), row.name.end()),
-          displayName_(row.displayName.begin(), row.displayName.end()),
-          width_(row.width),
-          length_(row.length) {}
+        : row_(&row), name_(row.name.begin(), row.name.end()), width_(row.width), length_(row.length) {}
 
     const WCHAR* GetMsPageMediaSizeOptionName() const override { return name_.c_str(); }
     bool IsPredefinedMsOptionName() const override { return true; }  // the table holds keywords only
     ValueId GetValueId() const override { return ValueId(row_->value); }
     PageSizeTypeEnum GetPageSizeType() const override { return static_cast<PageSizeTypeEnum>(row_->GetKind()); }
-    LONG GetWidthInMicrometres() const override { return row_->width; }
-    LONG GetLengthInMicrometres() const override { return row_->length; }
-    WORD GetMsId() const override { return row_->paperNumber; }
-    const WCHAR* GetDisplayName() const override { return displayName_.c_str(); }
 
     bool IsOfSize(LONG wholeWidth, LONG wholeLength) const noexcept {
         return !row_->IsCustom() && width_.Is(wholeWidth) && length_.Is(wholeLength);
     }
-    void SetDisplayName(const WideString& name) { displayName_ = name; }
 
 private:
     const PageSizeRow* row_;
     WideString name_;
-    WideString displayName_;
     WholeSide width_;
     WholeSide length_;
 };
@@ -73,21 +61,8 @@ const std::vector<DictionaryEntry>& SharedEntries() {
     return entries;
 }
 
-// The shared entries with the product's own names for the sizes.
-std::vector<DictionaryEntry> NamedEntries(const ProductStringLoader& loader) {
-    std::vector<DictionaryEntry> entries = SharedEntries();
-    for (DictionaryEntry& entry : entries) {
-        const CXString name = loader.LoadStringW(entry.GetValueId().GetValueEnum());
-        if (!name.IsEmpty()) entry.SetDisplayName(name.AsWideString());
-    }
-    return entries;
-}
-
 class Dictionary final : public MvPageSizeDictionary {
 public:
-    Dictionary() : entries_(SharedEntries()) {}
-    explicit Dictionary(const ProductStringLoader& loader) : own_(NamedEntries(loader)), entries_(own_) {}
-
     void Destroy() noexcept override { std::default_delete<Dictionary>()(this); }
     std::size_t GetCount() const override { return entries_.size(); }
     const PageSizeDictionaryEntry* GetEntry(std::size_t index) const override {
@@ -109,12 +84,9 @@ private:
         return static_cast<std::size_t>(std::find_if(begin, entries_.end(), matches) - entries_.begin());
     }
 
-    std::vector<DictionaryEntry> own_;
-    std::span<const DictionaryEntry> entries_;
+    const std::vector<DictionaryEntry>& entries_ = SharedEntries();
 };
 
 }  // namespace
 
-MvPageSizeDictionary* MakePageSizeDictionary(const ProductStringLoader* loader) {
-    return (loader ? std::make_unique<Dictionary>(*loader) : std::make_unique<Dictionary>()).release();
-}
+MvPageSizeDictionary* MakePageSizeDictionary() { return std::make_unique<Dictionary>().release(); }

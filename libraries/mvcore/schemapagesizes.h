@@ -4,4 +4,4 @@
 #include <mvcore/mvcorelibrary.h>
 
 // A new dictionary over the Print Schema's whole list; the caller destroys it.
-MvPageSizeDictionary* MakePageSizeDictionary(const ProductStringLoader* loader);
+MvPageSizeDictionary* MakePageSizeDictionary();

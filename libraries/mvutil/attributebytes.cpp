@@ -76,10 +76,6 @@ void AttributeBytesIndexedList::SetAttributeBytes(AttributeBytesFeatureId featur
     items_.insert_or_assign(feature, value);
 }
 
-bool AttributeBytesIndexedList::RemoveAttributeBytes(AttributeBytesFeatureId feature) {
-    return items_.erase(feature) > 0;
-}
-
 const AttributeBytesValue* AttributeBytesIndexedList::Find(AttributeBytesFeatureId feature) const {
     const auto found = items_.find(feature);
     return found == items_.end() ? nullptr : &found->second;

@@ -86,25 +86,4 @@ HRESULT WINAPI VariantClear(VARIANT* value) {
     return S_OK;
 }
 
-HRESULT WINAPI VariantCopy(VARIANT* destination, VARIANT* source) {
-    if (!destination || !source) return E_INVALIDARG;
-    if (destination == source) return S_OK;
-    VARIANT copy = *source;
-    if (source->vt == VT_BSTR) {
-        if (source->bstrVal) copy.bstrVal = Allocate(source->bstrVal, ByteLength(source->bstrVal));
-        if (source->bstrVal && !copy.bstrVal) return E_OUTOFMEMORY;
-    } else if (IsObject(source->vt)) {
-        if (source->punkVal) source->punkVal->AddRef();
-    } else if (!IsPlain(source->vt)) {
-        return DISP_E_BADVARTYPE;
-    }
-    const HRESULT cleared = VariantClear(destination);
-    if (FAILED(cleared)) {
-        VariantClear(&copy);
-        return cleared;
-    }
-    *destination = copy;
-    return S_OK;
-}
-
 }  // extern "C"

@@ -56,7 +56,6 @@ BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW information) {
 }
 
 DWORD WINAPI GetCurrentProcessId() { return static_cast<DWORD>(getpid()); }
-DWORD WINAPI GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
 
 void WINAPI GetSystemTimeAsFileTime(LPFILETIME time) {
     using Steps = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;

@@ -69,9 +69,8 @@ BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT length);
 void WINAPI SysFreeString(BSTR text);
 UINT WINAPI SysStringLen(BSTR text);
 
-// VariantClear frees a text and releases an object. VariantCopy frees what the destination holds, unless the copying
-// fails. A type that owns something else (an array, a record): DISP_E_BADVARTYPE, nothing changed.
+// VariantClear frees a text and releases an object. A type that owns something else (an array, a record):
+// DISP_E_BADVARTYPE, nothing changed.
 void WINAPI VariantInit(VARIANT* value);
 HRESULT WINAPI VariantClear(VARIANT* value);
-HRESULT WINAPI VariantCopy(VARIANT* destination, VARIANT* source);
 }

@@ -21,9 +21,7 @@ HMODULE WINAPI LoadLibraryExA(LPCSTR name, HANDLE reserved, DWORD flags);
 HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE reserved, DWORD flags);
 BOOL WINAPI FreeLibrary(HMODULE module);
 HMODULE WINAPI GetModuleHandleA(LPCSTR name);
-HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR name, HMODULE* module);
-BOOL WINAPI GetModuleHandleExW(DWORD flags, LPCWSTR name, HMODULE* module);
 DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD characters);
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD characters);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
@@ -46,7 +44,6 @@ inline LONG InterlockedIncrement(volatile LONG* value) { return __atomic_add_fet
 inline LONG InterlockedDecrement(volatile LONG* value) { return __atomic_sub_fetch(value, 1, __ATOMIC_SEQ_CST); }
 extern "C" {
 DWORD WINAPI GetCurrentProcessId();
-DWORD WINAPI GetCurrentThreadId();
 // Written to standard error, as UTF-8, when the environment variable MVPT_DEBUG is set; to nowhere otherwise.
 void WINAPI OutputDebugStringW(LPCWSTR text);
 void WINAPI DebugBreak();

@@ -7,8 +7,6 @@
 // ---- calling conventions and attributes
 #define STDMETHODCALLTYPE
 #define WINAPI
-#define APIENTRY
-#define CALLBACK
 #define MV_DECLSPEC_dllexport __attribute__((visibility("default")))
 #define MV_DECLSPEC_dllimport __attribute__((visibility("default")))
 #define __declspec(attribute) MV_DECLSPEC_##attribute
@@ -19,7 +17,6 @@ using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using CHAR = char;
-using UCHAR = unsigned char;
 using SHORT = std::int16_t;
 using USHORT = std::uint16_t;
 using INT = int;
@@ -28,7 +25,6 @@ using LONG = std::int32_t;
 using ULONG = std::uint32_t;
 using LONGLONG = std::int64_t;
 using ULONGLONG = std::uint64_t;
-using DWORD_PTR = std::uintptr_t;
 using UINT_PTR = std::uintptr_t;
 using LONG_PTR = std::intptr_t;
 using SIZE_T = std::size_t;
@@ -38,17 +34,12 @@ using LSTATUS = LONG;
 using LCID = DWORD;
 using LPVOID = void*;
 using PVOID = void*;
-using LPCVOID = const void*;
 using LPBYTE = BYTE*;
-using PBYTE = BYTE*;
 using LPDWORD = DWORD*;
-using LPBOOL = BOOL*;
 using LPSTR = CHAR*;
 using LPCSTR = const CHAR*;
 using LPWSTR = WCHAR*;
-using PWSTR = WCHAR*;
 using LPCWSTR = const WCHAR*;
-using PCWSTR = const WCHAR*;
 using HANDLE = void*;
 using LPHANDLE = HANDLE*;
 
@@ -67,7 +58,6 @@ using FARPROC = std::intptr_t (*)();
 
 #define TRUE 1
 #define FALSE 0
-#define MAX_PATH 260
 #define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1)))
 
 struct FILETIME {
@@ -85,23 +75,10 @@ struct GUID {
 };
 using IID = GUID;
 using CLSID = GUID;
-using REFGUID = const GUID&;
 using REFIID = const IID&;
-using REFCLSID = const CLSID&;
 bool operator==(const GUID& a, const GUID& b);
 inline bool operator!=(const GUID& a, const GUID& b) { return !(a == b); }
 inline BOOL IsEqualIID(REFIID a, REFIID b) { return a == b ? TRUE : FALSE; }
-
-struct SYSTEMTIME {
-    WORD wYear;
-    WORD wMonth;
-    WORD wDayOfWeek;
-    WORD wDay;
-    WORD wHour;
-    WORD wMinute;
-    WORD wSecond;
-    WORD wMilliseconds;
-};
 
 // ---- results and errors
 #define SUCCEEDED(hr) (static_cast<HRESULT>(hr) >= 0)
@@ -123,7 +100,6 @@ struct SYSTEMTIME {
                                       : static_cast<HRESULT>((static_cast<DWORD>(error) & 0xFFFFu) | 0x80070000u))
 
 #define ERROR_SUCCESS 0
-#define NO_ERROR 0
 #define ERROR_FILE_NOT_FOUND 2
 #define ERROR_PATH_NOT_FOUND 3
 #define ERROR_ACCESS_DENIED 5
@@ -140,7 +116,6 @@ struct SYSTEMTIME {
 #define ERROR_PROC_NOT_FOUND 127
 #define ERROR_BAD_PATHNAME 161
 #define ERROR_BUSY 170
-#define ERROR_ALREADY_EXISTS 183
 #define ERROR_MORE_DATA 234
 #define ERROR_NO_MORE_ITEMS 259
 #define ERROR_INVALID_FLAGS 1004

@@ -133,24 +133,10 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR name) {
     return module;
 }
 
-HMODULE WINAPI GetModuleHandleW(LPCWSTR name) {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT, name, &module);
-    return module;
-}
-
 BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR name, HMODULE* module) {
     return Guarded(FALSE, [&] {
         if (!name || (flags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS)) return GetHandle(flags, name, nullptr, module);
         const std::string text(name);
-        return GetHandle(flags, nullptr, &text, module);
-    });
-}
-
-BOOL WINAPI GetModuleHandleExW(DWORD flags, LPCWSTR name, HMODULE* module) {
-    return Guarded(FALSE, [&] {
-        if (!name || (flags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS)) return GetHandle(flags, name, nullptr, module);
-        const std::string text = Utf8FromWide(name);
         return GetHandle(flags, nullptr, &text, module);
     });
 }

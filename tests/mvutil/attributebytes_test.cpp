@@ -52,7 +52,7 @@ TEST(AttributeLists, CollectionsAreCopies) {
     AttributeBytesIndexedList list, outer, inner;
     list.ImportFromRawList(EveryKind());
     ASSERT_TRUE(list.GetCollection(Id(477), outer) && outer.GetCollection(Id(210), inner));
-    EXPECT_TRUE(inner.RemoveAttributeBytes(Id(175)));
+    inner.ImportFromRawList(AttributeBytesRawList());
     ASSERT_TRUE(outer.GetCollection(Id(210), outer));
     EXPECT_FALSE(outer.IsEmpty());
     EXPECT_FALSE(list.GetCollection(Id(286), outer));

@@ -7,7 +7,7 @@
 
 static_assert(sizeof(WCHAR) == 2 && sizeof(LONG) == 4 && sizeof(ULONG) == 4 && sizeof(DWORD) == 4);
 static_assert(sizeof(BOOL) == 4 && sizeof(HRESULT) == 4 && sizeof(LSTATUS) == 4 && sizeof(VARIANT_BOOL) == 2);
-static_assert(sizeof(GUID) == 16 && sizeof(SYSTEMTIME) == 16 && sizeof(FILETIME) == 8);
+static_assert(sizeof(GUID) == 16 && sizeof(FILETIME) == 8);
 static_assert(sizeof(OSVERSIONINFOW) == 276);
 
 static_assert(sizeof(DEVMODEW) == 220 && alignof(DEVMODEW) == 4);

@@ -24,19 +24,4 @@ TEST(Bstr, CarriesItsLengthInBytesAndEndsWithNul) {
     EXPECT_EQ(SysAllocString(nullptr), nullptr);
 }
 
-TEST(Variant, CopyOwnsItsText) {
-    Variant copy;
-    {
-        const Variant original(View(W("a\0b"), 3));
-        VARIANT source = original.Get();
-        ASSERT_EQ(VariantCopy(copy.Put(), &source), S_OK);
-        EXPECT_NE(copy.Get().bstrVal, source.bstrVal);
-    }
-    EXPECT_EQ(copy.Text(), View(W("a\0b"), 3));
-    VARIANT empty;
-    VariantInit(&empty);
-    ASSERT_EQ(VariantCopy(copy.Put(), &empty), S_OK);
-    EXPECT_EQ(copy.Get().vt, VT_EMPTY);
-}
-
 }  // namespace
