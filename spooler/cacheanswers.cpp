@@ -11,8 +11,11 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <span>
 
 namespace {
+
+WideString NameOf(std::span<const WCHAR> field) { return WideString(GetNameField(field)); }
 
 // CRC-32 of the bytes with the check word taken as zero.
 DWORD ComputeCheck(const std::vector<BYTE>& blob, std::size_t checkOffset) {
@@ -53,65 +56,53 @@ std::optional<CapabilityCaches::Blob> CapabilityCaches::ReadBlob(const WCHAR* na
     return std::nullopt;
 }
 
-template <class Header, class Record>
-std::optional<std::vector<Record>> CapabilityCaches::ReadRecords(const WCHAR* name) const {
+// The cache's records, each made into an answer; none when the cache has none or counts more records than it holds.
+template <class Header, class Record, class Convert>
+auto CapabilityCaches::ReadAnswers(const WCHAR* name, Convert convert) const {
+    std::optional<std::vector<decltype(convert(Record()))>> answers;
     const auto blob = ReadBlob(name, sizeof(Header), offsetof(Header, check));
-    if (!blob) return std::nullopt;
+    if (!blob) return answers;
     const DWORD count = RecordAt<Header>(*blob, 0).count;
-    if (count > (blob->size() - sizeof(Header)) / sizeof(Record)) return std::nullopt;
-    std::vector<Record> records(count);
-    if (count != 0) std::memcpy(records.data(), blob->data() + sizeof(Header), count * sizeof(Record));
-    return records;
+    if (count > (blob->size() - sizeof(Header)) / sizeof(Record)) return answers;
+    answers.emplace();
+    for (DWORD index = 0; index < count; ++index)
+        answers->push_back(convert(RecordAt<Record>(*blob, sizeof(Header) + index * sizeof(Record))));
+    return answers;
 }
 
 std::optional<std::vector<PaperAnswer>> CapabilityCaches::ReadPapers() const {
-    const auto records = ReadRecords<PaperCapsHeader, _tag_FormsInfoRec>(kPaperCapsValue);
-    if (!records) return std::nullopt;
-    std::vector<PaperAnswer> papers;
-    for (const _tag_FormsInfoRec& record : *records)
-        papers.push_back({record.msPaperId, record.width, record.length, WideString(GetNameField(record.name))});
-    return papers;
+    return ReadAnswers<PaperCapsHeader, _tag_FormsInfoRec>(kPaperCapsValue, [](const _tag_FormsInfoRec& record) {
+        return PaperAnswer{record.msPaperId, record.width, record.length, NameOf(record.name)};
+    });
 }
 
 std::optional<std::vector<NumberedName>> CapabilityCaches::ReadBins() const {
-    const auto records = ReadRecords<ListCapsHeader, BinCapsRecord>(kBinCapsValue);
-    if (!records) return std::nullopt;
-    std::vector<NumberedName> bins;
-    for (const BinCapsRecord& record : *records) bins.push_back({record.number, WideString(GetNameField(record.name))});
-    return bins;
+    return ReadAnswers<ListCapsHeader, BinCapsRecord>(kBinCapsValue, [](const BinCapsRecord& record) {
+        return NumberedName{record.number, NameOf(record.name)};
+    });
 }
 
 std::optional<std::vector<NumberedName>> CapabilityCaches::ReadMediaTypes() const {
-    const auto records = ReadRecords<ListCapsHeader, MediaCapsRecord>(kMediaCapsValue);
-    if (!records) return std::nullopt;
-    std::vector<NumberedName> types;
-    for (const MediaCapsRecord& record : *records)
-        types.push_back({record.number, WideString(GetNameField(record.name))});
-    return types;
+    return ReadAnswers<ListCapsHeader, MediaCapsRecord>(kMediaCapsValue, [](const MediaCapsRecord& record) {
+        return NumberedName{record.number, NameOf(record.name)};
+    });
 }
 
 std::optional<std::vector<WideString>> CapabilityCaches::ReadPapersReady() const {
-    const auto records = ReadRecords<ListCapsHeader, MediaReadyRecord>(kMediaReadyValue);
-    if (!records) return std::nullopt;
-    std::vector<WideString> names;
-    for (const MediaReadyRecord& record : *records) names.emplace_back(GetNameField(record.paperName));
-    return names;
+    return ReadAnswers<ListCapsHeader, MediaReadyRecord>(
+        kMediaReadyValue, [](const MediaReadyRecord& record) { return NameOf(record.paperName); });
 }
 
 std::optional<std::vector<WideString>> CapabilityCaches::ReadDependentFiles() const {
-    const auto records = ReadRecords<ListCapsHeader, DependentFileRecord>(kDependentFilesValue);
-    if (!records) return std::nullopt;
-    std::vector<WideString> names;
-    for (const DependentFileRecord& record : *records) names.emplace_back(GetNameField(record.name));
-    return names;
+    return ReadAnswers<ListCapsHeader, DependentFileRecord>(
+        kDependentFilesValue, [](const DependentFileRecord& record) { return NameOf(record.name); });
 }
 
 std::optional<std::vector<ResolutionAnswer>> CapabilityCaches::ReadResolutions() const {
-    const auto records = ReadRecords<ResolutionCapsHeader, _tag_ResolutionInfoRec>(kResolutionsValue);
-    if (!records) return std::nullopt;
-    std::vector<ResolutionAnswer> resolutions;
-    for (const _tag_ResolutionInfoRec& record : *records) resolutions.push_back({record.crossFeed, record.feed});
-    return resolutions;
+    return ReadAnswers<ResolutionCapsHeader, _tag_ResolutionInfoRec>(
+        kResolutionsValue, [](const _tag_ResolutionInfoRec& record) {
+            return ResolutionAnswer{record.crossFeed, record.feed};
+        });
 }
 
 LimitAnswers CapabilityCaches::ReadLimits() const {

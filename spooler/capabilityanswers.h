@@ -49,8 +49,8 @@ public:
 private:
     using Blob = std::vector<BYTE>;
     std::optional<Blob> ReadBlob(const WCHAR* name, std::size_t minimumBytes, std::size_t checkOffset) const;
-    template <class Header, class Record>
-    std::optional<std::vector<Record>> ReadRecords(const WCHAR* name) const;
+    template <class Header, class Record, class Convert>
+    auto ReadAnswers(const WCHAR* name, Convert convert) const;
 
     WideString path_;
 };

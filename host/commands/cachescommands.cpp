@@ -150,8 +150,7 @@ void AddCachesCommands(CLI::App& app, HostContext& context) {
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const std::string&)) {
         CLI::App* command = caches->add_subcommand(name, description);
         command->add_option("--printer", *printer, "The printer's name")->required();
-        command->callback(
-            [&context, printer, run] { context.action = [&context, printer, run] { run(context, *printer); }; });
+        context.SetAction(*command, printer, run);
     };
     add("show", "Prints the caches' records; damaged caches are told", RunShow);
     add("rebuild", "Builds the caches anew from the product, the forms and the custom sizes", RunRebuild);

@@ -61,5 +61,5 @@ void AddCheckCommand(CLI::App& app, HostContext& context) {
     const auto file = std::make_shared<std::string>();
     CLI::App* check = app.add_subcommand("check", "Tells which rules a PrintTicket or a PrintCapabilities breaks");
     check->add_option("FILE", *file, "The document")->required();
-    check->callback([&context, file] { context.action = [&context, file] { RunCheck(context, *file); }; });
+    context.SetAction(*check, file, RunCheck);
 }

@@ -6,9 +6,10 @@
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
-// What a command works with. A command's callback stores its action; it runs once the whole command line is read.
+// What a command works with.
 class HostContext {
 public:
     HostContext(std::ostream& output, std::ostream& errors) : out(output), err(errors) {}
@@ -20,6 +21,13 @@ public:
     // Throws InputError when there is none or it cannot be opened.
     void UseStore();
     void UseThrowawayStore();  // a store that ends with the context
+
+    // What the command does with its options, once the whole command line is read.
+    template <class Options>
+    void SetAction(CLI::App& command, const std::shared_ptr<Options>& options,
+                   void (*run)(HostContext&, const Options&)) {
+        command.callback([this, options, run] { action = [this, options, run] { run(*this, *options); }; });
+    }
 
     std::ostream& out;
     std::ostream& err;

@@ -114,8 +114,7 @@ CLI::App* AddConversion(CLI::App& app, HostContext& context, const SharedOptions
                         const char* description, void (*run)(HostContext&, const ConversionOptions&)) {
     CLI::App* command = app.add_subcommand(name, description);
     command->add_option("--printer", options->printer, "The printer's name")->required();
-    command->callback(
-        [&context, options, run] { context.action = [&context, options, run] { run(context, *options); }; });
+    context.SetAction(*command, options, run);
     return command;
 }
 

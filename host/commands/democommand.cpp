@@ -105,5 +105,5 @@ void AddDemoCommand(CLI::App& app, HostContext& context) {
     const auto folder = std::make_shared<std::string>();
     CLI::App* demo = app.add_subcommand("demo", "Shows a job's settings travel through the component on each product");
     demo->add_option("-o,--out", *folder, "Folder for the files (default: a new temporary one)")->check(NotEmpty());
-    demo->callback([&context, folder] { context.action = [&context, folder] { RunDemo(context, *folder); }; });
+    context.SetAction(*demo, folder, RunDemo);
 }

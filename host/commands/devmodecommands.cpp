@@ -65,10 +65,10 @@ void AddDevmodeCommands(CLI::App& app, HostContext& context) {
                      "NAME=VALUE or PATH=VALUE: a driver setting, such as Duplex=5421 or 477/210/175=6801")
         ->allow_extra_args(false);
     make->add_flag("--caches", options->caches, "Put the printer's capability caches into the private block");
-    make->callback([&context, options] { context.action = [&context, options] { RunNew(context, *options); }; });
+    context.SetAction(*make, options, RunNew);
 
     CLI::App* show = devmode->add_subcommand("show", "Prints what a DEVMODE file holds");
     show->add_option("FILE", options->file, "The DEVMODE's file")->required();
     show->add_flag("--json", options->json, "Print JSON");
-    show->callback([&context, options] { context.action = [&context, options] { RunShow(context, *options); }; });
+    context.SetAction(*show, options, RunShow);
 }

@@ -1,8 +1,11 @@
 // printer form add, printer form remove, printer customsize add, printer customsize remove
 #include <capabilitycaches.h>
+#include <facts/papernumbers.h>
 #include <mvutil/cachelocation.h>
+#include <mvutil/cforms.h>
 #include <mvutil/customsizes.h>
 #include <mvutil/printdriver.h>
+#include <mvutil/user.h>
 
 #include <charconv>
 #include <cmath>
@@ -76,6 +79,12 @@ void AddForm(HostContext& context, const PaperOptions& options) {
     form.Size = {width, length};
     form.ImageableArea = {0, 0, width, length};
     if (!AddFormW(printer.Get(), 1, reinterpret_cast<LPBYTE>(&form))) ThrowFormRefusal("AddFormW", options.name);
+    if (!CForms(printer.Get(), true).GetFormW(name)) {
+        DeleteFormW(printer.Get(), name.data());
+        throw InputError("there is no paper number left for the form '" + options.name +
+                         "': the forms have those up to " + std::to_string(facts::kLastFormPaper) +
+                         "; remove another form first");
+    }
     RebuildAllCaches();
 }
 
@@ -97,6 +106,9 @@ void AddCustomSize(HostContext& context, const PaperOptions& options) {
                                                     {kCustomSizeLengthValue, ParseSide(options.length)},
                                                     {kCustomSizeIsMetricValue, options.metric ? 1 : 0}};
     context.UseStore();
+    if (User::EnumUserKeyNames(kCustomSizesKey).size() >= User::kMaximumKeyNames)
+        throw InputError("there are " + std::to_string(User::kMaximumKeyNames) +
+                         " custom sizes, as many as a printer lists; remove one first");
     UniqueKey key;
     DWORD disposition = 0;
     LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
@@ -134,8 +146,7 @@ void AddPaperCommands(CLI::App& printer, HostContext& context) {
                              void (*run)(HostContext&, const PaperOptions&)) {
         CLI::App* added = app->add_subcommand(name, description);
         added->add_option("NAME", options->name, "The paper's name")->required();
-        added->callback(
-            [&context, options, run] { context.action = [&context, options, run] { run(context, *options); }; });
+        context.SetAction(*added, options, run);
         return added;
     };
     const auto sized = [&](CLI::App* added) {

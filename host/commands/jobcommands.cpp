@@ -37,8 +37,7 @@ void AddJobCommands(CLI::App& app, HostContext& context) {
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const JobOptions&)) {
         CLI::App* command = job->add_subcommand(name, description);
         command->add_option("--printer", options->printer, "The printer's name")->required();
-        command->callback(
-            [&context, options, run] { context.action = [&context, options, run] { run(context, *options); }; });
+        context.SetAction(*command, options, run);
         return command;
     };
     add("printed", "Plays the end of a printed job: the user's preferences in it are saved", RunPrinted)

@@ -35,6 +35,5 @@ void AddJobTicketCommand(CLI::App& app, HostContext& context) {
     CLI::App* command = app.add_subcommand("jobticket", "Prints the MVJT job ticket of a DEVMODE, as UTF-8");
     command->add_option("--printer", options->printer, "The printer's name")->required();
     command->add_option("--devmode", options->devmode, "The DEVMODE's file")->required();
-    command->callback(
-        [&context, options] { context.action = [&context, options] { RunJobTicket(context, *options); }; });
+    context.SetAction(*command, options, RunJobTicket);
 }

@@ -108,8 +108,7 @@ void AddPrinterCommands(CLI::App& app, HostContext& context) {
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const PrinterOptions&)) {
         CLI::App* command = printer->add_subcommand(name, description);
         command->add_option("NAME", options->name, "The printer's name")->required();
-        command->callback(
-            [&context, options, run] { context.action = [&context, options, run] { run(context, *options); }; });
+        context.SetAction(*command, options, run);
         return command;
     };
     CLI::App* addCommand = add("add", "Installs a product as a printer", RunAdd);

@@ -8,7 +8,9 @@
 // Keys are paths under the driver family's key of the current user.
 class MVUTIL_API User {
 public:
-    // Names of the keys directly under the key, in the registry's order; none when it does not exist.
+    static constexpr DWORD kMaximumKeyNames = 4096;  // more are no list that a user made
+    // Names of the keys directly under the key, in the registry's order, at most that many; none when it does not
+    // exist.
     static std::vector<CXString> EnumUserKeyNames(const CXString& key);
     static LONG GetUserDataLongFromRegistry(const CXString& key, const CXString& name, LONG defaultValue);
     static bool GetUserDataBooleanFromRegistry(const CXString& key, const CXString& name, bool defaultValue);

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr DWORD kMaximumKeys = 4096;  // more are no list that a user made
-
 CXString UserPath(const CXString& key) { return CXString(kDriverFamilyKey) + W("\\") + key; }
 
 bool StoreValue(const CXString& key, const CXString& name, DWORD type, const void* value, std::size_t bytes) {
@@ -28,7 +26,7 @@ std::vector<CXString> User::EnumUserKeyNames(const CXString& key) {
     std::vector<CXString> names;
     const UniqueKey parent = OpenKey(HKEY_CURRENT_USER, UserPath(key), KEY_READ);
     if (!parent) return names;
-    for (DWORD index = 0; index < kMaximumKeys; ++index) {
+    for (DWORD index = 0; index < kMaximumKeyNames; ++index) {
         WCHAR name[256];  // a key's name has at most 255 characters
         DWORD length = static_cast<DWORD>(std::size(name));
         const LSTATUS status = RegEnumKeyExW(parent.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr);

@@ -3,6 +3,7 @@
 
 #include "domname.h"
 #include "domplace.h"
+#include "domsequence.h"
 #include "domwrappers.h"
 
 namespace dom {
@@ -31,14 +32,17 @@ xmlAttr* FindExpanded(const xmlNode* element, std::string_view localName, std::s
     return nullptr;
 }
 
-class AttributeMap final : public DomObject<IXMLDOMNamedNodeMap, IID_IXMLDOMNamedNodeMap> {
+class AttributeMap final : public DomSequence<IXMLDOMNamedNodeMap, IID_IXMLDOMNamedNodeMap, AttributeMap> {
 public:
+    static constexpr bool kItemMovesOn = false;
+
     explicit AttributeMap(const NodeCore& element)
-        : element_(element), holder_(ComPtr<IXMLDOMNode>::Share(element.Face())) {}
+        : element_(element), holder_(ComPtr<IXMLDOMNode>::Share(element.GetFace())) {}
 
     HRESULT STDMETHODCALLTYPE getNamedItem(BSTR name, IXMLDOMNode** item) override {
-        return Guarded(
-            [&] { return Return(FindAttribute(element_.Tree(), element_.Node(), RawToUtf8(ViewOf(name))), item); });
+        return Guarded([&] {
+            return Return(FindAttribute(element_.GetTree(), element_.GetNode(), RawToUtf8(ViewOf(name))), item);
+        });
     }
     HRESULT STDMETHODCALLTYPE setNamedItem(IXMLDOMNode* newItem, IXMLDOMNode** item) override {
         return Guarded([&] {
@@ -51,53 +55,36 @@ public:
     HRESULT STDMETHODCALLTYPE removeNamedItem(BSTR name, IXMLDOMNode** item) override {
         return Guarded([&] {
             if (!name) return E_INVALIDARG;
-            xmlAttr* const found = FindAttribute(element_.Tree(), element_.Node(), RawToUtf8(ViewOf(name)));
+            xmlAttr* const found = FindAttribute(element_.GetTree(), element_.GetNode(), RawToUtf8(ViewOf(name)));
             return TakeOffAttribute(element_, found, item);
         });
     }
-    HRESULT STDMETHODCALLTYPE get_item(LONG index, IXMLDOMNode** item) override {
-        return Guarded([&] { return element_.ReturnNode(At(index), item); });
-    }
-    HRESULT STDMETHODCALLTYPE get_length(LONG* length) override {
-        if (!length) return E_INVALIDARG;
-        *length = place_.Length(element_.Tree(), First());
-        return S_OK;
-    }
     HRESULT STDMETHODCALLTYPE getQualifiedItem(BSTR baseName, BSTR uri, IXMLDOMNode** item) override {
         return Guarded([&] {
-            return Return(FindExpanded(element_.Node(), RawToUtf8(ViewOf(baseName)), RawToUtf8(ViewOf(uri))), item);
+            return Return(FindExpanded(element_.GetNode(), RawToUtf8(ViewOf(baseName)), RawToUtf8(ViewOf(uri))), item);
         });
     }
     HRESULT STDMETHODCALLTYPE removeQualifiedItem(BSTR baseName, BSTR uri, IXMLDOMNode** item) override {
         return Guarded([&] {
-            xmlAttr* const found = FindExpanded(element_.Node(), RawToUtf8(ViewOf(baseName)), RawToUtf8(ViewOf(uri)));
+            xmlAttr* const found =
+                FindExpanded(element_.GetNode(), RawToUtf8(ViewOf(baseName)), RawToUtf8(ViewOf(uri)));
             return TakeOffAttribute(element_, found, item);
         });
     }
-    HRESULT STDMETHODCALLTYPE nextNode(IXMLDOMNode** item) override {
-        return Guarded([&] {
-            const HRESULT result = element_.ReturnNode(At(next_), item);
-            if (result == S_OK) ++next_;
-            return result;
-        });
+    HRESULT At(LONG index, IXMLDOMNode** item) {
+        return element_.ReturnNode(place_.At(element_.GetTree(), First(), index), item);
     }
-    HRESULT STDMETHODCALLTYPE reset() override {
-        next_ = 0;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE get__newEnum(IUnknown**) override { return E_NOTIMPL; }
+    LONG Length() { return place_.Length(element_.GetTree(), First()); }
 
 private:
     HRESULT Return(xmlAttr* attribute, IXMLDOMNode** item) const {
         return element_.ReturnNode(attribute ? AsNode(attribute) : nullptr, item);
     }
-    xmlNode* First() const { return AsNode(element_.Node()->properties); }
-    xmlNode* At(LONG index) { return place_.At(element_.Tree(), First(), index); }
+    xmlNode* First() const { return AsNode(element_.GetNode()->properties); }
 
     const NodeCore& element_;
     ComPtr<IXMLDOMNode> holder_;  // keeps element_
     SiblingPlace place_;
-    LONG next_ = 0;
 };
 
 }  // namespace
@@ -105,15 +92,15 @@ private:
 IXMLDOMNamedNodeMap* NewAttributeMap(const NodeCore& element) { return new AttributeMap(element); }
 
 xmlAttr* FindAttribute(DomTree& tree, const xmlNode* element, std::string_view wholeName) {
-    return tree.attributes.Find(tree.Changes(), element, wholeName);
+    return tree.attributes.Find(tree.GetChanges(), element, wholeName);
 }
 
 HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode** replaced) {
-    if (!attribute || !IsAttribute(attribute->Node())) return E_INVALIDARG;
-    xmlNode* const owner = element.Node();
-    xmlNode* const node = attribute->Node();
+    if (!attribute || !IsAttribute(attribute->GetNode())) return E_INVALIDARG;
+    xmlNode* const owner = element.GetNode();
+    xmlNode* const node = attribute->GetNode();
     if (node->parent) return E_FAIL;
-    DomTree& tree = element.Tree();
+    DomTree& tree = element.GetTree();
     xmlAttr* const same = FindSame(tree, owner, node);
     const bool fits = IsDeclaration(AsAttribute(node))
                           ? CanDeclare(owner, same, AsAttribute(node), AttributeText(AsAttribute(node)))
@@ -121,8 +108,8 @@ HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode**
                                 !ContradictsPrefix(owner, same, ViewOf(node->ns->prefix), NamespaceOf(node));
     if (!fits) return E_FAIL;
     ComPtr<IXMLDOMNode> old;
-    if (same) old = NodeCore::Wrap(element.SharedTree(), AsNode(same));
-    if (&attribute->Tree() != &tree) tree.TakeOver(attribute->Tree(), node);
+    if (same) old = NodeCore::Wrap(element.GetSharedTree(), AsNode(same));
+    if (&attribute->GetTree() != &tree) tree.TakeOver(attribute->GetTree(), node);
     xmlNode* const before = same ? AsNode(same)->next : nullptr;
     if (same) tree.Detach(AsNode(same));
     tree.Attach(owner, before, node);
@@ -133,19 +120,19 @@ HRESULT PutAttribute(const NodeCore& element, NodeCore* attribute, IXMLDOMNode**
 HRESULT PutAttributeText(const NodeCore& element, const std::string& wholeName, const std::string& text) {
     if (!IsQName(wholeName)) return wholeName.empty() ? E_FAIL : E_INVALIDARG;
     ComPtr<IXMLDOMNode> holder;
-    if (xmlAttr* const found = FindAttribute(element.Tree(), element.Node(), wholeName)) {
-        holder = NodeCore::Wrap(element.SharedTree(), AsNode(found));
+    if (xmlAttr* const found = FindAttribute(element.GetTree(), element.GetNode(), wholeName)) {
+        holder = NodeCore::Wrap(element.GetSharedTree(), AsNode(found));
         return NodeCore::Of(holder.Get())->PutContent(text);
     }
     const std::string_view prefix = SplitName(wholeName).prefix;
     const bool isDeclaration = IsDeclarationName(wholeName);
     const std::string uri(prefix.empty() || isDeclaration ? std::string_view()
-                                                          : BoundNamespace(element.Node(), prefix));
+                                                          : BoundNamespace(element.GetNode(), prefix));
     if (!prefix.empty() && !isDeclaration && uri.empty()) return E_FAIL;
     OwnedNode attribute;
-    if (const HRESULT result = NewAttributeNode(element.Tree(), wholeName, uri, &attribute); FAILED(result))
+    if (const HRESULT result = NewAttributeNode(element.GetTree(), wholeName, uri, &attribute); FAILED(result))
         return result;
-    holder = NodeCore::WrapNew(element.SharedTree(), std::move(attribute));
+    holder = NodeCore::WrapNew(element.GetSharedTree(), std::move(attribute));
     NodeCore* const core = NodeCore::Of(holder.Get());
     if (const HRESULT result = core->PutContent(text); FAILED(result)) return result;
     return PutAttribute(element, core, nullptr);
@@ -156,8 +143,8 @@ HRESULT TakeOffAttribute(const NodeCore& element, xmlAttr* attribute, IXMLDOMNod
         if (taken) *taken = nullptr;
         return S_FALSE;
     }
-    ComPtr<IXMLDOMNode> holder = NodeCore::Wrap(element.SharedTree(), AsNode(attribute));
-    element.Tree().Detach(AsNode(attribute));
+    ComPtr<IXMLDOMNode> holder = NodeCore::Wrap(element.GetSharedTree(), AsNode(attribute));
+    element.GetTree().Detach(AsNode(attribute));
     if (taken) *taken = holder.Detach();
     return S_OK;
 }
@@ -167,13 +154,13 @@ HRESULT NewAttributeNode(DomTree& tree, const std::string& wholeName, std::strin
     if (IsDeclarationName(wholeName)) {
         // Callers name no namespace or the one that declarations are in.
         if (!uri.empty() && uri != kXmlnsNamespace) return E_INVALIDARG;
-        *attribute = NewAttribute(tree.Document(), kDeclarationType, nullptr, wholeName);
+        *attribute = NewAttribute(tree.GetDocument(), kDeclarationType, nullptr, wholeName);
         return S_OK;
     }
     const QName name = SplitName(wholeName);
     xmlNs* space = nullptr;
     if (!NamespaceForName(tree, name, uri, &space)) return E_INVALIDARG;
-    *attribute = NewAttribute(tree.Document(), XML_ATTRIBUTE_NODE, space, std::string(name.local));
+    *attribute = NewAttribute(tree.GetDocument(), XML_ATTRIBUTE_NODE, space, std::string(name.local));
     return S_OK;
 }
 

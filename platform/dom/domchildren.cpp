@@ -36,7 +36,7 @@ bool CanSay(xmlElementType type, const std::string& content) {
 }
 
 void Share(const NodeCore& node, IXMLDOMNode** out) {
-    if (out) *out = ComPtr<IXMLDOMNode>::Share(node.Face()).Detach();
+    if (out) *out = ComPtr<IXMLDOMNode>::Share(node.GetFace()).Detach();
 }
 
 }  // namespace
@@ -114,11 +114,11 @@ HRESULT NodeCore::CloneNode(VARIANT_BOOL deep, IXMLDOMNode** clone) const {
     }
     const auto copy = std::make_shared<DomTree>();
     copy->settings = tree_->settings;
-    copy->Document()->standalone = tree_->Document()->standalone;
+    copy->GetDocument()->standalone = tree_->GetDocument()->standalone;
     for (xmlNode* child = deep != VARIANT_FALSE ? node_->children : nullptr; child; child = child->next) {
-        LinkLast(AsNode(copy->Document()), CopyNode(*copy, child, true));
+        LinkLast(AsNode(copy->GetDocument()), CopyNode(*copy, child, true));
     }
-    *clone = Wrap(copy, AsNode(copy->Document())).Detach();
+    *clone = Wrap(copy, AsNode(copy->GetDocument())).Detach();
     return S_OK;
 }
 

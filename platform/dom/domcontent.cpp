@@ -11,7 +11,7 @@ public:
     using NodeObject<Interface, Faces...>::NodeObject;
 
     HRESULT STDMETHODCALLTYPE get_data(BSTR* data) override {
-        return Guarded([&] { return ReturnText(ViewOf(this->Node()->content), data); });
+        return Guarded([&] { return ReturnText(ViewOf(this->GetNode()->content), data); });
     }
     HRESULT STDMETHODCALLTYPE put_data(BSTR data) override {
         return Guarded([&] { return this->PutText(data); });
@@ -19,7 +19,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_length(LONG* length) override {
         return Guarded([&] {
             if (!length) return E_INVALIDARG;
-            *length = static_cast<LONG>(ToBstr(ViewOf(this->Node()->content)).View().size());
+            *length = static_cast<LONG>(ToBstr(ViewOf(this->GetNode()->content)).View().size());
             return S_OK;
         });
     }

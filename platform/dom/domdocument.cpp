@@ -17,7 +17,7 @@ constexpr LONG kLoadingIsComplete = 4;
 // New nodes of a document; the type is a DOMNodeType.
 HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_view uri, const std::string& content,
                 OwnedNode* node) {
-    xmlDoc* const document = tree.Document();
+    xmlDoc* const document = tree.GetDocument();
     xmlElementType contentType = XML_TEXT_NODE;
     const bool isNamed = type == NODE_ELEMENT || type == NODE_ATTRIBUTE || type == NODE_PROCESSING_INSTRUCTION;
     if (isNamed && name.empty()) return E_FAIL;
@@ -57,8 +57,8 @@ public:
     // What was parsed takes the place of the content; null stands for an empty document. The properties stay.
     void Replace(std::shared_ptr<DomTree> content, const ParseFailure& failure) {
         if (!content) content = std::make_shared<DomTree>();
-        if (!Tree().settings.preserveWhiteSpace) StripWhiteSpace(*content);
-        content->settings = Tree().settings;
+        if (!GetTree().settings.preserveWhiteSpace) StripWhiteSpace(*content);
+        content->settings = GetTree().settings;
         content->settings.parseFailure = failure;
         Rebind(std::move(content));
     }
@@ -69,7 +69,7 @@ public:
     HRESULT STDMETHODCALLTYPE putref_documentElement(IXMLDOMElement* element) override {
         return Guarded([&] {
             if (!Root()) return AppendChild(element, nullptr);
-            return ReplaceChild(element, Wrap(SharedTree(), Root()).Get(), nullptr);
+            return ReplaceChild(element, Wrap(GetSharedTree(), Root()).Get(), nullptr);
         });
     }
     HRESULT STDMETHODCALLTYPE loadXML(BSTR text, VARIANT_BOOL* isSuccessful) override {
@@ -86,7 +86,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_parseError(IXMLDOMParseError** error) override {
         return Guarded([&] {
             if (!error) return E_INVALIDARG;
-            *error = NewParseError(Tree().settings.parseFailure);
+            *error = NewParseError(GetTree().settings.parseFailure);
             return S_OK;
         });
     }
@@ -129,14 +129,14 @@ public:
             // XPath is the only language that is spoken here; it is also in force before it is chosen.
             if (ViewOf(name) == W("SelectionLanguage")) return ViewOf(value.bstrVal) == W("XPath") ? S_OK : E_FAIL;
             if (ViewOf(name) != W("SelectionNamespaces")) return E_FAIL;
-            return SetSelectionNamespaces(Tree(), RawToUtf8(ViewOf(value.bstrVal)));
+            return SetSelectionNamespaces(GetTree(), RawToUtf8(ViewOf(value.bstrVal)));
         });
     }
     HRESULT STDMETHODCALLTYPE getProperty(BSTR name, VARIANT* value) override {
         return Guarded([&] {
             if (ViewOf(name) == W("SelectionLanguage")) return ReturnText("XPath", value);
             if (ViewOf(name) != W("SelectionNamespaces")) return E_FAIL;
-            return ReturnText(Tree().settings.selectionNamespaces, value);
+            return ReturnText(GetTree().settings.selectionNamespaces, value);
         });
     }
 
@@ -145,25 +145,25 @@ public:
         *state = kLoadingIsComplete;
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE get_async(VARIANT_BOOL* on) override { return Get(Tree().settings.async, on); }
-    HRESULT STDMETHODCALLTYPE put_async(VARIANT_BOOL on) override { return Put(on, &Tree().settings.async); }
+    HRESULT STDMETHODCALLTYPE get_async(VARIANT_BOOL* on) override { return Get(GetTree().settings.async, on); }
+    HRESULT STDMETHODCALLTYPE put_async(VARIANT_BOOL on) override { return Put(on, &GetTree().settings.async); }
     HRESULT STDMETHODCALLTYPE get_validateOnParse(VARIANT_BOOL* on) override {
-        return Get(Tree().settings.validateOnParse, on);
+        return Get(GetTree().settings.validateOnParse, on);
     }
     HRESULT STDMETHODCALLTYPE put_validateOnParse(VARIANT_BOOL on) override {
-        return Put(on, &Tree().settings.validateOnParse);
+        return Put(on, &GetTree().settings.validateOnParse);
     }
     HRESULT STDMETHODCALLTYPE get_resolveExternals(VARIANT_BOOL* on) override {
-        return Get(Tree().settings.resolveExternals, on);
+        return Get(GetTree().settings.resolveExternals, on);
     }
     HRESULT STDMETHODCALLTYPE put_resolveExternals(VARIANT_BOOL on) override {
-        return Put(on, &Tree().settings.resolveExternals);
+        return Put(on, &GetTree().settings.resolveExternals);
     }
     HRESULT STDMETHODCALLTYPE get_preserveWhiteSpace(VARIANT_BOOL* on) override {
-        return Get(Tree().settings.preserveWhiteSpace, on);
+        return Get(GetTree().settings.preserveWhiteSpace, on);
     }
     HRESULT STDMETHODCALLTYPE put_preserveWhiteSpace(VARIANT_BOOL on) override {
-        return Put(on, &Tree().settings.preserveWhiteSpace);
+        return Put(on, &GetTree().settings.preserveWhiteSpace);
     }
     HRESULT STDMETHODCALLTYPE abort() override { return S_OK; }
     HRESULT STDMETHODCALLTYPE get_url(BSTR* url) override { return ReturnNothing(url); }
@@ -186,17 +186,17 @@ public:
     HRESULT STDMETHODCALLTYPE validate(IXMLDOMParseError**) override { return E_NOTIMPL; }
 
 private:
-    xmlNode* Root() const { return xmlDocGetRootElement(Tree().Document()); }
+    xmlNode* Root() const { return xmlDocGetRootElement(GetTree().GetDocument()); }
 
     template <class Interface>
     HRESULT Create(LONG type, BSTR name, BSTR namespaceUri, BSTR content, Interface** out) {
         return Guarded([&] {
             if (!out) return E_INVALIDARG;
             OwnedNode node;
-            const std::string_view uri = namespaceUri ? Tree().UriToUtf8(ViewOf(namespaceUri)) : std::string_view();
-            HRESULT result = NewNode(Tree(), type, RawToUtf8(ViewOf(name)), uri, std::string(), &node);
+            const std::string_view uri = namespaceUri ? GetTree().UriToUtf8(ViewOf(namespaceUri)) : std::string_view();
+            HRESULT result = NewNode(GetTree(), type, RawToUtf8(ViewOf(name)), uri, std::string(), &node);
             if (FAILED(result)) return result;
-            ComPtr<IXMLDOMNode> wrapper = WrapNew(SharedTree(), std::move(node));
+            ComPtr<IXMLDOMNode> wrapper = WrapNew(GetSharedTree(), std::move(node));
             if (content) result = Of(wrapper.Get())->PutContent(ContentToUtf8(ViewOf(content)));
             if (SUCCEEDED(result)) *out = static_cast<Interface*>(wrapper.Detach());
             return result;
@@ -215,12 +215,12 @@ private:
 
 DocumentObject* OwnDocument(IXMLDOMDocument2* document) {
     NodeCore* const core = NodeCore::Of(document);
-    return core && core->Node()->type == XML_DOCUMENT_NODE ? static_cast<DocumentObject*>(core) : nullptr;
+    return core && core->GetNode()->type == XML_DOCUMENT_NODE ? static_cast<DocumentObject*>(core) : nullptr;
 }
 
 // Hands the content to another party's document as the text that it understands.
 HRESULT LoadOther(IXMLDOMDocument2* document, DomTree& content, std::string* error) {
-    const Bstr text = ToBstr(SerialiseNode(AsNode(content.Document())));
+    const Bstr text = ToBstr(SerialiseNode(AsNode(content.GetDocument())));
     VARIANT_BOOL isSuccessful = VARIANT_FALSE;
     HRESULT result = document->put_async(VARIANT_FALSE);
     if (SUCCEEDED(result)) result = document->loadXML(text.Get(), &isSuccessful);
@@ -241,7 +241,7 @@ HRESULT CreateDomDocument(IXMLDOMDocument2** document) {
     return dom::Guarded([&] {
         if (!document) return E_INVALIDARG;
         const auto tree = std::make_shared<dom::DomTree>();
-        *document = new dom::DocumentObject(tree, dom::AsNode(tree->Document()));
+        *document = new dom::DocumentObject(tree, dom::AsNode(tree->GetDocument()));
         return S_OK;
     });
 }
@@ -266,7 +266,7 @@ HRESULT SerialiseDomDocument(IXMLDOMDocument2* document, std::string* utf8) {
         if (!document || !utf8) return E_INVALIDARG;
         std::shared_ptr<dom::DomTree> content;
         if (const dom::DocumentObject* const own = dom::OwnDocument(document)) {
-            content = own->SharedTree();
+            content = own->GetSharedTree();
         } else {
             Bstr text;
             if (FAILED(document->get_xml(text.Put()))) return E_FAIL;
@@ -274,8 +274,8 @@ HRESULT SerialiseDomDocument(IXMLDOMDocument2* document, std::string* utf8) {
             const std::string raw = dom::RawToUtf8(text.View());
             content = dom::ParseDocument(raw.data(), raw.size(), dom::kEncodingIsUtf8, &failure);
         }
-        if (!content || !xmlDocGetRootElement(content->Document())) return E_FAIL;
-        *utf8 = dom::SerialiseDocument(content->Document());
+        if (!content || !xmlDocGetRootElement(content->GetDocument())) return E_FAIL;
+        *utf8 = dom::SerialiseDocument(content->GetDocument());
         return S_OK;
     });
 }

@@ -50,9 +50,9 @@ public:
     HRESULT STDMETHODCALLTYPE removeAttributeNode(IXMLDOMAttribute* attribute, IXMLDOMAttribute** taken) override {
         return Guarded([&] {
             const NodeCore* const core = NodeCore::Of(attribute);
-            if (!core || !IsAttribute(core->Node()) || core->Node()->parent != Node()) return E_INVALIDARG;
+            if (!core || !IsAttribute(core->GetNode()) || core->GetNode()->parent != GetNode()) return E_INVALIDARG;
             ComPtr<IXMLDOMNode> old;
-            return Return(TakeOffAttribute(*this, AsAttribute(core->Node()), old.Put()), &old, taken);
+            return Return(TakeOffAttribute(*this, AsAttribute(core->GetNode()), old.Put()), &old, taken);
         });
     }
     HRESULT STDMETHODCALLTYPE getElementsByTagName(BSTR, IXMLDOMNodeList**) override { return E_NOTIMPL; }
@@ -63,7 +63,7 @@ private:
         if (SUCCEEDED(result) && out) *out = static_cast<IXMLDOMAttribute*>(node->Detach());
         return result;
     }
-    xmlAttr* Find(BSTR name) const { return FindAttribute(Tree(), Node(), RawToUtf8(ViewOf(name))); }
+    xmlAttr* Find(BSTR name) const { return FindAttribute(GetTree(), GetNode(), RawToUtf8(ViewOf(name))); }
 };
 
 }  // namespace

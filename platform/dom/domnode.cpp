@@ -25,7 +25,7 @@ NodeCore::~NodeCore() {
 
 void NodeCore::Rebind(std::shared_ptr<DomTree> tree) noexcept {
     node_->_private = nullptr;
-    node_ = AsNode(tree->Document());
+    node_ = AsNode(tree->GetDocument());
     node_->_private = this;
     tree_ = std::move(tree);
 }
@@ -176,7 +176,7 @@ HRESULT NodeCore::Attributes(IXMLDOMNamedNodeMap** attributes) const {
 }
 
 HRESULT NodeCore::OwnerDocument(IXMLDOMDocument** document) const {
-    return ReturnNode(node_->type == XML_DOCUMENT_NODE ? nullptr : AsNode(tree_->Document()), document);
+    return ReturnNode(node_->type == XML_DOCUMENT_NODE ? nullptr : AsNode(tree_->GetDocument()), document);
 }
 
 HRESULT NodeCore::Text(BSTR* text) const { return ReturnText(TextOf(*tree_, node_), text); }

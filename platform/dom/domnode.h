@@ -26,10 +26,10 @@ public:
     NodeCore(const NodeCore&) = delete;
     NodeCore& operator=(const NodeCore&) = delete;
 
-    DomTree& Tree() const noexcept { return *tree_; }
-    const std::shared_ptr<DomTree>& SharedTree() const noexcept { return tree_; }
-    xmlNode* Node() const noexcept { return node_; }
-    IXMLDOMNode* Face() const noexcept { return face_; }
+    DomTree& GetTree() const noexcept { return *tree_; }
+    const std::shared_ptr<DomTree>& GetSharedTree() const noexcept { return tree_; }
+    xmlNode* GetNode() const noexcept { return node_; }
+    IXMLDOMNode* GetFace() const noexcept { return face_; }
     void MoveTo(const std::shared_ptr<DomTree>& tree) noexcept { tree_ = tree; }
 
     // What the caller of a COM method handed in, which it holds; null for null and for objects of other makers.

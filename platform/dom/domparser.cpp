@@ -245,7 +245,7 @@ void StripWhiteSpace(DomTree& tree) {
     const auto leave = [&keeps](const xmlNode* node) {
         if (node->type == XML_ELEMENT_NODE) keeps.pop_back();
     };
-    WalkSubtree(AsNode(tree.Document()), enter, leave);
+    WalkSubtree(AsNode(tree.GetDocument()), enter, leave);
     for (xmlNode* const node : blanks) tree.Discard(node);
 }
 

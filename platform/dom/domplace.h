@@ -35,8 +35,8 @@ public:
 
 private:
     void Refresh(const DomTree& tree) {
-        if (changes_ == tree.Changes()) return;
-        changes_ = tree.Changes();
+        if (changes_ == tree.GetChanges()) return;
+        changes_ = tree.GetChanges();
         node_ = nullptr;
         length_ = -1;
     }

@@ -270,7 +270,7 @@ xmlNs* NamespaceIn(DomTree& tree, const xmlNs* space) {
 
 // The node with its attributes, or the attribute with its text.
 OwnedNode CopyAlone(DomTree& into, xmlNode* original) {
-    xmlDoc* const document = into.Document();
+    xmlDoc* const document = into.GetDocument();
     OwnedNode copy;
     if (IsAttribute(original)) {
         copy = NewAttribute(document, original->type, NamespaceIn(into, original->ns), Text(original->name));

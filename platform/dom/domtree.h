@@ -100,12 +100,12 @@ public:
     DomTree& operator=(const DomTree&) = delete;
     ~DomTree();
 
-    xmlDoc* Document() const noexcept { return document_; }
+    xmlDoc* GetDocument() const noexcept { return document_; }
     // For the parser: takes over a document whose names use this tree's namespaces. Nothing may hold a node yet.
     void TakeDocument(xmlDoc* document) noexcept;
     // Changes whenever nodes are linked or unlinked, to a number that no other tree of the process ever has; so
     // positions in lists can be remembered.
-    std::uint64_t Changes() const noexcept { return changes_; }
+    std::uint64_t GetChanges() const noexcept { return changes_; }
     void NoteChange() noexcept;
     // The tree's one record of the pair; null for an empty URI. An empty prefix stands for none.
     xmlNs* Namespace(std::string_view prefix, std::string_view uri);

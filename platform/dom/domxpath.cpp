@@ -30,7 +30,7 @@ bool ReadDeclarations(const std::string& declarations, std::vector<std::pair<std
     const std::string element = "<x " + declarations + "/>";
     const std::shared_ptr<DomTree> tree = ParseDocument(element.data(), element.size(), kEncodingIsUtf8, &failure);
     if (!tree) return false;
-    const xmlNode* const root = tree->Document()->children;
+    const xmlNode* const root = tree->GetDocument()->children;
     if (!root || root->next || root->children) return false;  // the text ended the element
     for (const xmlAttr* attribute = root->properties; attribute; attribute = attribute->next) {
         if (!IsDeclaration(attribute)) return false;
@@ -41,7 +41,7 @@ bool ReadDeclarations(const std::string& declarations, std::vector<std::pair<std
 
 }  // namespace
 
-Selector::Selector(DomTree& tree) : context_(xmlXPathNewContext(tree.Document())) {
+Selector::Selector(DomTree& tree) : context_(xmlXPathNewContext(tree.GetDocument())) {
     if (!context_) throw std::bad_alloc();
     context_->error = [](void*, auto*) {};  // the result says enough; by default the library prints
 }

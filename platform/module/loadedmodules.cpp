@@ -38,7 +38,7 @@ std::vector<const void*> ModuleAddresses() {
 
 }  // namespace
 
-std::string LoadedModule::Path() const {
+std::string LoadedModule::GetPath() const {
     std::error_code error;
     if (IsProgram()) return fs::read_symlink("/proc/self/exe", error).string();
     return fs::absolute(map->l_name, error).string();
@@ -90,7 +90,7 @@ std::optional<LoadedModule> FindLoadedModule(const std::string& path) {
     if (isWanted("kernel32.dll")) return ModuleFromAddress(&ownImage);
     for (const void* address : ModuleAddresses()) {
         const std::optional<LoadedModule> module = ModuleFromAddress(address);
-        if (module && isWanted(module->Path())) return module;
+        if (module && isWanted(module->GetPath())) return module;
     }
     if (isFileName) return std::nullopt;
     // The same file under another path.

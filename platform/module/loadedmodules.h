@@ -17,7 +17,7 @@ struct LoadedModule {
 
     bool IsProgram() const { return map->l_name[0] == '\0'; }
     // Absolute, with slashes. Empty when the system does not say.
-    std::string Path() const;
+    std::string GetPath() const;
     // Takes a reference of its own, which dlclose gives back. False when the module is being unloaded.
     bool AddReference() const;
 };

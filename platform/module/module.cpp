@@ -49,7 +49,7 @@ HMODULE Load(std::string path) {
     const std::optional<LoadedModule> loaded = FindLoadedModule(path);
     if (loaded && loaded->AddReference()) return loaded->handle;
     const std::optional<LoadedModule> program = ModuleFromHandle(nullptr);
-    const fs::path beside = program ? fs::path(program->Path()).replace_filename(path) : fs::path();
+    const fs::path beside = program ? fs::path(program->GetPath()).replace_filename(path) : fs::path();
     return fs::exists(beside, error) ? Open(beside.string()) : Open(path);
 }
 
@@ -79,7 +79,7 @@ BOOL GetHandle(DWORD flags, const void* address, const std::string* name, HMODUL
 // The module's path with backslashes; empty, with the error set, when there is no such module.
 std::string ShownPath(HMODULE handle) {
     const std::optional<LoadedModule> module = ModuleFromHandle(handle);
-    std::string path = module ? module->Path() : std::string();
+    std::string path = module ? module->GetPath() : std::string();
     if (path.empty()) SetLastError(ERROR_MOD_NOT_FOUND);
     std::replace(path.begin(), path.end(), '/', '\\');
     return path;

@@ -60,7 +60,7 @@ BOOL Answer(Operation operation) noexcept {
         operation();
         return TRUE;
     } catch (const KeyError& error) {
-        SetLastError(error.Error());
+        SetLastError(error.GetError());
     } catch (const std::bad_alloc&) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     } catch (...) {
@@ -80,7 +80,7 @@ BOOL WINAPI CryptProtectData(DATA_BLOB* data, LPCWSTR description, DATA_BLOB* en
     return Answer([&] {
         CheckArguments(data, entropy, !description && !reserved && !prompt, flags, result);
         Require(data->cbData <= std::numeric_limits<DWORD>::max() - overhead, ERROR_INVALID_PARAMETER, "too long");
-        const SecretKey key = DeriveKey(ProtectionKey::Instance().GetOrMake(), entropy);
+        const SecretKey key = DeriveKey(ProtectionKey::GetInstance().GetOrMake(), entropy);
         const std::size_t bytes = overhead + data->cbData;
         Block block = Allocate(bytes);
         std::memcpy(block.get(), mark, sizeof(mark));
@@ -100,7 +100,7 @@ BOOL WINAPI CryptUnprotectData(DATA_BLOB* data, LPWSTR* description, DATA_BLOB* 
         CheckArguments(data, entropy, !description && !reserved && !prompt, flags, result);
         Require(data->cbData >= overhead && std::memcmp(data->pbData, mark, sizeof(mark)) == 0, ERROR_INVALID_DATA,
                 "this was not protected here");
-        const std::optional<SecretKey> storeKey = ProtectionKey::Instance().Find();
+        const std::optional<SecretKey> storeKey = ProtectionKey::GetInstance().Find();
         Require(storeKey.has_value(), ERROR_INVALID_DATA, "nothing was protected in this store yet");
         const SecretKey key = DeriveKey(*storeKey, entropy);
         const std::size_t bytes = data->cbData - overhead;

@@ -69,7 +69,7 @@ void MakeKeyFile(const std::filesystem::path& file) {
 
 }  // namespace
 
-ProtectionKey& ProtectionKey::Instance() {
+ProtectionKey& ProtectionKey::GetInstance() {
     // Never destroyed, as the store is not.
     static ProtectionKey& instance = *new ProtectionKey;
     return instance;

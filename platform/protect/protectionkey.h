@@ -25,7 +25,7 @@ struct SecretKey {
 class KeyError : public std::runtime_error {
 public:
     KeyError(unsigned windowsError, const char* reason) : std::runtime_error(reason), error_(windowsError) {}
-    unsigned Error() const noexcept { return error_; }
+    unsigned GetError() const noexcept { return error_; }
 
 private:
     unsigned error_;
@@ -35,7 +35,7 @@ private:
 // needed. Of a store in memory: kept in memory and forgotten with the store.
 class ProtectionKey {
 public:
-    static ProtectionKey& Instance();
+    static ProtectionKey& GetInstance();
 
     // Another store; none stands for one in memory.
     void UseFolder(std::optional<std::filesystem::path> folder) noexcept;

@@ -28,13 +28,13 @@ std::optional<KeyId> PredefinedKey(HKEY handle) {
 
 }  // namespace
 
-OpenKeys& OpenKeys::Instance() {
+OpenKeys& OpenKeys::GetInstance() {
     // Never destroyed: libraries may use the registry while the process ends.
     static OpenKeys& instance = *new OpenKeys;
     return instance;
 }
 
-RegistryStore& OpenKeys::Store() {
+RegistryStore& OpenKeys::GetStore() {
     if (!store_) store_ = std::make_unique<RegistryStore>(":memory:");
     return *store_;
 }
@@ -82,18 +82,18 @@ void OpenStore(const std::string& folderUtf8) {
     }
     try {
         auto store = std::make_unique<mvplatform::RegistryStore>(file);
-        mvplatform::OpenKeys& keys = mvplatform::OpenKeys::Instance();
-        const std::lock_guard lock(keys.Mutex());
+        mvplatform::OpenKeys& keys = mvplatform::OpenKeys::GetInstance();
+        const std::lock_guard lock(keys.GetMutex());
         keys.Replace(std::move(store));
-        mvplatform::ProtectionKey::Instance().UseFolder(std::move(storeFolder));
+        mvplatform::ProtectionKey::GetInstance().UseFolder(std::move(storeFolder));
     } catch (const mvplatform::RegistryError& error) {
         throw std::runtime_error("The store " + file + " cannot be opened: " + error.what() + ".");
     }
 }
 
 void CloseStore() noexcept {
-    mvplatform::OpenKeys& keys = mvplatform::OpenKeys::Instance();
-    const std::lock_guard lock(keys.Mutex());
+    mvplatform::OpenKeys& keys = mvplatform::OpenKeys::GetInstance();
+    const std::lock_guard lock(keys.GetMutex());
     keys.Replace(nullptr);
-    mvplatform::ProtectionKey::Instance().UseFolder(std::nullopt);
+    mvplatform::ProtectionKey::GetInstance().UseFolder(std::nullopt);
 }

@@ -19,13 +19,13 @@ public:
         REGSAM access;
     };
 
-    static OpenKeys& Instance();
+    static OpenKeys& GetInstance();
 
     // Held during every call of the other functions.
-    std::mutex& Mutex() noexcept { return mutex_; }
+    std::mutex& GetMutex() noexcept { return mutex_; }
 
     // The store; one that ends with the process when none was chosen. Throws RegistryError.
-    RegistryStore& Store();
+    RegistryStore& GetStore();
     // Another store, or none; closes all keys and the store before.
     void Replace(std::unique_ptr<RegistryStore> store) noexcept;
 

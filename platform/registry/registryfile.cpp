@@ -86,7 +86,7 @@ void PrepareRegistryFile(sqlite3* connection) {
             PrepareTables(connection);
             return;
         } catch (const RegistryError& error) {
-            if (error.Status() != ERROR_BUSY || std::chrono::steady_clock::now() > deadline) throw;
+            if (error.GetStatus() != ERROR_BUSY || std::chrono::steady_clock::now() > deadline) throw;
             std::this_thread::sleep_for(pause);
         }
     }

@@ -18,7 +18,7 @@ namespace mvplatform {
 class RegistryError : public std::runtime_error {
 public:
     RegistryError(LSTATUS status, const std::string& message) : std::runtime_error(message), status_(status) {}
-    LSTATUS Status() const noexcept { return status_; }
+    LSTATUS GetStatus() const noexcept { return status_; }
 
 private:
     LSTATUS status_;

@@ -31,13 +31,13 @@ std::string ScoreKey(const SchemaElement& element) {
     for (const auto& child : element.children) {
         const std::string_view text = TrimXmlSpace(child->text);
         if (child->kind == SchemaKind::ScoredProperty) {
-            parts.push_back("[" + child->Name().Key() + "=" + ScoreKey(*child) + "]");
+            parts.push_back("[" + child->GetName().GetKey() + "=" + ScoreKey(*child) + "]");
         } else if (child->kind == SchemaKind::ParameterRef) {
-            parts.push_back("->" + child->Name().Key());
+            parts.push_back("->" + child->GetName().GetKey());
         } else if (child->kind == SchemaKind::Value && element.kind == SchemaKind::ScoredProperty) {
             const std::string* const type = child->FindAttribute("type", kInstanceUri);
             const bool isName = type && child->Expand(*type).Is(kSchemaUri, "QName");
-            parts.push_back(isName ? child->Expand(text).Key() : std::string(text));
+            parts.push_back(isName ? child->Expand(text).GetKey() : std::string(text));
         }
     }
     std::sort(parts.begin(), parts.end());
@@ -56,7 +56,7 @@ void CheckName(SchemaCheck& check, const SchemaElement& element) {
         if (!isOption) check.Break(element, SchemaRule::Names, "a " + element.local + " has no name");
         return;
     }
-    const ExpandedName name = element.Name();
+    const ExpandedName name = element.GetName();
     const auto fail = [&](const std::string& why) {
         check.Break(element, SchemaRule::Names, "the name '" + *text + "' of a " + element.local + " " + why);
     };
@@ -81,7 +81,7 @@ void CheckChildNames(SchemaCheck& check, const SchemaElement& parent) {
     std::map<std::pair<SchemaKind, std::string>, const SchemaElement*> seen;
     for (const auto& child : parent.children) {
         if (!NeedsName(child->kind) || !child->FindAttribute("name")) continue;
-        const auto [first, isNew] = seen.insert({{child->kind, child->Name().Key()}, child.get()});
+        const auto [first, isNew] = seen.insert({{child->kind, child->GetName().GetKey()}, child.get()});
         if (isNew) continue;
         check.Break(*child, SchemaRule::Duplicates,
                     child->Describe() + " occurs twice in " + (parent.parent ? parent.Describe() : "the root") +
@@ -93,7 +93,7 @@ void CheckOptionsDiffer(SchemaCheck& check, const SchemaElement& feature) {
     std::map<std::string, const SchemaElement*> seen;
     for (const auto& child : feature.children) {
         if (child->kind != SchemaKind::Option) continue;
-        const std::string name = child->FindAttribute("name") ? child->Name().Key() : std::string();
+        const std::string name = child->FindAttribute("name") ? child->GetName().GetKey() : std::string();
         const auto [first, isNew] = seen.insert({name + " " + ScoreKey(*child), child.get()});
         if (isNew) continue;
         check.Break(*child, SchemaRule::DistinctOptions,

@@ -47,8 +47,8 @@ void CollectParameters(SchemaCheck& check) {
     const SchemaKind kind = check.IsTicket() ? SchemaKind::ParameterInit : SchemaKind::ParameterDef;
     for (const auto& child : check.document.root->children) {
         if (child->kind != kind) continue;
-        const ExpandedName name = child->Name();
-        check.parameters.insert(name.Key());
+        const ExpandedName name = child->GetName();
+        check.parameters.insert(name.GetKey());
         if (name.local == facts::kDriverDataParameter) check.isOwn = true;
     }
 }
@@ -87,7 +87,7 @@ void CheckDefinition(SchemaCheck& check, const SchemaElement& definition) {
 }
 
 void CheckReference(SchemaCheck& check, const SchemaElement& reference) {
-    if (!reference.FindAttribute("name") || check.parameters.count(reference.Name().Key()) != 0) return;
+    if (!reference.FindAttribute("name") || check.parameters.count(reference.GetName().GetKey()) != 0) return;
     check.Break(reference, SchemaRule::References,
                 reference.Describe() + " names a parameter that the document has no " +
                     (check.IsTicket() ? "ParameterInit" : "ParameterDef") + " of");

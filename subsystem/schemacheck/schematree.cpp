@@ -80,7 +80,7 @@ ExpandedName SchemaElement::Expand(std::string_view qualifiedName) const {
     return name;
 }
 
-ExpandedName SchemaElement::Name() const {
+ExpandedName SchemaElement::GetName() const {
     const std::string* const name = FindAttribute("name");
     return name ? Expand(*name) : ExpandedName();
 }
@@ -93,7 +93,7 @@ const SchemaElement* SchemaElement::FindChild(SchemaKind wanted) const {
 
 const SchemaElement* SchemaElement::FindProperty(std::string_view uri, std::string_view name) const {
     const auto found = std::find_if(children.begin(), children.end(), [&](const auto& child) {
-        return child->kind == SchemaKind::Property && child->Name().Is(uri, name);
+        return child->kind == SchemaKind::Property && child->GetName().Is(uri, name);
     });
     return found == children.end() ? nullptr : found->get();
 }

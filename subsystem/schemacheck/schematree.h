@@ -44,7 +44,7 @@ struct ExpandedName {
         return isBound && uri == namespaceUri && local == name;
     }
     // Equal for equal names, whatever their prefixes.
-    std::string Key() const { return isBound ? "{" + uri + "}" + local : prefix + ":" + local; }
+    std::string GetKey() const { return isBound ? "{" + uri + "}" + local : prefix + ":" + local; }
 };
 
 struct SchemaElement {
@@ -62,7 +62,7 @@ struct SchemaElement {
     const std::string* FindAttribute(std::string_view local, std::string_view uri = {}) const;
     ExpandedName Expand(std::string_view qualifiedName) const;
     // Of the attribute "name"; not a QName when there is none.
-    ExpandedName Name() const;
+    ExpandedName GetName() const;
     const SchemaElement* FindChild(SchemaKind kind) const;                                  // the first
     const SchemaElement* FindProperty(std::string_view uri, std::string_view local) const;  // the first child Property
     std::string Describe() const;  // "the Feature 'psk:PageMediaSize'"

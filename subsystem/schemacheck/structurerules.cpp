@@ -64,7 +64,7 @@ bool IsKnownAttribute(const SchemaElement& element, const SchemaAttribute& attri
 
 // A colour feature that the printer offers no choice of is declared all the same.
 bool MayBeEmpty(const SchemaCheck& check, const SchemaElement& feature) {
-    return check.isOwn && !check.IsTicket() && feature.Name().Is(kKeywordsUri, "PageColorManagement");
+    return check.isOwn && !check.IsTicket() && feature.GetName().Is(kKeywordsUri, "PageColorManagement");
 }
 
 }  // namespace

@@ -95,7 +95,7 @@ void CheckValue(SchemaCheck& check, const SchemaElement& value) {
 void CheckChoices(SchemaCheck& check, const SchemaElement& element) {
     if (check.IsTicket()) return;
     if (element.kind == SchemaKind::Feature && !element.FindProperty(kFrameworkUri, "SelectionType")) {
-        if (check.isOwn && IsKeyword(element.Name(), kWithoutSelectionType)) {
+        if (check.isOwn && IsKeyword(element.GetName(), kWithoutSelectionType)) {
             check.Note(element, SchemaRule::Choices,
                        element.Describe() + " has no psf:SelectionType: the component declares it without one");
         } else {
@@ -111,7 +111,7 @@ void CheckChoices(SchemaCheck& check, const SchemaElement& element) {
 }
 
 void CheckSize(SchemaCheck& check, const SchemaElement& element) {
-    if (!IsKeyword(element.Name(), kSizes)) return;
+    if (!IsKeyword(element.GetName(), kSizes)) return;
     const auto require = [&](const SchemaElement* holder, bool isZeroGood, const char* demand) {
         const SchemaElement* const value = holder ? holder->FindChild(SchemaKind::Value) : nullptr;
         if (!value) return;

@@ -144,7 +144,7 @@ TEST_P(RoundTrip, EachOfferedOptionComesBackByName) {
             const SchemaDocument ticket = ReadSchemaDocument(ExpectSound(subject.session->MakeTicket(devmode).Get()));
             std::string got = "nothing" + kOptionEnd;
             for (const auto& selected : ticket.root->children)
-                if (selected->Name().Key() == feature->Name().Key())
+                if (selected->GetName().GetKey() == feature->GetName().GetKey())
                     got = Repeat(*selected->FindChild(SchemaKind::Option));
             // The capabilities say more of a media type than a ticket needs.
             EXPECT_EQ(got, wanted.substr(0, got.size() - kOptionEnd.size()) + kOptionEnd) << wanted;
