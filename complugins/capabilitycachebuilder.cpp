@@ -4,6 +4,7 @@
 #include <facts/features.h>
 #include <facts/units.h>
 #include <facts/values.h>
+#include <mvutil/formatting.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/textresources.h>
 

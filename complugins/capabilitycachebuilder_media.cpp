@@ -3,6 +3,7 @@
 
 #include <facts/features.h>
 #include <facts/values.h>
+#include <mvutil/formatting.h>
 #include <mvutil/operatingsystem.h>
 #include <mvutil/textresources.h>
 

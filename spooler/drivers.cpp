@@ -19,7 +19,7 @@ WideString CopyTexts(const WCHAR* texts) {
 }
 
 void RequireEnvironment(const WCHAR* environment) {
-    Require(!environment || !*environment || EqualNoCase(environment, kEnvironment), ERROR_INVALID_ENVIRONMENT);
+    Require(!environment || !*environment || EqualRegistryNames(environment, kEnvironment), ERROR_INVALID_ENVIRONMENT);
 }
 
 // The folder that the store names, else "drivers" beside the program.
@@ -59,7 +59,7 @@ BOOL WINAPI DeletePrinterDriverW(LPWSTR server, LPWSTR environment, LPWSTR drive
         Require(ReadDriver(driver).has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
         const auto printers = ReadPrinters();
         Require(std::none_of(printers.begin(), printers.end(),
-                             [&](const StoredPrinter& printer) { return EqualNoCase(printer.driver, driver); }),
+                             [&](const StoredPrinter& printer) { return EqualRegistryNames(printer.driver, driver); }),
                 ERROR_PRINTER_DRIVER_IN_USE);
         RemoveStoredDriver(driver);
     });

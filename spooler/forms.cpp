@@ -54,7 +54,7 @@ std::vector<AddedForm> ReadAddedForms() {
 bool IsBuiltIn(const WideString& name) {
     const auto& forms = GetBuiltInForms();
     return std::any_of(forms.begin(), forms.end(),
-                       [&](const BuiltInForm& form) { return EqualNoCase(form.name, name); });
+                       [&](const BuiltInForm& form) { return EqualRegistryNames(form.name, name); });
 }
 
 }  // namespace

@@ -35,7 +35,9 @@ std::string Quoted(const WideString& text) { return "'" + NarrowToUtf8(text) + "
     }
 }
 
-bool SharesCaches(const WideString& a, const WideString& b) { return EqualNoCase(GetCachesKey(a), GetCachesKey(b)); }
+bool SharesCaches(const WideString& a, const WideString& b) {
+    return EqualRegistryNames(GetCachesKey(a), GetCachesKey(b));
+}
 
 bool IsPortUsed(const std::vector<PrinterRow>& printers, const WideString& port) {
     return std::any_of(printers.begin(), printers.end(),
@@ -119,7 +121,7 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
     if (port.empty()) made.emplace(printers);
     WideString ownPort = made ? made->GetName() : port;
     for (const PrinterRow& other : printers)
-        if (SharesCaches(other.port, ownPort) && !EqualNoCase(other.driver, driver))
+        if (SharesCaches(other.port, ownPort) && !EqualRegistryNames(other.driver, driver))
             throw std::runtime_error("The port " + Quoted(ownPort) + " is used by the printer " + Quoted(other.name) +
                                      " of another product; give another port or none");
     AddDriver(*product, driver);
@@ -142,7 +144,7 @@ WideString InstallPrinter(const WideString& name, const std::filesystem::path& p
 void RemovePrinter(const WideString& name) {
     const auto printers = ListPrinters();
     const auto found = std::find_if(printers.begin(), printers.end(),
-                                    [&](const PrinterRow& printer) { return EqualNoCase(printer.name, name); });
+                                    [&](const PrinterRow& printer) { return EqualRegistryNames(printer.name, name); });
     if (found == printers.end()) throw std::runtime_error("There is no printer " + Quoted(name));
     const UniquePrinter printer = OpenPrinterByName(found->name);
     if (!printer) ThrowRefusal("The printer " + Quoted(name) + " cannot be opened");

@@ -21,17 +21,9 @@ bool IsKeyName(const WideString& name, std::size_t longest, WideStringView refus
     return !name.empty() && name.size() <= longest && std::none_of(name.begin(), name.end(), isBad);
 }
 
-// Whether two names can be those of one key, which folds the cases of all letters: those beyond ASCII count as equal.
-bool MayBeSameKey(WideStringView a, WideStringView b) noexcept {
-    const auto same = [](WCHAR x, WCHAR y) {
-        return x < 0x80 && y < 0x80 ? EqualNoCase({&x, 1}, {&y, 1}) : x >= 0x80 && y >= 0x80;
-    };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
-}
-
 // The key is what the printer is found by; the value states how it is written.
 void SettleName(StoredPrinterBrief& printer, const WideString& keyName) {
-    if (!MayBeSameKey(printer.name, keyName)) printer.name = keyName;
+    if (!EqualRegistryNames(printer.name, keyName)) printer.name = keyName;
 }
 
 UniqueKey OpenPrinterKey(const WideString& name) {

@@ -96,7 +96,7 @@ std::string NumberOfValue(DWORD id, const ProductDescription& product, std::stri
     add(product.papers);
     add(product.trays);
     for (const DWORD value : values)
-        if (ToLowerAscii(NameValue(value, product)) == ToLowerAscii(text)) return std::to_string(value);
+        if (LowerSchemaWord(NameValue(value, product)) == LowerSchemaWord(text)) return std::to_string(value);
     return std::string(text);
 }
 

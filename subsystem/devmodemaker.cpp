@@ -61,7 +61,7 @@ ByteBuffer MakeAttributeState(const ProductDescription& product, const DevmodeSe
 
 ByteBuffer MakeText(WideStringView text) {
     ByteBuffer bytes;
-    bytes.createFromStringValue(CXString(text.data(), text.size()));
+    bytes.createFromStringValue(CXString(text));
     return bytes;
 }
 

@@ -83,12 +83,3 @@ std::filesystem::path MakeTemporaryFolder(const std::string& prefix) {
     }
     throw OperationError("no temporary folder can be made below '" + PathToUtf8(parent) + "'; name a folder yourself");
 }
-
-std::filesystem::path PathFromUtf8(std::string_view text) {
-    return std::filesystem::path(std::u8string(text.begin(), text.end()));
-}
-
-std::string PathToUtf8(const std::filesystem::path& path) {
-    const std::u8string text = path.u8string();
-    return std::string(text.begin(), text.end());
-}

@@ -1,6 +1,8 @@
 // What the host asks of the system it runs on; the one place where the two hosts differ.
 #pragma once
 
+#include <pathtext.h>
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -17,6 +19,3 @@ std::filesystem::path GetProgramFolder();
 std::optional<std::filesystem::path> GetUserDataFolder();
 // A new, empty folder for temporary files, named from the prefix. Throws OperationError when it cannot be made.
 std::filesystem::path MakeTemporaryFolder(const std::string& prefix);
-
-std::filesystem::path PathFromUtf8(std::string_view text);
-std::string PathToUtf8(const std::filesystem::path& path);

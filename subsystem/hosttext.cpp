@@ -5,13 +5,11 @@
 
 #include "hosterror.h"
 
-std::string ToUtf8(WideStringView text) { return CXString(text.data(), text.size()).ToUtf8(); }
+std::string ToUtf8(WideStringView text) { return Utf8FromWide(text, BadText::Replace); }
 
 std::optional<WideString> ToWide(std::string_view utf8) {
-    const CXString text = CXString::FromUtf8(utf8);
-    // A malformed sequence was replaced, so the way back gives other bytes.
-    if (text.ToUtf8() != utf8) return std::nullopt;
-    return text.AsWideString();
+    if (!IsUtf8(utf8)) return std::nullopt;
+    return WideFromUtf8(utf8, BadText::Refuse);
 }
 
 WideString ArgumentToWide(std::string_view utf8) {
@@ -46,18 +44,3 @@ std::optional<std::int64_t> ParseNumber(std::string_view text) {
     if (text.empty() || error != std::errc() || end != text.data() + text.size()) return std::nullopt;
     return value;
 }
-
-namespace {
-
-template <class Text>
-Text LowerAscii(Text text) {
-    for (auto& character : text)
-        if (character >= 'A' && character <= 'Z')
-            character = static_cast<typename Text::value_type>(character - 'A' + 'a');
-    return text;
-}
-
-}  // namespace
-
-WideString ToLowerAscii(WideStringView text) { return LowerAscii(WideString(text)); }
-std::string ToLowerAscii(std::string_view text) { return LowerAscii(std::string(text)); }

@@ -1,7 +1,7 @@
 // Text between the command line's UTF-8 and the driver's UTF-16, and numbers on the command line.
 #pragma once
 
-#include <mvutil/cxstring.h>
+#include <textcodec.h>
 
 #include <cstdint>
 #include <optional>
@@ -22,7 +22,3 @@ std::string ToLowerHex(std::uint64_t value, int digits = 0);
 // A whole decimal number with an optional minus sign, or hex behind "0x"; nothing for any other text or one that does
 // not fit.
 std::optional<std::int64_t> ParseNumber(std::string_view text);
-
-// Lower-case ASCII letters; other characters as they are.
-WideString ToLowerAscii(WideStringView text);
-std::string ToLowerAscii(std::string_view text);

@@ -44,12 +44,11 @@ WideStringView WithoutComment(WideStringView text) { return Trim(text.substr(0, 
 class LineReader {
 public:
     explicit LineReader(std::string_view bytes) {
-        if (bytes.starts_with("\xFF\xFE")) {
-            SplitUtf16(bytes.substr(2), 0);
-        } else if (bytes.starts_with("\xFE\xFF")) {
-            SplitUtf16(bytes.substr(2), 1);
+        const auto [form, content] = TakeMark(bytes);
+        if (form == ByteForm::LittleUtf16 || form == ByteForm::BigUtf16) {
+            SplitUtf16(content, form);
         } else {
-            SplitUtf8(bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes);
+            SplitUtf8(content);
         }
     }
 
@@ -68,14 +67,8 @@ public:
     }
 
 private:
-    void SplitUtf16(std::string_view bytes, std::size_t lowByte) {
-        WideString text;
-        text.reserve(bytes.size() / 2);
-        for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-            const auto low = static_cast<BYTE>(bytes[at + lowByte]);
-            const auto high = static_cast<BYTE>(bytes[at + 1 - lowByte]);
-            text.push_back(static_cast<WCHAR>(low | (high << 8)));
-        }
+    void SplitUtf16(std::string_view bytes, ByteForm order) {
+        const WideString text = WideFromUtf16(bytes, order);
         for (WideStringView rest = text; !rest.empty();) {
             const std::size_t end = std::min(rest.find(W('\n')), rest.size());
             lines_.emplace_back(rest.substr(0, end));
@@ -135,9 +128,9 @@ private:
         key.remove = text.starts_with(W('-'));
         if (key.remove) text.remove_prefix(1);
         const std::size_t hiveEnd = std::min(text.find(W('\\')), text.size());
-        const WideString hive = ToLowerAscii(text.substr(0, hiveEnd));
+        const WideStringView hive = text.substr(0, hiveEnd);
         for (const Hive& entry : Hives())
-            if (hive == ToLowerAscii(entry.name) || hive == ToLowerAscii(entry.shortName)) key.hive = entry.key;
+            if (EqualRegistryNames(hive, entry.name) || EqualRegistryNames(hive, entry.shortName)) key.hive = entry.key;
         if (!key.hive) lines_.Fail("a key begins with HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER");
         key.path = text.substr(std::min(hiveEnd + 1, text.size()));
         if (key.remove && key.path.empty()) lines_.Fail("a whole hive cannot be deleted");
@@ -178,10 +171,10 @@ private:
             if (!WithoutComment(text).empty()) lines_.Fail("expected nothing behind the closing quote");
             characters.push_back(W('\0'));
             for (const WCHAR character : characters) AppendLittleEndian(value.data, character, sizeof(WCHAR));
-        } else if (ToLowerAscii(text.substr(0, 6)) == W("dword:")) {
+        } else if (EqualRegistryNames(text.substr(0, 6), W("dword:"))) {
             value.type = REG_DWORD;
             AppendLittleEndian(value.data, TakeHex(WithoutComment(text.substr(6)), 8), sizeof(DWORD));
-        } else if (ToLowerAscii(text.substr(0, 3)) == W("hex")) {
+        } else if (EqualRegistryNames(text.substr(0, 3), W("hex"))) {
             ParseHexValue(text.substr(3), value);
         } else {
             lines_.Fail("expected \"text\", dword:, hex:, hex(type): or - behind '='");
@@ -269,9 +262,8 @@ WideString Quote(WideStringView text) {
 // The text of a REG_SZ that can be written between quotes: terminated once, no line ends.
 std::optional<WideString> PlainText(const RegFileValue& value) {
     if (value.type != REG_SZ || value.data.empty() || value.data.size() % sizeof(WCHAR) != 0) return std::nullopt;
-    WideString text;
-    for (std::size_t at = 0; at < value.data.size(); at += sizeof(WCHAR))
-        text.push_back(static_cast<WCHAR>(value.data[at] | (value.data[at + 1] << 8)));
+    const std::string_view bytes(reinterpret_cast<const char*>(value.data.data()), value.data.size());
+    WideString text = WideFromUtf16(bytes, ByteForm::LittleUtf16);
     if (text.back() != W('\0')) return std::nullopt;
     text.pop_back();
     for (const WCHAR character : text)

@@ -52,9 +52,9 @@ bool IsProtectedFeature(DWORD feature) {
 }
 
 std::optional<DWORD> FindFeatureByName(std::string_view name) {
-    const std::string wanted = ToLowerAscii(name);
+    const std::string wanted = LowerSchemaWord(name);
     for (const facts::FeatureName& row : facts::kFeatureNames)
-        if (ToLowerAscii(row.name) == wanted) return row.id;
+        if (LowerSchemaWord(row.name) == wanted) return row.id;
     return std::nullopt;
 }
 
@@ -83,13 +83,13 @@ const char* FindKeywordName(std::string_view keyword) {
 
 std::optional<std::string> FindNearest(std::string_view text, std::span<const std::string> candidates) {
     if (text.empty() || text.size() > kLongestName) return std::nullopt;
-    const std::string wanted = ToLowerAscii(text);
+    const std::string wanted = LowerSchemaWord(text);
     // A third of the letters may be wrong, and no more than four of them.
     std::size_t fewest = std::min<std::size_t>(4, text.size() / 3) + 1;
     std::optional<std::string> nearest;
     for (const std::string& candidate : candidates) {
         if (candidate.size() > kLongestName) continue;
-        const std::size_t edits = CountEdits(wanted, ToLowerAscii(candidate));
+        const std::size_t edits = CountEdits(wanted, LowerSchemaWord(candidate));
         if (edits >= fewest) continue;
         fewest = edits;
         nearest = candidate;

@@ -2,6 +2,8 @@
 // them.
 #include "xmlfile.h"
 
+#include <textcodec.h>
+
 #include "hosterror.h"
 #include "hostfiles.h"
 #include "hostplatform.h"
@@ -12,43 +14,31 @@ namespace {
 
 constexpr std::size_t kDeclarationBytes = 1024;  // in which an XML declaration is looked for
 
-enum class ByteForm { Plain, MarkedUtf8, LittleUtf16, BigUtf16 };
-
-ByteForm GetForm(std::string_view bytes) {
-    const auto startsWith = [bytes](std::string_view start) { return bytes.starts_with(start); };
-    if (startsWith("\xFF\xFE") || startsWith(std::string_view("<\0", 2))) return ByteForm::LittleUtf16;
-    if (startsWith("\xFE\xFF") || startsWith(std::string_view("\0<", 2))) return ByteForm::BigUtf16;
-    return startsWith("\xEF\xBB\xBF") ? ByteForm::MarkedUtf8 : ByteForm::Plain;
+// UTF-16 is known by the first character, too.
+MarkedText RecogniseForm(std::string_view bytes) {
+    if (bytes.starts_with(std::string_view("<\0", 2))) return {ByteForm::LittleUtf16, bytes};
+    if (bytes.starts_with(std::string_view("\0<", 2))) return {ByteForm::BigUtf16, bytes};
+    return TakeMark(bytes);
 }
 
 // The text's ASCII characters, each other 16-bit unit as one '?', when the bytes look like UTF-16; else the bytes.
 std::string AsciiView(std::string_view bytes) {
-    const ByteForm form = GetForm(bytes);
-    if (form == ByteForm::Plain || form == ByteForm::MarkedUtf8)
-        return std::string(bytes.substr(form == ByteForm::MarkedUtf8 ? 3 : 0));
-    const bool isLittle = form == ByteForm::LittleUtf16;
-    const std::size_t start = static_cast<unsigned char>(bytes[0]) >= 0xFE ? 2 : 0;
+    const auto [form, content] = RecogniseForm(bytes);
+    if (form == ByteForm::Unmarked || form == ByteForm::MarkedUtf8) return std::string(content);
     std::string text;
-    text.reserve(bytes.size() / 2);
-    for (std::size_t i = start; i + 1 < bytes.size(); i += 2) {
-        const auto low = static_cast<unsigned char>(bytes[isLittle ? i : i + 1]);
-        const auto high = static_cast<unsigned char>(bytes[isLittle ? i + 1 : i]);
-        text.push_back(high == 0 && low < 0x80 ? static_cast<char>(low) : '?');
-    }
+    text.reserve(content.size() / 2);
+    for (const WCHAR unit : WideFromUtf16(content, form)) text.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
     return text;
 }
 
-// In capitals; empty when there is no XML declaration or none that names an encoding.
+// Empty when there is no XML declaration or none that names an encoding.
 std::string GetDeclaredEncoding(std::string_view text) {
     text = text.substr(0, text.find("?>"));
     const std::size_t name = text.find("encoding");
     if (!text.starts_with("<?xml") || name == std::string_view::npos) return std::string();
     const std::size_t quote = text.find_first_of("'\"", name);
     if (quote == std::string_view::npos) return std::string();
-    std::string encoding(text.substr(quote + 1, text.find(text[quote], quote + 1) - quote - 1));
-    for (char& c : encoding)
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    return encoding;
+    return std::string(text.substr(quote + 1, text.find(text[quote], quote + 1) - quote - 1));
 }
 
 }  // namespace
@@ -59,16 +49,17 @@ std::string FindEncodingFault(std::string_view bytes) {
         return "the XML declaration says " + declared + " and the bytes are " + actual +
                "; store the document in the encoding that it names";
     };
-    const bool saysTwoBytes = declared == "ISO-10646-UCS-2" || declared == "UCS-2" || declared == "UTF-16";
-    switch (declared.empty() ? ByteForm::Plain : GetForm(bytes)) {
+    const std::string encoding = LowerSchemaWord(declared);
+    const bool saysTwoBytes = encoding == "iso-10646-ucs-2" || encoding == "ucs-2" || encoding == "utf-16";
+    switch (declared.empty() ? ByteForm::Unmarked : RecogniseForm(bytes).form) {
         case ByteForm::LittleUtf16:
-            return saysTwoBytes || declared == "UTF-16LE" ? std::string() : fault("little-endian UTF-16");
+            return saysTwoBytes || encoding == "utf-16le" ? std::string() : fault("little-endian UTF-16");
         case ByteForm::BigUtf16:
-            return saysTwoBytes || declared == "UTF-16BE" ? std::string() : fault("big-endian UTF-16");
+            return saysTwoBytes || encoding == "utf-16be" ? std::string() : fault("big-endian UTF-16");
         case ByteForm::MarkedUtf8:
-            return declared == "UTF-8" || declared == "UTF8" ? std::string() : fault("marked as UTF-8");
-        case ByteForm::Plain:
-            return saysTwoBytes || declared.starts_with("UTF-16") ? fault("not UTF-16") : std::string();
+            return encoding == "utf-8" || encoding == "utf8" ? std::string() : fault("marked as UTF-8");
+        case ByteForm::Unmarked:
+            return saysTwoBytes || encoding.starts_with("utf-16") ? fault("not UTF-16") : std::string();
     }
     return std::string();
 }

@@ -8,6 +8,7 @@
 #include <facts/features.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/crc32.h>
+#include <mvutil/formatting.h>
 #include <mvutil/printer.h>
 #include <ptpcprovider/featureunit.h>
 #include <ptpcprovider/mediatypetable.h>

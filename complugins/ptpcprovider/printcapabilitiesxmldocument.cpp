@@ -211,7 +211,7 @@ CXString PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLD
     Bstr text;
     checks.Succeeds(GetTrimmedText(property.Get(), &text));
     checks.Require(!text.IsEmpty(), E_FAIL);
-    return CXString(WideString(text.View()));
+    return CXString(text.View());
 }
 
 // ---- display names

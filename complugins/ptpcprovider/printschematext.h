@@ -1,7 +1,7 @@
 // Text and lookup helpers shared by the Print Schema document classes; nobody else includes them.
 #pragma once
 
-#include <mvutil/cxstring.h>
+#include <mvutil/formatting.h>
 #include <throwscheme.h>
 
 #include <bstr.h>

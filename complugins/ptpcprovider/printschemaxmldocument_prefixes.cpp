@@ -145,7 +145,7 @@ void PrintSchemaXmlDocument::SetProperty(const ComChecks& checks, BSTR name, Bst
 
 void PrintSchemaXmlDocument::SetSelectionNamespace(const ComChecks& checks, WideStringView prefix) {
     CXString declaration;
-    declaration.Format(W("xmlns:%s='%s'"), CopyText(checks, prefix).Get(), kFrameworkNamespace);
+    declaration.Format(W("xmlns:%s='%s'"), prefix, kFrameworkNamespace);
     SetProperty(checks, kSelectionNamespaces.Get(), CopyText(checks, declaration.AsWideString()));
 }
 
@@ -153,7 +153,7 @@ void PrintSchemaXmlDocument::SetSelectionNamespace(const ComChecks& checks, Wide
 // an element deep inside a document of another kind.
 bool PrintSchemaXmlDocument::FindRoot(const ComChecks& checks) {
     CXString query;
-    query.Format(W("//%s:%s"), CopyText(checks, kSelectionPrefix).Get(), rootName_.Get());
+    query.Format(W("//%s:%s"), kSelectionPrefix, rootName_.Get());
     ComPtr<IXMLDOMNode> found;
     if (GetNode(query, found.Put()) == S_FALSE) return false;
     ComPtr<IXMLDOMNode> parent;
@@ -207,8 +207,8 @@ std::optional<std::vector<ComPtr<IXMLDOMNode>>> PrintSchemaXmlDocument::FindPriv
 void PrintSchemaXmlDocument::RenamePrivateNames(const ComChecks& checks,
                                                 const std::vector<ComPtr<IXMLDOMNode>>& names) {
     for (const ComPtr<IXMLDOMNode>& attribute : names) {
-        CXString name(WideString(GetValue(checks, attribute.Get()).Text()));
-        name.Replace(CXString(WideString(privatePrefix_.View())), CXString(WideString(kNormalPrivatePrefix)));
+        CXString name(GetValue(checks, attribute.Get()).Text());
+        name.Replace(privatePrefix_.View(), kNormalPrivatePrefix);
         checks.Succeeds(attribute->put_nodeValue(Variant(CopyText(checks, name.AsWideString())).Get()));
     }
 }
@@ -223,7 +223,7 @@ void PrintSchemaXmlDocument::RenamePrivateDeclaration(const ComChecks& checks) {
     if (!FindAttribute(checks, rootNode_.Get(), kNormalPrivateDeclaration.Get())) {
         const auto root = QueryFor<IXMLDOMElement>(checks, rootNode_.Get(), IID_IXMLDOMElement);
         try {
-            AppendXMLAttribute(root.Get(), kNormalPrivateDeclaration.Get(), W(""), CXString(WideString(uri.Text())));
+            AppendXMLAttribute(root.Get(), kNormalPrivateDeclaration.Get(), W(""), CXString(uri.Text()));
         } catch (const MorvaneComException& exception) {
             checks.Throw(exception.GetHresult());
         }

@@ -1,7 +1,7 @@
 // Reading the media types that the core driver reports for a printer.
 #pragma once
 
-#include <mvutil/cxstring.h>
+#include <mvutil/formatting.h>
 
 #include <wingdi.h>
 

@@ -4,7 +4,7 @@
 #include <facts/features.h>
 #include <facts/pagesizes.h>
 #include <facts/values.h>
-#include <mvutil/cxstring.h>
+#include <mvutil/formatting.h>
 
 #include <array>
 #include <cstddef>

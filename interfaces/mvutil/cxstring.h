@@ -1,44 +1,23 @@
-// CXString: the driver family's wide string, and the typed argument list behind its printf-style formatting.
+// CXString: the driver family's wide string. Who formats one includes mvutil/formatting.h.
 #pragma once
 
 #include <mvutil/mvutilapi.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 
-using WideString = std::basic_string<WCHAR>;
-using WideStringView = std::basic_string_view<WCHAR>;
-
 class CXString;
+class FormatArgument;
 
-// One argument of a format. Holds numbers by value and refers to texts, so it lives only during the call.
-class MVUTIL_API FormatArgument {
+// A text handed in by whoever holds it, in whatever form; null is the empty text. Lives only during the call.
+class TextArgument : public WideStringView {
 public:
-    enum class Kind { Signed, Unsigned, Real, WideText, Pointer };
-
-    template <class T, std::enable_if_t<std::is_integral_v<T> || std::is_enum_v<T>, int> = 0>
-    FormatArgument(T value)
-        : kind(std::is_signed_v<T> ? Kind::Signed : Kind::Unsigned),
-          bytes(sizeof(T)),
-          integer(static_cast<std::uint64_t>(static_cast<std::int64_t>(value))) {}
-    FormatArgument(double value) : kind(Kind::Real), real(value) {}
-    FormatArgument(const WCHAR* value) : kind(Kind::WideText), text(value) {}
-    FormatArgument(WCHAR* value) : kind(Kind::WideText), text(value) {}
-    FormatArgument(const CXString& value);
-    FormatArgument(const WideString& value) : kind(Kind::WideText), text(value.c_str()) {}
-    FormatArgument(const char* value) = delete;  // %s takes wide text alone
-    FormatArgument(const void* value) : kind(Kind::Pointer), pointer(value) {}
-
-    Kind kind;
-    std::size_t bytes = 0;      // width of an integer
-    std::uint64_t integer = 0;  // sign-extended when Signed
-    double real = 0;
-    const WCHAR* text = nullptr;
-    const void* pointer = nullptr;
+    TextArgument(const WCHAR* text) noexcept : WideStringView(text ? WideStringView(text) : WideStringView()) {}
+    TextArgument(WideStringView text) noexcept : WideStringView(text) {}
+    TextArgument(const WideString& text) noexcept : WideStringView(text) {}
+    inline TextArgument(const CXString& text) noexcept;
 };
 
 class MVUTIL_API CXString {
@@ -46,6 +25,7 @@ public:
     CXString() = default;
     CXString(const WCHAR* text);  // null gives the empty text
     CXString(const WCHAR* text, std::size_t length);
+    explicit CXString(WideStringView text);
     CXString(const char* text);  // 8-bit characters, each one becomes one UTF-16 unit
     CXString(WideString text);
     CXString(const CXString&) = default;
@@ -75,32 +55,23 @@ public:
     bool IsEmpty() const noexcept { return text_.empty(); }
     const WideString& AsWideString() const noexcept { return text_; }
 
-    CXString& operator+=(const CXString& other);
-    CXString& operator+=(const WCHAR* other);
+    CXString& operator+=(TextArgument other);
     CXString& operator+=(WCHAR character);
 
-    // Replaces the text by the formatted one. Understands %% and %c %d %i %u %x %X %p %f %s with the flags "-", "0",
-    // "+" and space, width and precision (each at most 4096). %s takes a wide text (a null one is empty) and reads no
-    // more of it than the precision allows; %u and %x show an integer in its own width; %p is upper-case hexadecimal.
-    // Size modifiers are read and not needed; surplus arguments are ignored. Throws std::invalid_argument when an
-    // argument is missing or of another kind, or the format itself is malformed; the text is then unchanged. The
-    // arguments may be this text.
+    // Replaces the text by the formatted one, as mvutil/formatting.h states.
     template <class... Arguments>
-    void Format(const WCHAR* format, const Arguments&... arguments) {
-        const FormatArgument list[] = {FormatArgument(arguments)..., FormatArgument(0)};
-        FormatList(format, list, sizeof...(arguments));
-    }
+    void Format(const WCHAR* format, const Arguments&... arguments);
     void FormatList(const WCHAR* format, const FormatArgument* arguments, std::size_t count);
 
-    int Find(const CXString& part, int start = 0) const noexcept;  // index, or -1; -1 for a start outside the text
-    int Find(WCHAR character, int start = 0) const noexcept;       // index, or -1
-    int Compare(const WCHAR* other) const noexcept;                // by UTF-16 unit; 0 when equal
-    int CompareNoCase(const WCHAR* other) const noexcept;          // ASCII and Latin-1 letters fold; 0 when equal
-    CXString Left(int count) const;                                // counts beyond the text are cut to it
+    int Find(TextArgument part, int start = 0) const noexcept;  // index, or -1; -1 for a start outside the text
+    int Find(WCHAR character, int start = 0) const noexcept;    // index, or -1
+    int Compare(TextArgument other) const noexcept;             // by UTF-16 unit; 0 when equal
+    int CompareNoCase(TextArgument other) const noexcept;       // by the registry's rule of case; 0 when equal
+    CXString Left(int count) const;                             // counts beyond the text are cut to it
     CXString Mid(int first) const;
     CXString Mid(int first, int count) const;
-    int Replace(const CXString& part, const CXString& by);  // number of places replaced; an empty part replaces none
-    void MakeLower();                                       // ASCII and Latin-1 letters
+    int Replace(TextArgument part, TextArgument by);  // number of places replaced; an empty part replaces none
+    void MakeLower() noexcept;                        // by the registry's rule of case
     void Empty() noexcept { text_.clear(); }
     int Delete(int first, int count = 1);             // removes the characters; the new length
     bool IsContainNumericCharsOnly() const noexcept;  // decimal digits only; false for the empty text
@@ -123,4 +94,4 @@ MVUTIL_API bool operator==(const CXString& left, const CXString& right) noexcept
 MVUTIL_API bool operator==(const CXString& left, const WCHAR* right) noexcept;    // a null right side is the empty text
 MVUTIL_API bool operator<(const CXString& left, const CXString& right) noexcept;  // by UTF-16 unit
 
-inline FormatArgument::FormatArgument(const CXString& value) : kind(Kind::WideText), text(value.GetString()) {}
+TextArgument::TextArgument(const CXString& text) noexcept : WideStringView(text.AsWideString()) {}

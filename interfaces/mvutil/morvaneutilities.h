@@ -1,7 +1,7 @@
 // MorvaneUtilities: formatting, Base64, paths and the registry names shared by the driver family.
 #pragma once
 
-#include <mvutil/cxstring.h>
+#include <mvutil/formatting.h>
 
 class MVUTIL_API MorvaneUtilities {
 public:

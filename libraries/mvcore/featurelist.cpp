@@ -1,6 +1,7 @@
 // FeatureList: one index a list serves whatever depth a feature lies at.
 #include "featurelist.h"
 
+#include <mvutil/formatting.h>
 #include <mvutil/throwfailure.h>
 #include <products/reader/featurecatalogue.h>
 

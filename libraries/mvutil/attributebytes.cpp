@@ -1,5 +1,7 @@
 // Attribute lists: values, raw and indexed lists, namespaces, and the text of a list for the debugger.
 #include <mvutil/attributebytes.h>
+
+#include <mvutil/formatting.h>
 #include <mvutil/morvaneexception.h>
 
 #include <algorithm>

@@ -1,7 +1,8 @@
 // CXString's printf-style formatting: reads the format, checks each argument against its conversion, and writes the
 // text.
-#include <mvutil/cxstring.h>
+#include <mvutil/formatting.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -143,7 +144,7 @@ void AppendText(WideString& out, const Conversion& conversion, const FormatArgum
         throw std::invalid_argument("the format asks for a wide text and the argument is none");
     }
     // A text cut by the precision may be a fixed field without a terminator.
-    const std::size_t limit = conversion.precision.value_or(static_cast<std::size_t>(-1));
+    const std::size_t limit = std::min(conversion.precision.value_or(WideString::npos), argument.characters);
     std::size_t length = 0;
     while (argument.text && length < limit && argument.text[length]) ++length;
     AppendField(out, conversion, WideStringView(argument.text, length));

@@ -1,6 +1,8 @@
 // PrintDriver: the files of a printer's driver, and what its data file says.
 #include <mvutil/printdriver.h>
 
+#include <mvutil/formatting.h>
+
 #include <mvutil/lackofmemory.h>
 #include <mvutil/printer.h>
 #include <mvutil/productofprinter.h>

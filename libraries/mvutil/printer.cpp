@@ -1,6 +1,8 @@
 // Printer: name, port and printer data through the spooler.
 #include <mvutil/printer.h>
 
+#include <mvutil/formatting.h>
+
 #include <mvutil/lackofmemory.h>
 #include <mvutil/throwfailure.h>
 

@@ -2,7 +2,7 @@
 #include <livecounts.h>
 #include <objbase.h>
 #include <oleauto.h>
-#include "widechars.h"
+#include <textcodec.h>
 
 #include <signal.h>
 #include <unistd.h>
@@ -72,7 +72,7 @@ BOOL WINAPI CloseHandle(HANDLE) {
 }
 
 void WINAPI OutputDebugStringW(LPCWSTR text) {
-    if (text && std::getenv("MVPT_DEBUG")) std::fputs(mvplatform::Utf8FromWide(text).c_str(), stderr);
+    if (text && std::getenv("MVPT_DEBUG")) std::fputs(Utf8FromWide(text, BadText::Keep).c_str(), stderr);
 }
 
 void WINAPI DebugBreak() { raise(SIGTRAP); }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <bstr.h>
+#include <widetext.h>
 
 #include <libxml/xmlstring.h>
 
@@ -10,9 +11,7 @@
 
 namespace dom {
 
-using WideView = std::basic_string_view<WCHAR>;
-
-inline WideView ViewOf(BSTR text) { return text ? WideView(text, SysStringLen(text)) : WideView(); }
+inline WideStringView ViewOf(BSTR text) { return text ? WideStringView(text, SysStringLen(text)) : WideStringView(); }
 inline const char* Chars(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 inline const xmlChar* XmlChars(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
 inline std::string_view ViewOf(const xmlChar* text) {
@@ -21,10 +20,10 @@ inline std::string_view ViewOf(const xmlChar* text) {
 
 // Text that goes into a document. Characters that XML cannot hold (most control characters, lone surrogates, U+FFFE and
 // U+FFFF) become U+FFFD as they enter: so a document can always be written, and what it answers is what it writes.
-std::string ContentToUtf8(WideView text);
+std::string ContentToUtf8(WideStringView text);
 // Text that is to be judged by somebody else, a parser or a check of names: everything is kept, a lone surrogate as
 // three bytes that are no UTF-8.
-std::string RawToUtf8(WideView text);
+std::string RawToUtf8(WideStringView text);
 Bstr ToBstr(std::string_view utf8);
 
 // Gives the text to an out argument: E_INVALIDARG when that is null.

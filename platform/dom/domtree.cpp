@@ -146,7 +146,7 @@ xmlNs* DomTree::Namespace(std::string_view prefix, std::string_view uri) {
     return &record;
 }
 
-std::string_view DomTree::UriToUtf8(WideView uri) {
+std::string_view DomTree::UriToUtf8(WideStringView uri) {
     for (const auto& [wide, utf8] : recentUris_) {
         if (wide.size() == uri.size() && std::memcmp(wide.data(), uri.data(), uri.size() * sizeof(WCHAR)) == 0)
             return utf8;

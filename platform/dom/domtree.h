@@ -110,7 +110,7 @@ public:
     // The tree's one record of the pair; null for an empty URI. An empty prefix stands for none.
     xmlNs* Namespace(std::string_view prefix, std::string_view uri);
     // As ContentToUtf8, until the next call; the few URIs of a document are kept.
-    std::string_view UriToUtf8(WideView uri);
+    std::string_view UriToUtf8(WideStringView uri);
 
     // Unlinks the node from its parent, if it has one; it becomes an orphan. Somebody holds a part of it.
     void Detach(xmlNode* node) noexcept;

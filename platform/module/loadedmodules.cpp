@@ -1,7 +1,7 @@
 // The modules of the process: the program and the shared libraries that are loaded.
 #include "loadedmodules.h"
 
-#include "../base/widechars.h"
+#include <textcodec.h>
 
 #include <dlfcn.h>
 
@@ -84,8 +84,9 @@ std::string WithDefaultExtension(const std::string& path) {
 
 std::optional<LoadedModule> FindLoadedModule(const std::string& path) {
     const bool isFileName = path.find('/') == std::string::npos;
+    const auto wide = [](std::string_view text) { return WideFromUtf8(text, BadText::Keep); };
     const auto isWanted = [&](const std::string& other) {
-        return isFileName ? EqualIgnoringCase(WideFromUtf8(FileName(other)), WideFromUtf8(path)) : other == path;
+        return isFileName ? EqualRegistryNames(wide(FileName(other)), wide(path)) : other == path;
     };
     if (isWanted("kernel32.dll")) return ModuleFromAddress(&ownImage);
     for (const void* address : ModuleAddresses()) {

@@ -1,7 +1,7 @@
 // Loading libraries, and asking about loaded modules.
+#include <textcodec.h>
 #include <widetext.h>
 #include <windows.h>
-#include "../base/widechars.h"
 #include "loadedmodules.h"
 
 #include <dlfcn.h>
@@ -37,7 +37,7 @@ HMODULE Open(const std::string& path) {
     void* reference = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     const std::optional<LoadedModule> module = ModuleFromMap(reference);
     if (module) return module->handle;
-    if (const char* reason = dlerror()) OutputDebugStringW((WideFromUtf8(reason) + W("\n")).c_str());
+    if (const char* reason = dlerror()) OutputDebugStringW((WideFromUtf8(reason, BadText::Keep) + W("\n")).c_str());
     return Fail(ERROR_MOD_NOT_FOUND, HMODULE());
 }
 
@@ -116,7 +116,7 @@ HMODULE WINAPI LoadLibraryExA(LPCSTR name, HANDLE reserved, DWORD flags) {
 
 HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE reserved, DWORD flags) {
     return Guarded(HMODULE(), [&] {
-        return name ? LoadLibraryExA(Utf8FromWide(name).c_str(), reserved, flags)
+        return name ? LoadLibraryExA(Utf8FromWide(name, BadText::Keep).c_str(), reserved, flags)
                     : LoadLibraryExA(nullptr, reserved, flags);
     });
 }
@@ -146,7 +146,8 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD characters) {
 }
 
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD characters) {
-    return Guarded(DWORD{0}, [&] { return CopyPath(WideFromUtf8(ShownPath(module)), path, characters); });
+    return Guarded(DWORD{0},
+                   [&] { return CopyPath(WideFromUtf8(ShownPath(module), BadText::Keep), path, characters); });
 }
 
 FARPROC WINAPI GetProcAddress(HMODULE handle, LPCSTR name) {

@@ -1,7 +1,7 @@
 // Profile files: the sections of an initialisation file.
+#include <textcodec.h>
 #include <widetext.h>
 #include <windows.h>
-#include "../base/widechars.h"
 #include "../module/loadedmodules.h"
 
 #include <algorithm>
@@ -26,46 +26,38 @@ std::optional<std::string> ReadFile(const std::string& path) {
 
 // UTF-16, little end first, with its byte order mark; UTF-8 with or without one.
 WideString Decode(std::string_view bytes) {
-    if (bytes.starts_with("\xFF\xFE")) {
-        WideString text;
-        for (std::size_t index = 2; index + 1 < bytes.size(); index += 2) {
-            const auto low = static_cast<unsigned char>(bytes[index]);
-            const auto high = static_cast<unsigned char>(bytes[index + 1]);
-            text += static_cast<WCHAR>(low | high << 8);
-        }
-        return text;
-    }
-    if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-    return WideFromUtf8(bytes);
+    const auto [form, content] = TakeMark(bytes);
+    if (form == ByteForm::LittleUtf16) return WideFromUtf16(content, form);
+    return WideFromUtf8(form == ByteForm::BigUtf16 ? bytes : content, BadText::Keep);
 }
 
-WideView Trim(WideView line) {
-    constexpr WideView blanks = W(" \t\v\f");
+WideStringView Trim(WideStringView line) {
+    constexpr WideStringView blanks = W(" \t\v\f");
     const std::size_t first = line.find_first_not_of(blanks);
-    if (first == WideView::npos) return {};
+    if (first == WideStringView::npos) return {};
     return line.substr(first, line.find_last_not_of(blanks) - first + 1);
 }
 
 // Cuts the first line off the text. A NUL ends a line, too: it could not be distinguished from a line's end in the
 // answer.
-WideView TakeLine(WideView& text) {
-    constexpr WideView ends(W("\r\n\0"), 3);
+WideStringView TakeLine(WideStringView& text) {
+    constexpr WideStringView ends(W("\r\n\0"), 3);
     const std::size_t length = std::min(text.find_first_of(ends), text.size());
-    const WideView line = text.substr(0, length);
+    const WideStringView line = text.substr(0, length);
     text.remove_prefix(std::min(length + 1, text.size()));
     return Trim(line);
 }
 
 // The section's lines, each with a NUL; nothing when there is no such section. The first of several is taken.
-std::optional<WideString> ReadSection(WideView text, WideView section) {
+std::optional<WideString> ReadSection(WideStringView text, WideStringView section) {
     std::optional<WideString> lines;
     while (!text.empty()) {
-        const WideView line = TakeLine(text);
+        const WideStringView line = TakeLine(text);
         if (line.empty() || line[0] == W(';')) continue;
         if (line[0] == W('[')) {
             if (lines) break;
             const std::size_t end = line.find(W(']'));
-            if (end != WideView::npos && EqualIgnoringCase(line.substr(1, end - 1), section)) lines.emplace();
+            if (end != WideStringView::npos && EqualRegistryNames(line.substr(1, end - 1), section)) lines.emplace();
         } else if (lines) {
             lines->append(line) += W('\0');
         }
@@ -96,7 +88,7 @@ extern "C" DWORD WINAPI GetPrivateProfileSectionW(LPCWSTR section, LPWSTR buffer
         return 0;
     }
     try {
-        const std::optional<std::string> bytes = ReadFile(SystemPath(Utf8FromWide(file)));
+        const std::optional<std::string> bytes = ReadFile(SystemPath(Utf8FromWide(file, BadText::Keep)));
         const std::optional<WideString> lines = bytes ? ReadSection(Decode(*bytes), section) : std::nullopt;
         if (!lines) SetLastError(ERROR_FILE_NOT_FOUND);
         return CopyLines(lines.value_or(WideString()), buffer, characters);

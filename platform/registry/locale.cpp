@@ -2,15 +2,12 @@
 #include <uniquehandle.h>
 #include <widetext.h>
 #include <windows.h>
-#include "../base/widechars.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
 namespace {
-
-using mvplatform::WideString;
 
 struct Convention {
     LCTYPE type;

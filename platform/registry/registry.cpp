@@ -1,7 +1,8 @@
 // The registry functions.
+#include <textcodec.h>
 #include <widetext.h>
 #include <windows.h>
-#include "../base/widechars.h"
+#include "../text/textcase.h"
 #include "openkeys.h"
 
 #include <algorithm>
@@ -36,10 +37,12 @@ LSTATUS Answer(Operation operation) noexcept {
     }
 }
 
-RegistryName MakeName(WideView text) { return {Utf8FromWide(text), Utf8FromWide(FoldCase(text))}; }
+RegistryName MakeName(WideStringView text) {
+    return {Utf8FromWide(text, BadText::Keep), Utf8FromWide(FoldRegistryName(text), BadText::Keep)};
+}
 
 RegistryName ValueName(LPCWSTR name) {
-    const WideView text = name ? WideView(name) : WideView();
+    const WideStringView text = name ? WideStringView(name) : WideStringView();
     Require(text.size() <= longestValueName, "the value's name is too long");
     return MakeName(text);
 }
@@ -47,7 +50,7 @@ RegistryName ValueName(LPCWSTR name) {
 // The names between the backslashes; none for a null or empty path. One backslash may end the path.
 KeyPath ParsePath(LPCWSTR path) {
     KeyPath names;
-    WideView rest = path ? WideView(path) : WideView();
+    WideStringView rest = path ? WideStringView(path) : WideStringView();
     while (!rest.empty()) {
         const std::size_t length = std::min(rest.find(W('\\')), rest.size());
         if (length == 0) Refuse(ERROR_BAD_PATHNAME, "a key's name is empty");
@@ -72,7 +75,7 @@ LSTATUS HandOut(const RegistryValue& value, LPDWORD type, LPBYTE data, LPDWORD b
 
 // Copies a name and its NUL; the size in characters counts the NUL on the way in and not on the way out.
 LSTATUS HandOutName(const std::string& utf8, LPWSTR name, LPDWORD characters) {
-    const WideString text = WideFromUtf8(utf8);
+    const WideString text = WideFromUtf8(utf8, BadText::Keep);
     if (*characters <= text.size()) return ERROR_MORE_DATA;
     name[text.copy(name, text.size())] = 0;
     *characters = static_cast<DWORD>(text.size());

@@ -1,7 +1,14 @@
-// Wide literals on both hosts: W("...") is a wchar_t literal where wchar_t has 16 bits, and a char16_t one elsewhere.
+// Wide text on both hosts: W("...") is a wchar_t literal where wchar_t has 16 bits, and a char16_t one elsewhere.
 #pragma once
+
+#include <string>
+#include <string_view>
 
 // Two steps, so that W(__FILE__) works. MV_WIDE_PREFIX comes from the build.
 #define MV_WIDE_PASTE(prefix, literal) prefix##literal
 #define MV_WIDE_EXPAND(prefix, literal) MV_WIDE_PASTE(prefix, literal)
 #define W(literal) MV_WIDE_EXPAND(MV_WIDE_PREFIX, literal)
+
+// Of WCHAR, without the system's header.
+using WideString = std::basic_string<decltype(W('a'))>;
+using WideStringView = std::basic_string_view<decltype(W('a'))>;

@@ -1,4 +1,5 @@
 // The store on Windows: a subtree of the current user's hive stands in for both predefined keys.
+#include <pathtext.h>
 #include <store.h>
 #include <uniquehandle.h>
 #include <widetext.h>
@@ -22,8 +23,7 @@ std::wstring temporaryPath;
 
 // A key name says which folder it stands for: '|' is in no path. Long names are cut and distinguished by a hash.
 std::wstring KeyName(const std::string& folderUtf8) {
-    const std::u8string utf8(folderUtf8.begin(), folderUtf8.end());
-    std::wstring name = std::filesystem::absolute(std::filesystem::path(utf8)).lexically_normal().wstring();
+    std::wstring name = std::filesystem::absolute(PathFromUtf8(folderUtf8)).lexically_normal().wstring();
     while (name.size() > 1 && (name.back() == W('\\') || name.back() == W('/'))) name.pop_back();
     std::replace_if(
         name.begin(), name.end(), [](wchar_t c) { return c == W('\\') || c == W('/'); }, W('|'));

@@ -1,6 +1,8 @@
 // The parser of product files.
 #include "productparser.h"
 
+#include <pathtext.h>
+
 #include "productlists.h"
 #include "tomlfile.h"
 #include "tomlsection.h"
@@ -9,8 +11,6 @@
 
 namespace {
 
-std::filesystem::path FromUtf8(std::string_view text) { return std::u8string(text.begin(), text.end()); }
-
 // Of a text feature, in characters.
 constexpr std::int64_t kLongestText = 0x100000;
 constexpr std::int64_t kUsualText = 255;
@@ -18,7 +18,7 @@ constexpr std::int64_t kUsualText = 255;
 class ProductParser {
 public:
     explicit ProductParser(const std::filesystem::path& file)
-        : name_(ToUtf8(file)), table_(ReadTomlFile(file)), root_(name_, table_, "") {
+        : name_(PathToUtf8(file)), table_(ReadTomlFile(file)), root_(name_, table_, "") {
         product_.file = file;
         files_.push_back(file);
     }
@@ -70,7 +70,7 @@ private:
     }
 
     std::filesystem::path GetFileBeside(const TomlSection& section, std::string_view key, const std::string& name) {
-        const std::filesystem::path path = FromUtf8(name);
+        const std::filesystem::path path = PathFromUtf8(name);
         std::error_code error;
         std::filesystem::path full = (product_.file.parent_path() / path).lexically_normal();
         if (path.is_absolute() || !std::filesystem::is_regular_file(full, error))
@@ -104,7 +104,7 @@ private:
     void ReadStrings() {
         for (const std::string& name : root_.GetTexts("string_files")) {
             const std::filesystem::path file = GetFileBeside(root_, "string_files", name);
-            const std::string fileName = ToUtf8(file);
+            const std::string fileName = PathToUtf8(file);
             const toml::table table = ReadTomlFile(file);
             files_.push_back(file);
             AddStrings(TomlSection(fileName, table, ""));

@@ -1,6 +1,8 @@
 // ReadTomlFile: the file's bytes, a look at its keys, then the parser.
 #include "tomlfile.h"
 
+#include <pathtext.h>
+
 #include <products/reader/productdescription.h>
 
 #include <algorithm>
@@ -68,13 +70,8 @@ void CheckKeys(std::string_view text, const std::string& name) {
 
 }  // namespace
 
-std::string ToUtf8(const std::filesystem::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 toml::table ReadTomlFile(const std::filesystem::path& file) {
-    const std::string name = ToUtf8(file);
+    const std::string name = PathToUtf8(file);
     const std::string text = ReadBytes(file, name);
     CheckKeys(text, name);
     try {

@@ -47,9 +47,9 @@ std::vector<BYTE> DecodeHex(std::string_view text, const std::string& name) {
     for (std::size_t at = 0; at < text.size(); ++at) {
         // "0x" before a number and "hex:" before a value are no digits of it.
         for (const std::string_view prefix : {"0x", "hex:"})
-            if (pending < 0 && ToLowerAscii(text.substr(at, prefix.size())) == prefix) at += prefix.size();
+            if (pending < 0 && LowerSchemaWord(text.substr(at, prefix.size())) == prefix) at += prefix.size();
         if (at >= text.size()) break;
-        const std::size_t digit = std::string_view("0123456789abcdef").find(ToLowerAscii(text.substr(at, 1)));
+        const std::size_t digit = std::string_view("0123456789abcdef").find(LowerSchemaWord(text.substr(at, 1)));
         const bool isDigit = digit != std::string_view::npos;
         if (!isDigit && pending >= 0) Refuse(name, "a text of hex digits, an odd number of them in a group");
         if (!isDigit) continue;
@@ -73,16 +73,16 @@ DevmodeBuffer FromRegFile(std::string_view bytes, const std::string& name, const
     const RegFile file = ParseRegFile(bytes);
     for (const RegFileKey& key : file)
         for (const RegFileValue& value : key.values)
-            if (ToLowerAscii(value.name) == ToLowerAscii(kDefaultDevmodeValue) && value.type == REG_BINARY) {
+            if (EqualRegistryNames(value.name, kDefaultDevmodeValue) && value.type == REG_BINARY) {
                 keys.push_back(&key);
                 values.push_back(&value);
             }
     if (values.empty()) Refuse(name, "a .reg file without a DEVMODE (a binary value \"Default DevMode\")");
     std::size_t chosen = 0;
     if (values.size() > 1) {
-        const WideString wanted = ToLowerAscii(ArgumentToWide(printer));
+        const WideString wanted = ArgumentToWide(printer);
         const auto found = std::find_if(keys.begin(), keys.end(), [&](const RegFileKey* key) {
-            return ToLowerAscii(GetLastKey(key->path)) == wanted;
+            return EqualRegistryNames(GetLastKey(key->path), wanted);
         });
         if (found == keys.end())
             Refuse(name, "a .reg file with the DEVMODEs of " + std::to_string(values.size()) +

@@ -45,21 +45,15 @@ bool IsText(const std::string& text) {
     const auto isControl = [](unsigned char code) {
         return code < 0x20 && kSpace.find(static_cast<char>(code)) == std::string_view::npos;
     };
-    return std::none_of(text.begin(), text.end(), isControl) && ToWide(text).has_value();
+    return std::none_of(text.begin(), text.end(), isControl) && IsUtf8(text);
 }
 
 }  // namespace
 
 std::string DecodeText(std::string_view bytes) {
-    const bool isLittle = bytes.starts_with("\xFF\xFE");
-    if (!isLittle && !bytes.starts_with("\xFE\xFF"))
-        return std::string(bytes.substr(bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0));
-    WideString text;
-    for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
-        const auto first = static_cast<unsigned char>(bytes[at]), second = static_cast<unsigned char>(bytes[at + 1]);
-        text.push_back(static_cast<WCHAR>(isLittle ? first | second << 8 : second | first << 8));
-    }
-    return ToUtf8(text);
+    const auto [form, content] = TakeMark(bytes);
+    if (form == ByteForm::LittleUtf16 || form == ByteForm::BigUtf16) return ToUtf8(WideFromUtf16(content, form));
+    return std::string(content);
 }
 
 InputKind RecogniseInput(std::string_view bytes) {

@@ -142,17 +142,17 @@ PackagePart ReadTicketOfPackage(std::string_view bytes, const std::string& name)
     const std::string prefix = name + ":/";
     for (const std::string& entry : package.ListNames()) {
         const std::optional<std::string> source = FindSource(entry);
-        if (!source || RankSource(ToLowerAscii(*source)) >= rank) continue;
+        if (!source || RankSource(LowerSchemaWord(*source)) >= rank) continue;
         const ComPtr<IXMLDOMDocument2> document =
             ReadDocumentBytes(package.ReadPart(entry).value_or(std::string()), std::string(prefix).append(entry));
         ComPtr<IXMLDOMElement> root;
         if (document->get_documentElement(root.Put()) != S_OK || !root) continue;
         ComPtr<IXMLDOMNode> child;
         for (HRESULT result = root->get_firstChild(child.Put()); result == S_OK && child;) {
-            if (ToLowerAscii(ReadAttribute(child.Get(), W("Type"))).ends_with(kTicketType) &&
-                RankSource(ToLowerAscii(*source)) < rank) {
+            if (LowerSchemaWord(ReadAttribute(child.Get(), W("Type"))).ends_with(kTicketType) &&
+                RankSource(LowerSchemaWord(*source)) < rank) {
                 target = ResolveTarget(*source, ReadAttribute(child.Get(), W("Target")));
-                rank = RankSource(ToLowerAscii(*source));
+                rank = RankSource(LowerSchemaWord(*source));
             }
             ComPtr<IXMLDOMNode> next;
             result = child->get_nextSibling(next.Put());

@@ -6,6 +6,7 @@
 
 #include <mvutil/cachelocation.h>
 #include <mvutil/dataencrypter.h>
+#include <mvutil/formatting.h>
 #include <mvutil/morvaneexception.h>
 #include <mvutil/user.h>
 

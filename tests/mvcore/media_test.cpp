@@ -4,6 +4,7 @@
 #include <support/userpapers.h>
 
 #include <mvcore/pagesizedictionary.h>
+#include <mvutil/formatting.h>
 #include <mvutil/user.h>
 
 #include <gtest/gtest.h>

@@ -19,7 +19,7 @@ CXString JobTicketOf(const ComPtr<IXMLDOMDocument2>& ticket) {
     if (text) {
         EXPECT_EQ(text->get_nodeValue(value.Put()), S_OK);
     }
-    return CXString(WideString(value.Text()));
+    return CXString(value.Text());
 }
 
 std::size_t Count(const std::string& text, const std::string& part) {

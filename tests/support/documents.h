@@ -2,6 +2,7 @@
 #pragma once
 
 #include <domdocument.h>
+#include <mvutil/formatting.h>
 #include <mvutil/morvaneexception.h>
 #include <printsubsystem/printschema.h>
 
@@ -75,7 +76,7 @@ inline ComPtr<IXMLDOMDocument2> LoadIndented(const ComPtr<IXMLDOMDocument2>& doc
     return twin;
 }
 
-inline std::string Utf8(const Bstr& text) { return CXString(WideString(text.View())).ToUtf8(); }
+inline std::string Utf8(const Bstr& text) { return CXString(text.View()).ToUtf8(); }
 
 // An HRESULT as a failing test should print it.
 inline std::string Name(HRESULT hr) {

@@ -3,9 +3,9 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <textcodec.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <stdexcept>
 #include <vector>
 
@@ -107,7 +107,4 @@ std::string DumpInfoset(IXMLDOMNode* node, InfosetOptions options) {
     return dump.Take();
 }
 
-std::string Utf8Text(std::basic_string_view<WCHAR> text) {
-    const std::u8string utf8 = std::filesystem::path(text).u8string();  // a path converts alike on every host
-    return {utf8.begin(), utf8.end()};
-}
+std::string Utf8Text(WideStringView text) { return Utf8FromWide(text, BadText::Refuse); }
