@@ -29,7 +29,7 @@ const _tag_FormsInfoRec* FindRecord(const Records& records, Predicate matches) {
     return found == records.end() ? nullptr : &*found;
 }
 
-CXString FormNameOf(const DEVMODEW* devmode) { return CXString(WideString(GetNameField(devmode->dmFormName))); }
+CXString FormNameOf(const DEVMODEW* devmode) { return CXString(GetNameField(devmode->dmFormName)); }
 
 bool HasDimensionsOf(const _tag_FormsInfoRec& record, const DEVMODEW* devmode) {
     return record.width == devmode->dmPaperWidth && record.length == devmode->dmPaperLength;
