@@ -9,6 +9,14 @@ if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
 endif()
 
+# Results are kept where ccache is there, unless the user has chosen a launcher. Precompiled headers need its leniency.
+find_program(MV_CCACHE ccache)
+if(MV_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${MV_CCACHE})
+endif()
+# The preprocessor's output names the precompiled header, so that caches see it.
+add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+
 option(MV_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(MV_BENCH "Build the benchmarks" OFF)
 option(MV_FUZZ "Build the fuzz targets, and all for them, with clang's libFuzzer; no tests" OFF)
@@ -74,6 +82,7 @@ function(mv_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${ARG_LINK} mv_gtest)
+    target_precompile_headers(${name} REUSE_FROM mv_gtest)
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${MV_BIN})
     set_tests_properties(${name} PROPERTIES TIMEOUT 300)
 endfunction()

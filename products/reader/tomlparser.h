@@ -3,6 +3,8 @@
 // wrong.
 #pragma once
 
+// tomlparser.cpp alone compiles it.
 #undef NDEBUG
+#define TOML_HEADER_ONLY 0
 #define TOML_ASSERT(expr) static_assert(true)
 #include <toml++/toml.h>
