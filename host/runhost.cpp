@@ -4,7 +4,8 @@
 #include <products/reader/productdescription.h>
 #include <store.h>
 
-#include <algorithm>
+#include <filesystem>
+#include <optional>
 #include <ostream>
 
 #include <subsystem/hosterror.h>
@@ -22,12 +23,10 @@ int Fail(std::ostream& err, const std::string& sentence, int exitStatus) {
     return exitStatus;
 }
 
-void AddCommands(CLI::App& app, HostContext& context) {
-    app.require_subcommand(1);
-    app.fallthrough();  // --store is taken anywhere
-    app.add_option("--store", context.storeFolder,
-                   "Folder that keeps printers and settings (default: $MVPTHOST_STORE, else a folder of the user's)")
-        ->check(NotEmpty());
+void AddCommands(Command app, HostContext& context) {
+    app.AddOption("--store", context.storeFolder,
+                  "Folder that keeps printers and settings (default: $MVPTHOST_STORE, else a folder of the user's)")
+        .NotEmpty();
     AddDemoCommand(app, context);
     AddProductCommands(app, context);
     AddPrinterCommands(app, context);
@@ -41,35 +40,14 @@ void AddCommands(CLI::App& app, HostContext& context) {
     AddRegistryCommands(app, context);
 }
 
-// False when the command line asked for help, which is then shown.
-bool ReadCommandLine(CLI::App& app, const std::vector<std::string>& arguments, std::ostream& out) {
-    try {
-        // The parser takes its arguments from the end.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-        return true;
-    } catch (const CLI::CallForHelp&) {
-        out << app.help();
-        return false;
-    } catch (const CLI::ParseError& error) {
-        std::string sentence = error.what();
-        // That a command is missing is only half of it when there is a word in its place.
-        const std::vector<std::string> words = app.remaining(true);
-        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) && !words.empty())
-            sentence = "'" + words.front() + "' is no command";
-        std::replace(sentence.begin(), sentence.end(), '\n', ' ');
-        throw InputError(sentence + "; '" + kProgram + " --help' shows the commands");
-    }
-}
-
 int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
                    const OperationReports& reports) {
     try {
         HostContext context(out, err);
-        CLI::App app("Does from the command line what the print subsystem does around the PrintTicket provider.",
-                     kProgram);
-        app.allow_windows_style_options(false);  // a path may begin with a slash on either host
-        AddCommands(app, context);
-        if (ReadCommandLine(app, arguments, out) && context.action) context.action();
+        CommandLine commandLine(
+            kProgram, "Does from the command line what the print subsystem does around the PrintTicket provider.");
+        AddCommands(commandLine.GetRoot(), context);
+        commandLine.Run(arguments, out);
         if (!out.flush()) return Fail(err, "the output cannot be written; check where it goes", kExitFailed);
         return context.exitStatus;
     } catch (const InputError& error) {

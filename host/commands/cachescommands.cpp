@@ -143,14 +143,13 @@ void RunRebuild(HostContext& context, const std::string& name) {
 
 }  // namespace
 
-void AddCachesCommands(CLI::App& app, HostContext& context) {
-    CLI::App* caches = app.add_subcommand("caches", "What a printer's driver keeps of the printer's capabilities");
-    caches->require_subcommand(1);
+void AddCachesCommands(Command app, HostContext& context) {
+    const Command caches = app.AddGroup("caches", "What a printer's driver keeps of the printer's capabilities");
     const auto printer = std::make_shared<std::string>();
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const std::string&)) {
-        CLI::App* command = caches->add_subcommand(name, description);
-        command->add_option("--printer", *printer, "The printer's name")->required();
-        context.SetAction(*command, printer, run);
+        caches.AddCommand(name, description, [&context, printer, run] { run(context, *printer); })
+            .AddOption("--printer", *printer, "The printer's name")
+            .Required();
     };
     add("show", "Prints the caches' records; damaged caches are told", RunShow);
     add("rebuild", "Builds the caches anew from the product, the forms and the custom sizes", RunRebuild);

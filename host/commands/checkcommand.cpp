@@ -57,9 +57,10 @@ void RunCheck(HostContext& context, const std::string& file) {
 
 }  // namespace
 
-void AddCheckCommand(CLI::App& app, HostContext& context) {
+void AddCheckCommand(Command app, HostContext& context) {
     const auto file = std::make_shared<std::string>();
-    CLI::App* check = app.add_subcommand("check", "Tells which rules a PrintTicket or a PrintCapabilities breaks");
-    check->add_option("FILE", *file, "The document")->required();
-    context.SetAction(*check, file, RunCheck);
+    app.AddCommand("check", "Tells which rules a PrintTicket or a PrintCapabilities breaks",
+                   [&context, file] { RunCheck(context, *file); })
+        .AddOption("FILE", *file, "The document")
+        .Required();
 }

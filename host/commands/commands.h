@@ -1,13 +1,10 @@
 // The host's commands: each function adds a group of them to the command line.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
-#include <filesystem>
-#include <functional>
 #include <iosfwd>
-#include <memory>
 #include <string>
+
+#include "commandline.h"
 
 // What a command works with.
 class HostContext {
@@ -22,18 +19,10 @@ public:
     void UseStore();
     void UseThrowawayStore();  // a store that ends with the context
 
-    // What the command does with its options, once the whole command line is read.
-    template <class Options>
-    void SetAction(CLI::App& command, const std::shared_ptr<Options>& options,
-                   void (*run)(HostContext&, const Options&)) {
-        command.callback([this, options, run] { action = [this, options, run] { run(*this, *options); }; });
-    }
-
     std::ostream& out;
     std::ostream& err;
     std::string storeFolder;  // as given by --store; empty when it was not
-    std::function<void()> action;
-    int exitStatus = 0;  // of the command line, when nothing fails
+    int exitStatus = 0;       // of the command line, when nothing fails
 
 private:
     void Open(const std::string& folder);
@@ -41,22 +30,15 @@ private:
     bool open_ = false;
 };
 
-// For options that name a file or a folder and may be left out: an empty name is refused, not taken for none.
-inline CLI::Validator NotEmpty() {
-    return CLI::Validator(
-        [](std::string& text) { return text.empty() ? std::string("the name is empty; give one") : std::string(); },
-        "");
-}
-
-void AddDemoCommand(CLI::App& app, HostContext& context);
-void AddCheckCommand(CLI::App& app, HostContext& context);
-void AddProductCommands(CLI::App& app, HostContext& context);
-void AddPrinterCommands(CLI::App& app, HostContext& context);
-void AddPaperCommands(CLI::App& printer, HostContext& context);  // forms and custom sizes, under the command "printer"
-void AddCachesCommands(CLI::App& app, HostContext& context);
-void AddDevmodeCommands(CLI::App& app, HostContext& context);
-void AddConversionCommands(CLI::App& app, HostContext& context);
-void AddExplainCommand(CLI::App& app, HostContext& context);
-void AddJobCommands(CLI::App& app, HostContext& context);
-void AddJobTicketCommand(CLI::App& app, HostContext& context);
-void AddRegistryCommands(CLI::App& app, HostContext& context);
+void AddDemoCommand(Command app, HostContext& context);
+void AddCheckCommand(Command app, HostContext& context);
+void AddProductCommands(Command app, HostContext& context);
+void AddPrinterCommands(Command app, HostContext& context);
+void AddPaperCommands(Command printer, HostContext& context);  // forms and custom sizes, under the command "printer"
+void AddCachesCommands(Command app, HostContext& context);
+void AddDevmodeCommands(Command app, HostContext& context);
+void AddConversionCommands(Command app, HostContext& context);
+void AddExplainCommand(Command app, HostContext& context);
+void AddJobCommands(Command app, HostContext& context);
+void AddJobTicketCommand(Command app, HostContext& context);
+void AddRegistryCommands(Command app, HostContext& context);

@@ -110,11 +110,10 @@ void RunValidate(HostContext& context, const ConversionOptions& options) {
     if (!options.out.empty()) WriteDocumentFile(PathFromUtf8(options.out), ticket.Get());
 }
 
-CLI::App* AddConversion(CLI::App& app, HostContext& context, const SharedOptions& options, const char* name,
-                        const char* description, void (*run)(HostContext&, const ConversionOptions&)) {
-    CLI::App* command = app.add_subcommand(name, description);
-    command->add_option("--printer", options->printer, "The printer's name")->required();
-    context.SetAction(*command, options, run);
+Command AddConversion(Command app, HostContext& context, const SharedOptions& options, const char* name,
+                      const char* description, void (*run)(HostContext&, const ConversionOptions&)) {
+    const Command command = app.AddCommand(name, description, [&context, options, run] { run(context, *options); });
+    command.AddOption("--printer", options->printer, "The printer's name").Required();
     return command;
 }
 
@@ -123,33 +122,33 @@ constexpr const char* kStrict = "Fail, and write nothing, when a setting is lost
 
 }  // namespace
 
-void AddConversionCommands(CLI::App& app, HostContext& context) {
+void AddConversionCommands(Command app, HostContext& context) {
     const auto options = std::make_shared<ConversionOptions>();
 
-    CLI::App* ticket = AddConversion(app, context, options, "ticket", "A DEVMODE becomes a PrintTicket", RunTicket);
-    ticket->add_option("--devmode", options->devmode, "The DEVMODE's file")->required();
-    ticket->add_option("--in", options->in, "The PrintTicket as the core driver left it (default: mvpthost writes one)")
-        ->check(NotEmpty());
-    ticket->add_option("-o,--out", options->out, kOutDocument)->check(NotEmpty());
-    ticket->add_flag("--strict", options->strict, kStrict);
+    const Command ticket = AddConversion(app, context, options, "ticket", "A DEVMODE becomes a PrintTicket", RunTicket);
+    ticket.AddOption("--devmode", options->devmode, "The DEVMODE's file").Required();
+    ticket.AddOption("--in", options->in, "The PrintTicket as the core driver left it (default: mvpthost writes one)")
+        .NotEmpty();
+    ticket.AddOption("-o,--out", options->out, kOutDocument).NotEmpty();
+    ticket.AddFlag("--strict", options->strict, kStrict);
 
-    CLI::App* apply = AddConversion(app, context, options, "apply", "A PrintTicket is applied to a DEVMODE", RunApply);
-    apply->add_option("--ticket", options->ticket, "The PrintTicket's file")->required()->check(NotEmpty());
-    apply->add_option("--devmode", options->devmode, "The file of the DEVMODE to start from")->required();
-    apply->add_option("-o,--out", options->out, "The new DEVMODE's file (default: standard output)")->check(NotEmpty());
-    apply->add_flag("--strict", options->strict, kStrict);
+    const Command apply =
+        AddConversion(app, context, options, "apply", "A PrintTicket is applied to a DEVMODE", RunApply);
+    apply.AddOption("--ticket", options->ticket, "The PrintTicket's file").Required().NotEmpty();
+    apply.AddOption("--devmode", options->devmode, "The file of the DEVMODE to start from").Required();
+    apply.AddOption("-o,--out", options->out, "The new DEVMODE's file (default: standard output)").NotEmpty();
+    apply.AddFlag("--strict", options->strict, kStrict);
 
-    CLI::App* capabilities = AddConversion(app, context, options, "capabilities",
-                                           "What the printer can do, as PrintCapabilities", RunCapabilities);
-    capabilities->add_option("--ticket", options->ticket, "A PrintTicket that the capabilities are asked for")
-        ->check(NotEmpty());
+    const Command capabilities = AddConversion(app, context, options, "capabilities",
+                                               "What the printer can do, as PrintCapabilities", RunCapabilities);
+    capabilities.AddOption("--ticket", options->ticket, "A PrintTicket that the capabilities are asked for").NotEmpty();
     capabilities
-        ->add_option("--in", options->in,
-                     "The PrintCapabilities as the core driver left it (default: mvpthost writes one)")
-        ->check(NotEmpty());
-    capabilities->add_option("-o,--out", options->out, kOutDocument)->check(NotEmpty());
+        .AddOption("--in", options->in,
+                   "The PrintCapabilities as the core driver left it (default: mvpthost writes one)")
+        .NotEmpty();
+    capabilities.AddOption("-o,--out", options->out, kOutDocument).NotEmpty();
 
-    CLI::App* validate = AddConversion(app, context, options, "validate", "A PrintTicket is checked", RunValidate);
-    validate->add_option("--ticket", options->ticket, "The PrintTicket's file")->required()->check(NotEmpty());
-    validate->add_option("-o,--out", options->out, "File for the document as it then is")->check(NotEmpty());
+    const Command validate = AddConversion(app, context, options, "validate", "A PrintTicket is checked", RunValidate);
+    validate.AddOption("--ticket", options->ticket, "The PrintTicket's file").Required().NotEmpty();
+    validate.AddOption("-o,--out", options->out, "File for the document as it then is").NotEmpty();
 }

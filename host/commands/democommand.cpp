@@ -101,9 +101,10 @@ void RunDemo(HostContext& context, const std::string& output) {
 
 }  // namespace
 
-void AddDemoCommand(CLI::App& app, HostContext& context) {
+void AddDemoCommand(Command app, HostContext& context) {
     const auto folder = std::make_shared<std::string>();
-    CLI::App* demo = app.add_subcommand("demo", "Shows a job's settings travel through the component on each product");
-    demo->add_option("-o,--out", *folder, "Folder for the files (default: a new temporary one)")->check(NotEmpty());
-    context.SetAction(*demo, folder, RunDemo);
+    app.AddCommand("demo", "Shows a job's settings travel through the component on each product",
+                   [&context, folder] { RunDemo(context, *folder); })
+        .AddOption("-o,--out", *folder, "Folder for the files (default: a new temporary one)")
+        .NotEmpty();
 }

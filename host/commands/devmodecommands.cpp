@@ -51,24 +51,21 @@ void RunShow(HostContext& context, const DevmodeOptions& options) {
 
 }  // namespace
 
-void AddDevmodeCommands(CLI::App& app, HostContext& context) {
-    CLI::App* devmode = app.add_subcommand("devmode", "DEVMODE files");
-    devmode->require_subcommand(1);
+void AddDevmodeCommands(Command app, HostContext& context) {
+    const Command devmode = app.AddGroup("devmode", "DEVMODE files");
     const auto options = std::make_shared<DevmodeOptions>();
 
-    CLI::App* make = devmode->add_subcommand("new", "Writes a DEVMODE as the driver would make it");
-    make->add_option("--printer", options->printer, "The printer's name")->required();
-    make->add_option("-o,--out", options->file, "The file to write")->required();
-    make->add_option("--set", options->fields, "FIELD=VALUE: a member of DEVMODEW, such as dmCopies=7")
-        ->allow_extra_args(false);
-    make->add_option("--attribute", options->attributes,
-                     "NAME=VALUE or PATH=VALUE: a driver setting, such as Duplex=5421 or 477/210/175=6801")
-        ->allow_extra_args(false);
-    make->add_flag("--caches", options->caches, "Put the printer's capability caches into the private block");
-    context.SetAction(*make, options, RunNew);
+    const Command make = devmode.AddCommand("new", "Writes a DEVMODE as the driver would make it",
+                                            [&context, options] { RunNew(context, *options); });
+    make.AddOption("--printer", options->printer, "The printer's name").Required();
+    make.AddOption("-o,--out", options->file, "The file to write").Required();
+    make.AddOption("--set", options->fields, "FIELD=VALUE: a member of DEVMODEW, such as dmCopies=7");
+    make.AddOption("--attribute", options->attributes,
+                   "NAME=VALUE or PATH=VALUE: a driver setting, such as Duplex=5421 or 477/210/175=6801");
+    make.AddFlag("--caches", options->caches, "Put the printer's capability caches into the private block");
 
-    CLI::App* show = devmode->add_subcommand("show", "Prints what a DEVMODE file holds");
-    show->add_option("FILE", options->file, "The DEVMODE's file")->required();
-    show->add_flag("--json", options->json, "Print JSON");
-    context.SetAction(*show, options, RunShow);
+    const Command show = devmode.AddCommand("show", "Prints what a DEVMODE file holds",
+                                            [&context, options] { RunShow(context, *options); });
+    show.AddOption("FILE", options->file, "The DEVMODE's file").Required();
+    show.AddFlag("--json", options->json, "Print JSON");
 }

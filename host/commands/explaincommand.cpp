@@ -64,35 +64,31 @@ void RunExplain(HostContext& context, const ExplainOptions& options, bool ticket
 
 }  // namespace
 
-void AddExplainCommand(CLI::App& app, HostContext& context) {
+void AddExplainCommand(Command app, HostContext& context) {
     const auto options = std::make_shared<ExplainOptions>();
-    CLI::App* command = app.add_subcommand(
+    const Command command = app.AddCommand(
         "explain",
         "Why a setting changed. --devmode alone: what becomes of the DEVMODE in a ticket. --ticket alone, or before "
         "--devmode: what becomes of the ticket, applied to that DEVMODE or the printer's own. --devmode before "
         "--ticket: whether they agree.");
-    command->add_option("--printer", options->printer, "The printer's name")->required();
+    command.AddOption("--printer", options->printer, "The printer's name").Required();
+    const CommandOption devmode =
+        command
+            .AddOption("--devmode", options->devmode,
+                       "A DEVMODE: raw, as hex or Base64 text, in a .reg file, or inside a ticket's driver data")
+            .NotEmpty();
+    const CommandOption ticket =
+        command.AddOption("--ticket", options->ticket, "A PrintTicket, alone or in an XPS file").NotEmpty();
     command
-        ->add_option("--devmode", options->devmode,
-                     "A DEVMODE: raw, as hex or Base64 text, in a .reg file, or inside a ticket's driver data")
-        ->check(NotEmpty());
-    CLI::Option* ticket =
-        command->add_option("--ticket", options->ticket, "A PrintTicket, alone or in an XPS file")->check(NotEmpty());
-    command
-        ->add_option("--capabilities", options->capabilities,
-                     "What the printer offers, as PrintCapabilities (default: what it tells now)")
-        ->check(NotEmpty());
-    command->add_option("--in", options->in, "With --devmode alone: the PrintTicket as the core driver left it")
-        ->check(NotEmpty())
-        ->excludes(ticket);
-    command->add_flag("--json", options->json, "Print an array of rows: setting, before, after, verdict, reason");
-    command->callback([&context, options, command, ticket] {
-        // Of the two, the one that stands first on the command line is what is explained.
-        bool ticketIsFirst = false;
-        for (const CLI::Option* option : command->parse_order()) {
-            ticketIsFirst = option == ticket;
-            if (ticketIsFirst || option->get_name() == "--devmode") break;
-        }
-        context.action = [&context, options, ticketIsFirst] { RunExplain(context, *options, ticketIsFirst); };
+        .AddOption("--capabilities", options->capabilities,
+                   "What the printer offers, as PrintCapabilities (default: what it tells now)")
+        .NotEmpty();
+    command.AddOption("--in", options->in, "With --devmode alone: the PrintTicket as the core driver left it")
+        .NotEmpty()
+        .Excludes(ticket);
+    command.AddFlag("--json", options->json, "Print an array of rows: setting, before, after, verdict, reason");
+    // Of the two, the one that stands first on the command line is what is explained.
+    command.SetAction([&context, options, command, ticket, devmode] {
+        RunExplain(context, *options, command.IsFirst(ticket, devmode));
     });
 }

@@ -135,32 +135,27 @@ void RemoveCustomSize(HostContext& context, const PaperOptions& options) {
 
 }  // namespace
 
-void AddPaperCommands(CLI::App& printer, HostContext& context) {
+void AddPaperCommands(Command printer, HostContext& context) {
     const auto options = std::make_shared<PaperOptions>();
-    const auto group = [&](const char* name, const char* description) {
-        CLI::App* app = printer.add_subcommand(name, description);
-        app->require_subcommand(1);
-        return app;
-    };
-    const auto command = [&](CLI::App* app, const char* name, const char* description,
+    const auto command = [&](Command group, const char* name, const char* description,
                              void (*run)(HostContext&, const PaperOptions&)) {
-        CLI::App* added = app->add_subcommand(name, description);
-        added->add_option("NAME", options->name, "The paper's name")->required();
-        context.SetAction(*added, options, run);
+        const Command added = group.AddCommand(name, description, [&context, options, run] { run(context, *options); });
+        added.AddOption("NAME", options->name, "The paper's name").Required();
         return added;
     };
-    const auto sized = [&](CLI::App* added) {
-        added->add_option("--width", options->width, "Millimetres")->required();
-        added->add_option("--length", options->length, "Millimetres")->required();
+    const auto sized = [&](Command added) {
+        added.AddOption("--width", options->width, "Millimetres").Required();
+        added.AddOption("--length", options->length, "Millimetres").Required();
         return added;
     };
-    CLI::App* form = group("form", "The user's forms, which all printers offer");
-    CLI::App* customSize = group("customsize", "The user's custom paper sizes, which all printers offer");
-    CLI::App* addForm = sized(command(form, "add", "Adds a form to the print server", AddForm));
-    CLI::App* removeForm = command(form, "remove", "Removes a form that a user added", RemoveForm);
-    for (CLI::App* added : {addForm, removeForm})
-        added->add_option("--printer", options->printer, "A printer of the print server")->required();
+    const Command form = printer.AddGroup("form", "The user's forms, which all printers offer");
+    const Command customSize =
+        printer.AddGroup("customsize", "The user's custom paper sizes, which all printers offer");
+    const Command addForm = sized(command(form, "add", "Adds a form to the print server", AddForm));
+    const Command removeForm = command(form, "remove", "Removes a form that a user added", RemoveForm);
+    for (const Command& added : {addForm, removeForm})
+        added.AddOption("--printer", options->printer, "A printer of the print server").Required();
     sized(command(customSize, "add", "Adds a custom size", AddCustomSize))
-        ->add_flag("--metric", options->metric, "Shown in millimetres (default: inches)");
+        .AddFlag("--metric", options->metric, "Shown in millimetres (default: inches)");
     command(customSize, "remove", "Removes a custom size", RemoveCustomSize);
 }

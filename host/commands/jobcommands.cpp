@@ -30,18 +30,16 @@ void RunPreferences(HostContext& context, const JobOptions& options) {
 
 }  // namespace
 
-void AddJobCommands(CLI::App& app, HostContext& context) {
-    CLI::App* job = app.add_subcommand("job", "What the driver remembers from one job for the next");
-    job->require_subcommand(1);
+void AddJobCommands(Command app, HostContext& context) {
+    const Command job = app.AddGroup("job", "What the driver remembers from one job for the next");
     const auto options = std::make_shared<JobOptions>();
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const JobOptions&)) {
-        CLI::App* command = job->add_subcommand(name, description);
-        command->add_option("--printer", options->printer, "The printer's name")->required();
-        context.SetAction(*command, options, run);
+        const Command command = job.AddCommand(name, description, [&context, options, run] { run(context, *options); });
+        command.AddOption("--printer", options->printer, "The printer's name").Required();
         return command;
     };
     add("printed", "Plays the end of a printed job: the user's preferences in it are saved", RunPrinted)
-        ->add_option("--devmode", options->devmode, "The job's DEVMODE, a file")
-        ->required();
+        .AddOption("--devmode", options->devmode, "The job's DEVMODE, a file")
+        .Required();
     add("preferences", "Prints the user's preferences that the next job starts with", RunPreferences);
 }

@@ -30,10 +30,10 @@ void RunJobTicket(HostContext& context, const JobTicketOptions& options) {
 
 }  // namespace
 
-void AddJobTicketCommand(CLI::App& app, HostContext& context) {
+void AddJobTicketCommand(Command app, HostContext& context) {
     const auto options = std::make_shared<JobTicketOptions>();
-    CLI::App* command = app.add_subcommand("jobticket", "Prints the MVJT job ticket of a DEVMODE, as UTF-8");
-    command->add_option("--printer", options->printer, "The printer's name")->required();
-    command->add_option("--devmode", options->devmode, "The DEVMODE's file")->required();
-    context.SetAction(*command, options, RunJobTicket);
+    const Command command = app.AddCommand("jobticket", "Prints the MVJT job ticket of a DEVMODE, as UTF-8",
+                                           [&context, options] { RunJobTicket(context, *options); });
+    command.AddOption("--printer", options->printer, "The printer's name").Required();
+    command.AddOption("--devmode", options->devmode, "The DEVMODE's file").Required();
 }

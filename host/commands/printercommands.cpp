@@ -101,24 +101,20 @@ void RunShow(HostContext& context, const PrinterOptions& options) {
 
 }  // namespace
 
-void AddPrinterCommands(CLI::App& app, HostContext& context) {
-    CLI::App* printer = app.add_subcommand("printer", "The printers of the store");
-    printer->require_subcommand(1);
+void AddPrinterCommands(Command app, HostContext& context) {
+    const Command printer = app.AddGroup("printer", "The printers of the store");
     const auto options = std::make_shared<PrinterOptions>();
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const PrinterOptions&)) {
-        CLI::App* command = printer->add_subcommand(name, description);
-        command->add_option("NAME", options->name, "The printer's name")->required();
-        context.SetAction(*command, options, run);
+        const Command command =
+            printer.AddCommand(name, description, [&context, options, run] { run(context, *options); });
+        command.AddOption("NAME", options->name, "The printer's name").Required();
         return command;
     };
-    CLI::App* addCommand = add("add", "Installs a product as a printer", RunAdd);
-    addCommand->add_option("--product", options->product, "The product's name ('product list') or its file")
-        ->required();
-    addCommand->add_option("--port", options->port, "The port (default: one of the printer's own)");
+    const Command addCommand = add("add", "Installs a product as a printer", RunAdd);
+    addCommand.AddOption("--product", options->product, "The product's name ('product list') or its file").Required();
+    addCommand.AddOption("--port", options->port, "The port (default: one of the printer's own)");
     add("show", "What a printer is made of", RunShow);
     add("remove", "Removes a printer", RunRemove);
-    printer->add_subcommand("list", "One line a printer: name, driver, port")->callback([&context] {
-        context.action = [&context] { RunList(context); };
-    });
-    AddPaperCommands(*printer, context);
+    printer.AddCommand("list", "One line a printer: name, driver, port", [&context] { RunList(context); });
+    AddPaperCommands(printer, context);
 }

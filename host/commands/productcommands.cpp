@@ -24,9 +24,8 @@ void ListProducts(std::ostream& out) {
 
 }  // namespace
 
-void AddProductCommands(CLI::App& app, HostContext& context) {
-    CLI::App* product = app.add_subcommand("product", "The products that a printer can be made of");
-    product->require_subcommand(1);
-    product->add_subcommand("list", "One line a product: file, controller family, capability word, model")
-        ->callback([&context] { context.action = [&context] { ListProducts(context.out); }; });
+void AddProductCommands(Command app, HostContext& context) {
+    app.AddGroup("product", "The products that a printer can be made of")
+        .AddCommand("list", "One line a product: file, controller family, capability word, model",
+                    [&context] { ListProducts(context.out); });
 }

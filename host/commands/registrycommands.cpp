@@ -21,17 +21,16 @@ void RunImport(HostContext& context, const std::string& file) {
 
 }  // namespace
 
-void AddRegistryCommands(CLI::App& app, HostContext& context) {
-    CLI::App* registry = app.add_subcommand("registry", "The store as a Windows .reg file");
-    registry->require_subcommand(1);
+void AddRegistryCommands(Command app, HostContext& context) {
+    const Command registry = app.AddGroup("registry", "The store as a Windows .reg file");
     const auto file = std::make_shared<std::string>();
-
-    CLI::App* exportCommand = registry->add_subcommand("export", "Writes the whole store to a .reg file");
-    exportCommand->add_option("FILE", *file, "The file to write")->required();
-    context.SetAction(*exportCommand, file, RunExport);
-
-    CLI::App* importCommand =
-        registry->add_subcommand("import", "Adds the keys and values of a .reg file to the store");
-    importCommand->add_option("FILE", *file, "The file to read: version 5.00, UTF-16 or UTF-8")->required();
-    context.SetAction(*importCommand, file, RunImport);
+    registry
+        .AddCommand("export", "Writes the whole store to a .reg file", [&context, file] { RunExport(context, *file); })
+        .AddOption("FILE", *file, "The file to write")
+        .Required();
+    registry
+        .AddCommand("import", "Adds the keys and values of a .reg file to the store",
+                    [&context, file] { RunImport(context, *file); })
+        .AddOption("FILE", *file, "The file to read: version 5.00, UTF-16 or UTF-8")
+        .Required();
 }

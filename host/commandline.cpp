@@ -1,0 +1,94 @@
+#include "commandline.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <ostream>
+#include <utility>
+
+#include <subsystem/hosterror.h>
+
+CommandOption CommandOption::Required() const {
+    option_->required();
+    return *this;
+}
+
+CommandOption CommandOption::NotEmpty() const {
+    option_->check(CLI::Validator(
+        [](std::string& text) { return text.empty() ? std::string("the name is empty; give one") : std::string(); },
+        ""));
+    return *this;
+}
+
+CommandOption CommandOption::Excludes(CommandOption other) const {
+    option_->excludes(other.option_);
+    return *this;
+}
+
+Command Command::AddGroup(const char* name, const char* description) const {
+    CLI::App* group = app_->add_subcommand(name, description);
+    group->require_subcommand(1);
+    return {group, chosen_};
+}
+
+Command Command::AddCommand(const char* name, const char* description) const {
+    return {app_->add_subcommand(name, description), chosen_};
+}
+
+Command Command::AddCommand(const char* name, const char* description, Action action) const {
+    const Command command = AddCommand(name, description);
+    command.SetAction(std::move(action));
+    return command;
+}
+
+void Command::SetAction(Action action) const {
+    app_->callback([chosen = chosen_, action = std::move(action)] { *chosen = action; });
+}
+
+CommandOption Command::AddOption(const char* names, std::string& value, const char* description) const {
+    return CommandOption(app_->add_option(names, value, description));
+}
+
+CommandOption Command::AddOption(const char* names, std::vector<std::string>& values, const char* description) const {
+    return CommandOption(app_->add_option(names, values, description)->allow_extra_args(false));
+}
+
+void Command::AddFlag(const char* names, bool& value, const char* description) const {
+    app_->add_flag(names, value, description);
+}
+
+bool Command::IsFirst(CommandOption option, CommandOption other) const {
+    const std::vector<CLI::Option*>& read = app_->parse_order();
+    const auto first = std::find_if(read.begin(), read.end(), [&](const CLI::Option* candidate) {
+        return candidate == option.option_ || candidate == other.option_;
+    });
+    return first != read.end() && *first == option.option_;
+}
+
+CommandLine::CommandLine(const char* program, const char* description)
+    : app_(std::make_unique<CLI::App>(description, program)) {
+    app_->allow_windows_style_options(false);  // a path may begin with a slash on either host
+    app_->require_subcommand(1);
+    app_->fallthrough();  // the program's own options are taken anywhere
+}
+
+CommandLine::~CommandLine() = default;
+
+void CommandLine::Run(const std::vector<std::string>& arguments, std::ostream& out) {
+    try {
+        // The parser takes its arguments from the end.
+        app_->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::CallForHelp&) {
+        out << app_->help();
+        return;
+    } catch (const CLI::ParseError& error) {
+        std::string sentence = error.what();
+        // That a command is missing is only half of it when there is a word in its place.
+        const std::vector<std::string> words = app_->remaining(true);
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) && !words.empty())
+            sentence = "'" + words.front() + "' is no command";
+        std::replace(sentence.begin(), sentence.end(), '\n', ' ');
+        throw InputError(sentence + "; '" + app_->get_name() + " --help' shows the commands");
+    }
+    if (chosen_) chosen_();
+}

@@ -1,0 +1,72 @@
+// The command line as the commands describe it. commandline.cpp alone includes the parser's headers, which are many.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
+class CommandOption {
+public:
+    explicit CommandOption(CLI::Option* option) noexcept : option_(option) {}
+
+    CommandOption Required() const;
+    // For names of files and folders that may be left out: an empty one is refused, not taken for none.
+    CommandOption NotEmpty() const;
+    CommandOption Excludes(CommandOption other) const;
+
+private:
+    friend class Command;
+
+    CLI::Option* option_;
+};
+
+// A command, or a group of commands. What it refers to lasts as long as its command line.
+class Command {
+public:
+    using Action = std::function<void()>;
+
+    Command(CLI::App* app, Action* chosen) noexcept : app_(app), chosen_(chosen) {}
+
+    Command AddGroup(const char* name, const char* description) const;
+    Command AddCommand(const char* name, const char* description) const;
+    Command AddCommand(const char* name, const char* description, Action action) const;
+    // The action runs when this is the command that the command line names.
+    void SetAction(Action action) const;
+    // Options are named "-o,--out"; what stands without an option's name is named "FILE".
+    CommandOption AddOption(const char* names, std::string& value, const char* description) const;
+    // An option that may be given several times, with a value each.
+    CommandOption AddOption(const char* names, std::vector<std::string>& values, const char* description) const;
+    void AddFlag(const char* names, bool& value, const char* description) const;
+
+    // Once the command line is read: whether the first of these two options on it is this one.
+    bool IsFirst(CommandOption option, CommandOption other) const;
+
+private:
+    CLI::App* app_;
+    Action* chosen_;
+};
+
+class CommandLine {
+public:
+    CommandLine(const char* program, const char* description);
+    ~CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    Command GetRoot() noexcept { return {app_.get(), &chosen_}; }
+
+    // Reads the arguments and runs the command that they name, or prints the help that they ask for. Throws InputError
+    // when they are wrong.
+    void Run(const std::vector<std::string>& arguments, std::ostream& out);
+
+private:
+    std::unique_ptr<CLI::App> app_;
+    Command::Action chosen_;
+};
