@@ -2,7 +2,7 @@
 #include <capabilitycachebuilder.h>
 
 #include <facts/features.h>
-#include <facts/values.h>
+#include <facts/mediatypes.h>
 #include <mvutil/formatting.h>
 #include <mvutil/operatingsystem.h>
 #include <mvutil/textresources.h>
@@ -17,7 +17,6 @@ using DataModelIds::kCurrentValue;
 using DataModelIds::kNotSet;
 
 namespace feature = facts::feature;
-namespace value = facts::value;
 
 constexpr FeatureId kPaper(feature::kPaper), kMediaType(feature::kMediaType), kPageSize(feature::kPageSize);
 constexpr FeatureId kWidth(feature::kCustomWidth), kLength(feature::kCustomLength);
@@ -36,12 +35,6 @@ constexpr struct {
                    {7148, 7},  {7149, 3},
                    {7151, 4},  {7163, 10},
                    {7164, 9}};
-
-// Media types that the system has numbers for.
-constexpr struct {
-    DWORD mediaType, number;
-} kMediaNumbers[] = {
-    {value::kPlain, DMMEDIA_STANDARD}, {value::kTransparency, DMMEDIA_TRANSPARENCY}, {value::kGlossy, DMMEDIA_GLOSSY}};
 
 // Gives every tray that has no number one of its own.
 void NumberTrays(MediaHandler& media, const std::vector<ValueId>& trays) {
@@ -118,13 +111,7 @@ std::optional<ByteBuffer> CapabilityCacheBuilder::BuildMedia(const CapabilityGro
     services_.ListOptionValues(mediaTypes, values);
     for (const ValueId& mediaType : values) {
         if (mediaType.GetValueEnum() == kNotSet) continue;  // the automatic entry
-        DWORD number = mediaType.GetValueEnum();
-        for (const auto& row : kMediaNumbers)
-            if (row.mediaType == number) {
-                number = row.number;
-                break;
-            }
-        append(number, GetValueText(mediaType));
+        append(facts::NumberOfMediaType(mediaType.GetValueEnum()), GetValueText(mediaType));
     }
     return blob.Finish(group, {0, blob.GetCount()});
 }

@@ -52,7 +52,7 @@ inline constexpr Word kRotationWords[] = {
     {value::kRotated0, "0"}, {value::kRotated90, "90"}, {value::kRotated180, "180"}, {value::kRotated270, "270"}};
 inline constexpr Word kDispositionWords[] = {
     {value::kPrint, "PRINT"}, {value::kSave, "SAVE"}, {value::kPrintAndSave, "PRINT&SAVE"}};
-// These four say all that the driver knows of their values.
+// The numbers of these four tables stand nowhere else.
 inline constexpr Word kHighlightPrintingColorWords[] = {
     {5750, "red"},      {5751, "green"}, {5752, "blue"}, {5753, "cyan"},   {5754, "magenta"}, {5755, "black"},
     {5756, "cardinal"}, {5757, "royal"}, {5758, "ruby"}, {5759, "violet"}, {5760, "brown"},   {5762, "other"},

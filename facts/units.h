@@ -8,6 +8,8 @@ inline constexpr int kMicrometresPerMillimetre = 1000;
 // The largest number in a 16-bit field of a DEVMODE, and the longest side of a paper in micrometres that follows.
 inline constexpr int kLargestField = 32767;
 inline constexpr int kLongestSide = kLargestField * kMicrometresPerTenth;
+inline constexpr int kShortestSide = kMicrometresPerTenth;
+inline constexpr char kLongestMillimetres[] = "3276.7";  // the longest side, for people
 // In micrometres: comparable software takes two sizes for the same within half a millimetre.
 inline constexpr int kSizeTolerance = 500;
 // What is added before a fraction is dropped: to the nearest whole number, a half down; and up.

@@ -33,7 +33,8 @@ inline constexpr unsigned kNoColor = 6750, kWhite = 6751, kPink = 6752, kYellow 
 
 // Media types. The Print Schema has names for those up to the last named one, but for the reserved ones.
 inline constexpr unsigned kFirstMediaType = 6800, kLastMediaType = 6899;
-inline constexpr unsigned kPlain = 6800, kTransparency = 6801, kPreCutTabs = 6803, kFullTabs = 6804, kGlossy = 6820;
+inline constexpr unsigned kPlain = kFirstMediaType, kTransparency = 6801, kPreCutTabs = 6803, kFullTabs = 6804,
+                          kGlossy = 6820;
 inline constexpr unsigned kFirstReservedMediaType = 6811, kLastReservedMediaType = 6819;
 inline constexpr unsigned kLastNamedMediaType = 6869;
 inline constexpr unsigned kPreprinted = 6890;
@@ -51,8 +52,8 @@ inline constexpr unsigned kControllerFamily8430 = 8430, kControllerFamily8431 = 
 inline constexpr unsigned kJobTicketWriter8630 = 8630, kJobTicketWriter8631 = 8631;
 inline constexpr unsigned kFirstCompanion = 8710, kSecondCompanion = 8711;
 
-// The last value that the family gives; behind it what users and printers add: media types, custom sizes and forms.
-inline constexpr unsigned kLastFamilyValue = 9635;
+// The values that the family gives; behind it what users and printers add: media types, custom sizes and forms.
+inline constexpr unsigned kFirstFamilyValue = 5000, kLastFamilyValue = 9635;
 inline constexpr unsigned kFirstOwnValue = kLastFamilyValue + 1;
 
 }  // namespace facts::value

@@ -12,6 +12,7 @@ constexpr auto kJis = PageSizeFamily::Jis;
 constexpr auto kJapan = PageSizeFamily::Japan;
 constexpr auto kPrc = PageSizeFamily::Prc;
 constexpr auto kOther = PageSizeFamily::Other;
+constexpr DWORD kLetter = facts::value::kPageSizeLetter, kA4 = facts::value::kPageSizeA4;
 
 // Names and sizes are those of the Print Schema's public keyword list. Value ids are stored in DEVMODEs and caches:
 // a row keeps its id for ever, and a new row takes the next free one.
@@ -40,7 +41,7 @@ constexpr auto kTable = std::to_array<PageSizeRow>({
     {"NorthAmericaGermanStandardFanfold",   215900,  304800,  40, 6420, kAmerica, "German Standard Fanfold"},
     {"NorthAmericaLegal",                   215900,  355600,   5, 6421, kAmerica, "Legal"},
     {"NorthAmericaLegalExtra",              241300,  381000,  51, 6422, kAmerica, "Legal Extra"},
-    {"NorthAmericaLetter",                  215900,  279400,   1, 6430, kAmerica, "Letter"},
+    {"NorthAmericaLetter",                  215900,  279400,   1, kLetter, kAmerica, "Letter"},
     {"NorthAmericaLetterExtra",             241300,  304800,  50, 6423, kAmerica, "Letter Extra"},
     {"NorthAmericaLetterPlus",              215900,  322326,  59, 6424, kAmerica, "Letter Plus"},
     {"NorthAmericaLetterRotated",           279400,  215900,  75, 6425, kAmerica, "Letter Rotated"},
@@ -65,7 +66,7 @@ constexpr auto kTable = std::to_array<PageSizeRow>({
     {"ISOA3",                               297000,  420000,   8, 6446, kIso,     "A3"},
     {"ISOA3Extra",                          322000,  445000,  63, 6447, kIso,     "A3 Extra"},
     {"ISOA3Rotated",                        420000,  297000,  76, 6448, kIso,     "A3 Rotated"},
-    {"ISOA4",                               210000,  297000,   9, 6436, kIso,     "A4"},
+    {"ISOA4",                               210000,  297000,   9, kA4, kIso,     "A4"},
     {"ISOA4Extra",                          235500,  322300,  53, 6449, kIso,     "A4 Extra"},
     {"ISOA4Rotated",                        297000,  210000,  77, 6450, kIso,     "A4 Rotated"},
     {"ISOA5",                               148000,  210000,  11, 6451, kIso,     "A5"},

@@ -1,13 +1,18 @@
 // What a product's description says of its capabilities.
 #include "capabilityanswers.h"
 
+#include <facts/units.h>
+
+#include <cmath>
 #include <set>
 #include <utility>
 
 namespace {
 
 // Micrometres to tenths of a millimetre, to the nearest.
-LONG ToTenths(LONG micrometres) noexcept { return (micrometres + 49) / 100; }
+LONG ToTenths(LONG micrometres) noexcept {
+    return static_cast<LONG>(std::floor(micrometres / double{facts::kMicrometresPerTenth} + facts::kToNearest));
+}
 
 int PackExtent(LONG width, LONG length) { return static_cast<WORD>(width) | static_cast<WORD>(length) << 16; }
 
@@ -24,8 +29,8 @@ const ProductPaper& GetDefaultPaper(const ProductDescription& product) {
 std::vector<PaperAnswer> GetPapers(const ProductDescription& product) {
     std::vector<PaperAnswer> papers;
     for (const ProductPaper& paper : product.papers) {
-        if (paper.type == PageSizeRow::kHidden) continue;
-        const ProductPaper& sized = paper.type == PageSizeRow::kCustom ? GetDefaultPaper(product) : paper;
+        if (paper.type == facts::PageSizeType::Hidden) continue;
+        const ProductPaper& sized = paper.type == facts::PageSizeType::Custom ? GetDefaultPaper(product) : paper;
         papers.push_back({paper.number, ToTenths(sized.width), ToTenths(sized.length), WidenUtf8(paper.name)});
         if (paper.formName.empty() || paper.formName == paper.name) continue;
         papers.push_back(papers.back());  // under the name of its form as well

@@ -1,6 +1,9 @@
 // A product's settings as an attribute list: its defaults, and single settings given on the command line.
 #include "attributesettings.h"
 
+#include <facts/features.h>
+#include <facts/values.h>
+
 #include <limits>
 #include <optional>
 #include <span>
@@ -10,6 +13,8 @@
 #include "settingnames.h"
 
 namespace {
+
+using facts::FeatureKind;
 
 // A copy of the list with the value under the path; lists on the way that are missing are made.
 void SetAtPath(AttributeBytesIndexedList& list, std::span<const DWORD> path, const AttributeBytesValue& value) {
@@ -28,21 +33,29 @@ void SetAtPath(AttributeBytesIndexedList& list, std::span<const DWORD> path, con
 
 std::optional<AttributeBytesValue> DefaultValue(const ProductFeature& feature) {
     switch (feature.kind) {
-        case ProductFeatureKind::Boolean:
+        case FeatureKind::Boolean:
             return AttributeBytesBooleanValue(feature.defaultNumber != 0);
-        case ProductFeatureKind::Integer:
-        case ProductFeatureKind::Dimension:
+        case FeatureKind::Integer:
+        case FeatureKind::Dimension:
             return AttributeBytesIntegerValue(feature.defaultNumber);
-        case ProductFeatureKind::Option:
+        case FeatureKind::Option:
             return AttributeBytesOptionValue(AttributeBytesValueId(static_cast<DWORD>(feature.defaultNumber)), false);
-        case ProductFeatureKind::String:
+        case FeatureKind::String:
             return AttributeBytesStringValue(CXString::FromUtf8(feature.defaultText));
         // Told by what they hold, and by the DEVMODE's public fields.
-        case ProductFeatureKind::List:
-        case ProductFeatureKind::Resolution:
+        case FeatureKind::List:
+        case FeatureKind::Resolution:
             break;
     }
     return std::nullopt;
+}
+
+// The media type's, which is nested.
+std::string GetExamplePath() {
+    std::string path;
+    for (const DWORD id : GetCataloguePath(facts::feature::kMediaType))
+        path += (path.empty() ? "" : "/") + std::to_string(id);
+    return path;
 }
 
 // Feature ids joined by "/", or the name of one feature.
@@ -56,9 +69,9 @@ std::vector<DWORD> ParsePath(std::string_view text, const ProductDescription& pr
         const std::size_t end = std::min(rest.find('/'), rest.size());
         const std::optional<std::int64_t> id = ParseNumber(rest.substr(0, end));
         if (!id || *id < 1 || *id > std::numeric_limits<LONG>::max())
-            throw InputError("'" + std::string(text) +
-                             "' is no setting; give its name, such as Duplex, or feature ids joined by '/', such as "
-                             "477/210/175");
+            throw InputError("'" + std::string(text) + "' is no setting; give its name, such as " +
+                             NameFeature(facts::feature::kSides) + ", or feature ids joined by '/', such as " +
+                             GetExamplePath());
         path.push_back(static_cast<DWORD>(*id));
         if (end == rest.size()) break;
         rest.remove_prefix(end + 1);
@@ -69,16 +82,16 @@ std::vector<DWORD> ParsePath(std::string_view text, const ProductDescription& pr
     return path;
 }
 
-std::optional<ProductFeatureKind> FindKind(const ProductDescription& product, const std::vector<DWORD>& path) {
+std::optional<FeatureKind> FindKind(const ProductDescription& product, const std::vector<DWORD>& path) {
     const ProductFeature* feature = product.FindFeature(path.back());
     if (feature && feature->path == path) return feature->kind;
     if (GetCataloguePath(path.back()) == path) return FindCatalogueFeature(path.back())->kind;
     return std::nullopt;
 }
 
-ProductFeatureKind KindBySpelling(std::string_view value) {
-    if (value == "true" || value == "false") return ProductFeatureKind::Boolean;
-    return ParseNumber(value) ? ProductFeatureKind::Option : ProductFeatureKind::String;
+FeatureKind KindBySpelling(std::string_view value) {
+    if (value == "true" || value == "false") return FeatureKind::Boolean;
+    return ParseNumber(value) ? FeatureKind::Option : FeatureKind::String;
 }
 
 // The number of an option's value, given by its name; other texts stay as they are.
@@ -89,7 +102,7 @@ std::string NumberOfValue(DWORD id, const ProductDescription& product, std::stri
     const CatalogueFeature* known = FindCatalogueFeature(id);
     const auto add = [&](const auto& entries) {
         for (const auto& entry : entries)
-            if (known && entry.value >= known->firstValue && entry.value <= known->lastValue)
+            if (known && entry.value >= known->values.first && entry.value <= known->values.last)
                 values.push_back(entry.value);
     };
     add(product.mediaTypes);
@@ -101,46 +114,46 @@ std::string NumberOfValue(DWORD id, const ProductDescription& product, std::stri
 }
 
 // Nothing when the text is no value of the kind.
-std::optional<AttributeBytesValue> ParseValue(ProductFeatureKind kind, std::string_view text) {
+std::optional<AttributeBytesValue> ParseValue(FeatureKind kind, std::string_view text) {
     const std::optional<std::int64_t> number = ParseNumber(text);
     const bool fits =
         number && *number >= std::numeric_limits<LONG>::min() && *number <= std::numeric_limits<LONG>::max();
     switch (kind) {
-        case ProductFeatureKind::Boolean:
+        case FeatureKind::Boolean:
             if (text == "true" || text == "false") return AttributeBytesBooleanValue(text == "true");
             break;
-        case ProductFeatureKind::Integer:
-        case ProductFeatureKind::Dimension:
+        case FeatureKind::Integer:
+        case FeatureKind::Dimension:
             if (fits) return AttributeBytesIntegerValue(static_cast<LONG>(*number));
             break;
-        case ProductFeatureKind::Option:
+        case FeatureKind::Option:
             if (fits && *number >= 0)
                 return AttributeBytesOptionValue(AttributeBytesValueId(static_cast<DWORD>(*number)), true);
             break;
-        case ProductFeatureKind::String:
+        case FeatureKind::String:
             return AttributeBytesStringValue(CXString(ArgumentToWide(text)));
-        case ProductFeatureKind::List:
-        case ProductFeatureKind::Resolution:
+        case FeatureKind::List:
+        case FeatureKind::Resolution:
             break;
     }
     return std::nullopt;
 }
 
-const char* DescribeKind(ProductFeatureKind kind) {
+const char* DescribeKind(FeatureKind kind) {
     switch (kind) {
-        case ProductFeatureKind::Boolean:
+        case FeatureKind::Boolean:
             return "true or false";
-        case ProductFeatureKind::Integer:
+        case FeatureKind::Integer:
             return "a whole number";
-        case ProductFeatureKind::Dimension:
+        case FeatureKind::Dimension:
             return "a whole number of micrometres";
-        case ProductFeatureKind::Option:
+        case FeatureKind::Option:
             return "the number of an option's value, or its name";
-        case ProductFeatureKind::String:
+        case FeatureKind::String:
             return "a text";
-        case ProductFeatureKind::Resolution:
+        case FeatureKind::Resolution:
             return "no value here; set dmPrintQuality and dmYResolution";
-        case ProductFeatureKind::List:
+        case FeatureKind::List:
             break;
     }
     return "no value of its own; name a feature inside it";
@@ -156,12 +169,17 @@ AttributeBytesIndexedList MakeDefaultSettings(const ProductDescription& product)
     return settings;
 }
 
+std::string GetAttributeExamples() {
+    return NameFeature(facts::feature::kSides) + "=" + std::to_string(facts::value::kTwoSidedLongEdge) + " or " +
+           GetExamplePath() + "=" + std::to_string(facts::value::kTransparency);
+}
+
 void SetAttribute(AttributeBytesIndexedList& settings, const ProductDescription& product, std::string_view path,
                   std::string_view value) {
     const std::vector<DWORD> ids = ParsePath(path, product);
-    const ProductFeatureKind kind = FindKind(product, ids).value_or(KindBySpelling(value));
+    const FeatureKind kind = FindKind(product, ids).value_or(KindBySpelling(value));
     const std::optional<AttributeBytesValue> parsed =
-        ParseValue(kind, kind == ProductFeatureKind::Option ? NumberOfValue(ids.back(), product, value) : value);
+        ParseValue(kind, kind == FeatureKind::Option ? NumberOfValue(ids.back(), product, value) : value);
     if (!parsed)
         throw InputError("'" + std::string(value) + "' is no value for the setting " + std::string(path) +
                          ", which takes " + DescribeKind(kind));

@@ -1,6 +1,7 @@
 // InstalledPrinter: an open printer with the product that it was made of.
 #include "installedprinter.h"
 
+#include <facts/drivercapabilities.h>
 #include <mvutil/morvaneexception.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
@@ -37,8 +38,6 @@ InstalledPrinter::InstalledPrinter(const CXString& name)
       product_(LoadProductOf(GetHandle(), name)) {}
 
 bool IsPostScript(const ProductDescription& product) {
-    constexpr DWORD kDriverFlagsCapability = 1984;
-    constexpr ULONGLONG kPostScriptFlag = 0x200;
-    const auto flags = product.capabilities.find(kDriverFlagsCapability);
-    return flags != product.capabilities.end() && (flags->second & kPostScriptFlag) != 0;
+    const auto flags = product.capabilities.find(facts::kDriverCapabilityFlags);
+    return flags != product.capabilities.end() && (flags->second & facts::kPostScriptDeviceFlag) != 0;
 }

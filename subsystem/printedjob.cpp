@@ -1,6 +1,7 @@
 // The end of a printed job, reported to the job's model, and what the next job's model starts with.
 #include "printedjob.h"
 
+#include <facts/features.h>
 #include <jobmodel.h>
 #include <workflowobject.h>
 #include <xdevmode.h>
@@ -39,14 +40,16 @@ std::vector<std::pair<DWORD, std::string>> ReadJobPreferences(const InstalledPri
     DEVMODEW devmode{};  // of a job for which nothing was set
     devmode.dmSize = sizeof devmode;
     UseJobModel(printer, &devmode, [&](FeatureServices& services) {
-        const FeatureId secret(42), integer(571);
+        namespace feature = facts::feature;
+        const FeatureId secret(feature::kProtectedString), integer(feature::kUserInteger);
         CXString text;
         LONG number = 0;
         if (services.IsFeatureSupported(secret)) {
             services.GetStringFeature(secret).GetValue(text, DataModelIds::kCurrentValue);
             preferences.emplace_back(secret.GetId(), DescribeSecret(text));
         }
-        for (const FeatureId option : {FeatureId(50), FeatureId(237), FeatureId(238)})
+        for (const FeatureId option :
+             {FeatureId(feature::kUserPreference), FeatureId(feature::kUnits), FeatureId(feature::kPaperUnits)})
             preferences.emplace_back(
                 option.GetId(),
                 NameValue(services.GetOptionFeature(option).GetValue().GetValueEnum(), *printer.GetProduct()));

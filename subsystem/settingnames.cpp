@@ -1,8 +1,8 @@
 // Names that people use for driver settings, for their values and for the keywords of the Print Schema.
 #include "settingnames.h"
 
-#include <facts/featurenames.h>
 #include <facts/printschemakeywords.h>
+#include <facts/valuenames.h>
 #include <mvcore/datamodelids.h>
 #include <products/pagesizes.h>
 
@@ -12,12 +12,6 @@
 #include "hosttext.h"
 
 namespace {
-
-const facts::FeatureName* FindFeature(DWORD feature) {
-    const auto row = std::find_if(std::begin(facts::kFeatureNames), std::end(facts::kFeatureNames),
-                                  [=](const facts::FeatureName& candidate) { return candidate.id == feature; });
-    return row == std::end(facts::kFeatureNames) ? nullptr : row;
-}
 
 // A text that is longer than any keyword is no misspelling of one.
 constexpr std::size_t kLongestName = 80;
@@ -42,19 +36,19 @@ std::size_t CountEdits(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string NameFeature(DWORD feature) {
-    const facts::FeatureName* row = FindFeature(feature);
-    return row ? row->name : "Feature " + std::to_string(feature);
+    const CatalogueFeature* known = FindCatalogueFeature(feature);
+    return known ? known->GetName() : "Feature " + std::to_string(feature);
 }
 
 bool IsProtectedFeature(DWORD feature) {
-    const facts::FeatureName* row = FindFeature(feature);
-    return row && row->isProtected;
+    const CatalogueFeature* known = FindCatalogueFeature(feature);
+    return known && known->isProtected;
 }
 
 std::optional<DWORD> FindFeatureByName(std::string_view name) {
     const std::string wanted = LowerSchemaWord(name);
-    for (const facts::FeatureName& row : facts::kFeatureNames)
-        if (LowerSchemaWord(row.name) == wanted) return row.id;
+    for (const CatalogueFeature& known : GetFeatureCatalogue())
+        if (known.name && LowerSchemaWord(known.name) == wanted) return known.id;
     return std::nullopt;
 }
 

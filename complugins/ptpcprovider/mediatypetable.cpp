@@ -1,6 +1,8 @@
 // The table of media types: data-model values with their Print Schema options.
 #include <ptpcprovider/mediatypetable.h>
 
+#include <facts/mediatypes.h>
+
 #include <iterator>
 
 namespace {
@@ -100,24 +102,10 @@ constexpr bool IsInOrder() {
 }
 static_assert(IsInOrder(), "rows are found by their value");
 
-// The media cache gives the three types that the system has numbers for these numbers.
-constexpr DWORD ValueOfNumber(DWORD number) {
-    switch (number) {
-        case DMMEDIA_STANDARD:
-            return value::kPlain;
-        case DMMEDIA_TRANSPARENCY:
-            return value::kTransparency;
-        case DMMEDIA_GLOSSY:
-            return value::kGlossy;
-        default:
-            return number;
-    }
-}
-
 }  // namespace
 
 const MediaTypeRow* FindMediaType(DWORD number) noexcept {
-    const DWORD mediaType = ValueOfNumber(number);
+    const DWORD mediaType = facts::MediaTypeOfNumber(number);
     if (mediaType == value::kNotSet || IsUserDefinedMediaType(mediaType)) return &kTable[0];
     const bool isKnown = mediaType >= value::kFirstMediaType - 1 && mediaType <= value::kLastNamedMediaType;
     return isKnown ? &kTable[mediaType - (value::kFirstMediaType - 1)] : nullptr;

@@ -2,6 +2,7 @@
 #include <memory>
 #include <ostream>
 
+#include <subsystem/attributesettings.h>
 #include <subsystem/devmodemaker.h>
 #include <subsystem/devmodereport.h>
 #include <subsystem/hosterror.h>
@@ -60,8 +61,8 @@ void AddDevmodeCommands(Command app, HostContext& context) {
     make.AddOption("--printer", options->printer, "The printer's name").Required();
     make.AddOption("-o,--out", options->file, "The file to write").Required();
     make.AddOption("--set", options->fields, "FIELD=VALUE: a member of DEVMODEW, such as dmCopies=7");
-    make.AddOption("--attribute", options->attributes,
-                   "NAME=VALUE or PATH=VALUE: a driver setting, such as Duplex=5421 or 477/210/175=6801");
+    const std::string attribute = "NAME=VALUE or PATH=VALUE: a driver setting, such as " + GetAttributeExamples();
+    make.AddOption("--attribute", options->attributes, attribute.c_str());
     make.AddFlag("--caches", options->caches, "Put the printer's capability caches into the private block");
 
     const Command show = devmode.AddCommand("show", "Prints what a DEVMODE file holds",

@@ -1,6 +1,7 @@
 // printer form add, printer form remove, printer customsize add, printer customsize remove
 #include <capabilitycaches.h>
 #include <facts/papernumbers.h>
+#include <facts/units.h>
 #include <mvutil/cachelocation.h>
 #include <mvutil/cforms.h>
 #include <mvutil/customsizes.h>
@@ -22,7 +23,8 @@
 
 namespace {
 
-constexpr double kLongestSide = 3276.7;             // millimetres: a DEVMODE holds 32767 tenths
+constexpr double kLongestSide = facts::kLongestSide / double{facts::kMicrometresPerMillimetre};  // millimetres
+constexpr double kShortestSide = facts::kShortestSide / double{facts::kMicrometresPerMillimetre};
 constexpr std::size_t kLongestFormName = 31;        // what dmFormName holds
 constexpr std::size_t kLongestCustomSizeName = 63;  // what a paper record holds
 
@@ -36,8 +38,9 @@ LONG ParseSide(const std::string& text) {
     double millimetres = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, millimetres, std::chars_format::fixed);
-    if (error != std::errc() || stop != end || !(millimetres >= 0.1 && millimetres <= kLongestSide))
-        throw InputError("'" + text + "' is no side of a paper; give millimetres from 0.1 to 3276.7");
+    if (error != std::errc() || stop != end || !(millimetres >= kShortestSide && millimetres <= kLongestSide))
+        throw InputError("'" + text + "' is no side of a paper; give millimetres from 0.1 to " +
+                         facts::kLongestMillimetres);
     return static_cast<LONG>(std::lround(millimetres * 1000));
 }
 

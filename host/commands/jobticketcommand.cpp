@@ -1,4 +1,7 @@
 // jobticket
+#include <facts/features.h>
+#include <facts/values.h>
+
 #include <memory>
 #include <ostream>
 
@@ -23,8 +26,8 @@ void RunJobTicket(HostContext& context, const JobTicketOptions& options) {
     const std::optional<std::string> text = ReadJobTicket(ticket.Get());
     if (!text)
         throw OperationError(
-            "there is no job ticket: printers of family 8434 have them, for a DEVMODE with the "
-            "setting 286=true");
+            "there is no job ticket: printers of family " + std::to_string(facts::value::kControllerFamily8434) +
+            " have them, for a DEVMODE with the setting " + std::to_string(facts::feature::kJobTickets) + "=true");
     context.out << *text;
 }
 

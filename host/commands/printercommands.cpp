@@ -1,5 +1,6 @@
 // printer add, printer list, printer show, printer remove
 #include <capabilitycaches.h>
+#include <facts/drivercapabilities.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 #include <printerinstall.h>
@@ -17,7 +18,6 @@
 
 namespace {
 
-constexpr int kDriverFlagsCapability = 1984;
 constexpr const WCHAR* kWorkflowValue = W("XWorkflowDLL");
 
 struct PrinterOptions {
@@ -96,7 +96,8 @@ void RunShow(HostContext& context, const PrinterOptions& options) {
     const InstalledPrinter printer(name);
     line("data file", PathToUtf8(printer.GetProduct()->file));
     line("controller family", std::to_string(printer.GetProduct()->controllerFamily));
-    line("capability word", FormatHex(PrintDriver().GetDriverCapability(handle.Get(), kDriverFlagsCapability), 3));
+    line("capability word",
+         FormatHex(PrintDriver().GetDriverCapability(handle.Get(), facts::kDriverCapabilityFlags), 3));
 }
 
 }  // namespace

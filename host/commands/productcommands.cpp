@@ -1,4 +1,5 @@
 // product list
+#include <facts/drivercapabilities.h>
 #include <products/reader/productdescription.h>
 
 #include <ostream>
@@ -10,12 +11,10 @@
 
 namespace {
 
-constexpr int kDriverFlagsCapability = 1984;
-
 void ListProducts(std::ostream& out) {
     for (const std::filesystem::path& file : FindOwnProductFiles()) {
         const auto product = LoadProduct(file);
-        const auto flags = product->capabilities.find(kDriverFlagsCapability);
+        const auto flags = product->capabilities.find(facts::kDriverCapabilityFlags);
         out << PathToUtf8(file.filename()) << "  " << product->controllerFamily << "  "
             << FormatHex(flags == product->capabilities.end() ? 0 : flags->second, 3) << "  " << product->modelName
             << '\n';

@@ -107,7 +107,7 @@ using FeatureChangeId = DataModelId<struct FeatureChangeIdTag>;
 using EventId = DataModelId<struct EventIdTag>;
 
 // A feature and the lists of features that hold it, outermost first. Lists between those named may be left out:
-// 175, 477/175 and 477/210/175 mean the same feature.
+// media type, paper/media type and paper/stock/media type mean the same feature.
 class FeatureIdWithContext {
 public:
     static constexpr std::size_t kMaximumDepth = 8;

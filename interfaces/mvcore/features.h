@@ -88,7 +88,7 @@ public:
         Assign(found, feature_->GetValueNames(), value);
         return true;
     }
-    // Whether the model took the value: an option must be offered (or 5001, not set), an integer or dimension is moved
+    // Whether the model took the value: an option must be offered (or not set), an integer or dimension is moved
     // into its range, a text that is too long is cut. Observers are notified when the value changes.
     bool SetValue(const T& value) const { return feature_->SetValue(ToFeatureValue(value)); }
     // The value that holds until one is set; a change of it is a change of the capabilities, too.
@@ -108,7 +108,7 @@ class OptionFeatureRef : public FeatureRef<ValueId> {
 public:
     using FeatureRef<ValueId>::FeatureRef;
     using FeatureRef<ValueId>::GetValue;
-    // The current value; 5001 when there is none.
+    // The current value; not set when there is none.
     ValueId GetValue() const {
         ValueId value(DataModelIds::kNotSet, feature_->GetValueNames());
         GetValue(value, DataModelIds::kCurrentValue);
@@ -184,7 +184,7 @@ private:
 class CapabilitiesNode {
 public:
     virtual bool IsSupported() const = 0;  // the model has the feature
-    virtual bool IsRequired() const = 0;   // an option must be chosen: 5001 is not offered
+    virtual bool IsRequired() const = 0;   // an option must be chosen: not set is not offered
     virtual bool IsUsable() const = 0;     // has the feature, and nothing bars it now
 
 protected:

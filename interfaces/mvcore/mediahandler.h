@@ -23,7 +23,7 @@ public:
     PageSizeTypeEnum GetPageSizeType() const noexcept { return type_; }
     Dimension GetWidth() const { return Dimension(width_, Dimension::Micrometres); }
     Dimension GetLength() const { return Dimension(length_, Dimension::Micrometres); }
-    DWORD GetUnits() const noexcept { return units_; }  // 7491 millimetres, 7492 inches
+    DWORD GetUnits() const noexcept { return units_; }  // DataModelIds::kUnitsMillimetres or kUnitsInches
     const CXString& GetDisplayString() const noexcept { return displayString_; }
     // Paper number of the DEVMODE; 0 when it has none.
     WORD GetMsId() const noexcept { return msId_; }
@@ -45,7 +45,7 @@ private:
 
 // The product's sizes, then the user's custom ones (DriverCustom), then forms, each with an MS id of its own range
 // (facts/papernumbers.h). They belong to the handler and keep their place as long as it lives. Sizes are the same when
-// they are equal in whole tenths of a millimetre, as the paper database knows them. The custom size 6731 is no page
+// they are equal in whole tenths of a millimetre, as the paper database knows them. The custom size is no page
 // size.
 class MediaHandler {
 public:
@@ -55,7 +55,7 @@ public:
     virtual bool AnyExist(const Dimension& width, const Dimension& length) const = 0;
     virtual PageSize* GetPageSize(const ValueId& value) = 0;  // null when there is none
     // A page size with a new value for a form of the printer's database: of type UserForm, or DriverCustom for a form
-    // that the user did not make. The form's number is its MS id and the form's name its form name. Units 7490 are
+    // that the user did not make. The form's number is its MS id and the form's name its form name. kUnitsOfSystem are
     // those of the system's paper sizes.
     virtual PageSize& AddNewMsForm(const Dimension& width, const Dimension& length, const ValueId& units,
                                    bool isUserForm, WORD number, const CXString& name) = 0;

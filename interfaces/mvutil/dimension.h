@@ -7,7 +7,7 @@ class MVUTIL_API Number {
 public:
     explicit Number(double value) noexcept : value_(value) {}
     double GetDoubleValue() const noexcept { return value_; }
-    // The largest whole number not above value + rounding; 0.499999 rounds to nearest, a half down. Clamped to LONG.
+    // The largest whole number not above value + rounding; facts/units.h has roundings. Clamped to LONG.
     LONG GetLongValue(double rounding) const noexcept;
     int GetIntValue(double rounding) const noexcept { return GetLongValue(rounding); }
 

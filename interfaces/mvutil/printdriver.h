@@ -9,7 +9,7 @@ class MVUTIL_API PrintDriver {
 public:
     static constexpr int kInstallationComplete = 4;
 
-    // The capability of that number from the driver's data file (1984: the driver capability flags); 0 when the driver
+    // The capability of that number from the driver's data file (facts/drivercapabilities.h); 0 when the driver
     // has no readable data file or does not list the number. Never throws.
     ULONGLONG GetDriverCapability(HANDLE printer, int capability) const;
     // The driver's files as one text in lower case, one a line. The kind (a mask: 1 driver, data and configuration

@@ -15,7 +15,7 @@ struct _tag_FormsInfoRec {
     LONG width;           // tenths of a millimetre
     LONG length;          // tenths of a millimetre
     DWORD pageSizeValue;  // value of the page size
-    DWORD displayUnits;   // 7491 millimetres, 7492 inches
+    DWORD displayUnits;   // DataModelIds::kUnitsMillimetres or kUnitsInches
     DWORD pageSizeType;   // PageSizeTypeEnum
     WCHAR name[64];
 };

@@ -9,7 +9,7 @@ public:
     static constexpr int kInfoColorCapability = 13;  // "color" or "monochrome"
     static constexpr int kPathMarginFile = 15;
 
-    virtual DWORD GetControllerFamily() const = 0;     // a DataModelIds value; 5001 when the product is unknown
+    virtual DWORD GetControllerFamily() const = 0;     // a DataModelIds value; kNotSet when the product is unknown
     virtual CXString GetInfo(int infoType) const = 0;  // empty when the product does not list it
     virtual CXString GetPath(int kind) const = 0;      // full path; empty when the product does not list it
     virtual CXString GetModelName() const = 0;

@@ -88,7 +88,7 @@ private:
 
     std::optional<FeatureValue> FindOption(const CXString& name, const Feature& feature) const {
         for (const DWORD value : feature.GetOptions().GetListed())
-            if (value >= ValueNames::kFirstOwnValue && names_.GetDisplayString(value) == name)
+            if (value >= facts::value::kFirstOwnValue && names_.GetDisplayString(value) == name)
                 return FeatureValue{.number = static_cast<LONG>(value)};
         return std::nullopt;
     }
@@ -147,7 +147,7 @@ private:
             }
             case FeatureKind::Option: {
                 const DWORD option = static_cast<DWORD>(value->number);
-                if (option >= ValueNames::kFirstOwnValue)
+                if (option >= facts::value::kFirstOwnValue)
                     return settings.Append(
                         id, AttributeBytesOptionValue(AttributeBytesNewValueId(names_.GetDisplayString(option)), true));
                 return settings.Append(

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr FeatureId kControllerFamily(285);
+constexpr FeatureId kControllerFamily(facts::feature::kControllerFamily);
 constexpr DWORD kFamilies[] = {DataModelIds::kControllerFamily8430, DataModelIds::kControllerFamily8431,
                                DataModelIds::kControllerFamily8432, DataModelIds::kControllerFamily8433,
                                DataModelIds::kControllerFamily8434};

@@ -7,30 +7,6 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr FeatureKind ToFeatureKind(ProductFeatureKind kind) noexcept {
-    switch (kind) {
-        case ProductFeatureKind::Boolean:
-            return FeatureKind::Boolean;
-        case ProductFeatureKind::Integer:
-            return FeatureKind::Integer;
-        case ProductFeatureKind::Option:
-            return FeatureKind::Option;
-        case ProductFeatureKind::String:
-            return FeatureKind::String;
-        case ProductFeatureKind::Dimension:
-            return FeatureKind::Dimension;
-        case ProductFeatureKind::Resolution:
-            return FeatureKind::Resolution;
-        case ProductFeatureKind::List:
-            break;
-    }
-    return FeatureKind::List;
-}
-
-}  // namespace
-
 void ThrowUnsupportedFeature(FeatureId feature, const WCHAR* methodName) {
     CXString message;
     message.Format(W("The data model does not have feature %u."), feature.GetId());
@@ -73,7 +49,7 @@ MvFeature& FeatureList::GetFeature(const FeatureIdWithContext& feature, FeatureK
         return *found;
     }
     const CatalogueFeature* known = FindCatalogueFeature(id.GetId());
-    if (!known || ToFeatureKind(known->kind) != kind) ThrowUnsupportedFeature(id, W("ListOfFeatures::GetFeature"));
+    if (!known || known->kind != kind) ThrowUnsupportedFeature(id, W("ListOfFeatures::GetFeature"));
     std::unique_ptr<Absent>& absent = absent_[id.GetId()];
     if (!absent) absent = std::make_unique<Absent>(id, kind, context_.names);
     return *absent;
@@ -95,8 +71,7 @@ Feature& FeatureList::Declare(const std::vector<DWORD>& pathBelow) {
         if (!known) ThrowUnsupportedFeature(FeatureId(id), W("ListOfFeatures::Declare"));
         std::vector<DWORD> path = path_;
         path.push_back(id);
-        features_.push_back(
-            std::make_unique<Feature>(context_, std::move(path), ToFeatureKind(known->kind), rowHolder_));
+        features_.push_back(std::make_unique<Feature>(context_, std::move(path), known->kind, rowHolder_));
         byId_[id] = features_.back().get();
         present = features_.end() - 1;
     }

@@ -1,18 +1,18 @@
 // The media handler: whatever is asked for is found by an index, for printers with thousands of sizes.
 #include "modelmediahandler.h"
 
+#include <facts/units.h>
 #include <mvutil/operatingsystem.h>
 
 namespace {
 
-constexpr double kRounding = 0.499999;
-
 std::uint32_t WholeTenths(const Dimension& dimension) {
-    return static_cast<std::uint32_t>(dimension.GetValue(Dimension::TenthsOfMillimetre).GetLongValue(kRounding));
+    return static_cast<std::uint32_t>(
+        dimension.GetValue(Dimension::TenthsOfMillimetre).GetLongValue(facts::kToNearest));
 }
 
 LONG WholeMicrometres(const Dimension& dimension) {
-    return dimension.GetValue(Dimension::Micrometres).GetLongValue(kRounding);
+    return dimension.GetValue(Dimension::Micrometres).GetLongValue(facts::kToNearest);
 }
 
 }  // namespace

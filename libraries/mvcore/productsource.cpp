@@ -1,6 +1,7 @@
 // The product's features, papers, trays, media types and resolutions as features of a model.
 #include "productsource.h"
 
+#include <facts/features.h>
 #include <facts/units.h>
 #include <products/reader/productdescription.h>
 
@@ -10,16 +11,7 @@
 
 namespace {
 
-// Features that follow from a product's lists.
-constexpr DWORD kResolutions = 94;
-constexpr DWORD kWidth = 172;
-constexpr DWORD kLength = 173;
-constexpr DWORD kMediaType = 175;
-constexpr DWORD kTrays = 191;
-constexpr DWORD kLoadedTrays = 192;  // a row for each tray
-constexpr DWORD kTray = 193;
-constexpr DWORD kPaper = 477;
-constexpr DWORD kTrayOfRow = 710;
+namespace feature = facts::feature;
 
 Feature& Declare(ModelParts& parts, DWORD id) { return parts.root.Declare(GetCataloguePath(id)); }
 
@@ -67,18 +59,18 @@ void AddFeature(ModelParts& parts, const ProductFeature& description) {
 
 void AddPapers(ModelParts& parts, const ProductDescription& product) {
     std::vector<DWORD> values;
-    Feature& feature = Declare(parts, kPageSizeFeature);
+    Feature& feature = Declare(parts, feature::kPageSize);
     feature.SetRequired(true);
     for (const ProductPaper& paper : product.papers) {
-        if (paper.type == PageSizeRow::kCustom) {
-            // No page size stands for it: it has width and length of its own, features 172 and 173.
+        if (paper.type == PageSizeTypeEnum::Custom) {
+            // No page size stands for it: it has width and length of its own.
             feature.AddUnlistedOption(paper.value);
             parts.names.Add(paper.value, CXString::FromUtf8(paper.name));
             continue;
         }
         parts.media
-            .AddPageSize(paper.value, static_cast<PageSizeTypeEnum>(paper.type), paper.width, paper.length,
-                         paper.displayUnits, paper.number, CXString::FromUtf8(paper.name))
+            .AddPageSize(paper.value, paper.type, paper.width, paper.length, paper.displayUnits, paper.number,
+                         CXString::FromUtf8(paper.name))
             .SetMsFormName(CXString::FromUtf8(paper.formName));
         values.push_back(paper.value);
     }
@@ -89,7 +81,7 @@ void AddPapers(ModelParts& parts, const ProductDescription& product) {
 void AddMediaTypes(ModelParts& parts, const ProductDescription& product) {
     if (product.mediaTypes.empty()) return;
     std::vector<DWORD> values;
-    Feature& feature = Declare(parts, kMediaType);
+    Feature& feature = Declare(parts, feature::kMediaType);
     feature.SetRequired(true);
     for (const ProductMediaType& media : product.mediaTypes) {
         parts.names.Add(media.value, CXString::FromUtf8(media.name));
@@ -106,7 +98,7 @@ void AddMediaTypes(ModelParts& parts, const ProductDescription& product) {
 
 void AddResolutions(ModelParts& parts, const ProductDescription& product) {
     if (product.resolutions.empty()) return;
-    Feature& feature = Declare(parts, kResolutions);
+    Feature& feature = Declare(parts, feature::kResolution);
     std::vector<Resolution> resolutions;
     for (const ProductResolution& listed : product.resolutions)
         resolutions.emplace_back(listed.feed, listed.crossFeed, Resolution::kDotsPerInch);
@@ -118,19 +110,21 @@ void AddResolutions(ModelParts& parts, const ProductDescription& product) {
 // What one tray holds, as the product states it; other sources may know better.
 void AddTrayRow(ModelParts& parts, Feature& rows, const ProductTray& tray) {
     FeatureList& row = rows.AddRow();
-    Feature& number = row.Declare({kTrayOfRow});
+    Feature& number = row.Declare({feature::kTrayOfRow});
     number.AddOptions({tray.value});
     SetDefaultNumber(number, tray.value);
-    Feature& size = row.Declare({kPageSizeFeature});
-    size.ShareOptionsOf(Declare(parts, kPageSizeFeature));
+    Feature& size = row.Declare({feature::kPageSize});
+    size.ShareOptionsOf(Declare(parts, feature::kPageSize));
     SetDefaultNumber(size, tray.heldSize);
-    for (const auto& [side, held] : {std::pair(kWidth, tray.heldWidth), std::pair(kLength, tray.heldLength)}) {
+    for (const auto& [side, held] :
+         {std::pair(feature::kCustomWidth, tray.heldWidth), std::pair(feature::kCustomLength, tray.heldLength)}) {
         Feature& feature = row.Declare({side});
         feature.SetRange(0, facts::kLongestSide);
         if (held != 0) feature.SetDefault({.number = held});
     }
-    Feature& media = row.Declare({kPaper, kMediaType});
-    if (Feature* types = FindFeature(parts, FeatureId(kMediaType), FeatureKind::Option)) media.ShareOptionsOf(*types);
+    Feature& media = row.Declare({feature::kPaper, feature::kMediaType});
+    if (Feature* types = FindFeature(parts, FeatureId(feature::kMediaType), FeatureKind::Option))
+        media.ShareOptionsOf(*types);
     SetDefaultNumber(media, tray.heldMediaType);
 }
 
@@ -143,12 +137,12 @@ void AddTrays(ModelParts& parts, const ProductDescription& product) {
         values.push_back(tray.value);
     }
     const DWORD preset = GetDefaultValue(product.trays, GetDevmodeDefault(product, "dmDefaultSource"));
-    for (const DWORD id : {kTrays, kTray, kTrayOfRow}) {
+    for (const DWORD id : {feature::kTray, feature::kPaperSource, feature::kTrayOfRow}) {
         Feature& feature = Declare(parts, id);
         feature.AddOptions(values);
         SetDefaultNumber(feature, preset);
     }
-    Feature& rows = Declare(parts, kLoadedTrays);
+    Feature& rows = Declare(parts, feature::kLoadedTrays);
     for (const ProductTray& tray : product.trays)
         if (tray.value != DataModelIds::kNotSet) AddTrayRow(parts, rows, tray);
 }

@@ -5,8 +5,6 @@
 
 struct ProductDescription;
 
-inline constexpr DWORD kPageSizeFeature = 168;
-
 void AddProduct(ModelParts& parts, const ProductDescription& product);
 // Page sizes of type DriverCustom, offered by the feature of page sizes. Sizes that no paper has are left out. One that
 // has no paper number yet, or one that another has, gets one, which is stored with it.

@@ -1,6 +1,7 @@
 // The dictionary of page sizes: entries made once from the table, shared by all dictionaries.
 #include "schemapagesizes.h"
 
+#include <facts/units.h>
 #include <products/pagesizes.h>
 
 #include <algorithm>
@@ -11,11 +12,9 @@
 
 namespace {
 
-constexpr double kRounding = 0.499999;
-
 // Sizes are the same when they are equal in whole millimetres.
 LONG WholeMillimetres(const Dimension& dimension) {
-    return dimension.GetValue(Dimension::Millimetres).GetLongValue(kRounding);
+    return dimension.GetValue(Dimension::Millimetres).GetLongValue(facts::kToNearest);
 }
 
 // A side in whole millimetres. Paper databases keep tenths of a millimetre, which can lead to another whole number than
@@ -26,7 +25,7 @@ public:
         : exact_(WholeMillimetres(Dimension(micrometres, Dimension::Micrometres))),
           fromTenths_(WholeMillimetres(Dimension(Dimension(micrometres, Dimension::Micrometres)
                                                      .GetValue(Dimension::TenthsOfMillimetre)
-                                                     .GetLongValue(kRounding),
+                                                     .GetLongValue(facts::kToNearest),
                                                  Dimension::TenthsOfMillimetre))) {}
     bool Is(LONG whole) const noexcept { return exact_ == whole || fromTenths_ == whole; }
 
@@ -43,7 +42,7 @@ public:
     const WCHAR* GetMsPageMediaSizeOptionName() const override { return name_.c_str(); }
     bool IsPredefinedMsOptionName() const override { return true; }  // the table holds keywords only
     ValueId GetValueId() const override { return ValueId(row_->value); }
-    PageSizeTypeEnum GetPageSizeType() const override { return static_cast<PageSizeTypeEnum>(row_->GetKind()); }
+    PageSizeTypeEnum GetPageSizeType() const override { return row_->GetType(); }
 
     bool IsOfSize(LONG wholeWidth, LONG wholeLength) const noexcept {
         return !row_->IsCustom() && width_.Is(wholeWidth) && length_.Is(wholeLength);

@@ -3,10 +3,10 @@
 
 namespace {
 
-constexpr FeatureId kSides(46);
-constexpr FeatureId kMediaType(175);
-constexpr LONG kOneSided = 5420;
-constexpr LONG kTransparency = 6801;
+constexpr FeatureId kSides(facts::feature::kSides);
+constexpr FeatureId kMediaType(facts::feature::kMediaType);
+constexpr LONG kOneSided = facts::value::kOneSided;
+constexpr LONG kTransparency = facts::value::kTransparency;
 
 LONG GetOption(const Feature& feature) { return feature.GetEffective().value_or(FeatureValue()).number; }
 

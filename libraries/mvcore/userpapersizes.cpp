@@ -75,5 +75,5 @@ void AddUserPaperSizes(ModelParts& parts) {
         values.push_back(
             parts.media.AddUserSize(size.width, size.length, units, number, size.name).GetValueId().GetValueEnum());
     }
-    parts.root.Declare(GetCataloguePath(kPageSizeFeature)).AddOptions(values);
+    parts.root.Declare(GetCataloguePath(facts::feature::kPageSize)).AddOptions(values);
 }

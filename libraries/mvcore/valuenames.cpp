@@ -1,12 +1,13 @@
 // ValueNames: given names first, then the product's texts.
 #include "valuenames.h"
 
+#include <facts/values.h>
 #include <products/pagesizes.h>
 
 CXString ValueNames::GetDisplayString(DWORD value) const {
     const auto given = names_.find(value);
     if (given != names_.end()) return given->second;
-    const CXString text = value < kFirstOwnValue ? loader_.LoadStringW(value) : CXString();
+    const CXString text = value < facts::value::kFirstOwnValue ? loader_.LoadStringW(value) : CXString();
     return text.IsEmpty() ? ValueId(value).GetDisplayString() : text;
 }
 

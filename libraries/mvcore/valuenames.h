@@ -9,9 +9,6 @@
 
 class ValueNames final : public MvValueNames {
 public:
-    // First value id of what users and printers add: their own media types, custom sizes and forms.
-    static constexpr DWORD kFirstOwnValue = 9636;
-
     explicit ValueNames(const ProductStringLoader& loader) : loader_(loader) {}
 
     // Page sizes, trays and media types bear the name that the model was given; other values the product's text of

@@ -17,7 +17,7 @@ namespace {
 // The number of the form at that place, from 0: the next one, but none has the custom paper's.
 constexpr std::size_t NumberAt(std::size_t place) {
     const std::size_t number = place + 1;
-    return number < facts::kCustomPaper ? number : number + 1;
+    return number < DMPAPER_USER ? number : number + 1;
 }
 
 _MVN_FORM_INFO MakeForm(const FORM_INFO_1W& source, const CXString& name, WORD number) {

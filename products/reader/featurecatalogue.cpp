@@ -1,125 +1,143 @@
-// The table of the driver family's features.
+// The table of the driver family's features, with the names that people use for them.
 #include "featurecatalogue.h"
+
+#include <facts/features.h>
+#include <facts/units.h>
+#include <facts/values.h>
 
 #include <algorithm>
 #include <array>
 
 namespace {
 
-constexpr auto kBoolean = ProductFeatureKind::Boolean;
-constexpr auto kInteger = ProductFeatureKind::Integer;
-constexpr auto kOption = ProductFeatureKind::Option;
-constexpr auto kString = ProductFeatureKind::String;
-constexpr auto kDimension = ProductFeatureKind::Dimension;
-constexpr auto kResolution = ProductFeatureKind::Resolution;
-constexpr auto kList = ProductFeatureKind::List;
+namespace feature = facts::feature;
+namespace value = facts::value;
+using Range = CatalogueFeature::Range;
+
+constexpr auto kBoolean = facts::FeatureKind::Boolean;
+constexpr auto kInteger = facts::FeatureKind::Integer;
+constexpr auto kOption = facts::FeatureKind::Option;
+constexpr auto kString = facts::FeatureKind::String;
+constexpr auto kDimension = facts::FeatureKind::Dimension;
+constexpr auto kResolution = facts::FeatureKind::Resolution;
+constexpr auto kList = facts::FeatureKind::List;
 constexpr auto kOwn = CatalogueFeature::Source::Features;
 constexpr auto kLists = CatalogueFeature::Source::Lists;
 constexpr auto kUser = CatalogueFeature::Source::User;
 
-// Ascending by id.
-// clang-format off
+constexpr Range kAny = {0, 0};
+constexpr Range kWholeFamily = {value::kFirstFamilyValue, value::kLastFamilyValue};
+constexpr Range kPageSizes = {value::kFirstPageSize, value::kLastFamilyValue};
+constexpr Range kMediaTypes = {value::kFirstMediaType, value::kLastMediaType};
+constexpr Range kControllerFamilies = {value::kControllerFamily8430, value::kControllerFamily8434};
+constexpr Range kTrayValues = {value::kFirstTray, value::kLastTray};
+constexpr Range kUnitValues = {value::kUnitsOfSystem, 7499};
+constexpr Range kCompanions = {value::kFirstCompanion, 8719};
+constexpr Range kSide = {facts::kShortestSide, facts::kLongestSide};  // of a custom page
+
+// Ascending by id; no name stands twice.
 constexpr auto kCatalogue = std::to_array<CatalogueFeature>({
-    // id, parent, kind,       source, values
-    { 42,   0, kString,     kOwn,      0,    0},  // first protected string
-    { 43,   0, kInteger,    kOwn,      0,    0},  // copies
-    { 44,   0, kOption,     kOwn,   5400, 5409},  // where the copy count comes from
-    { 45,   0, kOption,     kOwn,   5410, 5419},  // collation
-    { 46,   0, kOption,     kOwn,   5420, 5429},  // sides
-    { 50,   0, kOption,     kUser,  8120, 8129},
-    { 59,   0, kOption,     kOwn,   5510, 5519},  // signature
-    { 63,   0, kOption,     kOwn,   5530, 5539},  // disposition
-    { 78,   0, kString,     kOwn,      0,    0},  // title
-    { 79,   0, kString,     kOwn,      0,    0},
-    { 80,   0, kString,     kOwn,      0,    0},
-    { 82,   0, kString,     kOwn,      0,    0},  // sender
-    { 83,   0, kString,     kOwn,      0,    0},  // recipient
-    { 84,   0, kString,     kOwn,      0,    0},  // message
-    { 85,   0, kString,     kOwn,      0,    0},  // message at the job's start
-    { 88,   0, kOption,     kOwn,   5600, 5609},  // rotation
-    { 94,   0, kResolution, kLists,    0,    0},
-    { 95,   0, kDimension,  kOwn,      0,    0},  // image shifts
-    { 96,   0, kDimension,  kOwn,      0,    0},
-    { 97,   0, kDimension,  kOwn,      0,    0},
-    { 98,   0, kDimension,  kOwn,      0,    0},
-    {101,   0, kOption,     kOwn,   5750, 5799},  // highlight colour printing
-    {102,   0, kOption,     kOwn,   5800, 5849},
-    {103,   0, kOption,     kOwn,   5850, 5899},
-    {104,   0, kOption,     kOwn,   5900, 5949},
-    {144,   0, kOption,     kOwn,   6250, 6299},  // finishing position
-    {145, 208, kOption,     kOwn,   5000, 9635},  // slip sheets
-    {146,   0, kOption,     kOwn,   5000, 9635},  // output location
-    {162,   0, kBoolean,    kOwn,      0,    0},
-    {168, 477, kOption,     kLists, 6400, 9635},  // page size
-    {172, 477, kDimension,  kOwn,    100, 3276700},  // width of a custom page: at most what a DEVMODE holds
-    {173, 477, kDimension,  kOwn,    100, 3276700},  // length of a custom page
-    {174,   0, kOption,     kOwn,   6750, 6799},  // paper colour
-    {175, 210, kOption,     kLists, 6800, 6899},  // media type
-    {176,   0, kInteger,    kOwn,      0,    0},  // tabs
-    {178,   0, kOption,     kOwn,   6920, 6929},  // drilled paper
-    {179,   0, kInteger,    kOwn,      0,    0},  // paper weight
-    {191, 201, kOption,     kLists, 7100, 7199},  // trays
-    {192,   0, kList,       kLists,    0,    0},
-    {193,   0, kOption,     kLists, 7100, 7199},
-    {201,   0, kList,       kLists,    0,    0},
-    {208,   0, kList,       kOwn,      0,    0},
-    {210, 477, kList,       kOwn,      0,    0},  // stock
-    {236,   0, kOption,     kOwn,   8630, 8639},
-    {237,   0, kOption,     kUser,  7490, 7499},  // units
-    {238,   0, kOption,     kUser,  7490, 7499},
-    {246,   0, kOption,     kOwn,   5000, 9635},
-    {247,   0, kOption,     kOwn,   7730, 7739},  // colour printing
-    {248,   0, kInteger,    kOwn,      0,    0},  // memory, KiB
-    {249,   0, kInteger,    kOwn,      0,    0},  // pages a minute
-    {250,   0, kInteger,    kOwn,      0,    0},  // print rate
-    {251,   0, kOption,     kOwn,   7740, 7749},  // unit of the print rate
-    {252,   0, kOption,     kOwn,   7720, 7729},  // stapler
-    {285,   0, kOption,     kOwn,   8430, 8434},  // controller family
-    {286,   0, kBoolean,    kOwn,      0,    0},  // job tickets
-    {415,   0, kOption,     kOwn,   8090, 8099},  // where collation comes from
-    {438,   0, kBoolean,    kUser,     0,    0},
-    {439,   0, kBoolean,    kUser,     0,    0},
-    {440,   0, kBoolean,    kUser,     0,    0},
-    {441,   0, kString,     kUser,     0,    0},
-    {442,   0, kBoolean,    kUser,     0,    0},
-    {471,   0, kBoolean,    kUser,     0,    0},
-    {472,   0, kBoolean,    kUser,     0,    0},
-    {473,   0, kBoolean,    kUser,     0,    0},
-    {477,   0, kList,       kOwn,      0,    0},  // paper
-    {571,   0, kInteger,    kUser,     0,    0},
-    {575,   0, kOption,     kOwn,   8710, 8719},
-    {580,   0, kBoolean,    kUser,     0,    0},
-    {581,   0, kBoolean,    kUser,     0,    0},
-    {582,   0, kBoolean,    kUser,     0,    0},
-    {583,   0, kBoolean,    kUser,     0,    0},
-    {584,   0, kBoolean,    kUser,     0,    0},
-    {585,   0, kBoolean,    kUser,     0,    0},
-    {586,   0, kBoolean,    kUser,     0,    0},
-    {587,   0, kBoolean,    kUser,     0,    0},
-    {588,   0, kBoolean,    kUser,     0,    0},
-    {589,   0, kBoolean,    kUser,     0,    0},
-    {590,   0, kBoolean,    kUser,     0,    0},
-    {591,   0, kOption,     kUser,  8710, 8719},
-    {599,   0, kBoolean,    kOwn,      0,    0},  // trays are listed with what they hold
-    {648,   0, kString,     kOwn,      0,    0},  // second protected string
-    {710, 192, kOption,     kLists, 7100, 7199},
-    {716,   0, kString,     kOwn,      0,    0},  // the print job's key
+    // id, name, parent, kind, source, values
+    {feature::kProtectedString, "PIN", 0, kString, kOwn, kAny, true},
+    {feature::kCopies, "Copies", 0, kInteger, kOwn, kAny},
+    {feature::kCopiesSource, "Copies come from", 0, kOption, kOwn, {value::kCopiesOfDevmode, 5409}},
+    {feature::kCollation, "Collation", 0, kOption, kOwn, {value::kCollated, 5419}},
+    {feature::kSides, "Duplex", 0, kOption, kOwn, {value::kOneSided, 5429}},
+    {feature::kUserPreference, "User preference", 0, kOption, kUser, {value::kFirstUserPreference, 8129}},
+    {feature::kSignature, "Signature", 0, kOption, kOwn, {value::kOff, 5519}},
+    {feature::kDisposition, "Disposition", 0, kOption, kOwn, {value::kPrint, 5539}},
+    {feature::kTitle, "Title", 0, kString, kOwn, kAny},
+    {feature::kJobText1, "Job text 1", 0, kString, kOwn, kAny},
+    {feature::kJobText2, "Job text 2", 0, kString, kOwn, kAny},
+    {feature::kSender, "Sender", 0, kString, kOwn, kAny},
+    {feature::kRecipient, "Recipient", 0, kString, kOwn, kAny},
+    {feature::kMessage, "Message", 0, kString, kOwn, kAny},
+    {feature::kStartMessage, "Start message", 0, kString, kOwn, kAny},
+    {feature::kRotation, "Rotation", 0, kOption, kOwn, {value::kRotated0, 5609}},
+    {feature::kResolution, "Resolution", 0, kResolution, kLists, kAny},
+    {feature::kImageShiftX, "Image shift X", 0, kDimension, kOwn, kAny},
+    {feature::kImageShiftY, "Image shift Y", 0, kDimension, kOwn, kAny},
+    {feature::kImageShiftX2, "Image shift X, side 2", 0, kDimension, kOwn, kAny},
+    {feature::kImageShiftY2, "Image shift Y, side 2", 0, kDimension, kOwn, kAny},
+    {feature::kHighlightPrintingColor, "Highlight printing colour", 0, kOption, kOwn, {5750, 5799}},
+    {feature::kHighlightMappingColor, "Highlight mapping colour", 0, kOption, kOwn, {5800, 5849}},
+    {feature::kHighlightMapping, "Highlight mapping", 0, kOption, kOwn, {5850, 5899}},
+    {feature::kHighlightMismatch, "Highlight mismatch", 0, kOption, kOwn, {5900, 5949}},
+    {feature::kFinishing, "Finishing", 0, kOption, kOwn, {6250, 6299}},
+    {feature::kSlipSheets, "Slip sheets", feature::kFinishingSheets, kOption, kOwn, kWholeFamily},
+    {feature::kOutputLocation, "Output location", 0, kOption, kOwn, kWholeFamily},
+    {feature::kPreferencesAreUsed, "Preferences are used", 0, kBoolean, kOwn, kAny},
+    {feature::kPageSize, "Page size", feature::kPaper, kOption, kLists, kPageSizes},
+    {feature::kCustomWidth, "Custom width", feature::kPaper, kDimension, kOwn, kSide},
+    {feature::kCustomLength, "Custom length", feature::kPaper, kDimension, kOwn, kSide},
+    {feature::kPaperColor, "Paper colour", 0, kOption, kOwn, {value::kNoColor, 6799}},
+    {feature::kMediaType, "Paper type", feature::kStock, kOption, kLists, kMediaTypes},
+    {feature::kTabs, "Tabs", 0, kInteger, kOwn, kAny},
+    {feature::kDrilledPaper, "Drilled paper", 0, kOption, kOwn, {value::kNotDrilled, 6929}},
+    {feature::kPaperWeight, "Paper weight", 0, kInteger, kOwn, kAny},
+    {feature::kTray, "Tray", feature::kTrays, kOption, kLists, kTrayValues},
+    {feature::kLoadedTrays, "Trays with contents", 0, kList, kLists, kAny},
+    {feature::kPaperSource, "Paper source", 0, kOption, kLists, kTrayValues},
+    {feature::kTrays, "Trays", 0, kList, kLists, kAny},
+    {feature::kFinishingSheets, "Finishing sheets", 0, kList, kOwn, kAny},
+    {feature::kStock, "Stock", feature::kPaper, kList, kOwn, kAny},
+    {feature::kJobTicketWriter, "Job ticket writer", 0, kOption, kOwn, {value::kJobTicketWriter8630, 8639}},
+    {feature::kUnits, "Units", 0, kOption, kUser, kUnitValues},
+    {feature::kPaperUnits, "Units of papers", 0, kOption, kUser, kUnitValues},
+    {feature::kIdentification, "Identification", 0, kOption, kOwn, kWholeFamily},
+    {feature::kColor, "Colour", 0, kOption, kOwn, {value::kColor, 7739}},
+    {feature::kMemory, "Memory", 0, kInteger, kOwn, kAny},
+    {feature::kPagesPerMinute, "Pages a minute", 0, kInteger, kOwn, kAny},
+    {feature::kPrintRate, "Print rate", 0, kInteger, kOwn, kAny},
+    {feature::kPrintRateUnit, "Unit of the print rate", 0, kOption, kOwn, {7740, 7749}},
+    {feature::kStapler, "Stapler", 0, kOption, kOwn, {value::kStaplerInstalled, 7729}},
+    {feature::kControllerFamily, "Controller family", 0, kOption, kOwn, kControllerFamilies},
+    {feature::kJobTickets, "Job tickets", 0, kBoolean, kOwn, kAny},
+    {feature::kCollationSource, "Collation comes from", 0, kOption, kOwn, {value::kCollationOfDevmode, 8099}},
+    {feature::kTitleIsOfJob, "Title is the job's", 0, kBoolean, kUser, kAny},
+    {feature::kSenderIsOfJob, "Sender is the job's", 0, kBoolean, kUser, kAny},
+    {feature::kRecipientIsOfJob, "Recipient is the job's", 0, kBoolean, kUser, kAny},
+    {feature::kUserText, nullptr, 0, kString, kUser, kAny},
+    {feature::kUserSwitch, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kRecipientIsRemembered, "Recipient is remembered", 0, kBoolean, kUser, kAny},
+    {feature::kSenderIsRemembered, "Sender is remembered", 0, kBoolean, kUser, kAny},
+    {feature::kTitleIsRemembered, "Title is remembered", 0, kBoolean, kUser, kAny},
+    {feature::kPaper, "Paper", 0, kList, kOwn, kAny},
+    {feature::kUserInteger, nullptr, 0, kInteger, kUser, kAny},
+    {feature::kCompanion, "Companion option", 0, kOption, kOwn, kCompanions},
+    {feature::kFirstMaskedPreference, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 1, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 2, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 3, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 4, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 5, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 6, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 7, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 8, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kFirstMaskedPreference + 9, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kLastMaskedPreference, nullptr, 0, kBoolean, kUser, kAny},
+    {feature::kCompanionPreference, "Companion preference", 0, kOption, kUser, kCompanions},
+    {feature::kTraysAreListed, "Trays are listed with contents", 0, kBoolean, kOwn, kAny},
+    {feature::kSecondProtectedString, "Second PIN", 0, kString, kOwn, kAny, true},
+    {feature::kTrayOfRow, "Tray with contents", feature::kLoadedTrays, kOption, kLists, kTrayValues},
+    {feature::kJobKey, "Key of the job", 0, kString, kOwn, kAny},
 });
-// clang-format on
 
 }  // namespace
 
+std::string CatalogueFeature::GetName() const { return name ? name : "Feature " + std::to_string(id); }
+
+std::span<const CatalogueFeature> GetFeatureCatalogue() noexcept { return kCatalogue; }
+
 const CatalogueFeature* FindCatalogueFeature(DWORD id) noexcept {
-    const auto row =
-        std::lower_bound(kCatalogue.begin(), kCatalogue.end(), id,
-                         [](const CatalogueFeature& feature, DWORD wanted) { return feature.id < wanted; });
-    return row == kCatalogue.end() || row->id != id ? nullptr : &*row;
+    const auto found = std::lower_bound(kCatalogue.begin(), kCatalogue.end(), id,
+                                        [](const CatalogueFeature& row, DWORD wanted) { return row.id < wanted; });
+    return found == kCatalogue.end() || found->id != id ? nullptr : &*found;
 }
 
 std::vector<DWORD> GetCataloguePath(DWORD id) {
     std::vector<DWORD> path;
-    for (const CatalogueFeature* feature = FindCatalogueFeature(id); feature;
-         feature = FindCatalogueFeature(feature->parent))
-        path.insert(path.begin(), feature->id);
+    for (const CatalogueFeature* step = FindCatalogueFeature(id); step; step = FindCatalogueFeature(step->parent))
+        path.insert(path.begin(), step->id);
     return path;
 }

@@ -1,11 +1,12 @@
-// The features that the driver family knows: which number is which kind of feature, and where it is nested.
+// The features that the driver family knows: what each is called, its kind, and where it is nested.
 #pragma once
 
+#include <facts/features.h>
 #include <products/reader/mvprodapi.h>
 
+#include <span>
+#include <string>
 #include <vector>
-
-enum class ProductFeatureKind { Boolean, Integer, Option, String, Dimension, Resolution, List };
 
 struct CatalogueFeature {
     // What a feature's presence and values follow from.
@@ -15,15 +16,24 @@ struct CatalogueFeature {
         User,      // the user's preferences
     };
 
+    struct Range {
+        DWORD first, last;
+    };
+
+    MVPROD_API std::string GetName() const;  // one without a name of its own by its number
+
     DWORD id;
-    DWORD parent;  // the list feature that holds it; 0 for the root
-    ProductFeatureKind kind;
+    const char* name;  // for people; null when it has none
+    DWORD parent;      // the list feature that holds it; 0 for the root
+    facts::FeatureKind kind;
     Source source;
-    // Ids of the values that an option feature may offer; the range that one of a dimension or integer must lie in, in
+    // Ids of the values that an option feature may offer; what one of a dimension or integer must lie in, in
     // micrometres or as it is (both 0: any).
-    DWORD firstValue, lastValue;
+    Range values;
+    bool isProtected = false;  // a secret of the user's: its value is not shown
 };
 
+MVPROD_API std::span<const CatalogueFeature> GetFeatureCatalogue() noexcept;  // ascending by id
 // The feature of that number, or null when there is none.
 MVPROD_API const CatalogueFeature* FindCatalogueFeature(DWORD id) noexcept;
 // Numbers from the root to the feature, itself included; empty when the catalogue does not have it.

@@ -22,13 +22,13 @@ public:
 };
 
 struct ProductPaper {
-    std::string keyword;     // Print Schema name; empty for a size of the product's own
-    std::string name;        // display name, at most 63 UTF-16 units
-    std::string formName;    // of the form that stands for it, at most 31 UTF-16 units; empty when none does
-    WORD number = 0;         // DEVMODE paper number; 256 for the custom size
-    DWORD value = 0;         // data-model value
-    DWORD type = 0;          // PageSizeRow::kCommon ...
-    DWORD displayUnits = 0;  // PageSizeRow::kUnitsMillimetres or kUnitsInches
+    std::string keyword;   // Print Schema name; empty for a size of the product's own
+    std::string name;      // display name, at most 63 UTF-16 units
+    std::string formName;  // of the form that stands for it, at most 31 UTF-16 units; empty when none does
+    WORD number = 0;       // DEVMODE paper number; 256 for the custom size
+    DWORD value = 0;       // data-model value
+    facts::PageSizeType type = facts::PageSizeType::Common;
+    DWORD displayUnits = 0;  // facts::value::kUnitsMillimetres or kUnitsInches
     LONG width = 0;          // micrometres; 0 for the custom size
     LONG length = 0;         // micrometres; 0 for the custom size
 };
@@ -37,9 +37,9 @@ struct ProductTray {
     WORD number = 0;  // DEVMODE bin number
     DWORD value = 0;
     std::string name;  // at most 23 UTF-16 units
-    // What it holds, as data-model values; 5001 for what is not known.
-    DWORD heldSize = 5001;
-    DWORD heldMediaType = 5001;
+    // What it holds, as data-model values.
+    DWORD heldSize = facts::value::kNotSet;
+    DWORD heldMediaType = facts::value::kNotSet;
     LONG heldWidth = 0;   // micrometres, of the custom size; else 0
     LONG heldLength = 0;  // micrometres, of the custom size; else 0
 };
@@ -60,7 +60,7 @@ struct ProductResolution {
 struct ProductFeature {
     DWORD id = 0;
     std::vector<DWORD> path;  // from the root to the feature, itself included
-    ProductFeatureKind kind = ProductFeatureKind::Boolean;
+    facts::FeatureKind kind = facts::FeatureKind::Boolean;
     std::vector<DWORD> values;      // options: what the product offers
     LONG minimum = 0, maximum = 0;  // integers; dimensions in micrometres; the longest text of a string
     LONG defaultNumber = 0;         // booleans 0 or 1, integers, dimensions, options

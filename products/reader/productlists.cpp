@@ -1,18 +1,24 @@
 // The lists of a product file, its DEVMODE defaults, and what follows from them.
 #include "productlists.h"
 
+#include <facts/features.h>
+#include <facts/mediatypes.h>
 #include <facts/papernumbers.h>
 #include <facts/units.h>
+#include <facts/values.h>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr DWORD kAutomaticValue = 5001;
+namespace feature = facts::feature;
+namespace value = facts::value;
+using facts::PageSizeType;
+
 constexpr DWORD kLastProductValue = 0xFFFF;  // above: values that a model gives to forms and to the user's sizes
-constexpr WORD kTabloidNumber = 3;           // which the driver reads as 17 wherever it stands
-using facts::kLongestSide;
+
+std::string Span(DWORD first, DWORD last) { return "from " + std::to_string(first) + " to " + std::to_string(last); }
 
 // Numbers and values that a list has used.
 class UsedNumbers {
@@ -32,7 +38,7 @@ bool Offers(const List& list, Member member, LONG wanted) {
 }
 
 LONG ReadSide(TomlSection& section, std::string_view key) {
-    return static_cast<LONG>(section.GetInteger(key, 100, kLongestSide));
+    return static_cast<LONG>(section.GetInteger(key, facts::kShortestSide, facts::kLongestSide));
 }
 
 // A number of the products' range, which no form and no size of the user's can have.
@@ -54,18 +60,18 @@ constexpr std::size_t kLongestFormName = CCHFORMNAME - 1;
 ProductPaper ReadKeywordPaper(TomlSection& section) {
     const std::string keyword = section.GetText("size");
     const PageSizeRow* row = FindPageSizeByName(keyword);
-    if (!row || row->IsRoll() || row->GetKind() == PageSizeRow::kPostScriptCustom)
+    if (!row || row->IsRoll() || row->GetType() == PageSizeType::PostScriptCustom)
         section.Fail("size", "a page size of the Print Schema with width and length, or CustomMediaSize");
     ProductPaper paper;
     paper.keyword = keyword;
     paper.name = section.GetTextIfGiven("name", 63).value_or(std::string(row->displayName));
-    paper.type = row->GetKind();
+    paper.type = row->GetType();
     paper.width = row->width;
     paper.length = row->length;
     paper.displayUnits = row->GetDisplayUnits();
-    paper.value = row->IsCustom() ? PageSizeRow::kCustomSizeValue : row->value;
+    paper.value = row->IsCustom() ? value::kPageSizeCustom : row->value;
     if (row->IsCustom())
-        paper.number = facts::kCustomPaper;
+        paper.number = DMPAPER_USER;
     else if (row->paperNumber != 0 && !section.Has("number"))
         paper.number = row->paperNumber;
     else if (const auto number = section.GetIntegerIfGiven("number", 1).value_or(0); IsSystemPaperOf(*row, number))
@@ -82,17 +88,17 @@ ProductPaper ReadOwnPaper(TomlSection& section) {
     ProductPaper paper;
     paper.name = section.GetText("name", 63);
     paper.number = ReadPaperNumber(section);
-    paper.value = static_cast<DWORD>(section.GetInteger("value", 6400, 6730));
+    paper.value = static_cast<DWORD>(section.GetInteger("value", value::kFirstPageSize, value::kLastPageSize));
     if (FindPageSizeByValue(paper.value)) section.Fail("value", "a value that no Print Schema size has");
-    paper.type =
-        static_cast<DWORD>(section.GetIntegerIfGiven("type", PageSizeRow::kDriverCustom, PageSizeRow::kPostScriptCustom)
-                               .value_or(PageSizeRow::kDriverCustom));
-    if (paper.type == PageSizeRow::kMappedForm)
-        section.Fail("type", "25003, 25005, 25006 or 25007 (25004 is for forms with the size of a keyword)");
+    constexpr auto kFirst = static_cast<DWORD>(PageSizeType::DriverCustom);
+    constexpr auto kLast = static_cast<DWORD>(PageSizeType::PostScriptCustom);
+    paper.type = static_cast<PageSizeType>(section.GetIntegerIfGiven("type", kFirst, kLast).value_or(kFirst));
+    if (paper.type == PageSizeType::MappedForm)
+        section.Fail("type", "another type " + Span(kFirst, kLast) + ": this one is for forms of a keyword's size");
     paper.width = ReadSide(section, "width");
     paper.length = ReadSide(section, "length");
-    paper.displayUnits = PageSizeRow::kUnitsMillimetres;
-    if (section.Has("form") && paper.type == PageSizeRow::kUserForm)
+    paper.displayUnits = value::kUnitsMillimetres;
+    if (section.Has("form") && paper.type == PageSizeType::UserForm)
         paper.formName = section.GetText("form", kLongestFormName);
     return paper;
 }
@@ -103,11 +109,11 @@ void ReadPapers(TomlSection& root, ProductDescription& product) {
         ProductPaper paper = section.Has("size") ? ReadKeywordPaper(section) : ReadOwnPaper(section);
         if (const auto units = section.GetTextIfGiven("units")) {
             if (*units != "in" && *units != "mm") section.Fail("units", "\"mm\" or \"in\"");
-            paper.displayUnits = *units == "in" ? PageSizeRow::kUnitsInches : PageSizeRow::kUnitsMillimetres;
+            paper.displayUnits = *units == "in" ? value::kUnitsInches : value::kUnitsMillimetres;
         }
         section.RefuseOtherKeys();
         const char* const numberKey = section.Has("number") ? "number" : "size";
-        if (paper.number == kTabloidNumber)
+        if (paper.number == DMPAPER_TABLOID)
             section.Fail(numberKey, "a paper number other than 3, which drivers read as 17 (number = 17 selects it)");
         values.Use(section, paper.keyword.empty() ? "value" : "size", paper.value, "each page size once");
         numbers.Use(section, numberKey, paper.number, "a paper number that no other paper of the product has");
@@ -119,19 +125,19 @@ void ReadPapers(TomlSection& root, ProductDescription& product) {
 // What a tray holds: { size = KEYWORD or the name of a paper of the product's own, media = VALUE }; the custom size
 // with its width and length, micrometres.
 void ReadTrayContents(TomlSection& section, const ProductDescription& product, ProductTray& tray) {
-    if (tray.value == kAutomaticValue) section.Fail("size", "nothing: the automatic choice is no tray");
+    if (tray.value == value::kNotSet) section.Fail("size", "nothing: the automatic choice is no tray");
     const std::string size = section.GetText("size");
     const auto paper = std::find_if(product.papers.begin(), product.papers.end(), [&](const ProductPaper& candidate) {
         return size == (candidate.keyword.empty() ? candidate.name : candidate.keyword);
     });
     if (paper == product.papers.end()) section.Fail("size", "a paper that the product lists");
     tray.heldSize = paper->value;
-    if (paper->type == PageSizeRow::kCustom) {
+    if (paper->type == PageSizeType::Custom) {
         tray.heldWidth = ReadSide(section, "width");
         tray.heldLength = ReadSide(section, "length");
     }
     if (section.Has("media")) {
-        tray.heldMediaType = static_cast<DWORD>(section.GetInteger("media", kAutomaticValue));
+        tray.heldMediaType = static_cast<DWORD>(section.GetInteger("media", value::kNotSet));
         if (!Offers(product.mediaTypes, &ProductMediaType::value, static_cast<LONG>(tray.heldMediaType)))
             section.Fail("media", "a media type that the product lists");
     }
@@ -142,10 +148,11 @@ void ReadTrays(TomlSection& root, ProductDescription& product) {
     UsedNumbers numbers, values;
     for (TomlSection& section : root.GetSections("trays")) {
         ProductTray tray;
-        tray.number = static_cast<WORD>(section.GetInteger("number", 1, 0x7FFF));
-        tray.value = static_cast<DWORD>(section.GetInteger("value", kAutomaticValue, 7199));
-        if (tray.value != kAutomaticValue && tray.value < 7100)
-            section.Fail("value", "a tray: 5001 or a whole number from 7100 to 7199");
+        tray.number = static_cast<WORD>(section.GetInteger("number", 1, facts::kLargestField));
+        tray.value = static_cast<DWORD>(section.GetInteger("value", value::kNotSet, value::kLastTray));
+        if (tray.value != value::kNotSet && tray.value < value::kFirstTray)
+            section.Fail("value", "a tray: " + std::to_string(value::kNotSet) + " or a whole number " +
+                                      Span(value::kFirstTray, value::kLastTray));
         tray.name = section.GetText("name", 23);
         if (auto contents = section.GetSection("holds")) ReadTrayContents(*contents, product, tray);
         section.RefuseOtherKeys();
@@ -155,35 +162,23 @@ void ReadTrays(TomlSection& root, ProductDescription& product) {
     }
 }
 
-// A DEVMODE knows the plain, transparent and glossy types by Windows' numbers.
-DWORD GetMediaNumber(DWORD value) noexcept {
-    switch (value) {
-        case 6800:
-            return 1;
-        case 6801:
-            return 2;
-        case 6820:
-            return 3;
-        default:
-            return value;
-    }
-}
-
-bool IsMediaType(DWORD value) noexcept {
-    constexpr DWORD kFirstUserDefined = 9636;
-    // 6811 to 6819 are reserved: they have no Print Schema name.
-    return value == kAutomaticValue || (value >= 6800 && value <= 6810) || (value >= 6820 && value <= 6869) ||
-           value >= kFirstUserDefined;
+bool IsMediaType(DWORD number) noexcept {
+    const bool isReserved = number >= value::kFirstReservedMediaType && number <= value::kLastReservedMediaType;
+    return number == value::kNotSet || number >= value::kFirstOwnValue ||
+           (number >= value::kFirstMediaType && number <= value::kLastNamedMediaType && !isReserved);
 }
 
 void ReadMediaTypes(TomlSection& root, ProductDescription& product) {
     UsedNumbers values;
     for (TomlSection& section : root.GetSections("media_types")) {
         ProductMediaType media;
-        media.value = static_cast<DWORD>(section.GetInteger("value", kAutomaticValue, kLastProductValue));
+        media.value = static_cast<DWORD>(section.GetInteger("value", value::kNotSet, kLastProductValue));
         if (!IsMediaType(media.value))
-            section.Fail("value", "a media type: 5001, 6800 to 6810, 6820 to 6869, or 9636 to 65535");
-        media.number = GetMediaNumber(media.value);
+            section.Fail("value", "a media type: " + std::to_string(value::kNotSet) + ", one " +
+                                      Span(value::kFirstMediaType, value::kFirstReservedMediaType - 1) + ", " +
+                                      Span(value::kLastReservedMediaType + 1, value::kLastNamedMediaType) + ", or " +
+                                      Span(value::kFirstOwnValue, kLastProductValue));
+        media.number = facts::NumberOfMediaType(media.value);
         media.name = section.GetText("name", 63);
         section.RefuseOtherKeys();
         values.Use(section, "value", media.value, "each media type once");
@@ -192,7 +187,7 @@ void ReadMediaTypes(TomlSection& root, ProductDescription& product) {
 }
 
 void ReadResolutions(TomlSection& root, ProductDescription& product) {
-    constexpr std::int64_t kFinest = 32767;
+    constexpr std::int64_t kFinest = facts::kLargestField;
     std::set<std::pair<LONG, LONG>> used;
     int defaults = 0;
     for (TomlSection& section : root.GetSections("resolutions")) {
@@ -216,7 +211,7 @@ struct ProductFieldRange {
     LONG lowest, highest;
 };
 
-constexpr LONG kShortest = -0x8000, kLongest = 0x7FFF;
+constexpr LONG kShortest = -facts::kLargestField - 1, kLongest = facts::kLargestField;
 constexpr LONG kWidest = std::numeric_limits<LONG>::max();
 constexpr ProductFieldRange kFieldRanges[] = {
     {"dmOrientation", DM_ORIENTATION, DMORIENT_PORTRAIT, DMORIENT_LANDSCAPE},
@@ -250,7 +245,8 @@ void RequireOffered(const TomlSection& section, const ProductDescription& produc
 
 // Micrometres to the tenths of a millimetre that a DEVMODE holds.
 LONG ToTenths(LONG micrometres, double rounding) noexcept {
-    return static_cast<LONG>(std::min(std::floor(micrometres / 100.0 + rounding), 32767.0));
+    return static_cast<LONG>(std::min(std::floor(micrometres / double{facts::kMicrometresPerTenth} + rounding),
+                                      double{facts::kLargestField}));
 }
 
 bool OffersValue(const ProductDescription& product, DWORD feature, DWORD first, DWORD last) {
@@ -272,12 +268,12 @@ void DeriveExtent(const ProductDescription& product, DWORD feature, LONG Product
         upper = range->maximum;
     } else {
         for (const ProductPaper& paper : product.papers) {
-            if (paper.type == PageSizeRow::kCustom) continue;
+            if (paper.type == PageSizeType::Custom) continue;
             lower = lower == 0 ? paper.*side : std::min(lower, paper.*side);
             upper = std::max(upper, paper.*side);
         }
     }
-    least = ToTenths(lower, 0.999);
+    least = ToTenths(lower, facts::kUpwards);
     most = ToTenths(upper, 0);
 }
 
@@ -288,7 +284,8 @@ void ReadProductLists(TomlSection& root, ProductDescription& product) {
     ReadMediaTypes(root, product);
     ReadTrays(root, product);  // which hold papers and media types
     ReadResolutions(root, product);
-    product.unlistedMediaTypes = root.GetIntegers("unlisted_media_types", 6870, 6899);
+    product.unlistedMediaTypes =
+        root.GetIntegers("unlisted_media_types", value::kLastNamedMediaType + 1, value::kLastMediaType);
     product.pagesPerSheet = root.GetIntegers("pages_per_sheet", 1, 64);
 }
 
@@ -304,18 +301,16 @@ void ReadDevmodeDefaults(TomlSection& section, ProductDescription& product) {
 }
 
 ProductLimits DeriveLimits(const ProductDescription& product) {
-    constexpr DWORD kCopies = 43, kCollation = 45, kSides = 46, kColor = 247, kMemory = 248, kPagesPerMinute = 249,
-                    kStapler = 252, kCustomWidth = 172, kCustomLength = 173;
     ProductLimits limits;
-    if (const ProductFeature* copies = product.FindFeature(kCopies))
-        limits.maximumCopies = std::clamp<LONG>(copies->maximum, 1, 0x7FFF);
-    limits.collates = OffersValue(product, kCollation, 5410, 5410);
-    limits.printsDuplex = OffersValue(product, kSides, 5421, 5422);
-    limits.printsColor = OffersValue(product, kColor, 7730, 7730);
-    limits.staples = OffersValue(product, kStapler, 7720, 7720);
-    limits.memory = DefaultOf(product, kMemory);
-    limits.pagesPerMinute = DefaultOf(product, kPagesPerMinute);
-    DeriveExtent(product, kCustomWidth, &ProductPaper::width, limits.minimumWidth, limits.maximumWidth);
-    DeriveExtent(product, kCustomLength, &ProductPaper::length, limits.minimumLength, limits.maximumLength);
+    if (const ProductFeature* copies = product.FindFeature(feature::kCopies))
+        limits.maximumCopies = std::clamp<LONG>(copies->maximum, 1, facts::kLargestField);
+    limits.collates = OffersValue(product, feature::kCollation, value::kCollated, value::kCollated);
+    limits.printsDuplex = OffersValue(product, feature::kSides, value::kTwoSidedLongEdge, value::kTwoSidedShortEdge);
+    limits.printsColor = OffersValue(product, feature::kColor, value::kColor, value::kColor);
+    limits.staples = OffersValue(product, feature::kStapler, value::kStaplerInstalled, value::kStaplerInstalled);
+    limits.memory = DefaultOf(product, feature::kMemory);
+    limits.pagesPerMinute = DefaultOf(product, feature::kPagesPerMinute);
+    DeriveExtent(product, feature::kCustomWidth, &ProductPaper::width, limits.minimumWidth, limits.maximumWidth);
+    DeriveExtent(product, feature::kCustomLength, &ProductPaper::length, limits.minimumLength, limits.maximumLength);
     return limits;
 }

@@ -1,6 +1,7 @@
 // The parser of product files.
 #include "productparser.h"
 
+#include <facts/values.h>
 #include <pathtext.h>
 
 #include "productlists.h"
@@ -39,7 +40,8 @@ public:
 private:
     void ReadIdentity() {
         product_.modelName = root_.GetText("model", 63);
-        product_.controllerFamily = static_cast<DWORD>(root_.GetInteger("controller_family", 8430, 8434));
+        product_.controllerFamily = static_cast<DWORD>(root_.GetInteger(
+            "controller_family", facts::value::kControllerFamily8430, facts::value::kControllerFamily8434));
         product_.driverVersion = static_cast<WORD>(root_.GetInteger("driver_version", 1, 0xFFFF));
         product_.workflowLibrary = root_.GetText("workflow_library");
         const auto library = std::find(kWorkflowLibraries.begin(), kWorkflowLibraries.end(), product_.workflowLibrary);
@@ -126,12 +128,15 @@ private:
             const CatalogueFeature* known = FindCatalogueFeature(id);
             if (!known) section->Fail(key, "a feature that exists");
             if (known->source == CatalogueFeature::Source::Lists)
-                section->Fail(key, "papers, trays, media_types or resolutions, which this feature follows from");
+                section->Fail(key,
+                              "papers, trays, media_types or resolutions, which " + known->GetName() + " follows from");
             if (known->source == CatalogueFeature::Source::User)
-                section->Fail(key, "a feature of the product, not one of the user's preferences");
+                section->Fail(
+                    key, "a feature of the product, and " + known->GetName() + " is one of the user's preferences");
             if (known->parent != 0 && !product_.FindFeature(known->parent) &&
                 !section->Has(std::to_string(known->parent)))
-                section->Fail(key, "the list feature " + std::to_string(known->parent) + " beside it");
+                section->Fail(key, "the list feature " + std::to_string(known->parent) + " (" +
+                                       FindCatalogueFeature(known->parent)->GetName() + ") beside it");
             auto description = section->GetSection(key);
             product_.features.push_back(ReadFeature(*description, *known));
             description->RefuseOtherKeys();
@@ -144,47 +149,48 @@ private:
         feature.kind = known.kind;
         feature.path = GetCataloguePath(known.id);
         switch (known.kind) {
-            case ProductFeatureKind::Boolean:
+            case facts::FeatureKind::Boolean:
                 feature.defaultNumber = section.GetBoolean("default", false) ? 1 : 0;
                 break;
-            case ProductFeatureKind::Integer:
-            case ProductFeatureKind::Dimension:
+            case facts::FeatureKind::Integer:
+            case facts::FeatureKind::Dimension:
                 ReadRange(section, known, feature);
                 break;
-            case ProductFeatureKind::String:
+            case facts::FeatureKind::String:
                 feature.maximum =
                     static_cast<LONG>(section.GetIntegerIfGiven("longest", 0, kLongestText).value_or(kUsualText));
                 feature.defaultText =
                     section.GetTextIfGiven("default", static_cast<std::size_t>(feature.maximum)).value_or("");
                 break;
-            case ProductFeatureKind::Option:
+            case facts::FeatureKind::Option:
                 ReadOptionValues(section, known, feature);
                 break;
-            case ProductFeatureKind::List:
-            case ProductFeatureKind::Resolution:
+            case facts::FeatureKind::List:
+            case facts::FeatureKind::Resolution:
                 break;
         }
         return feature;
     }
 
     static void ReadRange(TomlSection& section, const CatalogueFeature& known, ProductFeature& feature) {
-        const bool isBounded = known.lastValue != 0;
-        const std::int64_t lowest = isBounded ? known.firstValue : std::int64_t{std::numeric_limits<LONG>::min()};
-        const std::int64_t highest = isBounded ? known.lastValue : TomlSection::kLargest;
+        const bool isBounded = known.values.last != 0;
+        const std::int64_t lowest = isBounded ? known.values.first : std::int64_t{std::numeric_limits<LONG>::min()};
+        const std::int64_t highest = isBounded ? known.values.last : TomlSection::kLargest;
         feature.minimum = static_cast<LONG>(section.GetInteger("minimum", lowest, highest));
         feature.maximum = static_cast<LONG>(section.GetInteger("maximum", feature.minimum, highest));
         feature.defaultNumber = static_cast<LONG>(section.GetInteger("default", feature.minimum, feature.maximum));
     }
 
     static void ReadOptionValues(TomlSection& section, const CatalogueFeature& known, ProductFeature& feature) {
-        constexpr std::int64_t kAutomatic = 5001;
-        feature.values = section.GetIntegers("values", std::min<std::int64_t>(kAutomatic, known.firstValue), 0xFFFF);
+        constexpr std::int64_t kAutomatic = facts::value::kNotSet;
+        feature.values = section.GetIntegers("values", std::min<std::int64_t>(kAutomatic, known.values.first), 0xFFFF);
         const auto exists = [&](DWORD value) {
-            return value == kAutomatic || (value >= known.firstValue && value <= known.lastValue);
+            return value == kAutomatic || (value >= known.values.first && value <= known.values.last);
         };
         if (feature.values.empty() || !std::all_of(feature.values.begin(), feature.values.end(), exists))
-            section.Fail("values", "values from " + std::to_string(known.firstValue) + " to " +
-                                       std::to_string(known.lastValue) + " or 5001");
+            section.Fail("values", "values from " + std::to_string(known.values.first) + " to " +
+                                       std::to_string(known.values.last) + ", for " + known.GetName() + ", or " +
+                                       std::to_string(kAutomatic));
         feature.defaultNumber = static_cast<LONG>(section.GetInteger("default", kAutomatic));
         if (std::find(feature.values.begin(), feature.values.end(), static_cast<DWORD>(feature.defaultNumber)) ==
             feature.values.end())

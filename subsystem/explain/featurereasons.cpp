@@ -43,7 +43,8 @@ Judgement JudgePaper(const SchemaOption& wanted, const SchemaOption& made) {
     if (IsCustomSize(made) && !IsCustomSize(wanted))
         return {Verdict::Changed, "a custom size, since this printer does not list it"};
     if (wantedSize->width > kLongestSide || wantedSize->height > kLongestSide)
-        return {Verdict::Changed, "clamped: a DEVMODE holds at most 3276.7 mm"};
+        return {Verdict::Changed,
+                std::string("clamped: a DEVMODE holds at most ") + facts::kLongestMillimetres + " mm"};
     if (madeSize && IsNear(*wantedSize, *madeSize, kMicrometresPerTenth - 1) && wanted.name == made.name)
         return {Verdict::Changed, "rounded: a DEVMODE holds tenths of a millimetre"};
     if (madeSize && IsNear(*wantedSize, *madeSize, kSizeTolerance))

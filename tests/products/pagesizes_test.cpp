@@ -25,7 +25,7 @@ TEST(PageSizes, AreTheWholeListWithUniqueNamesAndValues) {
         EXPECT_EQ(FindPageSizeByValue(row.value), &row);
         EXPECT_GT(row.width, 0);
         EXPECT_EQ(row.length == 0, row.name.starts_with("Roll"));
-        EXPECT_EQ(row.GetKind(), row.paperNumber != 0 ? 25001u : 25002u);
+        EXPECT_EQ(static_cast<DWORD>(row.GetType()), row.paperNumber != 0 ? 25001u : 25002u);
     }
     EXPECT_EQ(names.size(), 172u);
     EXPECT_EQ(custom, 2);

@@ -84,7 +84,7 @@ TEST(ProductReader, ReadsEveryKindOfEntry) {
         const ProductPaper* paper = product->FindPaper(row.number);
         ASSERT_NE(paper, nullptr);
         EXPECT_EQ(paper->value, row.value);
-        EXPECT_EQ(paper->type, row.type);
+        EXPECT_EQ(static_cast<DWORD>(paper->type), row.type);
         EXPECT_EQ(paper->width, row.width);
         EXPECT_EQ(paper->formName, row.form);
     }
@@ -117,7 +117,7 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"default = true", "default = false", 13, "resolutions: expected one resolution with default = true"},
         {"[5410, 5411]", "[5410, 5420]", 21, "features.45.values: expected values from 5410 to 5419"},
         {"45 = {", "9999 = {", 21, "features.9999: expected a feature that exists"},
-        {"477 = {}", "", 23, "features.210: expected the list feature 477 beside it"},
+        {"477 = {}", "", 23, "features.210: expected the list feature 477 (Paper) beside it"},
         {"default = 1 }", "default = 100 }", 24, "features.43.default: expected a whole number from 1 to 99, got 100"},
         {"dmPaperSize = 9", "dmPaperSize = 8", 26, "devmode.dmPaperSize: expected one that the product lists, got 8"},
         {"\\u00E4", "\\u0000", 28, "strings.418: expected a text without control characters"},
