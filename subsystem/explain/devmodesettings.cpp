@@ -3,6 +3,7 @@
 
 #include <facts/devmodewords.h>
 #include <subsystem/devmodefields.h>
+#include <subsystem/settingnames.h>
 
 #include <algorithm>
 
@@ -11,16 +12,21 @@ namespace {
 constexpr DWORD kPaperFlags = DM_PAPERSIZE | DM_PAPERWIDTH | DM_PAPERLENGTH | DM_FORMNAME;
 constexpr DWORD kResolutionFlags = DM_PRINTQUALITY | DM_YRESOLUTION;
 
-constexpr DevmodeSettingKind kKinds[] = {
-    {"Paper size", "dmPaperSize", kPaperFlags, "PageMediaSize"},
-    {"Orientation", "dmOrientation", DM_ORIENTATION, "PageOrientation"},
-    {"Copies", "dmCopies", DM_COPIES, "JobCopiesAllDocuments"},
-    {"Collation", "dmCollate", DM_COLLATE, "DocumentCollate"},
-    {"Duplex", "dmDuplex", DM_DUPLEX, "JobDuplexAllDocumentsContiguously"},
-    {"Colour", "dmColor", DM_COLOR, "PageOutputColor"},
-    {"Resolution", "dmPrintQuality", kResolutionFlags, "PageResolution"},
-    {"Colour management", "dmICMMethod", DM_ICMMETHOD, "PageColorManagement"},
-    {"Rendering intent", "dmICMIntent", DM_ICMINTENT, "PageICMRenderingIntent"},
+// A setting that tickets carry has the keyword's name.
+DevmodeSettingKind MakeCarried(const char* field, DWORD flags, const char* keyword) {
+    return {FindKeywordName(keyword), field, flags, keyword};
+}
+
+const DevmodeSettingKind kKinds[] = {
+    MakeCarried("dmPaperSize", kPaperFlags, "PageMediaSize"),
+    MakeCarried("dmOrientation", DM_ORIENTATION, "PageOrientation"),
+    MakeCarried("dmCopies", DM_COPIES, "JobCopiesAllDocuments"),
+    MakeCarried("dmCollate", DM_COLLATE, "DocumentCollate"),
+    MakeCarried("dmDuplex", DM_DUPLEX, "JobDuplexAllDocumentsContiguously"),
+    MakeCarried("dmColor", DM_COLOR, "PageOutputColor"),
+    MakeCarried("dmPrintQuality", kResolutionFlags, "PageResolution"),
+    MakeCarried("dmICMMethod", DM_ICMMETHOD, "PageColorManagement"),
+    MakeCarried("dmICMIntent", DM_ICMINTENT, "PageICMRenderingIntent"),
     {"Scale", "dmScale", DM_SCALE, nullptr},
     {"Paper source", "dmDefaultSource", DM_DEFAULTSOURCE, nullptr},
     {"Paper type of the DEVMODE", "dmMediaType", DM_MEDIATYPE, nullptr},
