@@ -29,7 +29,7 @@ ByteBuffer MakePapers(DWORD count) {
         record.pageSizeType = index % 3 == 0 ? 25003 : 25005;
         CXString name;
         name.Format(W("Paper %u"), index);
-        SetNameField(record.name, name);
+        SetNameField(record.name, name.AsWideString());
         blob.Append(record);
     }
     PaperCapsHeader header{};
@@ -44,7 +44,7 @@ ByteBuffer MakeMediaTypes() {
         MediaCapsRecord record{isUserDefined ? 9636 + index : 6800 + index, {}};
         CXString name;
         name.Format(W("Media type %u"), index);
-        SetNameField(record.name, name);
+        SetNameField(record.name, name.AsWideString());
         blob.Append(record);
     }
     return blob.Finish(*FindCapabilityGroup(35), {0, blob.GetCount()});

@@ -20,6 +20,7 @@ add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 option(MV_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(MV_BENCH "Build the benchmarks" OFF)
 option(MV_FUZZ "Build the fuzz targets, and all for them, with clang's libFuzzer; no tests" OFF)
+option(MV_LINT "Describe how every source is compiled, for the linter, which reads and does not build" OFF)
 
 # Every program and library lies in one folder, as an installed driver's files do; in a package the driver's and the host's
 # lie in two, side by side.
@@ -53,6 +54,9 @@ if(MV_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=vptr -fno-sanitize-recover=undefined
         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=fuzzer-no-link,address,undefined)
+endif()
+if(MV_SANITIZE OR MV_FUZZ)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)  # an index beside a container's elements ends the program
 endif()
 if(MV_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

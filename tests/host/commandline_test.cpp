@@ -96,7 +96,7 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
         EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << command << outcome.err;
         EXPECT_EQ(CountFiles(), files) << command;
     }
-    EXPECT_EQ(Do({"printer", "list"}).find("Q"), std::string::npos);
+    EXPECT_EQ(Do({"printer", "list"}).find('Q'), std::string::npos);
 }
 
 TEST_F(HostRun, PrintersComeAndGo) {

@@ -30,7 +30,7 @@ protected:
     }
     Json Explain(std::vector<std::string> arguments) const {
         arguments.insert(arguments.begin(), {"explain", "--printer", "P", "--json"});
-        const Json rows = Json::parse(Do(arguments));
+        Json rows = Json::parse(Do(arguments));
         for (const Json& row : rows) EXPECT_NE(row["reason"], "") << row;
         return rows;
     }

@@ -61,7 +61,7 @@ bool IsListed(const _tag_FormsInfoRec& record) {
 }
 
 // The DEVMODE has the record's paper; records of one size do not merge, as the ticket names the size as well.
-void ExpectPaper(const _tag_FormsInfoRec& record, DevmodeBuffer devmode) {
+void ExpectPaper(const _tag_FormsInfoRec& record, const DevmodeBuffer& devmode) {
     const DEVMODEW got = devmode.CopyPublicPart();
     const std::string account = ToUtf8(record.name) + ", type " + std::to_string(record.pageSizeType);
     EXPECT_EQ(static_cast<WORD>(got.dmPaperSize), IsListed(record) ? record.msPaperId : DMPAPER_USER) << account;
@@ -88,7 +88,8 @@ const std::string kOptionEnd = "</psf:Option>";
 PrintSession::Document SelectOption(const SchemaElement& capabilities, const std::string& feature,
                                     const std::string& option) {
     std::string text = "<psf:PrintTicket version=\"1\"";
-    for (const auto& [prefix, uri] : capabilities.declarations) text += " xmlns:" + prefix + "=\"" + uri + "\"";
+    for (const auto& [prefix, uri] : capabilities.declarations)
+        text.append(" xmlns:").append(prefix).append("=\"").append(uri).append("\"");
     text += "><psf:Feature name=\"" + feature + "\">" + option + "</psf:Feature>";
     for (const auto& definition : capabilities.children) {
         const std::string& name = *definition->FindAttribute("name");

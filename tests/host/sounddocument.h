@@ -10,7 +10,7 @@
 
 // The document's text.
 inline std::string ExpectSound(IXMLDOMDocument2* document) {
-    const std::string text = FormatDocument(document);
+    std::string text = FormatDocument(document);
     for (const SchemaFinding& finding : CheckSchemaDocument(text)) {
         EXPECT_TRUE(finding.isNote) << finding.sentence << '\n' << text;
     }

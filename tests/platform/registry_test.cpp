@@ -129,8 +129,10 @@ TEST_F(Registry, DeletesTreesAndTheirOpenKeysKnowIt) {
 
 TEST_F(Registry, RefusesBadHandlesPathsAndRights) {
     UniqueKey key;
-    for (const std::uintptr_t number : {std::uintptr_t{0}, std::uintptr_t{0x7FFC}, std::uintptr_t{0x80000009}})
-        EXPECT_EQ(Open(reinterpret_cast<HKEY>(number), W("a"), key), ERROR_INVALID_HANDLE);
+    for (const std::uintptr_t number : {std::uintptr_t{0}, std::uintptr_t{0x7FFC}, std::uintptr_t{0x80000009}}) {
+        const auto handle = reinterpret_cast<HKEY>(number);  // NOLINT(performance-no-int-to-ptr): a handle is a number
+        EXPECT_EQ(Open(handle, W("a"), key), ERROR_INVALID_HANDLE);
+    }
     ASSERT_EQ(Create(HKEY_CURRENT_USER, W("a"), key), ERROR_SUCCESS);
     const HKEY closed = key.Get();
     key.Reset();

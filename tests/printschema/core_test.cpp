@@ -63,9 +63,10 @@ TEST(PrintSchemaDocument, MakesThePrivatePrefixMkWhereThatChangesNoMeaning) {
     };
     const std::string head = "<psf:PrintTicket xmlns:psf=\"{psf}\"", tail = "</psf:PrintTicket>";
     for (const auto& test : cases) {
-        const auto document = Load(head + test.before + tail);
+        const auto wrap = [&](const std::string& content) { return std::string(head).append(content).append(tail); };
+        const auto document = Load(wrap(test.before));
         EXPECT_EQ(Utf8(PrintTicketXmlDocument(document.Get()).GetPrivatePrefix()), test.prefix) << test.what;
-        EXPECT_EQ(TextOf(document), Expand(head + (test.after ? test.after : test.before) + tail)) << test.what;
+        EXPECT_EQ(TextOf(document), Expand(wrap(test.after ? test.after : test.before))) << test.what;
     }
 }
 

@@ -19,7 +19,7 @@ public:
     }
     // Family and capability word, and whether there is product data.
     static std::string TellBinding(MorvanePtProvider& provider) {
-        const std::string members =
+        std::string members =
             std::to_string(provider.controllerFamily_) + " " + std::to_string(provider.driverCapabilityFlags_);
         try {
             return members + (provider.IsColorDevice() ? " colour" : " grey");

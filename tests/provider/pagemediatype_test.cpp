@@ -66,6 +66,7 @@ protected:
     }
     void Report(const std::vector<std::pair<DWORD, CXString>>& types) {
         std::vector<MediaCapsRecord> records;
+        records.reserve(types.size());
         for (const auto& [number, name] : types) records.push_back(MakeMedia(number, name));
         StoreMedia(press.GetPrinter(), records);
     }

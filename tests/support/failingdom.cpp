@@ -33,8 +33,8 @@ Variant InnerReference(VARIANT reference) {
     HRESULT STDMETHODCALLTYPE name parameters override {                                   \
         return this->Hand(result, [&](auto out) { return this->inner_->name arguments; }); \
     }
-#define SEARCHES(name, Result)                                                              \
-    HRESULT STDMETHODCALLTYPE name(BSTR query, Result** found) override {                   \
+#define SEARCHES(name, parameters)                                                          \
+    HRESULT STDMETHODCALLTYPE name parameters override {                                    \
         ++this->plan_->searches;                                                            \
         return this->Hand(found, [&](auto out) { return this->inner_->name(query, out); }); \
     }
@@ -144,8 +144,8 @@ public:
     REFUSES(put_dataType, (BSTR));
     REFUSES(get_xml, (BSTR*));
     REFUSES(transformNode, (IXMLDOMNode*, BSTR*));
-    SEARCHES(selectNodes, IXMLDOMNodeList);
-    SEARCHES(selectSingleNode, IXMLDOMNode);
+    SEARCHES(selectNodes, (BSTR query, IXMLDOMNodeList** found));
+    SEARCHES(selectSingleNode, (BSTR query, IXMLDOMNode** found));
     REFUSES(get_parsed, (VARIANT_BOOL*));
     REFUSES(get_namespaceURI, (BSTR*));
     REFUSES(get_prefix, (BSTR*));

@@ -31,8 +31,9 @@ inline std::vector<BYTE> MakePrivateBlock(const TestEntries& entries) {
     for (const auto& [key, value] : entries) {
         WriteWord(&block.at(offset), key);
         WriteWord(&block.at(offset + 2), static_cast<WORD>(value.getDword()));
-        offset = std::copy_n(value.getLpbyte(), value.getDword(), block.begin() + offset + kEntryHeaderBytes) -
-                 block.begin();
+        offset += kEntryHeaderBytes;
+        std::copy_n(value.getLpbyte(), value.getDword(), block.data() + offset);
+        offset += value.getDword();
     }
     WriteDword(&block[kChecksumOffset], ComputeChecksum(block.data()));
     return block;
