@@ -13,7 +13,8 @@ namespace {
 
 void Use(DevmodeBuffer devmode) {
     std::ostringstream told;
-    PrintDevmodeDescription(DescribeDevmode(devmode), told);
+    told << FormatDevmodeAsJson(devmode);
+    PrintDevmodeDescription(devmode, told);
     // The first letter of the device's name chooses: the two products' core drivers put the block's place elsewhere.
     const FuzzPrinter& printer = GetFuzzPrinter(devmode.GetBytesView().front() % 2 == 0 ? "press8434" : "script8432");
     const std::string before(devmode.GetBytesView());

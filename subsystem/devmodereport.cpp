@@ -5,7 +5,10 @@
 #include <privateblock.h>
 #include <xdevmode.h>
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
+#include <ostream>
 
 #include "devmodefields.h"
 #include "driversettings.h"
@@ -161,14 +164,17 @@ void PrintBlock(const Json& block, std::ostream& out) {
     }
 }
 
-}  // namespace
-
 Json DescribeDevmode(DevmodeBuffer& devmode) {
     return {
         {"bytes", devmode.GetBytes()}, {"fields", DescribeFields(devmode)}, {"privateBlock", DescribeBlock(devmode)}};
 }
 
-void PrintDevmodeDescription(const Json& description, std::ostream& out) {
+}  // namespace
+
+std::string FormatDevmodeAsJson(DevmodeBuffer& devmode) { return DescribeDevmode(devmode).dump(2); }
+
+void PrintDevmodeDescription(DevmodeBuffer& devmode, std::ostream& out) {
+    const Json description = DescribeDevmode(devmode);
     out << "DEVMODE of " << Show(description["bytes"]) << " bytes\n";
     for (const auto& [name, value] : description["fields"].items())
         PrintLine(out, name, IsShownInHex(name) ? ShowHex(value, 4) : Show(value));

@@ -42,11 +42,10 @@ void RunNew(HostContext& context, const DevmodeOptions& options) {
 
 void RunShow(HostContext& context, const DevmodeOptions& options) {
     DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.file));
-    const nlohmann::ordered_json description = DescribeDevmode(devmode);
     if (options.json) {
-        context.out << description.dump(2) << '\n';
+        context.out << FormatDevmodeAsJson(devmode) << '\n';
     } else {
-        PrintDevmodeDescription(description, context.out);
+        PrintDevmodeDescription(devmode, context.out);
     }
 }
 

@@ -56,7 +56,7 @@ void RunExplain(HostContext& context, const ExplainOptions& options, bool ticket
                                                                   : ExplainBothFiles(printer, options);
     SortByVerdict(rows);
     if (options.json) {
-        context.out << ToJson(rows).dump(2) << '\n';
+        context.out << FormatAsJson(rows) << '\n';
     } else {
         PrintExplanation(rows, context.out);
     }

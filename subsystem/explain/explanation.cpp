@@ -1,6 +1,8 @@
 // What became of each setting of a DEVMODE or a ticket, and why.
 #include "explanation.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <ostream>
 
@@ -38,7 +40,7 @@ void SortByVerdict(Explanation& rows) {
     });
 }
 
-nlohmann::ordered_json ToJson(const Explanation& rows) {
+std::string FormatAsJson(const Explanation& rows) {
     nlohmann::ordered_json array = nlohmann::ordered_json::array();
     for (const SettingVerdict& row : rows)
         array.push_back({{"setting", row.setting},
@@ -46,7 +48,7 @@ nlohmann::ordered_json ToJson(const Explanation& rows) {
                          {"after", row.after},
                          {"verdict", NameVerdict(row.verdict)},
                          {"reason", row.reason}});
-    return array;
+    return array.dump(2);
 }
 
 void PrintExplanation(const Explanation& rows, std::ostream& out) {

@@ -1,8 +1,6 @@
 // What became of each setting of a DEVMODE or a ticket, and why.
 #pragma once
 
-#include <nlohmann/json.hpp>
-
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -22,7 +20,7 @@ const char* NameVerdict(Verdict verdict);
 // The rows by verdict, in the order of the enumeration; rows of one verdict stay as they are.
 void SortByVerdict(Explanation& rows);
 // An array of objects with the keys setting, before, after, verdict and reason.
-nlohmann::ordered_json ToJson(const Explanation& rows);
+std::string FormatAsJson(const Explanation& rows);
 // For a reader: a line for each kept setting, two for others, then how many there are of each verdict.
 void PrintExplanation(const Explanation& rows, std::ostream& out);
 // "lost: Scale: 50 -> 100: the reason", for each row that is lost or ignored.

@@ -2,6 +2,8 @@
 #include <subsystem/devmodereport.h>
 #include <subsystem/hosterror.h>
 
+#include <nlohmann/json.hpp>
+
 #include "hostrun.h"
 
 namespace {
@@ -108,7 +110,7 @@ TEST_F(DevmodeRun, EveryTruncationAndEveryFlippedByteIsSurvived) {
     const std::string bytes = Read("d.bin");
     const auto describe = [](std::string_view changed) {
         DevmodeBuffer devmode(std::vector<BYTE>(changed.begin(), changed.end()), "changed");
-        return DescribeDevmode(devmode).dump();
+        return FormatDevmodeAsJson(devmode);
     };
     for (std::size_t length = 0; length < bytes.size(); ++length)
         EXPECT_THROW(describe(std::string_view(bytes).substr(0, length)), InputError) << length;
