@@ -30,18 +30,23 @@ constexpr CapabilityGroup MakeCapabilityGroup(CapabilityGroupId id, const WCHAR*
     return group;
 }
 
-// In the order of CapabilityGroupId.
+// In the order of CapabilityGroupId. Indexes from 65526 on are the driver family's own.
 inline constexpr CapabilityGroup kCapabilityGroups[kCapabilityGroupCount] = {
-    MakeCapabilityGroup<PaperCapsHeader>(CapabilityGroupId::Paper, kPaperCapsValue, 0x2000, {1, 2, 3, 65529}),
-    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::Bins, kBinCapsValue, 0x4000, {6, 65526}),
-    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::Media, kMediaCapsValue, 0x8000, {34, 35}),
-    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::MediaReady, kMediaReadyValue, 0x20000, {29, 65528}),
-    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::DependentFiles, kDependentFilesValue, 0x1000, {14}),
+    MakeCapabilityGroup<PaperCapsHeader>(CapabilityGroupId::Paper, kPaperCapsValue, 0x2000,
+                                         {DC_FIELDS, DC_PAPERS, DC_PAPERSIZE, 65529}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::Bins, kBinCapsValue, 0x4000, {DC_BINS, 65526}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::Media, kMediaCapsValue, 0x8000,
+                                        {DC_MEDIATYPENAMES, DC_MEDIATYPES}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::MediaReady, kMediaReadyValue, 0x20000,
+                                        {DC_MEDIAREADY, 65528}),
+    MakeCapabilityGroup<ListCapsHeader>(CapabilityGroupId::DependentFiles, kDependentFilesValue, 0x1000,
+                                        {DC_FILEDEPENDENCIES}),
     MakeCapabilityGroup<DeviceLimitsCaps>(CapabilityGroupId::DeviceLimits, kDeviceLimitsValue, 0x7ff,
-                                          {4, 5, 26, 27, 28, 31, 32, 65533}),
-    MakeCapabilityGroup<StapleCaps>(CapabilityGroupId::Staple, kStapleValue, 0x10000, {30}),
+                                          {DC_MINEXTENT, DC_MAXEXTENT, DC_PRINTRATE, DC_PRINTRATEUNIT, DC_PRINTERMEM,
+                                           DC_PRINTRATEPPM, DC_COLORDEVICE, 65533}),
+    MakeCapabilityGroup<StapleCaps>(CapabilityGroupId::Staple, kStapleValue, 0x10000, {DC_STAPLE}),
     MakeCapabilityGroup<ResolutionCapsHeader>(CapabilityGroupId::Resolutions, kResolutionsValue, 0x800,
-                                              {13, kResolutionRecordsIndex}),
+                                              {DC_ENUMRESOLUTIONS, kResolutionRecordsIndex}),
 };
 
 inline constexpr const CapabilityGroup& GetCapabilityGroup(CapabilityGroupId id) noexcept {

@@ -105,8 +105,7 @@ void UserPreferenceVerticalFeature::IntegrateSourceData(IntegrationInterface& in
     for (const DWORD id : {feature::kTitleIsRemembered, feature::kSenderIsRemembered, feature::kRecipientIsRemembered})
         setBoolean(id, false);
     root.GetStringFeature(FeatureId(feature::kUserText)).SetDefault(CXString());
-    for (DWORD feature = feature::kFirstMaskedPreference; feature < feature::kCompanionPreference; ++feature)
-        setBoolean(feature, true);
+    for (DWORD id = feature::kFirstMaskedPreference; id < feature::kCompanionPreference; ++id) setBoolean(id, true);
     setOption(feature::kCompanionPreference, value::kFirstCompanion);
     root.GetIntegerFeature(FeatureId(feature::kUserInteger)).SetDefault(kIntegerDefault);
 }
@@ -129,10 +128,9 @@ void UserPreferenceVerticalFeature::SetFeatureServices(FeatureServices& services
 }
 
 void UserPreferenceVerticalFeature::RegisterForCurrentSettingsChanges(DataModelObserverInterfaces& observers) {
-    for (const DWORD feature : {feature::kProtectedString, feature::kSecondProtectedString, feature::kControllerFamily})
-        observers.RegisterFeatureChangeObserver(this, SettingsInstanceId(DataModelIds::kCurrentSettings),
-                                                FeatureId(feature), FeatureChangeId(DataModelIds::kContentsChanged),
-                                                kObserverNumber);
+    for (const DWORD id : {feature::kProtectedString, feature::kSecondProtectedString, feature::kControllerFamily})
+        observers.RegisterFeatureChangeObserver(this, SettingsInstanceId(DataModelIds::kCurrentSettings), FeatureId(id),
+                                                FeatureChangeId(DataModelIds::kContentsChanged), kObserverNumber);
 }
 
 void UserPreferenceVerticalFeature::UnregisterForCurrentSettingsChanges(DataModelObserverInterfaces& observers) {
@@ -155,8 +153,8 @@ void UserPreferenceVerticalFeature::OnNotification(INotification& notification) 
     }
 }
 
-void UserPreferenceVerticalFeature::OnSettingChanged(DWORD feature) {
-    if (feature == feature::kControllerFamily) {
+void UserPreferenceVerticalFeature::OnSettingChanged(DWORD id) {
+    if (id == feature::kControllerFamily) {
         const DWORD family =
             services_->GetOptionFeature(FeatureId(feature::kControllerFamily)).GetValue().GetValueEnum();
         if (family == controllerFamily_) return;
@@ -167,7 +165,7 @@ void UserPreferenceVerticalFeature::OnSettingChanged(DWORD feature) {
         return;
     }
     for (const Identification& identification : identifications_)
-        if (identification.textFeature == feature) ApplyIdentification(identification);
+        if (identification.textFeature == id) ApplyIdentification(identification);
 }
 
 void UserPreferenceVerticalFeature::ApplyIdentification(const Identification& identification) {

@@ -55,8 +55,7 @@ public:
 
     // Makes the DEVMODE's paper number, form name, width and length agree with one record of the printer's paper
     // database, and says whether one was matched; without one, or for a custom paper, the form name becomes that of the
-    // user's default paper. The records are those of the printer and of the
-    // capabilities' DEVMODE.
+    // user's default paper. The records are those of the printer and of the capabilities' DEVMODE.
     static bool NormalizeDevmodePaperSize(HANDLE printer, DEVMODEW* devmode, MsCachedDeviceCapabilities& capabilities);
     // Sets dmFormName, to at most 31 characters; and the paper's dimensions in tenths of a millimetre, clamped to what
     // the fields hold. dmFields stay as they are.

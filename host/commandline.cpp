@@ -1,3 +1,4 @@
+// The command line over the parser of the library.
 #include "commandline.h"
 
 #include <CLI/CLI.hpp>

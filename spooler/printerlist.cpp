@@ -8,7 +8,7 @@
 
 void CloseSpoolerHandle::operator()(HANDLE printer) const noexcept { ClosePrinter(printer); }
 
-UniquePrinter OpenPrinterByName(const std::basic_string<WCHAR>& name) {
+UniquePrinter OpenPrinterByName(const WideString& name) {
     UniquePrinter printer;
     SetLastError(ERROR_INVALID_PRINTER_NAME);
     // An empty name would open the print server.
@@ -17,7 +17,6 @@ UniquePrinter OpenPrinterByName(const std::basic_string<WCHAR>& name) {
 }
 
 std::vector<PrinterRow> ListPrinters() {
-    using String = std::basic_string<WCHAR>;
     SizedBytes records;
     DWORD count = 0;
     const DWORD error = records.ReadWithLastError([&](BYTE* buffer, DWORD bytes, DWORD* needed) {
@@ -29,8 +28,8 @@ std::vector<PrinterRow> ListPrinters() {
     const auto* const printers = records.As<PRINTER_INFO_2W>();
     for (std::size_t index = 0; index < records.CountRecords<PRINTER_INFO_2W>(count); ++index) {
         const PRINTER_INFO_2W& printer = printers[index];
-        rows.push_back({records.Text<String>(printer.pPrinterName), records.Text<String>(printer.pPortName),
-                        records.Text<String>(printer.pDriverName)});
+        rows.push_back({records.Text<WideString>(printer.pPrinterName), records.Text<WideString>(printer.pPortName),
+                        records.Text<WideString>(printer.pDriverName)});
     }
     return rows;
 }

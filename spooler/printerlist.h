@@ -20,10 +20,10 @@ struct CloseSpoolerHandle {
 using UniquePrinter = UniqueHandle<HANDLE, CloseSpoolerHandle>;
 
 // Empty, with the last error set, when there is no printer of that name.
-UniquePrinter OpenPrinterByName(const std::basic_string<WCHAR>& name);
+UniquePrinter OpenPrinterByName(const WideString& name);
 
 struct PrinterRow {
-    std::basic_string<WCHAR> name, port, driver;
+    WideString name, port, driver;
 };
 // Throws SpoolerFailure when the spooler does not answer.
 std::vector<PrinterRow> ListPrinters();

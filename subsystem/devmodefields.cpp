@@ -116,7 +116,7 @@ std::string GetDevmodeText(const DEVMODEW& devmode, const DevmodeField& field) {
     return ToUtf8(GetNameField({reinterpret_cast<const WCHAR*>(Bytes(devmode, field)), kTextCharacters}));
 }
 
-void SetDevmodeText(DEVMODEW& devmode, const DevmodeField& field, std::basic_string_view<WCHAR> text) {
+void SetDevmodeText(DEVMODEW& devmode, const DevmodeField& field, WideStringView text) {
     SetNameField({reinterpret_cast<WCHAR*>(Bytes(devmode, field)), kTextCharacters}, text);
 }
 

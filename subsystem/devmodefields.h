@@ -1,6 +1,7 @@
 // The public fields of a DEVMODEW by their Windows names.
 #pragma once
 
+#include <widetext.h>
 #include <windows.h>
 
 #include <cstddef>
@@ -34,4 +35,4 @@ std::string GetDevmodeText(const DEVMODEW& devmode, const DevmodeField& field);
 // too. Throws InputError when there is no such field, or the value is no number or does not fit.
 void SetDevmodeField(DEVMODEW& devmode, std::string_view name, std::string_view value);
 // Sets a text field, cut to what it holds.
-void SetDevmodeText(DEVMODEW& devmode, const DevmodeField& field, std::basic_string_view<WCHAR> text);
+void SetDevmodeText(DEVMODEW& devmode, const DevmodeField& field, WideStringView text);

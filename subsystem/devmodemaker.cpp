@@ -81,7 +81,7 @@ void CompletePaperFields(DEVMODEW& devmode, const ProductDescription& product) {
 
 }  // namespace
 
-DevmodeBuffer MakeDevmode(const ProductDescription& product, std::basic_string_view<WCHAR> printerName,
+DevmodeBuffer MakeDevmode(const ProductDescription& product, WideStringView printerName,
                           const DevmodeSettings& settings) {
     DevmodeBuffer buffer(kDriverExtraBytes);
     DEVMODEW& devmode = *buffer.Get();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <products/reader/productdescription.h>
+#include <widetext.h>
 
 #include <string>
 #include <utility>
@@ -17,7 +18,7 @@ struct DevmodeSettings {
 };
 
 // Throws InputError when a setting cannot be, or when the settings do not fit in the private block.
-DevmodeBuffer MakeDevmode(const ProductDescription& product, std::basic_string_view<WCHAR> printerName,
+DevmodeBuffer MakeDevmode(const ProductDescription& product, WideStringView printerName,
                           const DevmodeSettings& settings);
 
 // Puts the printer's capability caches into the DEVMODE's private block, as far as the settings keep room to grow.

@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/printschemanamespaces.h>
 #include <facts/privateparameters.h>
 #include <printsubsystem/printschema.h>
 #include "hosttext.h"
@@ -33,7 +34,7 @@ public:
     void ReadRoot(IXMLDOMNode* root) {
         const Scope scope(*this, root);
         for (const Declaration& declaration : declarations_)
-            if (declaration.uri == kPrivateUri) privateIsDeclared_ = true;
+            if (declaration.uri == facts::kPrivateKeywordsNamespace) privateIsDeclared_ = true;
         ForEachChild(root, [&](IXMLDOMNode* child, const std::string& element) {
             if (element == "Feature") ReadFeature(child, std::string(), 0);
             if (element == "Property") Add(SchemaSetting::Kind::Property, child);
@@ -94,8 +95,8 @@ private:
             break;
         }
         // A document that does not declare the family's namespace has its names under the fallback prefix.
-        name.isPrivate =
-            name.uri == kPrivateUri || (!privateIsDeclared_ && text.substr(0, colon) == facts::kFallbackPrefix);
+        name.isPrivate = name.uri == facts::kPrivateKeywordsNamespace ||
+                         (!privateIsDeclared_ && text.substr(0, colon) == facts::kFallbackPrefix);
         return name;
     }
 
@@ -209,7 +210,6 @@ private:
     };
 
     std::vector<SchemaSetting>& settings_;
-    const std::string kPrivateUri = ToUtf8(kPrivateKeywordsNamespace);
     std::vector<Declaration> declarations_;
     bool privateIsDeclared_ = false;
     std::vector<Reference> references_;
@@ -217,7 +217,7 @@ private:
 
 }  // namespace
 
-bool SchemaName::IsKeyword() const { return uri == ToUtf8(kKeywordsNamespace); }
+bool SchemaName::IsKeyword() const { return uri == facts::kKeywordsNamespace; }
 
 std::string SchemaName::GetKey() const {
     if (isPrivate) return "private\n" + local;
@@ -255,7 +255,7 @@ const SchemaSetting* SchemaSettings::Find(const std::string& key) const {
 
 const SchemaSetting* SchemaSettings::FindKeyword(SchemaSetting::Kind kind, std::string_view keyword) const {
     SchemaSetting wanted{kind, {}, {}, {}, {}};
-    wanted.name.uri = ToUtf8(kKeywordsNamespace);
+    wanted.name.uri = facts::kKeywordsNamespace;
     wanted.name.local = keyword;
     return Find(wanted.GetKey());
 }

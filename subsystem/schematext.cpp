@@ -1,6 +1,7 @@
 // The text of Print Schema elements under the usual prefixes.
 #include "schematext.h"
 
+#include <facts/printschemanamespaces.h>
 #include <printsubsystem/printschema.h>
 
 #include "hosttext.h"
@@ -52,10 +53,10 @@ std::string Value(ValueType type, std::string_view value) {
 }  // namespace
 
 std::string Document(std::string_view root, std::string_view content) {
-    const std::string attributes = Attribute("xmlns:psf", ToUtf8(kFrameworkNamespace)) +
-                                   Attribute("xmlns:psk", ToUtf8(kKeywordsNamespace)) +
-                                   Attribute("xmlns:xsi", ToUtf8(kXmlSchemaInstanceNamespace)) +
-                                   Attribute("xmlns:xsd", ToUtf8(kXmlSchemaNamespace)) + Attribute("version", "1");
+    const std::string attributes = Attribute("xmlns:psf", facts::kFrameworkNamespace) +
+                                   Attribute("xmlns:psk", facts::kKeywordsNamespace) +
+                                   Attribute("xmlns:xsi", facts::kXmlSchemaInstanceNamespace) +
+                                   Attribute("xmlns:xsd", facts::kXmlSchemaNamespace) + Attribute("version", "1");
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + Element(std::string(root), attributes, content) + "\n";
 }
 

@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/privateparameters.h>
 #include <ptpcprovider/featureunit.h>
 #include <ptpcprovider/printcapabilitiesxmldocument.h>
 #include <ptpcprovider/printticketxmldocument.h>
@@ -16,7 +17,7 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/embeddedjobticketimpl");
-constexpr const WCHAR* kJobTicket = W("JobMorvaneMvjtJobTicket");
+constexpr const WCHAR* kJobTicket = kWide<facts::kJobTicketParameter>.text;
 constexpr LONG kMaximumJobTicketLength = 3500000;  // characters
 
 // Makes the element the root's first child. Throws the method's exception when the document refuses.

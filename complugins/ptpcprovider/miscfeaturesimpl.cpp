@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/privateparameters.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/printer.h>
 #include <ptpcprovider/featureunit.h>
@@ -14,7 +15,7 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/miscfeaturesimpl");
-constexpr const WCHAR* kCopies = W("JobCopiesAllDocuments");
+constexpr const WCHAR* kCopies = kWide<facts::kPrivateCopiesParameter>.text;
 constexpr DWORD kCopiesDisplay = 418;
 
 }  // namespace

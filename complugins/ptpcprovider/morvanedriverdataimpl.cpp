@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/privateparameters.h>
 #include <mvutil/crc32.h>
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/persistentattributes.h>
@@ -21,7 +22,7 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/morvanedriverdataimpl");
-constexpr const WCHAR* kDriverData = W("JobMorvaneDriverData");
+constexpr const WCHAR* kDriverData = kWide<facts::kDriverDataParameter>.text;
 constexpr int kMaximumDriverDataLength = 20000;  // characters of base64 text
 constexpr int kChecksumBytes = 4;                // before the payload
 

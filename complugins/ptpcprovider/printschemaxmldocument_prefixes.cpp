@@ -1,4 +1,5 @@
 // Construction of a Print Schema document: its root, its prefixes, and the private prefix made mk.
+#include <facts/privateparameters.h>
 #include <printsubsystem/printschema.h>
 
 #include "printschematext.h"
@@ -15,8 +16,7 @@ constexpr ComChecks kConstruction(W("PrintSchemaXmlDocument::PrintSchemaXmlDocum
 constexpr ConstantBstr kSelectionLanguage(W("SelectionLanguage"));
 constexpr ConstantBstr kSelectionNamespaces(W("SelectionNamespaces"));
 constexpr WideStringView kDeclarationStart = W("xmlns:");
-constexpr WideStringView kSelectionPrefix = W("psf");              // until the document's own is known
-constexpr WideStringView kUndeclaredPrivatePrefix = W("ns0000:");  // where the root does not declare the namespace
+constexpr WideStringView kSelectionPrefix = W("psf");  // until the document's own is known
 constexpr WideStringView kNormalPrivatePrefix = W("mk:");
 constexpr ConstantBstr kNormalPrivateDeclaration(W("xmlns:mk"));
 
@@ -74,7 +74,7 @@ PrintSchemaXmlDocument::PrintSchemaXmlDocument(const WCHAR* rootName, IXMLDOMDoc
     if (FindPrefix(attributes, kPrivateKeywordsNamespace, &privatePrefix_) == S_OK) {
         NormalizePrivatePrefix(checks);
     } else {
-        privatePrefix_ = CopyText(checks, kUndeclaredPrivatePrefix);
+        privatePrefix_ = Join(checks, kWide<facts::kFallbackPrefix>.text, W(":"));
     }
     FindPrefix(attributes, kFrameworkNamespace, &psfPrefix_);
     FindPrefix(attributes, kKeywordsNamespace, &pskPrefix_);

@@ -59,7 +59,7 @@ void RunCheck(HostContext& context, const std::string& file) {
 
 void AddCheckCommand(Command app, HostContext& context) {
     const auto file = std::make_shared<std::string>();
-    app.AddCommand("check", "Tells which rules a PrintTicket or a PrintCapabilities breaks",
+    app.AddCommand("check", "Shows which rules a PrintTicket or a PrintCapabilities breaks",
                    [&context, file] { RunCheck(context, *file); })
         .AddOption("FILE", *file, "The document")
         .Required();

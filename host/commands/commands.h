@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <string>
 
+#include <subsystem/hosterror.h>
 #include "commandline.h"
 
 // What a command works with.
@@ -21,8 +22,8 @@ public:
 
     std::ostream& out;
     std::ostream& err;
-    std::string storeFolder;  // as given by --store; empty when it was not
-    int exitStatus = 0;       // of the command line, when nothing fails
+    std::string storeFolder;     // as given by --store; empty when it was not
+    int exitStatus = kExitDone;  // of the command line, when nothing fails
 
 private:
     void Open(const std::string& folder);

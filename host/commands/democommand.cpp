@@ -95,7 +95,7 @@ void RunDemo(HostContext& context, const std::string& output) {
     for (const std::filesystem::path& product : products)
         allSame = ShowProduct(context.out, product, folder / product.stem()) && allSame;
     context.out << "The files are in " << PathToUtf8(folder)
-                << "; 'mvpthost devmode show FILE' tells what a DEVMODE holds.\n";
+                << "; 'mvpthost devmode show FILE' shows what a DEVMODE holds.\n";
     if (!allSame) throw OperationError("a DEVMODE came back changed; compare the files named above");
 }
 

@@ -19,8 +19,8 @@ inline constexpr std::size_t kMaximumKeyName = 255;  // characters
 
 // The key name made from a port's name. One that is too long for a key is cut, and ends in an underscore and sixteen
 // hexadecimal digits made from the whole of it (FNV-1a), so that two long names keep two keys. An empty name gives "_".
-inline std::basic_string<WCHAR> GetCacheKeyName(std::basic_string_view<WCHAR> port) {
-    std::basic_string<WCHAR> name(port);
+inline WideString GetCacheKeyName(WideStringView port) {
+    WideString name(port);
     for (WCHAR& character : name)
         if (character == kKeyNameSeparator || character == WCHAR()) character = W('_');
     if (name.empty()) name += W('_');

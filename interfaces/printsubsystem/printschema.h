@@ -1,15 +1,11 @@
-// Names of Print Schema documents.
+// Namespaces of Print Schema documents, as wide text.
 #pragma once
 
+#include <facts/printschemanamespaces.h>
 #include <widetext.h>
-#include <windows.h>
 
-inline constexpr WCHAR kFrameworkNamespace[] =
-    W("http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework");
-inline constexpr WCHAR kKeywordsNamespace[] =
-    W("http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords");
-inline constexpr WCHAR kXmlSchemaInstanceNamespace[] = W("http://www.w3.org/2001/XMLSchema-instance");
-inline constexpr WCHAR kXmlSchemaNamespace[] = W("http://www.w3.org/2001/XMLSchema");
-// The driver family's own features and parameters.
-inline constexpr WCHAR kPrivateKeywordsNamespace[] =
-    W("http://schemas.morvane.example/enterprise/print/driver/native/printSchemaPrivateKeywords/2006/11");
+inline constexpr const auto& kFrameworkNamespace = kWide<facts::kFrameworkNamespace>.text;
+inline constexpr const auto& kKeywordsNamespace = kWide<facts::kKeywordsNamespace>.text;
+inline constexpr const auto& kXmlSchemaInstanceNamespace = kWide<facts::kXmlSchemaInstanceNamespace>.text;
+inline constexpr const auto& kXmlSchemaNamespace = kWide<facts::kXmlSchemaNamespace>.text;
+inline constexpr const auto& kPrivateKeywordsNamespace = kWide<facts::kPrivateKeywordsNamespace>.text;

@@ -151,7 +151,7 @@ std::string_view DomTree::UriToUtf8(WideStringView uri) {
         if (wide.size() == uri.size() && std::memcmp(wide.data(), uri.data(), uri.size() * sizeof(WCHAR)) == 0)
             return utf8;
     }
-    std::pair converted(std::basic_string<WCHAR>(uri), ContentToUtf8(uri));
+    std::pair converted(WideString(uri), ContentToUtf8(uri));
     auto& slot = recentUris_[oldestUri_];
     oldestUri_ = (oldestUri_ + 1) % recentUris_.size();
     slot = std::move(converted);

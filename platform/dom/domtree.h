@@ -16,6 +16,7 @@
 #include "domtext.h"
 
 #include <libxml/tree.h>
+#include <widetext.h>
 
 #include <array>
 #include <cstdint>
@@ -137,7 +138,7 @@ private:
 
     xmlDoc* document_;
     std::uint64_t changes_;
-    std::array<std::pair<std::basic_string<WCHAR>, std::string>, 4> recentUris_;  // as given, and as UTF-8
+    std::array<std::pair<WideString, std::string>, 4> recentUris_;  // as given, and as UTF-8
     std::size_t oldestUri_ = 0;
     // By prefix and URI; found without copying either.
     struct NamespaceOrder {

@@ -1,6 +1,7 @@
 // Bstr and Variant: owners of a BSTR and of a VARIANT.
 #pragma once
 
+#include <widetext.h>
 #include <windows.h>
 
 #include <oleauto.h>
@@ -14,8 +15,7 @@ class Bstr {
 public:
     Bstr() noexcept = default;
     // Copies. Throws std::bad_alloc when there is no memory; an empty text gives an allocated, empty BSTR.
-    explicit Bstr(std::basic_string_view<WCHAR> text)
-        : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
+    explicit Bstr(WideStringView text) : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
         if (!text_) throw std::bad_alloc();
     }
     Bstr(const Bstr& other) : text_(other.text_ ? Bstr(other.View()).Detach() : nullptr) {}
@@ -27,8 +27,8 @@ public:
     ~Bstr() { Reset(); }
 
     BSTR Get() const noexcept { return text_; }
-    std::basic_string_view<WCHAR> View() const noexcept {
-        return text_ ? std::basic_string_view<WCHAR>(text_, SysStringLen(text_)) : std::basic_string_view<WCHAR>();
+    WideStringView View() const noexcept {
+        return text_ ? WideStringView(text_, SysStringLen(text_)) : WideStringView();
     }
     bool IsEmpty() const noexcept { return View().empty(); }
     // For an out argument: frees what is held first.
@@ -47,7 +47,7 @@ private:
 class Variant {
 public:
     Variant() noexcept { VariantInit(&value_); }
-    explicit Variant(std::basic_string_view<WCHAR> text) : Variant() {
+    explicit Variant(WideStringView text) : Variant() {
         value_.bstrVal = Bstr(text).Detach();
         value_.vt = VT_BSTR;
     }
@@ -77,9 +77,9 @@ public:
         return &value_;
     }
     bool IsText() const noexcept { return value_.vt == VT_BSTR; }
-    std::basic_string_view<WCHAR> Text() const noexcept {
-        return IsText() && value_.bstrVal ? std::basic_string_view<WCHAR>(value_.bstrVal, SysStringLen(value_.bstrVal))
-                                          : std::basic_string_view<WCHAR>();
+    WideStringView Text() const noexcept {
+        return IsText() && value_.bstrVal ? WideStringView(value_.bstrVal, SysStringLen(value_.bstrVal))
+                                          : WideStringView();
     }
 
 private:

@@ -3,17 +3,17 @@
 
 #include <windows.h>
 
+#include <widetext.h>
 #include <algorithm>
 #include <span>
-#include <string_view>
 
 // Cut to the field's length less one; the rest becomes NULs.
-inline void SetNameField(std::span<WCHAR> field, std::basic_string_view<WCHAR> text) {
+inline void SetNameField(std::span<WCHAR> field, WideStringView text) {
     const std::size_t length = text.copy(field.data(), field.size() - 1);
     std::fill(field.begin() + static_cast<std::ptrdiff_t>(length), field.end(), WCHAR());
 }
 
 // Up to the field's first NUL or its end. Valid as long as the field.
-inline std::basic_string_view<WCHAR> GetNameField(std::span<const WCHAR> field) {
+inline WideStringView GetNameField(std::span<const WCHAR> field) {
     return {field.data(), static_cast<std::size_t>(std::find(field.begin(), field.end(), WCHAR()) - field.begin())};
 }

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include <string_view>
+#include <widetext.h>
 #include <vector>
 
 // The bytes of one answer. Pointers of a spooler record lie inside them.
@@ -70,7 +70,7 @@ public:
     std::vector<String> Texts(const WCHAR* list) const {
         std::vector<String> texts;
         for (;;) {
-            const auto text = Text<std::basic_string_view<WCHAR>>(list);
+            const auto text = Text<WideStringView>(list);
             if (text.empty()) return texts;
             texts.emplace_back(text.data(), text.size());
             list += text.size() + 1;

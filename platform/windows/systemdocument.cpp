@@ -11,7 +11,7 @@
 
 namespace {
 
-bool Lists(IXMLDOMNamedNodeMap* map, std::basic_string_view<WCHAR> name) {
+bool Lists(IXMLDOMNamedNodeMap* map, WideStringView name) {
     map->reset();
     for (ComPtr<IXMLDOMNode> node; map->nextNode(node.Put()) == S_OK && node;) {
         Bstr nodeName;

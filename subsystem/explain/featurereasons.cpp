@@ -1,6 +1,7 @@
 // Why a driver did not take a feature, an option or a parameter of a ticket as it stands there.
 #include "featurereasons.h"
 
+#include <facts/printschemanamespaces.h>
 #include <facts/units.h>
 #include <printsubsystem/printschema.h>
 #include <subsystem/hosttext.h>
@@ -129,7 +130,7 @@ Judgement JudgeUnknownName(const SchemaSetting& setting) {
         if (const std::optional<std::string> nearest = FindNearest(name.local, own))
             return {Verdict::Ignored, text + "; the nearest one is " + Quote(*nearest)};
         // Under the fallback prefix another maker's names look like the driver's.
-        if (name.uri.empty() || name.uri == ToUtf8(kPrivateKeywordsNamespace)) return {Verdict::Ignored, text};
+        if (name.uri.empty() || name.uri == facts::kPrivateKeywordsNamespace) return {Verdict::Ignored, text};
     }
     if (name.hasUndeclaredPrefix)
         return {Verdict::Ignored,

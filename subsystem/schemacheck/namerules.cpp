@@ -35,8 +35,8 @@ std::string ScoreKey(const SchemaElement& element) {
         } else if (child->kind == SchemaKind::ParameterRef) {
             parts.push_back("->" + child->GetName().GetKey());
         } else if (child->kind == SchemaKind::Value && element.kind == SchemaKind::ScoredProperty) {
-            const std::string* const type = child->FindAttribute("type", kInstanceUri);
-            const bool isName = type && child->Expand(*type).Is(kSchemaUri, "QName");
+            const std::string* const type = child->FindAttribute("type", facts::kXmlSchemaInstanceNamespace);
+            const bool isName = type && child->Expand(*type).Is(facts::kXmlSchemaNamespace, "QName");
             parts.push_back(isName ? child->Expand(text).GetKey() : std::string(text));
         }
     }

@@ -10,7 +10,7 @@
 namespace {
 
 std::optional<std::string> GetText(const SchemaElement& definition, std::string_view property) {
-    const SchemaElement* const found = definition.FindProperty(kFrameworkUri, property);
+    const SchemaElement* const found = definition.FindProperty(facts::kFrameworkNamespace, property);
     const SchemaElement* const value = found ? found->FindChild(SchemaKind::Value) : nullptr;
     if (!value) return std::nullopt;
     return value->text;
@@ -55,11 +55,12 @@ void CollectParameters(SchemaCheck& check) {
 
 void CheckDefinition(SchemaCheck& check, const SchemaElement& definition) {
     std::vector<const char*> demanded = {"DataType", "DefaultValue", "Mandatory", "UnitType"};
-    const SchemaElement* const typeProperty = definition.FindProperty(kFrameworkUri, "DataType");
+    const SchemaElement* const typeProperty = definition.FindProperty(facts::kFrameworkNamespace, "DataType");
     const SchemaElement* const typeValue = typeProperty ? typeProperty->FindChild(SchemaKind::Value) : nullptr;
     const ExpandedName type = typeValue ? typeValue->Expand(TrimXmlSpace(typeValue->text)) : ExpandedName();
-    const bool isText = type.Is(kSchemaUri, "string");
-    const bool isNumber = type.Is(kSchemaUri, "integer") || type.Is(kSchemaUri, "decimal");
+    const bool isText = type.Is(facts::kXmlSchemaNamespace, "string");
+    const bool isNumber =
+        type.Is(facts::kXmlSchemaNamespace, "integer") || type.Is(facts::kXmlSchemaNamespace, "decimal");
     if (isText) {
         demanded.insert(demanded.end(), {"MaxLength", "MinLength"});
     } else if (isNumber) {
@@ -71,7 +72,7 @@ void CheckDefinition(SchemaCheck& check, const SchemaElement& definition) {
     }
     std::string missing;
     for (const char* name : demanded)
-        if (!definition.FindProperty(kFrameworkUri, name))
+        if (!definition.FindProperty(facts::kFrameworkNamespace, name))
             missing += (missing.empty() ? "psf:" : ", psf:") + std::string(name);
     if (!missing.empty()) check.Break(definition, SchemaRule::Definitions, definition.Describe() + " lacks " + missing);
 

@@ -38,7 +38,7 @@ constexpr const char* kNoDocumentType = "a document type declaration (<!DOCTYPE)
 std::string Text(const xmlChar* text) { return text ? reinterpret_cast<const char*>(text) : std::string(); }
 
 SchemaKind KindOf(std::string_view local, std::string_view uri) {
-    if (uri != kFrameworkUri) return SchemaKind::Foreign;
+    if (uri != facts::kFrameworkNamespace) return SchemaKind::Foreign;
     for (const auto& [name, kind] : kKinds)
         if (name == local) return kind;
     return SchemaKind::Unknown;

@@ -1,18 +1,13 @@
 // SchemaElement: a Print Schema document as a plain tree whose elements know their lines.
 #pragma once
 
+#include <facts/printschemanamespaces.h>
+
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-inline constexpr std::string_view kFrameworkUri =
-    "http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework";
-inline constexpr std::string_view kKeywordsUri =
-    "http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords";
-inline constexpr std::string_view kInstanceUri = "http://www.w3.org/2001/XMLSchema-instance";
-inline constexpr std::string_view kSchemaUri = "http://www.w3.org/2001/XMLSchema";
 
 // Element of the framework by its local name; Unknown: another element of the framework; Foreign: of another namespace.
 enum class SchemaKind {

@@ -56,7 +56,8 @@ bool IsUnicodeEncoding(std::string_view encoding) {
 }
 
 bool IsKnownAttribute(const SchemaElement& element, const SchemaAttribute& attribute) {
-    if (attribute.uri == kInstanceUri) return attribute.local == "type" && element.kind == SchemaKind::Value;
+    if (attribute.uri == facts::kXmlSchemaInstanceNamespace)
+        return attribute.local == "type" && element.kind == SchemaKind::Value;
     const std::string& name = attribute.local;
     return attribute.uri.empty() &&
            (name == "version" || name == "name" || name == "constrained" || name == "propagate");
@@ -64,7 +65,7 @@ bool IsKnownAttribute(const SchemaElement& element, const SchemaAttribute& attri
 
 // A colour feature that the printer offers no choice of is declared all the same.
 bool MayBeEmpty(const SchemaCheck& check, const SchemaElement& feature) {
-    return check.isOwn && !check.IsTicket() && feature.GetName().Is(kKeywordsUri, "PageColorManagement");
+    return check.isOwn && !check.IsTicket() && feature.GetName().Is(facts::kKeywordsNamespace, "PageColorManagement");
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ constexpr std::array<std::string_view, 12> kSizes = {
 
 template <std::size_t Count>
 bool IsKeyword(const ExpandedName& name, const std::array<std::string_view, Count>& keywords) {
-    return name.isBound && name.uri == kKeywordsUri &&
+    return name.isBound && name.uri == facts::kKeywordsNamespace &&
            std::find(keywords.begin(), keywords.end(), name.local) != keywords.end();
 }
 
@@ -67,7 +67,7 @@ void CheckValue(SchemaCheck& check, const SchemaElement& value) {
     if (value.holdsRemark)
         check.Break(value, SchemaRule::Values,
                     "a Value holds a comment or a processing instruction; it may only hold text");
-    const std::string* const typeText = value.FindAttribute("type", kInstanceUri);
+    const std::string* const typeText = value.FindAttribute("type", facts::kXmlSchemaInstanceNamespace);
     if (!typeText) {
         check.Break(value, SchemaRule::Values, "a Value has no xsi:type");
         return;
@@ -77,13 +77,13 @@ void CheckValue(SchemaCheck& check, const SchemaElement& value) {
     const auto requireText = [&](bool good, const char* what) {
         if (!good) check.Break(value, SchemaRule::Values, "the value '" + std::string(text) + "' is not " + what);
     };
-    if (type.Is(kSchemaUri, "integer")) {
+    if (type.Is(facts::kXmlSchemaNamespace, "integer")) {
         requireText(IsInteger(text), "an integer");
-    } else if (type.Is(kSchemaUri, "decimal")) {
+    } else if (type.Is(facts::kXmlSchemaNamespace, "decimal")) {
         requireText(IsDecimal(text), "a decimal number");
-    } else if (type.Is(kSchemaUri, "QName")) {
+    } else if (type.Is(facts::kXmlSchemaNamespace, "QName")) {
         CheckQNameText(check, value, text);
-    } else if (!type.Is(kSchemaUri, "string")) {
+    } else if (!type.Is(facts::kXmlSchemaNamespace, "string")) {
         check.Break(value, SchemaRule::Values,
                     "the type '" + *typeText + "' is none of string, integer, decimal and QName of XML Schema");
     } else if (text.empty() && !value.text.empty()) {
@@ -94,7 +94,7 @@ void CheckValue(SchemaCheck& check, const SchemaElement& value) {
 
 void CheckChoices(SchemaCheck& check, const SchemaElement& element) {
     if (check.IsTicket()) return;
-    if (element.kind == SchemaKind::Feature && !element.FindProperty(kFrameworkUri, "SelectionType")) {
+    if (element.kind == SchemaKind::Feature && !element.FindProperty(facts::kFrameworkNamespace, "SelectionType")) {
         if (check.isOwn && IsKeyword(element.GetName(), kWithoutSelectionType)) {
             check.Note(element, SchemaRule::Choices,
                        element.Describe() + " has no psf:SelectionType: the component declares it without one");
@@ -116,10 +116,10 @@ void CheckSize(SchemaCheck& check, const SchemaElement& element) {
         const SchemaElement* const value = holder ? holder->FindChild(SchemaKind::Value) : nullptr;
         if (!value) return;
         const std::string_view text = TrimXmlSpace(value->text);
-        const std::string* const type = value->FindAttribute("type", kInstanceUri);
+        const std::string* const type = value->FindAttribute("type", facts::kXmlSchemaInstanceNamespace);
         const bool isZero = WithoutSign(text).find_first_not_of('0') == std::string_view::npos;
         if (IsInteger(text) && (isZero ? isZeroGood : !text.starts_with('-')) &&
-            (!type || value->Expand(*type).Is(kSchemaUri, "integer")))
+            (!type || value->Expand(*type).Is(facts::kXmlSchemaNamespace, "integer")))
             return;
         check.Break(*value, SchemaRule::Sizes,
                     (holder == &element ? "" : holder->Describe() + " of ") + element.Describe() + " is '" +
@@ -127,7 +127,8 @@ void CheckSize(SchemaCheck& check, const SchemaElement& element) {
     };
     if (element.kind == SchemaKind::ParameterDef) {
         for (const char* bound : {"DefaultValue", "MinValue", "MaxValue"})
-            require(element.FindProperty(kFrameworkUri, bound), true, "an integer of micrometres that is not negative");
+            require(element.FindProperty(facts::kFrameworkNamespace, bound), true,
+                    "an integer of micrometres that is not negative");
     } else if (element.kind == SchemaKind::ScoredProperty || element.kind == SchemaKind::Property ||
                element.kind == SchemaKind::ParameterInit) {
         require(&element, false, "a positive integer of micrometres");

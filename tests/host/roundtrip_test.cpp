@@ -95,7 +95,8 @@ PrintSession::Document SelectOption(const SchemaElement& capabilities, const std
         const std::string& name = *definition->FindAttribute("name");
         if (definition->kind == SchemaKind::ParameterDef && option.find("Ref name=\"" + name) != std::string::npos)
             text += "<psf:ParameterInit name=\"" + name + "\">" +
-                    Repeat(*definition->FindProperty(kFrameworkUri, "DefaultValue")->FindChild(SchemaKind::Value)) +
+                    Repeat(*definition->FindProperty(facts::kFrameworkNamespace, "DefaultValue")
+                                ->FindChild(SchemaKind::Value)) +
                     "</psf:ParameterInit>";
     }
     return ReadDocumentBytes(text + "</psf:PrintTicket>", "ticket");

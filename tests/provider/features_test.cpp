@@ -20,7 +20,9 @@ TEST_F(Color, TravelsToTheTicketAndBack) {
         const char *methodOption, *intentOption;
         DWORD methodBack;
     } cases[] = {{1, 1, "psk:None", "psk:BusinessGraphics", 1},
+                 {2, 2, "psk:System", "psk:Photographs", 2},
                  {3, 3, "psk:Driver", "psk:RelativeColorimetric", 3},
+                 {4, 4, "psk:Device", "psk:AbsoluteColorimetric", 4},
                  {99, 7, "psk:Device", "psk:Photographs", 4}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.method);
