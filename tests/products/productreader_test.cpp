@@ -122,6 +122,7 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"dmPaperSize = 9", "dmPaperSize = 8", 26, "devmode.dmPaperSize: expected one that the product lists, got 8"},
         {"\\u00E4", "\\u0000", 28, "strings.418: expected a text without control characters"},
         {"\\u00E4", "\xC3", 28, "expected TOML"},
+        {"default = 1 }", "default = 1\xC3\xA9 }", 24, "expected TOML"},  // a letter that could be a blank
         {"= 6700, width", "= 6700, form = \"F\", width", 8, "papers[2].form: expected no such key"},
         {"\"Auto\"", "\"Auto\", holds = { size = \"ISOA4\" }", 11, "trays[0].holds.size: expected nothing"},
         {"\"Banner\", media", "\"CustomMediaSize\", media", 11, "trays[1].holds.width: expected a whole number"},
