@@ -5,6 +5,7 @@
 #include <mvcore/datamodelmanager.h>
 #include <mvutil/crc32.h>
 #include <mvutil/morvaneutilities.h>
+#include <mvutil/operationscope.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 #include <mvutil/textresources.h>
@@ -19,6 +20,7 @@ bool IsWholeCapabilityBlob(const CapabilityGroup& group, ByteBuffer blob) {
 }
 
 void RebuildCapabilityCaches(HANDLE printer) {
+    const OperationScope scope;
     TextResourceLoader::Initialize(printer, false);
     const ProductStringLoader loader(DataModelIds::kNotSet);
     MSDeviceCapabilities capabilities;  // outlives the manager, which it observes

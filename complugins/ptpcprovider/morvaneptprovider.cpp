@@ -4,6 +4,7 @@
 #include <bstr.h>
 #include <comptr.h>
 #include <mvutil/morvaneexception.h>
+#include <mvutil/operationscope.h>
 #include <mvutil/printdriver.h>
 #include <objbase.h>
 #include <printsubsystem/printschema.h>
@@ -77,6 +78,7 @@ HRESULT MorvanePtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS o
     if (version != kInterfaceVersion) return E_VERSION_NOT_SUPPORTED;
 
     const HRESULT bound = RunWalled([&] {
+        const OperationScope scope;
         const ULONGLONG flags = PrintDriver().GetDriverCapability(printer, facts::kDriverCapabilityFlags);
         // A printer without its workflow library still binds; what needs product data fails later.
         workflowObject_.InitializeWorkflowObject(printer, this, &controllerFamily_);

@@ -3,6 +3,7 @@
 
 #include <caughtexception.h>
 #include <mscacheddevicecapabilities.h>
+#include <mvutil/operationscope.h>
 #include <ptpcprovider/printcapabilitiesxmldocument.h>
 #include <ptpcprovider/printticketxmldocument.h>
 #include <xdevmode.h>
@@ -11,10 +12,12 @@
 
 namespace {
 
-// Runs an operation's script; whatever escapes it is reported once and becomes E_FAIL.
+// Runs an operation's script, within which the printer stays as it is; whatever escapes it is reported once and becomes
+// E_FAIL.
 template <class Script>
 HRESULT RunOperation(const WCHAR* operation, Script script, LONG line = __builtin_LINE()) {
     try {
+        const OperationScope scope;
         return script();
     } catch (...) {
         ReportCaughtException(operation, W("morvaneptprovider"), line);

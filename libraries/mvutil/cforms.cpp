@@ -4,6 +4,8 @@
 #include <facts/papernumbers.h>
 #include <mvutil/printer.h>
 
+#include "operationmemory.h"
+
 #include <namefield.h>
 #include <sizedread.h>
 #include <windows.h>
@@ -35,23 +37,38 @@ _MVN_FORM_INFO MakeForm(const FORM_INFO_1W& source, const CXString& name, WORD n
     return form;
 }
 
-}  // namespace
-
-CForms::CForms(HANDLE printer, bool allForms) {
-    if (!Printer::IsValidHandle(printer)) return;
+// All that have a number; none when the spooler does not answer.
+std::vector<_MVN_FORM_INFO> AskForForms(HANDLE printer) {
+    std::vector<_MVN_FORM_INFO> list;
     SizedBytes records;
     DWORD count = 0;
     const DWORD error = records.ReadWithLastError(
         [&](BYTE* buffer, DWORD size, DWORD* needed) { return EnumFormsW(printer, 1, buffer, size, needed, &count); });
-    if (error != ERROR_SUCCESS) return;
+    if (error != ERROR_SUCCESS) return list;
     const FORM_INFO_1W* const forms = records.As<FORM_INFO_1W>();
     const std::size_t listed = records.CountRecords<FORM_INFO_1W>(count);
-    forms_.reserve(listed);
+    list.reserve(listed);
     for (std::size_t index = 0; index < listed && NumberAt(index) <= facts::kLastFormPaper; ++index) {
-        const FORM_INFO_1W& form = forms[index];
-        if (!allForms && form.Size.cx > form.Size.cy) continue;
-        forms_.push_back(MakeForm(form, records.Text<CXString>(form.pName), static_cast<WORD>(NumberAt(index))));
+        const CXString name = records.Text<CXString>(forms[index].pName);
+        list.push_back(MakeForm(forms[index], name, static_cast<WORD>(NumberAt(index))));
     }
+    return list;
+}
+
+std::vector<_MVN_FORM_INFO> ReadForms(HANDLE printer) {
+    OperationMemory* const memory = GetOperationMemory();
+    if (!memory) return AskForForms(printer);
+    std::vector<_MVN_FORM_INFO>& forms = memory->forms[printer];
+    if (forms.empty()) forms = AskForForms(printer);
+    return forms;
+}
+
+}  // namespace
+
+CForms::CForms(HANDLE printer, bool allForms) {
+    if (!Printer::IsValidHandle(printer)) return;
+    forms_ = ReadForms(printer);
+    if (!allForms) std::erase_if(forms_, [](const _MVN_FORM_INFO& form) { return form.width > form.length; });
 }
 
 const _MVN_FORM_INFO* CForms::GetFormW(const CXString& name) const {

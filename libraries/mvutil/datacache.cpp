@@ -7,6 +7,7 @@
 #include <mvutil/printer.h>
 #include <mvutil/throwfailure.h>
 
+#include "operationmemory.h"
 #include "registryread.h"
 
 #include <algorithm>
@@ -29,6 +30,26 @@ DWORD CrcOfPrinter(HANDLE printer, DWORD start) {
     RequirePrinter(printer);
     const CXString name = Printer(printer).GetPrinterName();
     return Crc32::GetCrc(name.GetString(), name.GetLength() * sizeof(WCHAR), start);
+}
+
+// Null when it does not exist or cannot be read.
+std::shared_ptr<const ByteBuffer> ReadStored(HKEY hive, const CXString& path, const CXString& name) {
+    OperationMemory* const memory = GetOperationMemory();
+    const OperationMemory::RegistryPlace place(hive, path.AsWideString(), name.AsWideString());
+    if (memory) {
+        const auto found = memory->cachedValues.find(place);
+        if (found != memory->cachedValues.end()) return found->second;
+    }
+    auto value = std::make_shared<ByteBuffer>();
+    const DWORD error = QueryRegistryValue(hive, path, name, *value);
+    if (error != ERROR_SUCCESS) value.reset();
+    if (memory && (value || error == ERROR_FILE_NOT_FOUND)) memory->cachedValues.emplace(place, value);
+    return value;
+}
+
+// Before any is changed: the registry's names have no case, and what they keep is asked for again.
+void ForgetStoredValues() {
+    if (OperationMemory* const memory = GetOperationMemory()) memory->cachedValues.clear();
 }
 
 }  // namespace
@@ -60,6 +81,7 @@ bool DataCache::SetValue(const CXString& name, DWORD type, const ByteBuffer& val
         }
         return true;
     }
+    ForgetStoredValues();
     UniqueKey key = OpenKey(hive_, path_, KEY_WRITE);
     if (!key && create_ &&
         RegCreateKeyExW(hive_, path_, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, key.Put(), nullptr) !=
@@ -86,9 +108,13 @@ bool DataCache::SetCachedValue(const CXString& name, LONG value, bool volatileVa
 bool DataCache::GetCachedBytesValue(const CXString& name, ByteBuffer& value) const {
     value.clear();
     const auto held = const_cast<DataCache*>(this)->FindVolatile(name);
-    if (held == volatileValues_.end()) return ReadRegistryValue(hive_, path_, name, value);
-    value = held->second;
-    return true;
+    if (held != volatileValues_.end()) {
+        value = held->second;
+        return true;
+    }
+    const auto stored = ReadStored(hive_, path_, name);
+    if (stored) value = *stored;
+    return stored != nullptr;
 }
 
 LONG DataCache::GetCachedLongValue(const CXString& name, LONG defaultValue) const {
@@ -98,8 +124,8 @@ LONG DataCache::GetCachedLongValue(const CXString& name, LONG defaultValue) cons
 }
 
 bool DataCache::DoesCacheExist(const CXString& name) const {
-    ByteBuffer value;
-    return GetCachedBytesValue(name, value);
+    return const_cast<DataCache*>(this)->FindVolatile(name) != volatileValues_.end() ||
+           ReadStored(hive_, path_, name) != nullptr;
 }
 
 bool DataCache::DeleteCache(const CXString& name, bool volatileValue) {
@@ -107,6 +133,7 @@ bool DataCache::DeleteCache(const CXString& name, bool volatileValue) {
     const bool wasHeld = held != volatileValues_.end();
     if (wasHeld) volatileValues_.erase(held);
     if (volatileValue) return wasHeld;
+    ForgetStoredValues();
     const UniqueKey key = OpenKey(hive_, path_, KEY_WRITE);
     return (key && RegDeleteValueW(key.Get(), name) == ERROR_SUCCESS) || wasHeld;
 }

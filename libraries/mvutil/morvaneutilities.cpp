@@ -5,6 +5,7 @@
 #include <mvutil/lackofmemory.h>
 #include <mvutil/operatingsystem.h>
 
+#include "operationmemory.h"
 #include "registryread.h"
 
 CXString MorvaneUtilities::ReplaceControlCharacters(const CXString& text) {
@@ -39,11 +40,22 @@ CXString MorvaneUtilities::ConvertPortNameToRegistryKey(const CXString& port) {
     return GetCacheKeyName(port.AsWideString());
 }
 
-HKEY MorvaneUtilities::GetRegistryHiveByContext() {
+namespace {
+
+HKEY FindHiveByContext() {
     if (DriverLoadedContext::IsSpoolerOrFilterPipelineExeContext()) return HKEY_LOCAL_MACHINE;
     if (OpenKey(HKEY_LOCAL_MACHINE, kDriverFamilyKey, KEY_WRITE)) return HKEY_LOCAL_MACHINE;
     UniqueKey key;
     const LSTATUS status = RegCreateKeyExW(HKEY_LOCAL_MACHINE, kDriverFamilyKey, 0, nullptr, REG_OPTION_NON_VOLATILE,
                                            KEY_WRITE, nullptr, key.Put(), nullptr);
     return status == ERROR_SUCCESS ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+}
+
+}  // namespace
+
+HKEY MorvaneUtilities::GetRegistryHiveByContext() {
+    OperationMemory* const memory = GetOperationMemory();
+    if (!memory) return FindHiveByContext();
+    if (!memory->hive) memory->hive = FindHiveByContext();
+    return *memory->hive;
 }

@@ -9,6 +9,8 @@
 #include <mvutil/throwfailure.h>
 #include <products/reader/productdescription.h>
 
+#include "operationmemory.h"
+
 #include <sizedread.h>
 #include <windows.h>
 // After windows.h, which it needs.
@@ -26,12 +28,34 @@ constexpr int kDependentFiles = 8;
     ThrowFailure(GetExceptionPrintDriverFailure, message, methodName, W("printdriver"), line);
 }
 
-DWORD ReadDriver(HANDLE printer, SizedBytes& record) {
-    if (!Printer::IsValidHandle(printer)) return ERROR_INVALID_HANDLE;
-    const DWORD error = record.ReadWithLastError([&](BYTE* buffer, DWORD size, DWORD* needed) {
-        return GetPrinterDriverW(printer, nullptr, 3, buffer, size, needed);
+// A driver's record, or why there is none.
+struct DriverAnswer {
+    OperationMemory::Record record;
+    DWORD error = ERROR_SUCCESS;
+
+    const DRIVER_INFO_3W& operator*() const { return *record->As<DRIVER_INFO_3W>(); }
+    CXString Text(const WCHAR* text) const { return record->Text<CXString>(text); }
+    std::vector<CXString> Texts(const WCHAR* list) const { return record->Texts<CXString>(list); }
+};
+
+DriverAnswer ReadDriver(HANDLE printer) {
+    DriverAnswer answer;
+    if (!Printer::IsValidHandle(printer)) return {nullptr, ERROR_INVALID_HANDLE};
+    answer.record = RememberedOr(&OperationMemory::drivers, printer, [&]() -> OperationMemory::Record {
+        const auto record = std::make_shared<SizedBytes>();
+        answer.error = record->ReadWithLastError([&](BYTE* buffer, DWORD size, DWORD* needed) {
+            return GetPrinterDriverW(printer, nullptr, 3, buffer, size, needed);
+        });
+        if (answer.error == ERROR_SUCCESS && !record->As<DRIVER_INFO_3W>()) answer.error = ERROR_INVALID_DATA;
+        return answer.error == ERROR_SUCCESS ? record : nullptr;
     });
-    return error == ERROR_SUCCESS && !record.As<DRIVER_INFO_3W>() ? ERROR_INVALID_DATA : error;
+    return answer;
+}
+
+DriverAnswer RequireDriver(HANDLE printer, const WCHAR* methodName) {
+    DriverAnswer answer = ReadDriver(printer);
+    if (answer.error != ERROR_SUCCESS) ThrowPrintDriverFailure(methodName, answer.error);
+    return answer;
 }
 
 }  // namespace
@@ -44,17 +68,15 @@ ULONGLONG PrintDriver::GetDriverCapability(HANDLE printer, int capability) const
 }
 
 CXString PrintDriver::GetDriverFiles(HANDLE printer, int kind, const CXString& filter) const {
-    SizedBytes record;
-    const DWORD error = ReadDriver(printer, record);
-    if (error != ERROR_SUCCESS) ThrowPrintDriverFailure(W("PrintDriver::GetDriverFiles"), error);
-    const DRIVER_INFO_3W& driver = *record.As<DRIVER_INFO_3W>();
+    const DriverAnswer driver = RequireDriver(printer, W("PrintDriver::GetDriverFiles"));
+    const DRIVER_INFO_3W& info = *driver;
     std::vector<CXString> files;
     if (kind & kMainFiles) {
-        for (const WCHAR* file : {driver.pDriverPath, driver.pDataFile, driver.pConfigFile})
-            files.push_back(record.Text<CXString>(file));
+        for (const WCHAR* file : {info.pDriverPath, info.pDataFile, info.pConfigFile})
+            files.push_back(driver.Text(file));
     }
     if (kind & kDependentFiles) {
-        for (const CXString& file : record.Texts<CXString>(driver.pDependentFiles)) files.push_back(file);
+        for (const CXString& file : driver.Texts(info.pDependentFiles)) files.push_back(file);
     }
     CXString wanted = filter;
     wanted.MakeLower();
@@ -67,11 +89,9 @@ CXString PrintDriver::GetDriverFiles(HANDLE printer, int kind, const CXString& f
 }
 
 std::vector<CXString> PrintDriver::GetDriverDependentFiles(HANDLE printer) const {
-    SizedBytes record;
-    const DWORD error = ReadDriver(printer, record);
-    if (error != ERROR_SUCCESS) ThrowPrintDriverFailure(W("PrintDriver::GetDriverDependentFiles"), error);
+    const DriverAnswer driver = RequireDriver(printer, W("PrintDriver::GetDriverDependentFiles"));
     std::vector<CXString> names;
-    for (const CXString& file : record.Texts<CXString>(record.As<DRIVER_INFO_3W>()->pDependentFiles)) {
+    for (const CXString& file : driver.Texts((*driver).pDependentFiles)) {
         const std::size_t folder = file.AsWideString().find_last_of(W("\\/"));
         names.push_back(folder == WideString::npos ? file : CXString(file.AsWideString().substr(folder + 1)));
     }
@@ -80,17 +100,15 @@ std::vector<CXString> PrintDriver::GetDriverDependentFiles(HANDLE printer) const
 
 CXString PrintDriver::GetMorvaneDriverDataFilePathFromHandle(HANDLE printer) {
     constexpr const WCHAR* kMethod = W("PrintDriver::GetMorvaneDriverDataFilePathFromHandle");
-    SizedBytes record;
-    const DWORD error = ReadDriver(printer, record);
-    if (error != ERROR_SUCCESS) ThrowPrintDriverFailure(kMethod, error);
-    CXString file = record.Text<CXString>(record.As<DRIVER_INFO_3W>()->pDataFile);
+    const DriverAnswer driver = RequireDriver(printer, kMethod);
+    CXString file = driver.Text((*driver).pDataFile);
     if (file.IsEmpty()) ThrowPrintDriverFailure(kMethod, ERROR_FILE_NOT_FOUND);
     return file;
 }
 
 int PrintDriver::GetInstallationStateFromHandle(HANDLE printer) {
-    SizedBytes record;
-    switch (const DWORD error = ReadDriver(printer, record)) {
+    const DriverAnswer driver = ReadDriver(printer);
+    switch (driver.error) {
         case ERROR_SUCCESS:
             break;
         case ERROR_INVALID_HANDLE:
@@ -99,9 +117,9 @@ int PrintDriver::GetInstallationStateFromHandle(HANDLE printer) {
         case ERROR_UNKNOWN_PRINTER_DRIVER:
             return 1;
         default:
-            ThrowPrintDriverFailure(W("PrintDriver::GetInstallationStateFromHandle"), error);
+            ThrowPrintDriverFailure(W("PrintDriver::GetInstallationStateFromHandle"), driver.error);
     }
-    const CXString file = record.Text<CXString>(record.As<DRIVER_INFO_3W>()->pDataFile);
+    const CXString file = driver.Text((*driver).pDataFile);
     if (file.IsEmpty()) return 2;
     return LoadProductFile(file) ? kInstallationComplete : 3;
 }

@@ -6,6 +6,8 @@
 #include <mvutil/lackofmemory.h>
 #include <mvutil/throwfailure.h>
 
+#include "operationmemory.h"
+
 #include <sizedread.h>
 #include <windows.h>
 // After windows.h, which it needs.
@@ -20,14 +22,20 @@ namespace {
     ThrowFailure(GetExceptionPrinterFailure, message, methodName, W("printer"), line);
 }
 
-SizedBytes ReadPrinter(HANDLE printer, const WCHAR* methodName) {
-    if (!Printer::IsValidHandle(printer)) ThrowPrinterFailure(methodName, ERROR_INVALID_HANDLE);
-    SizedBytes record;
-    const DWORD error = record.ReadWithLastError(
+OperationMemory::Record AskForPrinter(HANDLE printer, const WCHAR* methodName) {
+    const auto record = std::make_shared<SizedBytes>();
+    const DWORD error = record->ReadWithLastError(
         [&](BYTE* buffer, DWORD size, DWORD* needed) { return GetPrinterW(printer, 5, buffer, size, needed); });
     if (error != ERROR_SUCCESS) ThrowPrinterFailure(methodName, error);
-    if (!record.As<PRINTER_INFO_5W>()) ThrowPrinterFailure(methodName, ERROR_INVALID_DATA);
+    if (!record->As<PRINTER_INFO_5W>()) ThrowPrinterFailure(methodName, ERROR_INVALID_DATA);
     return record;
+}
+
+CXString ReadText(HANDLE printer, LPWSTR PRINTER_INFO_5W::*field, const WCHAR* methodName) {
+    if (!Printer::IsValidHandle(printer)) ThrowPrinterFailure(methodName, ERROR_INVALID_HANDLE);
+    const auto record =
+        RememberedOr(&OperationMemory::printers, printer, [&] { return AskForPrinter(printer, methodName); });
+    return record->Text<CXString>(record->As<PRINTER_INFO_5W>()->*field);
 }
 
 }  // namespace
@@ -37,13 +45,11 @@ Printer::Printer(HANDLE printer) : printer_(printer) {}
 bool Printer::IsValidHandle(HANDLE printer) noexcept { return printer && printer != INVALID_HANDLE_VALUE; }
 
 CXString Printer::GetPrinterName() const {
-    const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterName"));
-    return record.Text<CXString>(record.As<PRINTER_INFO_5W>()->pPrinterName);
+    return ReadText(printer_, &PRINTER_INFO_5W::pPrinterName, W("Printer::GetPrinterName"));
 }
 
 CXString Printer::GetPrinterPort() const {
-    const SizedBytes record = ReadPrinter(printer_, W("Printer::GetPrinterPort"));
-    return record.Text<CXString>(record.As<PRINTER_INFO_5W>()->pPortName);
+    return ReadText(printer_, &PRINTER_INFO_5W::pPortName, W("Printer::GetPrinterPort"));
 }
 
 bool Printer::GetPrinterDataW(const CXString& name, DWORD& type, ByteBuffer& value) const {

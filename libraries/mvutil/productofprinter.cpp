@@ -5,13 +5,16 @@
 #include <mvutil/printdriver.h>
 #include <products/reader/productdescription.h>
 
+#include "operationmemory.h"
+
 #include <exception>
 #include <new>
 
 std::shared_ptr<const ProductDescription> LoadProductFile(CXString path) {
     try {
         path.Replace(W("\\"), W("/"));
-        return LoadProduct(path.AsWideString());
+        const WideString& file = path.AsWideString();
+        return RememberedOr(&OperationMemory::products, file, [&] { return LoadProduct(file); });
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception&) {

@@ -14,14 +14,19 @@ inline UniqueKey OpenKey(HKEY hive, const CXString& path, REGSAM access) {
     return key;
 }
 
-// False when the value does not exist or cannot be read.
-inline bool ReadRegistryValue(HKEY hive, const CXString& path, const CXString& name, ByteBuffer& value) {
-    const UniqueKey key = OpenKey(hive, path, KEY_READ);
-    if (!key) return false;
+// A Win32 error code; ERROR_FILE_NOT_FOUND when the key or the value does not exist.
+inline DWORD QueryRegistryValue(HKEY hive, const CXString& path, const CXString& name, ByteBuffer& value) {
+    UniqueKey key;
+    const LSTATUS status = RegOpenKeyExW(hive, path.GetString(), 0, KEY_READ, key.Put());
+    if (status != ERROR_SUCCESS) return static_cast<DWORD>(status);
     SizedBytes bytes;
     DWORD type = REG_NONE;
     const DWORD error = ReadRegistryValue(key.Get(), name.GetString(), type, bytes);
-    if (error != ERROR_SUCCESS) return false;
-    value.setWithLpbyte(bytes.Get().data(), bytes.Get().size());
-    return true;
+    if (error == ERROR_SUCCESS) value.setWithLpbyte(bytes.Get().data(), bytes.Get().size());
+    return error;
+}
+
+// False when the value does not exist or cannot be read.
+inline bool ReadRegistryValue(HKEY hive, const CXString& path, const CXString& name, ByteBuffer& value) {
+    return QueryRegistryValue(hive, path, name, value) == ERROR_SUCCESS;
 }

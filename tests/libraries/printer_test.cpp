@@ -3,8 +3,10 @@
 #include <support/userpapers.h>
 
 #include <mvutil/cforms.h>
+#include <mvutil/datacache.h>
 #include <mvutil/morvaneexception.h>
 #include <mvutil/operatingsystem.h>
+#include <mvutil/operationscope.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 
@@ -99,6 +101,46 @@ TEST_F(PrinterTest, FormsAreNumberedFromOneInTheSpoolersOrder) {
     EXPECT_EQ(tall.GetFormW(W("A User's Form")), nullptr) << "wider than long";
     ASSERT_NE(tall.GetFormW(W("A4")), nullptr);
     EXPECT_EQ(tall.GetFormW(W("A4"))->formIndex, 9) << "leaving forms out moves no number";
+}
+
+// What is asked of the printer, its forms and its cached values, in one line.
+std::string Describe(HANDLE printer) {
+    const DataCache cache(printer, W("key"), 0, true);
+    return Printer(printer).GetPrinterPort().ToUtf8() + " " +
+           std::to_string(CForms(printer, true).GetFormW(W("Own")) != nullptr) +
+           std::to_string(cache.GetCachedLongValue(W("Value"), -1));
+}
+
+TEST_F(PrinterTest, AnOperationSeesOnePrinterAndWhatItWritesItself) {
+    const CXString port = Printer(handle_).GetPrinterPort();
+    const auto change = [&](const WideString& newPort, LONG value) {
+        UniqueKey key;
+        const CXString path = CXString(W("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\")) + printer_.GetName();
+        ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_WRITE, key.Put()), ERROR_SUCCESS);
+        RegSetValueExW(key.Get(), W("Port"), 0, REG_SZ, reinterpret_cast<const BYTE*>(newPort.c_str()),
+                       static_cast<DWORD>(newPort.size() + 1) * sizeof(WCHAR));
+        ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, W("Software\\Morvane\\Printer Driver\\Printers\\key"), 0, nullptr,
+                                  0, KEY_WRITE, nullptr, key.Put(), nullptr),
+                  ERROR_SUCCESS);
+        RegSetValueExW(key.Get(), W("Value"), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);
+    };
+    const std::string before = port.ToUtf8() + " 0-1";
+    {
+        const OperationScope scope;
+        EXPECT_EQ(Describe(handle_), before);
+        change(W("NEW:"), 5);
+        AddForm(handle_, W("Own"), 70000, 100000);
+        {
+            const OperationScope inner;
+            EXPECT_EQ(Describe(handle_), before) << "what others write, inside another scope too";
+        }
+        EXPECT_EQ(Describe(handle_), before) << "of the outer scope, which still lives";
+        DataCache(handle_, W("key"), 0, true).SetCachedValue(W("VALUE"), 7, false);
+        EXPECT_EQ(Describe(handle_), port.ToUtf8() + " 07") << "what this library writes";
+        EXPECT_TRUE(DataCache(handle_, W("key"), 0, true).DeleteCache(W("value"), false));
+        EXPECT_EQ(Describe(handle_), before);
+    }
+    EXPECT_EQ(Describe(handle_), "NEW: 1-1") << "the next operation asks afresh";
 }
 
 // What the system answers for the user; it may have read the registry long before.
