@@ -17,7 +17,7 @@ endif()
 # The preprocessor's output names the precompiled header, so that caches see it.
 add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 
-option(MV_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+set(MV_SANITIZE "" CACHE STRING "Build with these sanitizers: \"address,undefined\" or \"thread\"")
 option(MV_BENCH "Build the benchmarks" OFF)
 option(MV_FUZZ "Build the fuzz targets, and all for them, with clang's libFuzzer; no tests" OFF)
 option(MV_LINT "Describe how every source is compiled, for the linter, which reads and does not build" OFF)
@@ -59,8 +59,11 @@ if(MV_SANITIZE OR MV_FUZZ)
     add_compile_definitions(_GLIBCXX_ASSERTIONS)  # an index beside a container's elements ends the program
 endif()
 if(MV_SANITIZE)
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
-    add_link_options(-fsanitize=address,undefined)
+    add_compile_options(-fsanitize=${MV_SANITIZE} -fno-omit-frame-pointer)
+    if(MV_SANITIZE MATCHES undefined)
+        add_compile_options(-fno-sanitize-recover=undefined)
+    endif()
+    add_link_options(-fsanitize=${MV_SANITIZE})
 endif()
 
 # What most sources include of the standard library, compiled once for the libraries of a native build. Each source still
