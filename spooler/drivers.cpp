@@ -57,10 +57,7 @@ BOOL WINAPI DeletePrinterDriverW(LPWSTR server, LPWSTR environment, LPWSTR drive
         Require(driver && (!server || !*server), ERROR_INVALID_PARAMETER);
         RequireEnvironment(environment);
         Require(ReadDriver(driver).has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
-        const auto printers = ReadPrinters();
-        Require(std::none_of(printers.begin(), printers.end(),
-                             [&](const StoredPrinter& printer) { return EqualRegistryNames(printer.driver, driver); }),
-                ERROR_PRINTER_DRIVER_IN_USE);
+        Require(!IsDriverUsed(driver), ERROR_PRINTER_DRIVER_IN_USE);
         RemoveStoredDriver(driver);
     });
 }

@@ -2,17 +2,17 @@
 #include "printerinstall.h"
 
 #include "cacheskey.h"
+#include "printername.h"
 
 #include <products/reader/productdescription.h>
 
+#include <sizedread.h>
 #include <windows.h>
 // After windows.h, which it needs.
 #include <winspool.h>
 
 #include <algorithm>
-#include <optional>
 #include <stdexcept>
-#include <vector>
 
 namespace {
 
@@ -35,13 +35,20 @@ std::string Quoted(const WideString& text) { return "'" + NarrowToUtf8(text) + "
     }
 }
 
-bool SharesCaches(const WideString& a, const WideString& b) {
-    return EqualRegistryNames(GetCachesKey(a), GetCachesKey(b));
+[[noreturn]] void ThrowExists(const WideString& name) {
+    if (HalfPrinters::Contains(name))
+        throw std::runtime_error("The printer " + Quoted(name) +
+                                 " is half there, from an addition or removal that was interrupted or is going on; "
+                                 "'printer remove' clears it");
+    SetLastError(ERROR_PRINTER_ALREADY_EXISTS);
+    ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
 }
 
-bool IsPortUsed(const std::vector<PrinterRow>& printers, const WideString& port) {
-    return std::any_of(printers.begin(), printers.end(),
-                       [&](const PrinterRow& printer) { return SharesCaches(printer.port, port); });
+// Ports with one value share their caches.
+WideString GetPortIndex(const WideString& port) {
+    WideString index = GetCacheKeyName(port);
+    LowerRegistryName(index);
+    return index;
 }
 
 // The port's key is given in the terms of its caches, which it stands for.
@@ -49,8 +56,8 @@ WideString GetPortKey(const WideString& port) {
     return W("SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors\\Morvane Port\\Ports\\") + GetCacheKeyName(port);
 }
 
-// False when the port is taken. Of several processes that add printers at once each takes another.
-bool TakePort(const WideString& port) {
+// False when there is such a port. Of several processes that add printers at once each makes another.
+bool MakePort(const WideString& port) {
     UniqueKey key;
     DWORD disposition = 0;
     const LSTATUS status = RegCreateKeyExW(HKEY_LOCAL_MACHINE, GetPortKey(port).c_str(), 0, nullptr,
@@ -61,28 +68,6 @@ bool TakePort(const WideString& port) {
 }
 
 void GiveBackPort(const WideString& port) { RegDeleteTreeW(HKEY_LOCAL_MACHINE, GetPortKey(port).c_str()); }
-
-// A port that no printer has, given back unless it is kept.
-class OwnPort {
-public:
-    explicit OwnPort(const std::vector<PrinterRow>& printers) {
-        int number = 1;
-        do {
-            name_ = WidenUtf8("MV_" + std::to_string(number++) + ":");
-        } while (IsPortUsed(printers, name_) || !TakePort(name_));
-    }
-    OwnPort(const OwnPort&) = delete;
-    OwnPort& operator=(const OwnPort&) = delete;
-    ~OwnPort() {
-        if (!kept_) GiveBackPort(name_);
-    }
-    const WideString& GetName() const noexcept { return name_; }
-    void Keep() noexcept { kept_ = true; }
-
-private:
-    WideString name_;
-    bool kept_ = false;
-};
 
 // What is left of a printer that had the port before would be taken for the new one's capabilities.
 void ClearCaches(const WideString& port) {
@@ -106,52 +91,151 @@ void AddDriver(const ProductDescription& product, const WideString& driver) {
         ThrowRefusal("The driver " + Quoted(driver) + " cannot be added");
 }
 
-void RemoveUnusedDriver(const WideString& driver) {
-    // A driver that another printer uses stays.
-    DeletePrinterDriverW(nullptr, nullptr, Writable(driver));
+// As the spooler has it; empty members when it has no such printer.
+PrinterRow ReadPrinter(HANDLE printer) {
+    SizedBytes record;
+    const DWORD error = record.ReadWithLastError(
+        [&](BYTE* buffer, DWORD bytes, DWORD* needed) { return GetPrinterW(printer, 2, buffer, bytes, needed); });
+    if (error != ERROR_SUCCESS || !record.As<PRINTER_INFO_2W>()) return {};
+    const PRINTER_INFO_2W& info = *record.As<PRINTER_INFO_2W>();
+    return {record.Text<WideString>(info.pPrinterName), record.Text<WideString>(info.pPortName),
+            record.Text<WideString>(info.pDriverName)};
 }
 
 }  // namespace
 
-WideString InstallPrinter(const WideString& name, const std::filesystem::path& productFile, const WideString& port) {
+void PrinterInstaller::LookAtPorts() {
+    printersOfPorts_.clear();
+    for (const PrinterRow& row : ListPrinterPorts()) printersOfPorts_.emplace(GetPortIndex(row.port), row.name);
+}
+
+bool PrinterInstaller::IsPortUsed(const WideString& port, const WideString& exceptBy) const {
+    const auto [first, last] = printersOfPorts_.equal_range(GetPortIndex(port));
+    return std::any_of(first, last, [&](const auto& entry) { return !EqualRegistryNames(entry.second, exceptBy); });
+}
+
+// Printers of one port are of one product. One that is there no more counts for nothing.
+void PrinterInstaller::CheckPort(const WideString& port, const WideString& driver) const {
+    const auto [first, last] = printersOfPorts_.equal_range(GetPortIndex(port));
+    for (auto entry = first; entry != last; ++entry) {
+        const UniquePrinter other = OpenPrinterByName(entry->second);
+        if (!other || EqualRegistryNames(ReadPrinter(other.Get()).driver, driver)) continue;
+        throw std::runtime_error("The port " + Quoted(port) + " is used by the printer " + Quoted(entry->second) +
+                                 " of another product; give another port or none");
+    }
+}
+
+// The wanted port, or one that no printer has.
+WideString PrinterInstaller::TakePort(const WideString& wanted, const WideString& driver) {
+    if (!wanted.empty()) {
+        // Another process's printer may have it since this one looked.
+        if (!MakePort(wanted) && !IsPortUsed(wanted, {})) LookAtPorts();
+        CheckPort(wanted, driver);
+        return wanted;
+    }
+    for (;;) {
+        WideString name = WidenUtf8("MV_" + std::to_string(nextPort_++) + ":");
+        if (!IsPortUsed(name, {}) && MakePort(name)) return name;
+    }
+}
+
+WideString PrinterInstaller::Add(const WideString& name, const std::filesystem::path& productFile,
+                                 const WideString& wantedPort, const Completion& complete) {
     const auto product = LoadProduct(std::filesystem::absolute(productFile));
     const WideString driver = WidenUtf8(product->modelName);
-    const auto printers = ListPrinters();
-    std::optional<OwnPort> made;
-    if (port.empty()) made.emplace(printers);
-    WideString ownPort = made ? made->GetName() : port;
-    for (const PrinterRow& other : printers)
-        if (SharesCaches(other.port, ownPort) && !EqualRegistryNames(other.driver, driver))
-            throw std::runtime_error("The port " + Quoted(ownPort) + " is used by the printer " + Quoted(other.name) +
-                                     " of another product; give another port or none");
-    AddDriver(*product, driver);
-    PRINTER_INFO_2W info{};
-    info.pPrinterName = Writable(name);
-    info.pPortName = Writable(ownPort);
-    info.pDriverName = Writable(driver);
-    const UniquePrinter printer(AddPrinterW(nullptr, 2, reinterpret_cast<LPBYTE>(&info)));
-    if (!printer) {
-        const DWORD error = GetLastError();
-        RemoveUnusedDriver(driver);
-        SetLastError(error);
+    if (!IsPrinterName(name)) {
+        SetLastError(ERROR_INVALID_PRINTER_NAME);
         ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
     }
-    if (made) made->Keep();
-    if (!IsPortUsed(printers, ownPort)) ClearCaches(ownPort);
-    return ownPort;
+    if (OpenPrinterByName(name)) ThrowExists(name);
+    const WideString port = TakePort(wantedPort, driver);
+    const bool isShared = IsPortUsed(port, {});
+    try {
+        if (!HalfPrinters::Add(name, port)) ThrowExists(name);
+        if (OpenPrinterByName(name)) {  // another process has just added it
+            HalfPrinters::Remove(name);
+            ThrowExists(name);
+        }
+    } catch (...) {
+        if (!isShared) GiveBackPort(port);
+        throw;
+    }
+    try {
+        if (!drivers_[driver]) AddDriver(*product, driver);
+        drivers_[driver] = true;
+        if (!isShared) ClearCaches(port);
+        AddToSpooler(name, port, driver, complete);
+    } catch (...) {
+        if (!OpenPrinterByName(name)) RemoveParts(name, port);  // else it stays noted as a half
+        throw;
+    }
+    printersOfPorts_.emplace(GetPortIndex(port), name);
+    HalfPrinters::Remove(name);
+    return port;
+}
+
+void PrinterInstaller::AddToSpooler(const WideString& name, const WideString& port, const WideString& driver,
+                                    const Completion& complete) {
+    PRINTER_INFO_2W info{};
+    info.pPrinterName = Writable(name);
+    info.pPortName = Writable(port);
+    info.pDriverName = Writable(driver);
+    const UniquePrinter printer(AddPrinterW(nullptr, 2, reinterpret_cast<LPBYTE>(&info)));
+    if (!printer) ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
+    if (!complete) return;
+    try {
+        complete(printer.Get());
+    } catch (...) {
+        DeletePrinter(printer.Get());
+        throw;
+    }
+}
+
+// What a printer has beside the spooler's record, its note last.
+void PrinterInstaller::RemoveParts(const WideString& name, const WideString& port) {
+    if (!port.empty() && !IsPortUsed(port, name)) {
+        ClearCaches(port);
+        GiveBackPort(port);
+    }
+    const auto [first, last] = printersOfPorts_.equal_range(GetPortIndex(port));
+    const auto own =
+        std::find_if(first, last, [&](const auto& entry) { return EqualRegistryNames(entry.second, name); });
+    if (own != last) printersOfPorts_.erase(own);
+    HalfPrinters::Remove(name);
+}
+
+void PrinterInstaller::Remove(const WideString& name) {
+    const UniquePrinter printer = OpenPrinterByName(name);
+    if (!printer && !HalfPrinters::Contains(name)) throw std::runtime_error("There is no printer " + Quoted(name));
+    PrinterRow row = printer ? ReadPrinter(printer.Get()) : PrinterRow{};
+    if (row.name.empty()) row.name = name;
+    if (row.port.empty()) row.port = HalfPrinters::GetPort(row.name);
+    HalfPrinters::Add(row.name, row.port);
+    if (printer && !DeletePrinter(printer.Get()))
+        ThrowRefusal("The printer " + Quoted(row.name) + " cannot be removed");
+    RemoveParts(row.name, row.port);
+    if (!row.driver.empty()) drivers_.try_emplace(row.driver, false);
+}
+
+// A driver that a printer uses stays: the spooler refuses.
+void PrinterInstaller::RemoveUnusedDrivers() {
+    for (const auto& [driver, isAdded] : drivers_) DeletePrinterDriverW(nullptr, nullptr, Writable(driver));
+    drivers_.clear();
+}
+
+WideString InstallPrinter(const WideString& name, const std::filesystem::path& productFile, const WideString& port,
+                          const PrinterInstaller::Completion& complete) {
+    PrinterInstaller installer;
+    try {
+        return installer.Add(name, productFile, port, complete);
+    } catch (...) {
+        installer.RemoveUnusedDrivers();
+        throw;
+    }
 }
 
 void RemovePrinter(const WideString& name) {
-    const auto printers = ListPrinters();
-    const auto found = std::find_if(printers.begin(), printers.end(),
-                                    [&](const PrinterRow& printer) { return EqualRegistryNames(printer.name, name); });
-    if (found == printers.end()) throw std::runtime_error("There is no printer " + Quoted(name));
-    const UniquePrinter printer = OpenPrinterByName(found->name);
-    if (!printer) ThrowRefusal("The printer " + Quoted(name) + " cannot be opened");
-    if (!DeletePrinter(printer.Get())) ThrowRefusal("The printer " + Quoted(name) + " cannot be removed");
-    if (!IsPortUsed(ListPrinters(), found->port)) {
-        ClearCaches(found->port);
-        GiveBackPort(found->port);
-    }
-    RemoveUnusedDriver(found->driver);
+    PrinterInstaller installer;
+    installer.Remove(name);
+    installer.RemoveUnusedDrivers();
 }

@@ -25,5 +25,21 @@ UniquePrinter OpenPrinterByName(const WideString& name);
 struct PrinterRow {
     WideString name, port, driver;
 };
-// Throws SpoolerFailure when the spooler does not answer.
+// The printers that are whole. Throws SpoolerFailure when the spooler does not answer.
 std::vector<PrinterRow> ListPrinters();
+// Halves as well, and without drivers, which take the spooler longer.
+std::vector<PrinterRow> ListPrinterPorts();
+
+// A printer counts unless a note says that it is half added or half removed: the note is written before all else and
+// deleted last, so that of one whose adding or removing was interrupted a half is left that is known for one.
+class HalfPrinters {
+public:
+    // Names, as they were given.
+    static std::vector<WideString> List();
+    static bool Contains(const WideString& name);
+    // Notes the printer with its port. False when there is a note of that name already. Throws SpoolerFailure.
+    static bool Add(const WideString& name, const WideString& port);
+    // The port that was noted; empty when there is none.
+    static WideString GetPort(const WideString& name);
+    static void Remove(const WideString& name);
+};

@@ -1,6 +1,7 @@
 // Opening, listing, adding and deleting printers, and their data.
 #include "infopacker.h"
 #include "printerhandles.h"
+#include "printername.h"
 #include "spoolerregistry.h"
 #include "storedfields.h"
 
@@ -17,7 +18,7 @@ void AddPrinterInfo(InfoPacker<PRINTER_INFO_2W>& packer, const StoredPrinter& pr
     for (const auto& text : kPrinterTexts) packer.AddText(text.field, printer.*text.member);
 }
 
-void AddPrinterInfo(InfoPacker<PRINTER_INFO_4W>& packer, const StoredPrinter& printer) {
+void AddPrinterInfo(InfoPacker<PRINTER_INFO_4W>& packer, const StoredPrinterBrief& printer) {
     PRINTER_INFO_4W info{};
     info.Attributes = printer.attributes | PRINTER_ATTRIBUTE_LOCAL;
     packer.AddItem(info);
@@ -39,10 +40,10 @@ void PackPrinter(const Printer& printer, LPBYTE buffer, DWORD bytes, LPDWORD nee
     packer.Pack(buffer, bytes, needed);
 }
 
-template <class Information>
-DWORD PackPrinters(LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+template <class Information, class Printer>
+DWORD PackPrinters(const std::vector<Printer>& printers, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
     InfoPacker<Information> packer;
-    for (const StoredPrinter& printer : ReadPrinters()) AddPrinterInfo(packer, printer);
+    for (const Printer& printer : printers) AddPrinterInfo(packer, printer);
     packer.Pack(buffer, bytes, needed);
     return packer.GetCount();
 }
@@ -106,10 +107,15 @@ BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR name, DWORD level, LPBYTE buffer, 
     return AnswerGuarded([&] {
         Require(needed && returned, ERROR_INVALID_PARAMETER);
         *returned = 0;
-        Require(level == 2 || level == 4, ERROR_INVALID_LEVEL);
+        Require(level == 2 || level == 4 || level == 5, ERROR_INVALID_LEVEL);
         Require((flags & PRINTER_ENUM_LOCAL) != 0 && (!name || !*name), ERROR_INVALID_PARAMETER);
-        *returned = level == 2 ? PackPrinters<PRINTER_INFO_2W>(buffer, bytes, needed)
-                               : PackPrinters<PRINTER_INFO_4W>(buffer, bytes, needed);
+        if (level == 2) {
+            *returned = PackPrinters<PRINTER_INFO_2W>(ReadPrinters(), buffer, bytes, needed);
+        } else if (level == 4) {
+            *returned = PackPrinters<PRINTER_INFO_4W>(ReadPrinterBriefs(), buffer, bytes, needed);
+        } else {
+            *returned = PackPrinters<PRINTER_INFO_5W>(ReadPrinterBriefs(), buffer, bytes, needed);
+        }
     });
 }
 

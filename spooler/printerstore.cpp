@@ -2,6 +2,7 @@
 #include "printerstore.h"
 
 #include "printerhandles.h"
+#include "printername.h"
 #include "spoolererror.h"
 #include "spoolerregistry.h"
 #include "storedfields.h"
@@ -16,11 +17,6 @@ constexpr const WCHAR* kDependentFiles = W("Dependent Files");
 
 WideString KeyBelow(const WCHAR* parent, const WideString& name) { return WideString(parent) + W("\\") + name; }
 
-bool IsKeyName(const WideString& name, std::size_t longest, WideStringView refused) noexcept {
-    const auto isBad = [&](WCHAR c) { return c < 0x20 || c == 0x7F || refused.find(c) != WideStringView::npos; };
-    return !name.empty() && name.size() <= longest && std::none_of(name.begin(), name.end(), isBad);
-}
-
 // The key is what the printer is found by; the value states how it is written.
 void SettleName(StoredPrinterBrief& printer, const WideString& keyName) {
     if (!EqualRegistryNames(printer.name, keyName)) printer.name = keyName;
@@ -28,6 +24,28 @@ void SettleName(StoredPrinterBrief& printer, const WideString& keyName) {
 
 UniqueKey OpenPrinterKey(const WideString& name) {
     return IsPrinterName(name) ? OpenKey(GetPrinterKey(name)) : UniqueKey();
+}
+
+// What the operation on a printer of the list answers; nothing when another process removes the printer just now.
+template <class Operation>
+auto IgnoringRemoved(Operation operation) -> std::optional<decltype(operation())> {
+    try {
+        return operation();
+    } catch (const SpoolerError& error) {
+        if (error.code != ERROR_KEY_DELETED) throw;
+        return std::nullopt;
+    }
+}
+
+template <class Printer>
+std::vector<Printer> ReadEach(std::optional<Printer> (*read)(const WideString& name)) {
+    std::vector<Printer> printers;
+    const UniqueKey key = OpenKey(kPrintersKey);
+    if (!key) return printers;
+    for (const WideString& name : ListKeys(key))
+        if (auto printer = IgnoringRemoved([&] { return read(name); }).value_or(std::nullopt))
+            printers.push_back(std::move(*printer));
+    return printers;
 }
 
 // Of the printer that an open handle stands for: what the reader makes of its name.
@@ -42,9 +60,7 @@ Printer ReadPrinterOf(HANDLE handle, std::optional<Printer> (*read)(const WideSt
 
 }  // namespace
 
-bool IsPrinterName(const WideString& name) noexcept { return IsKeyName(name, 219, W("\\,!")); }
-
-bool IsDriverName(const WideString& name) noexcept { return IsKeyName(name, 255, W("\\")); }
+bool IsDriverName(const WideString& name) noexcept { return IsSpoolerKeyName(name, 255, W("\\")); }
 
 WideString GetPrinterKey(const WideString& name) { return KeyBelow(kPrintersKey, name); }
 
@@ -69,19 +85,21 @@ std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name) {
     return printer;
 }
 
-std::vector<StoredPrinter> ReadPrinters() {
-    std::vector<StoredPrinter> printers;
+std::vector<StoredPrinter> ReadPrinters() { return ReadEach<StoredPrinter>(ReadPrinter); }
+
+std::vector<StoredPrinterBrief> ReadPrinterBriefs() { return ReadEach<StoredPrinterBrief>(ReadPrinterBrief); }
+
+bool IsDriverUsed(const WideString& driver) {
     const UniqueKey key = OpenKey(kPrintersKey);
-    if (!key) return printers;
-    for (const WideString& name : ListKeys(key)) {
-        try {
-            if (auto printer = ReadPrinter(name)) printers.push_back(std::move(*printer));
-        } catch (const SpoolerError& error) {
-            // Another process removes it just now.
-            if (error.code != ERROR_KEY_DELETED) throw;
-        }
-    }
-    return printers;
+    if (!key) return false;
+    const auto names = ListKeys(key);
+    return std::any_of(names.begin(), names.end(), [&](const WideString& name) {
+        return IgnoringRemoved([&] {
+                   const UniqueKey printer = OpenPrinterKey(name);
+                   return printer && EqualRegistryNames(ReadText(printer, kPrinterDriverValue), driver);
+               })
+            .value_or(false);
+    });
 }
 
 void CreatePrinter(const StoredPrinter& printer) {

@@ -31,14 +31,14 @@ struct StoredDriver {
     WideString dependentFiles;  // each name with its NUL
 };
 
-// Names that the registry can keep and a program can say: 1 to 219 characters, none of them "\", ",", "!" or a control.
-bool IsPrinterName(const WideString& name) noexcept;
 bool IsDriverName(const WideString& name) noexcept;
 
 WideString GetPrinterKey(const WideString& name);
 std::optional<StoredPrinter> ReadPrinter(const WideString& name);
 std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name);  // reads no other value
 std::vector<StoredPrinter> ReadPrinters();
+std::vector<StoredPrinterBrief> ReadPrinterBriefs();
+bool IsDriverUsed(const WideString& driver);       // by any printer
 void CreatePrinter(const StoredPrinter& printer);  // ERROR_PRINTER_ALREADY_EXISTS; nothing is left after a failure
 void RemoveStoredPrinter(const WideString& name);
 

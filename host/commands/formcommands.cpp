@@ -1,11 +1,9 @@
 // printer form add, printer form remove, printer customsize add, printer customsize remove
-#include <capabilitycaches.h>
 #include <facts/papernumbers.h>
 #include <facts/units.h>
 #include <mvutil/cachelocation.h>
 #include <mvutil/cforms.h>
 #include <mvutil/customsizes.h>
-#include <mvutil/printdriver.h>
 #include <mvutil/user.h>
 
 #include <charconv>
@@ -19,6 +17,7 @@
 #include <subsystem/hosterror.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/installedprinter.h>
+#include <subsystem/printercaches.h>
 #include "commands.h"
 
 namespace {
@@ -51,15 +50,6 @@ WideString ReadPaperName(const PaperOptions& options, std::size_t longest) {
         throw InputError("'" + options.name + "' is no name for a paper; it has 1 to " + std::to_string(longest) +
                          " characters, without \\ and control characters");
     return name;
-}
-
-// Forms belong to the print server and custom sizes to the user: all printers offer them.
-void RebuildAllCaches() {
-    for (const PrinterRow& row : ListPrinters()) {
-        const auto printer = OpenInstalledPrinter(row.name);
-        if (PrintDriver::GetInstallationStateFromHandle(printer.Get()) == PrintDriver::kInstallationComplete)
-            RebuildCapabilityCaches(printer.Get());
-    }
 }
 
 [[noreturn]] void ThrowFormRefusal(const char* operation, const std::string& name) {

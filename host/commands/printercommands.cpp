@@ -31,6 +31,8 @@ void Install(Operation operation) {
         operation();
     } catch (const ProductError&) {
         throw;
+    } catch (const HostError&) {
+        throw;
     } catch (const SpoolerFailure& error) {
         throw OperationError(error.what());
     } catch (const std::runtime_error& error) {
@@ -42,15 +44,14 @@ void RunAdd(HostContext& context, const PrinterOptions& options) {
     const std::filesystem::path product = FindProductFile(options.product);
     const WideString name = ArgumentToWide(options.name);
     context.UseStore();
-    Install([&] { InstallPrinter(name, product, ArgumentToWide(options.port)); });
-    RebuildCapabilityCaches(OpenInstalledPrinter(name).Get());
+    Install([&] { InstallPrinter(name, product, ArgumentToWide(options.port), RebuildCapabilityCaches); });
 }
 
 void RunRemove(HostContext& context, const PrinterOptions& options) {
     context.UseStore();
-    // As the spooler knows it: of names it takes other letters' cases for the same than the installer does.
-    const auto handle = OpenInstalledPrinter(ArgumentToWide(options.name));
-    Install([&] { RemovePrinter(WideString(Printer(handle.Get()).GetPrinterName().AsWideString())); });
+    const WideString name = ArgumentToWide(options.name);
+    if (!HalfPrinters::Contains(name)) OpenInstalledPrinter(name);  // refuses one that is not there
+    Install([&] { RemovePrinter(name); });
 }
 
 void RunList(HostContext& context) {

@@ -12,11 +12,15 @@ public:
     static constexpr DWORD kMaximum = 16u << 20;  // no value that the driver family reads comes near
     static constexpr DWORD kFirstBytes = 4096;    // holds a driver's record with its files, which are asked for often
 
+    SizedBytes() = default;
+    // For answers that are long as a rule: the first buffer has that many bytes.
+    explicit SizedBytes(DWORD firstBytes) noexcept : firstBytes_(firstBytes) {}
+
     // Calls read(buffer, bytes, needed) until the buffer is large enough. The call gives a Win32 error code and stores
     // the size that it needs or has used. The last error code; the bytes are empty unless that is ERROR_SUCCESS.
     template <class Call>
     DWORD Read(Call read) {
-        DWORD size = kFirstBytes;
+        DWORD size = firstBytes_;
         for (int attempt = 0; attempt < 8; ++attempt) {
             bytes_.resize(size);
             DWORD needed = 0;
@@ -83,6 +87,7 @@ private:
         return error;
     }
 
+    DWORD firstBytes_ = kFirstBytes;
     std::vector<BYTE> bytes_;
 };
 
