@@ -18,6 +18,10 @@ public:
           units_(units),
           msId_(msId),
           displayString_(displayString) {}
+    // The same page size, its value named by those names.
+    PageSize(const PageSize& size, const MvValueNames* names) : PageSize(size) {
+        value_ = ValueId(value_.GetValueEnum(), names);
+    }
 
     ValueId GetValueId() const noexcept { return value_; }
     PageSizeTypeEnum GetPageSizeType() const noexcept { return type_; }

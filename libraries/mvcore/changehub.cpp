@@ -22,13 +22,6 @@ bool NamesRow(const FeatureIdWithContext& registered, const Feature& feature) {
     return feature.GetRowHolder() == 0 || std::find(path.begin(), path.end(), feature.GetRowHolder()) != path.end();
 }
 
-FeatureIdWithContext FullId(const Feature& feature) {
-    FeatureIdWithContext id{FeatureId(feature.GetPath().front())};
-    for (std::size_t level = 1; level < feature.GetPath().size(); ++level)
-        id.PushFeature(FeatureId(feature.GetPath()[level]));
-    return id;
-}
-
 // Runs the call; keeps the first failure of several.
 template <class Call>
 void KeepFailure(std::exception_ptr& failure, Call call) {
@@ -165,7 +158,7 @@ void ChangeHub::AddToBundles(const Change& change, std::vector<Told>& bundles,
                 bundles.push_back({observers_.at(registration.observer), registration.observer,
                                    std::make_unique<NotificationBundle>()});
             bundles[place->second].bundle->Add(std::make_unique<FeatureChangeNotification>(
-                FeatureChangeId(change.change), SettingsInstanceId(change.settings), FullId(*change.feature),
+                FeatureChangeId(change.change), SettingsInstanceId(change.settings), change.feature->GetIdWithContext(),
                 registration.feature));
         }
     }

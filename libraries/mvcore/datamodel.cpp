@@ -7,6 +7,7 @@
 #include "modelintegration.h"
 #include "modelparts.h"
 #include "modelservices.h"
+#include "productmodel.h"
 #include "productsource.h"
 
 #include <filesystem>
@@ -83,7 +84,11 @@ private:
     void AddWhatTheProductHas() {
         if (!product_) return;
         parts_.changes.SetSilent(true);
-        AddProduct(parts_, *product_);
+        pattern_ = GetProductModel(product_);
+        if (parts_.root.IsEmpty())
+            parts_.Follow(pattern_->parts);
+        else  // somebody has declared features already
+            AddProduct(parts_, *product_);
         if (withUserSizes_) AddUserPaperSizes(parts_);
         parts_.changes.SetSilent(false);
         product_ = nullptr;
@@ -91,6 +96,7 @@ private:
 
     ProductStringLoader loader_;
     std::shared_ptr<const ProductDescription> product_;  // until the model is filled from it
+    std::shared_ptr<const ProductModel> pattern_;
     bool withUserSizes_;
     bool populated_ = false;
     ModelParts parts_;

@@ -22,11 +22,32 @@ CXString CutText(const CXString& text, LONG longest) {
 
 }  // namespace
 
-Feature::Feature(const ModelContext& context, std::vector<DWORD> path, FeatureKind kind, DWORD rowHolder)
-    : context_(context), path_(std::move(path)), kind_(kind), rowHolder_(rowHolder) {
-    if (kind == FeatureKind::Option) options_ = std::make_shared<OptionValues>();
-    if (kind == FeatureKind::List) list_ = std::make_unique<FeatureList>(context, path_, rowHolder);
+Feature::Feature(const ModelContext& context, const FeatureIdWithContext& path, FeatureKind kind, DWORD rowHolder)
+    : context_(context), path_(path), kind_(kind), rowHolder_(rowHolder) {
+    if (kind == FeatureKind::Option) ownOptions_ = std::make_unique<OptionValues>();
+    if (kind == FeatureKind::List) list_ = std::make_unique<FeatureList>(context, &path_, rowHolder);
     if (kind == FeatureKind::String) maximum_ = kLongestText;
+}
+
+Feature::Feature(const ModelContext& context, const Feature& pattern)
+    : context_(context),
+      pattern_(&pattern),
+      path_(pattern.path_),
+      kind_(pattern.kind_),
+      rowHolder_(pattern.rowHolder_),
+      default_(pattern.default_),
+      minimum_(pattern.minimum_),
+      maximum_(pattern.maximum_),
+      required_(pattern.required_),
+      usable_(pattern.usable_),
+      ofUser_(pattern.ofUser_),
+      resolutions_(pattern.resolutions_),
+      rows_(pattern.rows_.size()) {
+    if (pattern.optionsHolder_) optionsHolder_ = context.root.Find(pattern.optionsHolder_->path_);
+    if (kind_ == FeatureKind::List) {
+        list_ = std::make_unique<FeatureList>(context, &path_, rowHolder_);
+        list_->Follow(*pattern.list_);
+    }
 }
 
 Feature::~Feature() = default;
@@ -56,12 +77,12 @@ std::optional<FeatureValue> Feature::Fit(const FeatureValue& value) const {
             return FeatureValue{.number = HasRange() ? std::clamp(value.number, minimum_, maximum_) : value.number};
         case FeatureKind::Option: {
             const DWORD option = static_cast<DWORD>(value.number);
-            if (option != DataModelIds::kNotSet && !options_->Accepts(option)) return std::nullopt;
+            if (option != DataModelIds::kNotSet && !GetOptions().Accepts(option)) return std::nullopt;
             return FeatureValue{.number = value.number};
         }
         case FeatureKind::String: {
             FeatureValue fitted{.text = CutText(value.text, maximum_)};
-            if (HoldsSecret(path_.back())) fitted.text.SetSecret();
+            if (HoldsSecret(path_.GetFeatureId().GetId())) fitted.text.SetSecret();
             return fitted;
         }
         case FeatureKind::Resolution: {
@@ -116,14 +137,22 @@ void Feature::TellWhatIsOffered(const std::optional<FeatureValue>& valueBefore) 
 bool Feature::IsRequired() const { return kind_ == FeatureKind::Option && required_; }
 
 void Feature::AddOptions(const std::vector<DWORD>& values) {
-    bool changed = false;
-    for (const DWORD value : values) changed |= options_->Add(value);
-    if (changed) TellWhatIsOffered(GetEffective());
+    const auto isNew = [&](DWORD value) { return !GetOptions().Lists(value); };
+    if (std::none_of(values.begin(), values.end(), isNew)) return;
+    OptionValues& options = ChangeOptions();
+    for (const DWORD value : values) options.Add(value);
+    TellWhatIsOffered(GetEffective());
+}
+
+OptionValues& Feature::ChangeOptions() {
+    if (!ownOptions_) ownOptions_ = std::make_unique<OptionValues>(GetOptions());
+    return *ownOptions_;
 }
 
 void Feature::ReplaceOptions(const std::vector<DWORD>& values) {
+    if (values == GetOptions().GetListed()) return;
     const std::optional<FeatureValue> before = GetEffective();
-    if (!options_->Replace(values)) return;
+    ChangeOptions().Replace(values);
     value_ = Refit(value_);
     default_ = Refit(default_);
     TellWhatIsOffered(before);
@@ -156,7 +185,16 @@ void Feature::SetUsable(bool usable) {
 
 MvListOfFeatures& Feature::GetItem(std::size_t index) { return GetRow(index); }
 
+FeatureList& Feature::GetRow(std::size_t index) const {
+    std::unique_ptr<FeatureList>& row = rows_.at(index);
+    if (!row) {
+        row = std::make_unique<FeatureList>(context_, &path_, path_.GetFeatureId().GetId());
+        row->Follow(pattern_->GetRow(index));
+    }
+    return *row;
+}
+
 FeatureList& Feature::AddRow() {
-    rows_.push_back(std::make_unique<FeatureList>(context_, path_, path_.back()));
+    rows_.push_back(std::make_unique<FeatureList>(context_, &path_, path_.GetFeatureId().GetId()));
     return *rows_.back();
 }

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 class ChangeHub;
@@ -16,6 +17,7 @@ class FeatureList;
 struct ModelContext {
     ChangeHub& changes;
     const MvValueNames& names;
+    const FeatureList& root;
 };
 
 // A boolean, integer, option, text, dimension or resolution, or a list: of features, or of rows that each hold
@@ -26,12 +28,14 @@ public:
 
     // The path leads from the root of the model to the feature, itself included. rowHolder is the feature whose rows it
     // is part of, or 0.
-    Feature(const ModelContext& context, std::vector<DWORD> path, FeatureKind kind, DWORD rowHolder);
+    Feature(const ModelContext& context, const FeatureIdWithContext& path, FeatureKind kind, DWORD rowHolder);
+    // The same feature in another model. The pattern has no value set, changes no more and outlives the new one.
+    Feature(const ModelContext& context, const Feature& pattern);
     ~Feature();
     Feature(const Feature&) = delete;
     Feature& operator=(const Feature&) = delete;
 
-    FeatureId GetFeatureId() const override { return FeatureId(path_.back()); }
+    FeatureId GetFeatureId() const override { return path_.GetFeatureId(); }
     FeatureKind GetKind() const override { return kind_; }
     bool GetValue(FeatureValue& value, int instance) const override;
     bool SetValue(const FeatureValue& value) override;
@@ -45,7 +49,8 @@ public:
     std::size_t GetNumItems() const override { return rows_.size(); }
     MvListOfFeatures& GetItem(std::size_t index) override;
 
-    const std::vector<DWORD>& GetPath() const noexcept { return path_; }
+    const FeatureIdWithContext& GetIdWithContext() const noexcept { return path_; }
+    std::span<const DWORD> GetPath() const noexcept { return path_.GetPath(); }
     DWORD GetRowHolder() const noexcept { return rowHolder_; }
     bool IsOfUser() const noexcept { return ofUser_; }
     void SetOfUser() noexcept { ofUser_ = true; }
@@ -56,10 +61,13 @@ public:
     bool IsSet() const noexcept { return value_.has_value(); }
     void Reset();
 
-    const OptionValues& GetOptions() const noexcept { return *options_; }
-    // Features of rows may share what a feature offers.
-    void ShareOptionsOf(const Feature& feature) { options_ = feature.options_; }
-    void AddUnlistedOption(DWORD value) { options_->AddUnlisted(value); }
+    const OptionValues& GetOptions() const noexcept {
+        if (optionsHolder_) return optionsHolder_->GetOptions();
+        return ownOptions_ || !pattern_ ? *ownOptions_ : pattern_->GetOptions();
+    }
+    // Features of rows may offer what a feature outside of them does.
+    void ShareOptionsOf(const Feature& feature) { optionsHolder_ = &feature; }
+    void AddUnlistedOption(DWORD value) { ChangeOptions().AddUnlisted(value); }
     void SetRequired(bool required) noexcept { required_ = required; }
     void AddOptions(const std::vector<DWORD>& values);
     void ReplaceOptions(const std::vector<DWORD>& values);
@@ -72,16 +80,18 @@ public:
     void SetUsable(bool usable);
 
     FeatureList& GetList() const noexcept { return *list_; }  // of a list
-    FeatureList& GetRow(std::size_t index) const { return *rows_.at(index); }
+    FeatureList& GetRow(std::size_t index) const;
     FeatureList& AddRow();
 
 private:
     std::optional<FeatureValue> Fit(const FeatureValue& value) const;
     std::optional<FeatureValue> Refit(const std::optional<FeatureValue>& value) const;
     void TellWhatIsOffered(const std::optional<FeatureValue>& valueBefore);
+    OptionValues& ChangeOptions();
 
     const ModelContext& context_;
-    std::vector<DWORD> path_;
+    const Feature* pattern_ = nullptr;
+    FeatureIdWithContext path_;
     FeatureKind kind_;
     DWORD rowHolder_;
     std::optional<FeatureValue> value_;
@@ -91,8 +101,9 @@ private:
     bool required_ = false;
     bool usable_ = true;
     bool ofUser_ = false;
-    std::shared_ptr<OptionValues> options_;
+    std::unique_ptr<OptionValues> ownOptions_;  // else the pattern's
+    const Feature* optionsHolder_ = nullptr;    // of a row: whose options it offers
     std::vector<Resolution> resolutions_;
     std::unique_ptr<FeatureList> list_;
-    std::vector<std::unique_ptr<FeatureList>> rows_;
+    mutable std::vector<std::unique_ptr<FeatureList>> rows_;  // null: as the pattern's, not asked for yet
 };

@@ -32,14 +32,42 @@ private:
     const MvValueNames& names_;
 };
 
-FeatureList::FeatureList(const ModelContext& context, std::vector<DWORD> path, DWORD rowHolder)
-    : context_(context), path_(std::move(path)), rowHolder_(rowHolder) {}
+FeatureList::FeatureList(const ModelContext& context, const FeatureIdWithContext* holder, DWORD rowHolder)
+    : context_(context), holder_(holder), rowHolder_(rowHolder) {}
 
 FeatureList::~FeatureList() = default;
 
+void FeatureList::Follow(const FeatureList& pattern) {
+    pattern_ = &pattern;
+    features_.resize(pattern.features_.size());
+}
+
+Feature& FeatureList::GetAt(std::size_t place) const {
+    std::unique_ptr<Feature>& feature = features_[place];
+    if (!feature) feature = std::make_unique<Feature>(context_, pattern_->GetAt(place));
+    return *feature;
+}
+
+const std::vector<std::unique_ptr<Feature>>& FeatureList::GetFeatures() const {
+    for (std::size_t place = 0; place < features_.size(); ++place) GetAt(place);
+    return features_;
+}
+
+std::optional<std::size_t> FeatureList::FindPlace(DWORD id) const {
+    if (const auto found = places_.find(id); found != places_.end()) return found->second;
+    return pattern_ ? pattern_->FindPlace(id) : std::nullopt;
+}
+
+Feature* FeatureList::FindById(DWORD id) const {
+    const std::optional<std::size_t> place = FindPlace(id);
+    if (!place) return nullptr;
+    Feature& feature = GetAt(*place);
+    return feature.GetFeatureId().GetId() == id ? &feature : feature.GetList().FindById(id);
+}
+
 Feature* FeatureList::Find(const FeatureIdWithContext& feature) const {
-    const auto found = byId_.find(feature.GetFeatureId().GetId());
-    return found != byId_.end() && feature.Matches(found->second->GetPath()) ? found->second : nullptr;
+    Feature* found = FindById(feature.GetFeatureId().GetId());
+    return found && feature.Matches(found->GetPath()) ? found : nullptr;
 }
 
 MvFeature& FeatureList::GetFeature(const FeatureIdWithContext& feature, FeatureKind kind) {
@@ -64,22 +92,20 @@ MvListOfFeatures& FeatureList::GetList(const FeatureIdWithContext& feature) {
 
 Feature& FeatureList::Declare(const std::vector<DWORD>& pathBelow) {
     const DWORD id = pathBelow.front();
-    auto present = std::find_if(features_.begin(), features_.end(),
-                                [&](const auto& feature) { return feature->GetFeatureId().GetId() == id; });
-    if (present == features_.end()) {
+    std::optional<std::size_t> place = FindPlace(id);
+    if (!place) {
         const CatalogueFeature* known = FindCatalogueFeature(id);
         if (!known) ThrowUnsupportedFeature(FeatureId(id), W("ListOfFeatures::Declare"));
-        std::vector<DWORD> path = path_;
-        path.push_back(id);
-        features_.push_back(std::make_unique<Feature>(context_, std::move(path), known->kind, rowHolder_));
-        byId_[id] = features_.back().get();
-        present = features_.end() - 1;
+        FeatureIdWithContext path = holder_ ? *holder_ : FeatureIdWithContext(FeatureId(id));
+        if (holder_) path.PushFeature(FeatureId(id));
+        place = features_.size();
+        features_.push_back(std::make_unique<Feature>(context_, path, known->kind, rowHolder_));
+        places_[id] = *place;
     }
-    if (pathBelow.size() == 1) return **present;
-    if ((*present)->GetKind() != FeatureKind::List)
-        ThrowUnsupportedFeature(FeatureId(id), W("ListOfFeatures::Declare"));
-    FeatureList& list = (*present)->GetList();
-    Feature& below = list.Declare({pathBelow.begin() + 1, pathBelow.end()});
-    for (auto step = pathBelow.begin() + 1; step != pathBelow.end(); ++step) byId_[*step] = list.byId_.at(*step);
+    Feature& present = GetAt(*place);
+    if (pathBelow.size() == 1) return present;
+    if (present.GetKind() != FeatureKind::List) ThrowUnsupportedFeature(FeatureId(id), W("ListOfFeatures::Declare"));
+    Feature& below = present.GetList().Declare({pathBelow.begin() + 1, pathBelow.end()});
+    for (auto step = pathBelow.begin() + 1; step != pathBelow.end(); ++step) places_[*step] = *place;
     return below;
 }

@@ -24,7 +24,7 @@ void ListFeatures(const FeatureList& list, std::vector<FeatureId>& features) {
 }
 
 // Whether the feature at the end of the path stands somewhere below the parent.
-bool IsUnder(const std::vector<DWORD>& path, FeatureId parent) {
+bool IsUnder(std::span<const DWORD> path, FeatureId parent) {
     return parent.GetId() == facts::feature::kRoot ||
            std::find(path.begin(), path.end() - 1, parent.GetId()) != path.end() - 1;
 }

@@ -4,6 +4,8 @@
 #include <facts/units.h>
 #include <mvutil/operatingsystem.h>
 
+#include <utility>
+
 namespace {
 
 std::uint32_t WholeTenths(const Dimension& dimension) {
@@ -21,12 +23,25 @@ ModelMediaHandler::SizeKey ModelMediaHandler::GetSizeKey(const Dimension& width,
     return SizeKey{WholeTenths(width)} << 32 | WholeTenths(length);
 }
 
+void ModelMediaHandler::Keep(const PageSize& kept) {
+    PageSize& size = sizes_.emplace_back(kept);
+    byValue_.emplace(size.GetValueId().GetValueEnum(), &size);
+    bySize_[GetSizeKey(size.GetWidth(), size.GetLength())].push_back(&size);
+}
+
+void ModelMediaHandler::TakePatternsSizes() {
+    if (!pattern_ || std::exchange(sizesAreTaken_, true)) return;
+    for (const PageSize& size : pattern_->sizes_) Keep(PageSize(size, &names_));
+}
+
 void ModelMediaHandler::GetPageSizes(std::vector<PageSize*>& sizes) {
+    TakePatternsSizes();
     sizes.clear();
     for (PageSize& size : sizes_) sizes.push_back(&size);
 }
 
 void ModelMediaHandler::GetPageSizes(const Dimension& width, const Dimension& length, std::vector<PageSize*>& sizes) {
+    TakePatternsSizes();
     const auto found = bySize_.find(GetSizeKey(width, length));
     if (found == bySize_.end())
         sizes.clear();
@@ -35,26 +50,27 @@ void ModelMediaHandler::GetPageSizes(const Dimension& width, const Dimension& le
 }
 
 bool ModelMediaHandler::AnyExist(const Dimension& width, const Dimension& length) const {
-    return bySize_.contains(GetSizeKey(width, length));
+    return bySize_.contains(GetSizeKey(width, length)) || (pattern_ && pattern_->AnyExist(width, length));
 }
 
 PageSize* ModelMediaHandler::GetPageSize(const ValueId& value) {
+    TakePatternsSizes();
     const auto found = byValue_.find(value.GetValueEnum());
     return found == byValue_.end() ? nullptr : found->second;
 }
 
-DWORD ModelMediaHandler::GetFreeValue(DWORD wanted) const {
+DWORD ModelMediaHandler::GetFreeValue(DWORD wanted) {
+    TakePatternsSizes();
     while (byValue_.contains(wanted)) ++wanted;
     return wanted;
 }
 
 PageSize& ModelMediaHandler::AddPageSize(DWORD value, PageSizeTypeEnum type, LONG width, LONG length, DWORD units,
                                          WORD msId, const CXString& name) {
+    TakePatternsSizes();
     names_.Add(value, name);
-    PageSize& size = sizes_.emplace_back(ValueId(value, &names_), type, width, length, units, msId, name);
-    byValue_.emplace(value, &size);
-    bySize_[GetSizeKey(size.GetWidth(), size.GetLength())].push_back(&size);
-    return size;
+    Keep(PageSize(ValueId(value, &names_), type, width, length, units, msId, name));
+    return sizes_.back();
 }
 
 PageSize& ModelMediaHandler::AddNewMsForm(const Dimension& width, const Dimension& length, const ValueId& units,
@@ -77,7 +93,8 @@ PageSize& ModelMediaHandler::AddUserSize(LONG width, LONG length, DWORD units, W
 
 WORD ModelMediaHandler::GetMsTrayId(const ValueId& tray) const {
     const auto found = trays_.find(tray.GetValueEnum());
-    return found == trays_.end() ? WORD() : found->second;
+    if (found != trays_.end()) return found->second;
+    return pattern_ ? pattern_->GetMsTrayId(tray) : WORD();
 }
 
 void ModelMediaHandler::SetMsTrayId(const ValueId& tray, WORD id) { trays_[tray.GetValueEnum()] = id; }

@@ -19,6 +19,8 @@ public:
     static constexpr DWORD kFirstUserSizeValue = 0x20000;
 
     explicit ModelMediaHandler(ValueNames& names) : names_(names) {}
+    // An empty handler starts with the sizes and trays of that one, which changes no more and outlives it.
+    void Follow(const ModelMediaHandler& pattern) noexcept { pattern_ = &pattern; }
 
     void GetPageSizes(std::vector<PageSize*>& sizes) override;
     void GetPageSizes(const Dimension& width, const Dimension& length, std::vector<PageSize*>& sizes) override;
@@ -38,9 +40,13 @@ public:
 private:
     using SizeKey = std::uint64_t;
     static SizeKey GetSizeKey(const Dimension& width, const Dimension& length);
-    DWORD GetFreeValue(DWORD wanted) const;
+    DWORD GetFreeValue(DWORD wanted);
+    void TakePatternsSizes();
+    void Keep(const PageSize& size);
 
     ValueNames& names_;
+    const ModelMediaHandler* pattern_ = nullptr;
+    bool sizesAreTaken_ = false;  // from the pattern, when they are first asked for
     std::deque<PageSize> sizes_;
     std::unordered_map<DWORD, PageSize*> byValue_;
     std::unordered_map<SizeKey, std::vector<PageSize*>> bySize_;

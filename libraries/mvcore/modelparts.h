@@ -11,10 +11,17 @@ struct ModelParts {
     ModelParts(const ModelParts&) = delete;
     ModelParts& operator=(const ModelParts&) = delete;
 
+    // An empty model starts as that one, which changes no more and outlives it.
+    void Follow(const ModelParts& pattern) {
+        names.Follow(pattern.names);
+        root.Follow(pattern.root);
+        media.Follow(pattern.media);
+    }
+
     ValueNames names;
     ChangeHub changes;
-    ModelContext context{changes, names};
-    FeatureList root{context, {}, 0};
+    ModelContext context{changes, names, root};
+    FeatureList root{context, nullptr, 0};
     ModelMediaHandler media{names};
 };
 

@@ -4,9 +4,13 @@
 #include <facts/values.h>
 #include <products/pagesizes.h>
 
+const CXString* ValueNames::FindGiven(DWORD value) const {
+    if (const auto given = names_.find(value); given != names_.end()) return &given->second;
+    return pattern_ ? pattern_->FindGiven(value) : nullptr;
+}
+
 CXString ValueNames::GetDisplayString(DWORD value) const {
-    const auto given = names_.find(value);
-    if (given != names_.end()) return given->second;
+    if (const CXString* given = FindGiven(value)) return *given;
     const CXString text = value < facts::value::kFirstOwnValue ? loader_.LoadStringW(value) : CXString();
     return text.IsEmpty() ? ValueId(value).GetDisplayString() : text;
 }

@@ -17,9 +17,16 @@ public:
     // The Print Schema keyword of a page size; else the letters and digits of the display string.
     CXString GetValueName(DWORD value) const override;
 
-    void Add(DWORD value, const CXString& name) { names_.try_emplace(value, name); }  // the first name stays
+    void Add(DWORD value, const CXString& name) {  // the first name stays
+        if (!pattern_ || !pattern_->names_.contains(value)) names_.try_emplace(value, name);
+    }
+    // Starts with the names that were given to those, which change no more and outlive these.
+    void Follow(const ValueNames& pattern) noexcept { pattern_ = &pattern; }
 
 private:
+    const CXString* FindGiven(DWORD value) const;
+
     const ProductStringLoader& loader_;
+    const ValueNames* pattern_ = nullptr;
     std::unordered_map<DWORD, CXString> names_;
 };

@@ -91,4 +91,24 @@ TEST_F(FeaturesTest, SourcesAreCalledInTurn) {
     EXPECT_EQ(second.calls, "abcdef");
 }
 
+// What models of one product share is the product's.
+TEST_F(FeaturesTest, WhatOneModelChangesNoOtherOneSees) {
+    TestSource source([](IntegrationServices& services) {
+        services.AddOptionValues(FeatureId(46), {ValueId(5429)}, 1);
+        services.AddOptionValues(FeatureId(168), {ValueId(6999)}, 1);
+        services.DeclareFeaturesPresent(FeatureId(2), {FeatureId(591)});
+        services.SetRange(FeatureId(43), 1, 5);
+    });
+    TestModel changed({&source});
+    TestModel other;
+    for (TestModel* model : {&changed, &other, &model_}) {
+        const bool isChanged = model == &changed;
+        EXPECT_EQ(model->SetOption(FeatureId(46), 5429), isChanged);
+        EXPECT_EQ(model->GetTray(0).GetOptionFeature(FeatureId(168)).SetValue(ValueId(6999)), isChanged);
+        EXPECT_EQ(model->GetServices().IsFeatureSupported(FeatureId(591)), isChanged);
+        model->GetServices().GetIntegerFeature(FeatureId(43)).SetValue(77);
+        EXPECT_EQ(model->GetInteger(43), isChanged ? 5 : 77);
+    }
+}
+
 }  // namespace
