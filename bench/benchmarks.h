@@ -3,9 +3,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <chrono>
 #include <string>
 
+#include <spooler/questioncount.h>
 #include <subsystem/printsession.h>
 #include <subsystem/xmlfile.h>
 
@@ -21,8 +23,8 @@ inline PrintSession::Document ReadForBenchmark(const PrintSession& session, cons
 
 std::string ToText(const PrintSession::Document& document);
 
-// Sets the counters of a run: the ratio to libxml2 on the document, its bytes, and how often a block was
-// parsed, a list decoded and a product file read.
+// Sets the counters of a run: the ratio to libxml2 on the document, its bytes, how often a block was parsed, a list
+// decoded and a product file read, and how often one call asked the spooler.
 class RunCounters {
 public:
     RunCounters();
@@ -30,6 +32,7 @@ public:
 
 private:
     std::size_t parsedBlocks_, decodedLists_, readProducts_;
+    std::array<std::size_t, kSpoolerQuestionCount> questions_;
 };
 
 // Times the provider's call alone: the operation is handed a function that it calls with that call, and returns the

@@ -91,6 +91,17 @@ void RegisterProducts() {
     }
 }
 
+// In the order of SpoolerQuestion.
+constexpr const char* kQuestionNames[kSpoolerQuestionCount] = {"GetPrinterW", "GetPrinterDriverW",   "GetPrinterDataW",
+                                                               "EnumFormsW",  "DeviceCapabilitiesW", "read_caches"};
+
+std::array<std::size_t, kSpoolerQuestionCount> CountQuestions() {
+    std::array<std::size_t, kSpoolerQuestionCount> counts;
+    for (std::size_t index = 0; index < counts.size(); ++index)
+        counts[index] = GetSpoolerQuestionCount(static_cast<SpoolerQuestion>(index));
+    return counts;
+}
+
 }  // namespace
 
 std::string ToText(const PrintSession::Document& document) {
@@ -102,7 +113,8 @@ std::string ToText(const PrintSession::Document& document) {
 RunCounters::RunCounters()
     : parsedBlocks_(GlobalCaches::GetCounters().propertyBagMisses),
       decodedLists_(GlobalCaches::GetCounters().listMisses),
-      readProducts_(GetProductReadCount()) {}
+      readProducts_(GetProductReadCount()),
+      questions_(CountQuestions()) {}
 
 void RunCounters::Set(benchmark::State& state, double seconds, const PrintSession::Document& last) const {
     const std::string text = ToText(last);
@@ -112,6 +124,10 @@ void RunCounters::Set(benchmark::State& state, double seconds, const PrintSessio
     state.counters["parsed_blocks"] = static_cast<double>(after.propertyBagMisses - parsedBlocks_);
     state.counters["decoded_lists"] = static_cast<double>(after.listMisses - decodedLists_);
     state.counters["read_products"] = static_cast<double>(GetProductReadCount() - readProducts_);
+    const auto asked = CountQuestions();
+    for (std::size_t index = 0; index < asked.size(); ++index)
+        state.counters[kQuestionNames[index]] =
+            static_cast<double>(asked[index] - questions_[index]) / static_cast<double>(state.iterations());
 }
 
 int main(int argc, char** argv) {

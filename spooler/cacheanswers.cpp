@@ -1,6 +1,7 @@
 // The capability caches, as the core driver reads them.
 #include "cacheskey.h"
 #include "capabilityanswers.h"
+#include "questioncount.h"
 #include "spoolererror.h"
 #include "spoolerregistry.h"
 
@@ -48,6 +49,7 @@ std::optional<CapabilityCaches::Blob> CapabilityCaches::ReadBlob(const WCHAR* na
                                                                  std::size_t checkOffset) const {
     for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
         const UniqueKey key = OpenKey(path_, hive);
+        if (key) CountQuestion(SpoolerQuestion::CacheRead);
         auto value = key ? ReadValue(key, name) : std::nullopt;
         if (!value || value->type != REG_BINARY || value->bytes.size() < minimumBytes) continue;
         if (RecordAt<DWORD>(value->bytes, checkOffset) == ComputeCheck(value->bytes, checkOffset))

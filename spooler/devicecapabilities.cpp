@@ -1,6 +1,7 @@
 // DeviceCapabilitiesW, answered as the core driver does.
 #include "capabilityanswers.h"
 #include "printerstore.h"
+#include "questioncount.h"
 #include "spoolererror.h"
 
 #include <namefield.h>
@@ -169,6 +170,7 @@ private:
 
 // The port and the DEVMODE make no difference to this driver's answers, and neither is looked at.
 int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR, WORD capability, LPWSTR output, const DEVMODEW*) {
+    CountQuestion(SpoolerQuestion::Capabilities);
     int result = -1;
     AnswerGuarded([&] {
         Require(device != nullptr, ERROR_INVALID_PRINTER_NAME);

@@ -1,6 +1,7 @@
 // Printer drivers: adding, deleting and listing them, and the folder of their files.
 #include "infopacker.h"
 #include "printerhandles.h"
+#include "questioncount.h"
 #include "spoolerregistry.h"
 #include "storedfields.h"
 
@@ -64,6 +65,7 @@ BOOL WINAPI DeletePrinterDriverW(LPWSTR server, LPWSTR environment, LPWSTR drive
 
 BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD bytes,
                               LPDWORD needed) {
+    CountQuestion(SpoolerQuestion::Driver);
     return AnswerGuarded([&] {
         const WideString name = GetPrinterBriefOf(printer).driver;
         Require(level == 3, ERROR_INVALID_LEVEL);

@@ -3,6 +3,7 @@
 #include "infopacker.h"
 #include "printerhandles.h"
 #include "printerstore.h"
+#include "questioncount.h"
 #include "spoolerregistry.h"
 
 #include <algorithm>
@@ -60,6 +61,7 @@ bool IsBuiltIn(const WideString& name) {
 }  // namespace
 
 BOOL WINAPI EnumFormsW(HANDLE printer, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed, LPDWORD returned) {
+    CountQuestion(SpoolerQuestion::Forms);
     return AnswerGuarded([&] {
         Require(needed && returned, ERROR_INVALID_PARAMETER);
         *returned = 0;

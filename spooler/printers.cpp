@@ -2,6 +2,7 @@
 #include "infopacker.h"
 #include "printerhandles.h"
 #include "printername.h"
+#include "questioncount.h"
 #include "spoolerregistry.h"
 #include "storedfields.h"
 
@@ -89,6 +90,7 @@ BOOL WINAPI ClosePrinter(HANDLE printer) {
 }
 
 BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+    CountQuestion(SpoolerQuestion::Printer);
     return AnswerGuarded([&] {
         switch (level) {
             case 2:
@@ -139,6 +141,7 @@ BOOL WINAPI DeletePrinter(HANDLE printer) {
 }
 
 DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR name, LPDWORD type, LPBYTE data, DWORD bytes, LPDWORD needed) {
+    CountQuestion(SpoolerQuestion::PrinterData);
     return RunGuarded([&] {
         Require(name && needed, ERROR_INVALID_PARAMETER);
         const UniqueKey key = OpenPrinterData(printer, false);

@@ -5,8 +5,10 @@
 
 #include <wingdi.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 struct ReportedMediaType {
@@ -14,38 +16,47 @@ struct ReportedMediaType {
     CXString name;  // at most 64 characters
 };
 
+// The items of an answer, in an array with more room than they were announced to need.
+template <class Item>
+struct ReportedItems {
+    static constexpr int kSpareItems = 10;
+    static constexpr int kLeastRoom = 1024;
+
+    // Asks for the announced items; the number of those that there are, 0 or less for none.
+    template <class Ask>
+    int Read(Ask ask, WORD capability, int announced) {
+        if (announced <= 0) return 0;
+        room = std::max(announced + kSpareItems, kLeastRoom);
+        items = std::make_unique_for_overwrite<Item[]>(static_cast<std::size_t>(room));
+        return ask(capability, reinterpret_cast<WCHAR*>(items.get()));
+    }
+
+    std::unique_ptr<Item[]> items;
+    int room = 0;
+};
+
 // Asks for DC_MEDIATYPES and DC_MEDIATYPENAMES. ask(capability, output) answers as DeviceCapabilitiesW does: the number
 // of items, which it writes to the output unless that is null; 0 or -1 for none. An answer can be another than the one
-// before it, as the caches behind it are rebuilt at any time: each array is made for what was announced just before,
-// with room for ten more items. Empty when the two lists do not agree, also when asked once more.
+// before it, as the caches behind it are rebuilt at any time, and no call says how much room there is: each array is
+// made for what the answer just before announced, and for many more. Empty when the two lists do not agree, also when
+// asked once more.
 template <class Ask>
 std::vector<ReportedMediaType> ReadReportedMediaTypes(Ask ask) {
-    constexpr int kSpareItems = 10;
-    constexpr int kNameLength = 64;
-    std::vector<DWORD> numbers;
-    std::vector<std::array<WCHAR, kNameLength>> names;
-    // The number of items that the array then holds; 0 or less for none.
-    const auto fill = [&](WORD capability, auto& items) {
-        const int announced = ask(capability, nullptr);
-        if (announced <= 0) return 0;
-        items.assign(static_cast<std::size_t>(announced) + kSpareItems, {});
-        return ask(capability, reinterpret_cast<WCHAR*>(items.data()));
-    };
-    int numberCount = fill(DC_MEDIATYPES, numbers);
-    if (numberCount <= 0) return {};
-    int nameCount = fill(DC_MEDIATYPENAMES, names);
-    if (nameCount > 0 && nameCount != numberCount && nameCount <= numberCount + kSpareItems) {
-        numberCount = fill(DC_MEDIATYPES, numbers);
-        nameCount = fill(DC_MEDIATYPENAMES, names);
+    ReportedItems<DWORD> numbers;
+    ReportedItems<std::array<WCHAR, 64>> names;
+    int numberCount = numbers.Read(ask, DC_MEDIATYPES, ask(DC_MEDIATYPES, nullptr));
+    int nameCount = names.Read(ask, DC_MEDIATYPENAMES, numberCount);
+    if (nameCount > 0 && nameCount != numberCount && nameCount <= numberCount + names.kSpareItems) {
+        numberCount = numbers.Read(ask, DC_MEDIATYPES, nameCount);
+        nameCount = names.Read(ask, DC_MEDIATYPENAMES, numberCount);
     }
     if (numberCount <= 0 || nameCount != numberCount) return {};
-    const std::size_t count = static_cast<std::size_t>(numberCount);
-    if (count > numbers.size() || count > names.size()) return {};
+    if (numberCount > numbers.room || numberCount > names.room) return {};
 
-    std::vector<ReportedMediaType> types(count);
-    for (std::size_t index = 0; index < count; ++index) {
-        types[index].number = numbers[index];
-        types[index].name.Format(W("%.64s"), names[index].data());
+    std::vector<ReportedMediaType> types(static_cast<std::size_t>(numberCount));
+    for (std::size_t index = 0; index < types.size(); ++index) {
+        types[index].number = numbers.items[index];
+        types[index].name.Format(W("%.64s"), names.items[index].data());
     }
     return types;
 }
