@@ -1,52 +1,57 @@
 // What an operation asks the spooler, and that nothing of it is kept for the next one.
-#include <provider/boundprovider.h>
+#include <support/printerfixture.h>
 
+#include <capabilitycaches.h>
 #include <spooler/questioncount.h>
+#include <subsystem/devmodemaker.h>
+#include <subsystem/printsession.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 
-struct Questions {
-    std::size_t printer, driver, capabilities, cacheReads;
-
-    static Questions Ask() {
-        const auto count = [](SpoolerQuestion question) { return GetSpoolerQuestionCount(question); };
-        using enum SpoolerQuestion;
-        return {count(Printer), count(Driver), count(Capabilities), count(CacheRead)};
-    }
-};
+std::array<std::size_t, kSpoolerQuestionCount> CountQuestions() {
+    std::array<std::size_t, kSpoolerQuestionCount> counts;
+    for (std::size_t index = 0; index < counts.size(); ++index)
+        counts[index] = GetSpoolerQuestionCount(static_cast<SpoolerQuestion>(index));
+    return counts;
+}
 
 // What the call asks.
 template <class Call>
-Questions Count(Call call) {
-    const Questions before = Questions::Ask();
+std::array<std::size_t, kSpoolerQuestionCount> CountQuestionsOf(Call call) {
+    const auto before = CountQuestions();
     call();
-    const Questions after = Questions::Ask();
-    return {after.printer - before.printer, after.driver - before.driver, after.capabilities - before.capabilities,
-            after.cacheReads - before.cacheReads};
+    auto asked = CountQuestions();
+    for (std::size_t index = 0; index < asked.size(); ++index) asked[index] -= before[index];
+    return asked;
 }
 
 TEST(Questions, AnOperationAsksForThePrinterAndItsDriverOnce) {
     const TestStore store;
-    const BoundProvider press(kPress);
-    TestDevmode devmode = MakeTestDevmode();
-    ComPtr<IXMLDOMDocument2> ticket = LoadUsual("PrintTicket", "");
-    const auto capabilities = LoadUsual("PrintCapabilities", "");
+    const TestPrinter printer(kPress);
+    RebuildCapabilityCaches(printer.GetHandle());
+    const PrintSession session(printer.GetName());
+    const CoreDriver& core = session.GetCoreDriver();
+    DevmodeBuffer devmode = MakeDevmode(core.GetProduct(), printer.GetName().AsWideString(), {});
+    const auto ticket = session.MakeTicket(devmode), capabilities = session.MakeCapabilities();
+
     const struct {
         const char* operation;
-        std::function<void()> call;
-        std::size_t deviceCapabilities;
+        std::function<HRESULT()> call;
+        std::size_t deviceCapabilities, cacheReads;
     } cases[] = {
-        {"ticket", [&] { EXPECT_EQ(press.ToTicket(devmode, ticket), S_OK); }, 3},
-        {"apply", [&] { EXPECT_EQ(press.ToDevmode(ticket, devmode), S_OK); }, 3},
-        {"capabilities", [&] { press->CompletePrintCapabilities(nullptr, capabilities.Get()); }, 4},
+        {"ticket", [&] { return session.CallTicket(devmode, ticket.Get()); }, 3, 1},
+        {"apply", [&] { return session.CallApply(ticket.Get(), devmode); }, 3, 1},
+        {"capabilities", [&] { return session.CallCapabilities(nullptr, capabilities.Get()); }, 4, 2},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.operation);
-        const Questions asked = Count(test.call);
-                    asked.cacheReads);
-                    EXPECT_LE(asked.printer, 2u);
-                    EXPECT_LE(asked.driver, 1u);
-                    EXPECT_EQ(asked.capabilities, test.deviceCapabilities);
+        const auto asked = CountQuestionsOf([&] { EXPECT_EQ(test.call(), S_OK); });
+        const auto count = [&](SpoolerQuestion question) { return asked[static_cast<std::size_t>(question)]; };
+        EXPECT_LE(count(SpoolerQuestion::Printer), 2u);
+        EXPECT_LE(count(SpoolerQuestion::Driver), 1u);
+        EXPECT_EQ(count(SpoolerQuestion::Capabilities), test.deviceCapabilities);
     }
 }
 
