@@ -50,7 +50,7 @@ std::optional<CapabilityCaches::Blob> CapabilityCaches::ReadBlob(const WCHAR* na
     for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
         const UniqueKey key = OpenKey(path_, hive);
         if (key) CountQuestion(SpoolerQuestion::CacheRead);
-        auto value = key ? ReadValue(key, name) : std::nullopt;
+        auto value = key ? ReadValue(key, name, SizedBytes::kBytesOfCache) : std::nullopt;
         if (!value || value->type != REG_BINARY || value->bytes.size() < minimumBytes) continue;
         if (RecordAt<DWORD>(value->bytes, checkOffset) == ComputeCheck(value->bytes, checkOffset))
             return std::move(value->bytes);

@@ -59,13 +59,13 @@ void DeleteKey(const WideString& path, HKEY hive) {
     if (status != ERROR_FILE_NOT_FOUND && status != ERROR_PATH_NOT_FOUND) Check(status);
 }
 
-std::optional<RegistryData> ReadValue(const UniqueKey& key, const WCHAR* name) {
+std::optional<RegistryData> ReadValue(const UniqueKey& key, const WCHAR* name, DWORD usualBytes) {
     DWORD type = REG_NONE;
-    SizedBytes bytes;
+    SizedBytes bytes(usualBytes);
     const DWORD error = ReadRegistryValue(key.Get(), name, type, bytes);
     if (error == ERROR_FILE_NOT_FOUND) return std::nullopt;
     Check(static_cast<LSTATUS>(error));
-    return RegistryData{type, bytes.Get()};
+    return RegistryData{type, {bytes.Get().begin(), bytes.Get().end()}};
 }
 
 WideString ReadText(const UniqueKey& key, const WCHAR* name) {

@@ -3,6 +3,7 @@
 
 #include "spoolertext.h"
 
+#include <sizedread.h>
 #include <uniquehandle.h>
 
 #include <optional>
@@ -18,7 +19,9 @@ UniqueKey OpenKey(const WideString& path, HKEY hive = HKEY_LOCAL_MACHINE);
 UniqueKey CreateKey(const WideString& path, bool* created = nullptr);
 void DeleteKey(const WideString& path, HKEY hive = HKEY_LOCAL_MACHINE);  // with all below it; absent is no failure
 
-std::optional<RegistryData> ReadValue(const UniqueKey& key, const WCHAR* name);
+// A value that is longer than usual is asked for twice.
+std::optional<RegistryData> ReadValue(const UniqueKey& key, const WCHAR* name,
+                                      DWORD usualBytes = SizedBytes::kFirstBytes);
 WideString ReadText(const UniqueKey& key, const WCHAR* name);   // empty when absent or of another type
 WideString ReadTexts(const UniqueKey& key, const WCHAR* name);  // REG_MULTI_SZ: each text with its NUL
 DWORD ReadNumber(const UniqueKey& key, const WCHAR* name);      // 0 when absent or of another type

@@ -19,7 +19,7 @@ inline DWORD QueryRegistryValue(HKEY hive, const CXString& path, const CXString&
     UniqueKey key;
     const LSTATUS status = RegOpenKeyExW(hive, path.GetString(), 0, KEY_READ, key.Put());
     if (status != ERROR_SUCCESS) return static_cast<DWORD>(status);
-    SizedBytes bytes;
+    SizedBytes bytes(SizedBytes::kBytesOfCache);
     DWORD type = REG_NONE;
     const DWORD error = ReadRegistryValue(key.Get(), name.GetString(), type, bytes);
     if (error == ERROR_SUCCESS) value.setWithLpbyte(bytes.Get().data(), bytes.Get().size());

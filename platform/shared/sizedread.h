@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <widetext.h>
+#include <memory>
+#include <span>
 #include <vector>
 
 // The bytes of one answer. Pointers of a spooler record lie inside them.
@@ -11,6 +13,7 @@ class SizedBytes {
 public:
     static constexpr DWORD kMaximum = 16u << 20;  // no value that the driver family reads comes near
     static constexpr DWORD kFirstBytes = 4096;    // holds a driver's record with its files, which are asked for often
+    static constexpr DWORD kBytesOfCache = 32u << 10;  // holds a capability cache of some two hundred papers
 
     SizedBytes() = default;
     // For answers that are long as a rule: the first buffer has that many bytes.
@@ -22,11 +25,11 @@ public:
     DWORD Read(Call read) {
         DWORD size = firstBytes_;
         for (int attempt = 0; attempt < 8; ++attempt) {
-            bytes_.resize(size);
+            bytes_ = std::make_unique_for_overwrite<BYTE[]>(size);
             DWORD needed = 0;
-            const DWORD error = read(bytes_.data(), size, &needed);
+            const DWORD error = read(bytes_.get(), size, &needed);
             if (error == ERROR_SUCCESS && needed <= size) {
-                bytes_.resize(needed);
+                size_ = needed;
                 return ERROR_SUCCESS;
             }
             const bool tooSmall =
@@ -46,25 +49,25 @@ public:
         });
     }
 
-    const std::vector<BYTE>& Get() const noexcept { return bytes_; }
+    std::span<const BYTE> Get() const noexcept { return {bytes_.get(), size_}; }
     // How many records of the kind fit in the bytes, at most the number claimed.
     template <class Record>
     std::size_t CountRecords(std::size_t claimed) const noexcept {
-        const std::size_t room = bytes_.size() / sizeof(Record);
+        const std::size_t room = size_ / sizeof(Record);
         return claimed < room ? claimed : room;
     }
     template <class Record>
     const Record* As() const noexcept {
-        return bytes_.size() < sizeof(Record) ? nullptr : reinterpret_cast<const Record*>(bytes_.data());
+        return size_ < sizeof(Record) ? nullptr : reinterpret_cast<const Record*>(bytes_.get());
     }
     // The NUL-terminated text at a pointer of the record, cut at the end of the bytes; empty when it points elsewhere.
     // A string of any kind that is made of characters and their number.
     template <class String>
     String Text(const WCHAR* text) const {
-        const auto begin = reinterpret_cast<UINT_PTR>(bytes_.data());
+        const auto begin = reinterpret_cast<UINT_PTR>(bytes_.get());
         const auto at = reinterpret_cast<UINT_PTR>(text);
-        if (!text || at < begin || at >= begin + bytes_.size()) return String();
-        const std::size_t room = (begin + bytes_.size() - at) / sizeof(WCHAR);
+        if (!text || at < begin || at >= begin + size_) return String();
+        const std::size_t room = (begin + size_ - at) / sizeof(WCHAR);
         std::size_t length = 0;
         while (length < room && text[length]) ++length;
         return String(text, length);
@@ -83,12 +86,14 @@ public:
 
 private:
     DWORD Fail(DWORD error) {
-        bytes_.clear();
+        bytes_.reset();
+        size_ = 0;
         return error;
     }
 
     DWORD firstBytes_ = kFirstBytes;
-    std::vector<BYTE> bytes_;
+    std::unique_ptr<BYTE[]> bytes_;
+    std::size_t size_ = 0;
 };
 
 // Reads a registry value whole. A Win32 error code; the type is the value's unless it failed.
