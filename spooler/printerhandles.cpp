@@ -6,10 +6,11 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <shared_mutex>
 
 namespace {
 
-std::mutex tableMutex;
+std::shared_mutex tableMutex;
 std::map<std::uintptr_t, WideString> table;
 // Numbers are not used again, so that a handle that was closed stays bad. The system's handles are multiples of four.
 std::uintptr_t lastHandle = 0x1000;
@@ -24,7 +25,7 @@ HANDLE OpenHandle(const WideString& printerName) {
 }
 
 WideString GetNameBehind(HANDLE handle) {
-    const std::scoped_lock lock(tableMutex);
+    const std::shared_lock lock(tableMutex);
     const auto entry = table.find(reinterpret_cast<std::uintptr_t>(handle));
     Require(entry != table.end(), ERROR_INVALID_HANDLE);
     return entry->second;

@@ -1,8 +1,8 @@
 // BSTR and VARIANT.
 #include <livecounts.h>
 #include <oleauto.h>
+#include <spreadcount.h>
 
-#include <atomic>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -10,7 +10,7 @@
 
 namespace {
 
-constinit std::atomic<long> liveBstrs{0};
+constinit SpreadCount liveBstrs;
 
 // Eight bytes keep the text as aligned as allocated memory; the length fills the last four of them.
 constexpr std::size_t prefixBytes = 8;
@@ -38,7 +38,7 @@ BSTR Allocate(const void* source, std::size_t bytes) {
         std::memset(text, 0, bytes);
     }
     std::memset(text + bytes, 0, sizeof(WCHAR));
-    ++liveBstrs;
+    liveBstrs.Add(1);
     return reinterpret_cast<BSTR>(block + prefixBytes);
 }
 
@@ -53,7 +53,7 @@ bool IsPlain(VARTYPE type) {
 
 }  // namespace
 
-long LiveBstrCount() noexcept { return liveBstrs.load(); }
+long LiveBstrCount() noexcept { return liveBstrs.Get(); }
 
 extern "C" {
 
@@ -67,7 +67,7 @@ BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT length) {
 
 void WINAPI SysFreeString(BSTR text) {
     if (!text) return;
-    --liveBstrs;
+    liveBstrs.Add(-1);
     std::free(reinterpret_cast<char*>(text) - prefixBytes);
 }
 

@@ -4,6 +4,7 @@
 
 #include <livecounts.h>
 #include <msxml2.h>
+#include <spreadcount.h>
 
 #include <atomic>
 #include <new>
@@ -13,14 +14,14 @@ namespace dom {
 // Counts the COM objects that are alive in the process.
 class LiveObject {
 public:
-    LiveObject() noexcept { ++count_; }
+    LiveObject() noexcept { count_.Add(1); }
     LiveObject(const LiveObject&) = delete;
     LiveObject& operator=(const LiveObject&) = delete;
-    virtual ~LiveObject() { --count_; }
-    static long Count() noexcept { return count_; }
+    virtual ~LiveObject() { count_.Add(-1); }
+    static long Count() noexcept { return count_.Get(); }
 
 private:
-    static std::atomic<long> count_;
+    static SpreadCount count_;
 };
 
 // Runs the body of a COM method; no exception leaves it.

@@ -109,8 +109,10 @@ DomTree::DomTree() : document_((InitialiseLibrary(), Made(xmlNewDoc(XmlChars("1.
 }
 
 void DomTree::NoteChange() noexcept {
-    static std::atomic<std::uint64_t> last = 0;
-    changes_ = ++last;
+    // A tree takes its numbers a block at a time, so that threads do not wait for each other at every change.
+    constexpr std::uint64_t kBlock = 1 << 20;
+    static std::atomic<std::uint64_t> blocks = 0;
+    if (++changes_ % kBlock == 0) changes_ = ++blocks * kBlock;
 }
 
 DomTree::~DomTree() { FreeAll(); }

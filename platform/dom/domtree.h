@@ -137,7 +137,7 @@ private:
     void SetEncoding() noexcept;
 
     xmlDoc* document_;
-    std::uint64_t changes_;
+    std::uint64_t changes_ = static_cast<std::uint64_t>(-1);        // the last of its block of numbers
     std::array<std::pair<WideString, std::string>, 4> recentUris_;  // as given, and as UTF-8
     std::size_t oldestUri_ = 0;
     // By prefix and URI; found without copying either.

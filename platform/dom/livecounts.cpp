@@ -2,7 +2,7 @@
 #include "domobject.h"
 
 namespace dom {
-std::atomic<long> LiveObject::count_ = 0;
+constinit SpreadCount LiveObject::count_;
 }
 
 long LiveDomObjectCount() noexcept { return dom::LiveObject::Count(); }

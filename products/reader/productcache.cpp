@@ -1,72 +1,73 @@
 // LoadProduct: the bounded cache of parsed products.
 #include "productparser.h"
 
+#include <filestate.h>
+
 #include <algorithm>
 #include <atomic>
 #include <list>
 #include <mutex>
+#include <shared_mutex>
+#include <utility>
+#include <vector>
 
 ProductError::~ProductError() = default;
 
 namespace {
 
-struct FileState {
-    std::filesystem::path file;
-    std::uintmax_t size = 0;
-    std::filesystem::file_time_type changed;
-
-    friend bool operator==(const FileState&, const FileState&) = default;
-};
-
-FileState GetFileState(const std::filesystem::path& file) {
-    FileState state{file, 0, {}};
-    std::error_code error;
-    state.size = std::filesystem::file_size(file, error);
-    if (error) state.size = static_cast<std::uintmax_t>(-1);
-    const auto changed = std::filesystem::last_write_time(file, error);
-    if (!error) state.changed = changed;
-    return state;
-}
-
 struct CachedProduct {
     std::filesystem::path file;
-    std::vector<FileState> states;
+    std::vector<std::pair<std::filesystem::path, FileState>> states;
     std::shared_ptr<const ProductDescription> product;
 
     bool IsCurrent() const {
         return std::all_of(states.begin(), states.end(),
-                           [](const FileState& state) { return GetFileState(state.file) == state; });
+                           [](const auto& state) { return GetFileState(state.first) == state.second; });
     }
 };
 
 constexpr std::size_t kMostCached = 16;
 
-std::mutex cacheMutex;
-std::list<CachedProduct> cache;  // the most recently used first
+std::mutex readingMutex;      // held while a product is parsed, so that no two threads parse the same
+std::shared_mutex listMutex;  // of the list alone: who finds a product waits for no file
+std::list<std::shared_ptr<const CachedProduct>> cache;  // the last one read first
 std::atomic<std::size_t> readCount = 0;
+
+// Null when there is none, or when one of its files has changed.
+std::shared_ptr<const ProductDescription> FindCurrent(const std::filesystem::path& file) {
+    std::shared_ptr<const CachedProduct> found;
+    {
+        const std::shared_lock lock(listMutex);
+        const auto place =
+            std::find_if(cache.begin(), cache.end(), [&](const auto& cached) { return cached->file == file; });
+        if (place != cache.end()) found = *place;
+    }
+    return found && found->IsCurrent() ? found->product : nullptr;
+}
+
+void Keep(CachedProduct product) {
+    auto kept = std::make_shared<const CachedProduct>(std::move(product));
+    const std::scoped_lock lock(listMutex);
+    std::erase_if(cache, [&](const auto& cached) { return cached->file == kept->file; });
+    cache.push_front(std::move(kept));
+    if (cache.size() > kMostCached) cache.pop_back();
+}
 
 }  // namespace
 
 std::shared_ptr<const ProductDescription> LoadProduct(const std::filesystem::path& file) {
-    const std::scoped_lock lock(cacheMutex);
-    const auto found =
-        std::find_if(cache.begin(), cache.end(), [&](const CachedProduct& cached) { return cached.file == file; });
-    if (found != cache.end()) {
-        if (found->IsCurrent()) {
-            cache.splice(cache.begin(), cache, found);
-            return found->product;
-        }
-        cache.erase(found);
-    }
+    if (auto found = FindCurrent(file)) return found;
+    const std::scoped_lock lock(readingMutex);
+    if (auto found = FindCurrent(file)) return found;
     // The state is taken before the file is read: a change during the reading is seen by the next call.
-    std::vector<FileState> states = {GetFileState(file)};
+    CachedProduct read{.file = file, .states = {{file, GetFileState(file)}}, .product = nullptr};
     ++readCount;
     ParsedProduct parsed = ParseProduct(file);
     for (std::size_t index = 1; index < parsed.files.size(); ++index)
-        states.push_back(GetFileState(parsed.files[index]));
-    auto product = std::make_shared<const ProductDescription>(std::move(parsed.product));
-    cache.push_front({file, std::move(states), product});
-    if (cache.size() > kMostCached) cache.pop_back();
+        read.states.emplace_back(parsed.files[index], GetFileState(parsed.files[index]));
+    read.product = std::make_shared<const ProductDescription>(std::move(parsed.product));
+    auto product = read.product;
+    Keep(std::move(read));
     return product;
 }
 
