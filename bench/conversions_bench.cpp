@@ -3,6 +3,9 @@
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 
+#include <iostream>
+#include <string_view>
+
 #include <capabilitycaches.h>
 #include <domdocument.h>
 #include <mvutil/globalcaches.h>
@@ -12,6 +15,7 @@
 #include <subsystem/devmodemaker.h>
 #include <subsystem/productfiles.h>
 #include "benchmarks.h"
+#include "quicktable.h"
 
 namespace {
 
@@ -135,9 +139,11 @@ int main(int argc, char** argv) {
     RegisterProducts();
     RegisterPaperBenchmarks();
     RegisterDocumentBenchmarks();
+    const bool isQuick = argc > 1 && std::string_view(argv[1]) == "--quick";
     benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-    benchmark::RunSpecifiedBenchmarks();
+    if (!isQuick && benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+    const int status = isQuick ? RunQuickTable(std::cout) : 0;
+    if (!isQuick) benchmark::RunSpecifiedBenchmarks();
     CloseStore();
-    return 0;
+    return status;
 }
