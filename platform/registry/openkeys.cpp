@@ -1,13 +1,7 @@
 // The process's store and its open registry keys.
 #include "openkeys.h"
 
-#include <store.h>
-#include "../protect/protectionkey.h"
-
-#include <filesystem>
 #include <optional>
-#include <stdexcept>
-#include <system_error>
 
 namespace mvplatform {
 namespace {
@@ -34,12 +28,12 @@ OpenKeys& OpenKeys::GetInstance() {
     return instance;
 }
 
-RegistryStore& OpenKeys::GetStore() {
-    if (!store_) store_ = std::make_unique<RegistryStore>(":memory:");
-    return *store_;
+std::shared_ptr<RegistryStore> OpenKeys::GetStore() {
+    if (!store_) store_ = std::make_shared<RegistryStore>(":memory:", FileUse::Make);
+    return store_;
 }
 
-void OpenKeys::Replace(std::unique_ptr<RegistryStore> store) noexcept {
+void OpenKeys::Replace(std::shared_ptr<RegistryStore> store) noexcept {
     keys_.clear();
     store_ = std::move(store);
 }
@@ -51,6 +45,11 @@ KeyId OpenKeys::Find(HKEY handle, REGSAM wanted) const {
     if ((found->second.access & wanted) != wanted)
         throw RegistryError(ERROR_ACCESS_DENIED, "the key was not opened for this");
     return found->second.id;
+}
+
+void OpenKeys::Forget(KeyId last) noexcept {
+    for (auto& [handle, key] : keys_)
+        if (key.id > last) key.id = noKey;
 }
 
 HKEY OpenKeys::Add(KeyId id, REGSAM access) {
@@ -65,35 +64,3 @@ bool OpenKeys::Remove(HKEY handle) {
 }
 
 }  // namespace mvplatform
-
-void OpenStore(const std::string& folderUtf8) {
-    namespace fs = std::filesystem;
-    std::string file = folderUtf8;
-    std::optional<fs::path> storeFolder;
-    if (file.empty()) throw std::runtime_error("The store needs the name of a folder.");
-    if (file != ":memory:") {
-        std::error_code error;
-        const fs::path folder = fs::absolute(folderUtf8, error);
-        if (!error) fs::create_directories(folder, error);
-        if (error)
-            throw std::runtime_error("The store's folder " + folderUtf8 + " cannot be made: " + error.message() + ".");
-        file = (folder / "registry.sqlite").string();
-        storeFolder = folder;
-    }
-    try {
-        auto store = std::make_unique<mvplatform::RegistryStore>(file);
-        mvplatform::OpenKeys& keys = mvplatform::OpenKeys::GetInstance();
-        const std::lock_guard lock(keys.GetMutex());
-        keys.Replace(std::move(store));
-        mvplatform::ProtectionKey::GetInstance().UseFolder(std::move(storeFolder));
-    } catch (const mvplatform::RegistryError& error) {
-        throw std::runtime_error("The store " + file + " cannot be opened: " + error.what() + ".");
-    }
-}
-
-void CloseStore() noexcept {
-    mvplatform::OpenKeys& keys = mvplatform::OpenKeys::GetInstance();
-    const std::lock_guard lock(keys.GetMutex());
-    keys.Replace(nullptr);
-    mvplatform::ProtectionKey::GetInstance().UseFolder(std::nullopt);
-}

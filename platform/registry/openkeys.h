@@ -25,13 +25,15 @@ public:
     std::mutex& GetMutex() noexcept { return mutex_; }
 
     // The store; one that ends with the process when none was chosen. Throws RegistryError.
-    RegistryStore& GetStore();
+    std::shared_ptr<RegistryStore> GetStore();
     // Another store, or none; closes all keys and the store before.
-    void Replace(std::unique_ptr<RegistryStore> store) noexcept;
+    void Replace(std::shared_ptr<RegistryStore> store) noexcept;
 
     // The key behind a handle. Throws RegistryError: ERROR_INVALID_HANDLE; ERROR_ACCESS_DENIED when the key was opened
     // without one of the wanted rights.
     KeyId Find(HKEY handle, REGSAM wanted) const;
+    // The keys that were made after the last one are there no more, whoever gets their numbers.
+    void Forget(KeyId last) noexcept;
     HKEY Add(KeyId id, REGSAM access);
     // False when there is no such handle. The predefined keys stay open.
     bool Remove(HKEY handle);
@@ -40,7 +42,7 @@ private:
     OpenKeys() = default;
 
     std::mutex mutex_;
-    std::unique_ptr<RegistryStore> store_;
+    std::shared_ptr<RegistryStore> store_;
     std::unordered_map<std::uintptr_t, Key> keys_;
     std::uintptr_t nextHandle_ = 0x100;
 };

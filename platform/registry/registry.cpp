@@ -98,7 +98,7 @@ LSTATUS WINAPI RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR ke
         if (keyClass || security) Refuse(ERROR_NOT_SUPPORTED, "key classes and security are not kept");
         bool created = false;
         const KeyId parent = keys.Find(key, 0);
-        *result = keys.Add(keys.GetStore().CreateKey(parent, ParsePath(path), created), access);
+        *result = keys.Add(keys.GetStore()->CreateKey(parent, ParsePath(path), created), access);
         if (disposition) *disposition = created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
         return ERROR_SUCCESS;
     });
@@ -109,7 +109,7 @@ LSTATUS WINAPI RegOpenKeyExW(HKEY key, LPCWSTR path, DWORD options, REGSAM acces
     return Answer([=](OpenKeys& keys) -> LSTATUS {
         Require(result && options == 0, "an argument is not as required");
         const KeyId parent = keys.Find(key, 0);
-        const std::optional<KeyId> found = keys.GetStore().FindKey(parent, ParsePath(path));
+        const std::optional<KeyId> found = keys.GetStore()->FindKey(parent, ParsePath(path));
         if (!found) return ERROR_FILE_NOT_FOUND;
         *result = keys.Add(*found, access);
         return ERROR_SUCCESS;
@@ -124,7 +124,7 @@ LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWOR
     return Answer([=](OpenKeys& keys) -> LSTATUS {
         Require(!reserved && (bytes || !data), "an argument is not as required");
         const KeyId id = keys.Find(key, KEY_QUERY_VALUE);
-        const std::optional<RegistryValue> value = keys.GetStore().ReadValue(id, ValueName(name));
+        const std::optional<RegistryValue> value = keys.GetStore()->ReadValue(id, ValueName(name));
         return value ? HandOut(*value, type, data, bytes) : ERROR_FILE_NOT_FOUND;
     });
 }
@@ -133,7 +133,7 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type
     return Answer([=](OpenKeys& keys) -> LSTATUS {
         Require(reserved == 0 && (data || bytes == 0), "an argument is not as required");
         const KeyId id = keys.Find(key, KEY_SET_VALUE);
-        keys.GetStore().WriteValue(id, ValueName(name), type, {data, bytes});
+        keys.GetStore()->WriteValue(id, ValueName(name), type, {data, bytes});
         return ERROR_SUCCESS;
     });
 }
@@ -141,7 +141,7 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type
 LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR name) {
     return Answer([=](OpenKeys& keys) -> LSTATUS {
         const KeyId id = keys.Find(key, KEY_SET_VALUE);
-        return keys.GetStore().DeleteValue(id, ValueName(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+        return keys.GetStore()->DeleteValue(id, ValueName(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
     });
 }
 
@@ -150,9 +150,9 @@ LSTATUS WINAPI RegDeleteTreeW(HKEY key, LPCWSTR path) {
         const KeyPath names = ParsePath(path);
         // Without a path the rights of the handle itself are needed.
         const REGSAM wanted = names.empty() ? KEY_QUERY_VALUE | KEY_SET_VALUE | KEY_ENUMERATE_SUB_KEYS : 0;
-        const std::optional<KeyId> found = keys.GetStore().FindKey(keys.Find(key, wanted), names);
+        const std::optional<KeyId> found = keys.GetStore()->FindKey(keys.Find(key, wanted), names);
         if (!found) return ERROR_FILE_NOT_FOUND;
-        keys.GetStore().DeleteTree(*found, !names.empty());
+        keys.GetStore()->DeleteTree(*found, !names.empty());
         return ERROR_SUCCESS;
     });
 }
@@ -163,7 +163,7 @@ LSTATUS WINAPI RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD charact
         Require(name && characters && !reserved, "an argument is not as required");
         if (keyClass || classCharacters || lastWrite) Refuse(ERROR_NOT_SUPPORTED, "classes and times are not kept");
         const KeyId id = keys.Find(key, KEY_ENUMERATE_SUB_KEYS);
-        const std::optional<std::string> child = keys.GetStore().ChildName(id, index);
+        const std::optional<std::string> child = keys.GetStore()->ChildName(id, index);
         return child ? HandOutName(*child, name, characters) : ERROR_NO_MORE_ITEMS;
     });
 }
@@ -173,7 +173,7 @@ LSTATUS WINAPI RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD charact
     return Answer([=](OpenKeys& keys) -> LSTATUS {
         Require(name && characters && !reserved && (bytes || !data), "an argument is not as required");
         const KeyId id = keys.Find(key, KEY_QUERY_VALUE);
-        const std::optional<RegistryValue> value = keys.GetStore().ValueAt(id, index);
+        const std::optional<RegistryValue> value = keys.GetStore()->ValueAt(id, index);
         if (!value) return ERROR_NO_MORE_ITEMS;
         const LSTATUS named = HandOutName(value->name, name, characters);
         return named == ERROR_SUCCESS ? HandOut(*value, type, data, bytes) : named;

@@ -60,9 +60,9 @@ bool HasTables(sqlite3* connection) {
     throw RegistryError(ERROR_REGISTRY_CORRUPT, "it is not a registry store of this version");
 }
 
-// One transaction for the look and the making: another process may be making the tables.
-void PrepareTables(sqlite3* connection) {
-    Execute(connection, "BEGIN");
+// Of several processes one makes them; another may have done so since this one looked.
+void MakeTables(sqlite3* connection) {
+    Execute(connection, "PRAGMA journal_mode = WAL; BEGIN IMMEDIATE");
     try {
         if (!HasTables(connection)) Execute(connection, schema);
         Execute(connection, "COMMIT");
@@ -72,19 +72,51 @@ void PrepareTables(sqlite3* connection) {
     }
 }
 
+void Prepare(sqlite3* connection, FileUse use) {
+    if (!HasTables(connection)) {
+        if (use != FileUse::Make) throw RegistryError(ERROR_FILE_NOT_FOUND, "it is empty");
+        MakeTables(connection);
+    }
+    if (use == FileUse::Read) return;
+    // The files beside it stay, so that who may not write in the folder can read while others write.
+    Execute(connection, "PRAGMA synchronous = FULL; PRAGMA journal_size_limit = 4194304");
+    int keep = 1;
+    sqlite3_file_control(connection, "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
+}
+
+UniqueConnection Connect(const std::string& file, int flags) {
+    sqlite3* opened = nullptr;
+    const int result =
+        sqlite3_open_v2(file.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+    UniqueConnection connection(opened);
+    if (!connection) throw RegistryError(ERROR_NOT_ENOUGH_MEMORY, "out of memory");
+    if (result != SQLITE_OK) throw LastError(opened);
+    sqlite3_busy_timeout(opened, static_cast<int>(patience.count()));
+    return connection;
+}
+
+UniqueConnection ConnectAndPrepare(const std::string& file, FileUse use) {
+    if (use == FileUse::Read) {
+        UniqueConnection connection = Connect(file, SQLITE_OPEN_READONLY);
+        Prepare(connection.get(), use);
+        return connection;
+    }
+    UniqueConnection connection =
+        Connect(file, SQLITE_OPEN_READWRITE | (use == FileUse::Make ? SQLITE_OPEN_CREATE : 0));
+    if (sqlite3_db_readonly(connection.get(), "main") == 1)
+        throw RegistryError(ERROR_ACCESS_DENIED, "it cannot be written");
+    Prepare(connection.get(), use);
+    return connection;
+}
+
 }  // namespace
 
-void PrepareRegistryFile(sqlite3* connection) {
-    sqlite3_busy_timeout(connection, static_cast<int>(patience.count()));
-    if (sqlite3_db_readonly(connection, "main") == 1) throw RegistryError(ERROR_ACCESS_DENIED, "it cannot be written");
-    // SQLite does not wait by itself while another process turns the new file's journal over, nor where one has begun
-    // to write since this one looked.
+UniqueConnection OpenRegistryFile(const std::string& file, FileUse use) {
+    // SQLite does not wait by itself while another process turns the new file's journal over.
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
         try {
-            Execute(connection, "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;");
-            PrepareTables(connection);
-            return;
+            return ConnectAndPrepare(file, use);
         } catch (const RegistryError& error) {
             if (error.GetStatus() != ERROR_BUSY || std::chrono::steady_clock::now() > deadline) throw;
             std::this_thread::sleep_for(pause);

@@ -1,8 +1,6 @@
 // The registry's tree of keys and values in an SQLite database.
 #include "registrystore.h"
 
-#include "registryfile.h"
-
 namespace mvplatform {
 
 struct RegistryStore::Statements {
@@ -10,6 +8,9 @@ struct RegistryStore::Statements {
         : begin(c, "BEGIN"),
           beginWriting(c, "BEGIN IMMEDIATE"),
           commit(c, "COMMIT"),
+          beginPart(c, "SAVEPOINT part"),
+          commitPart(c, "RELEASE part"),
+          lastKey(c, "SELECT seq FROM sqlite_sequence WHERE name = 'keys'"),
           hasKey(c, "SELECT 1 FROM keys WHERE id = ?1"),
           findChild(c, "SELECT id FROM keys WHERE parent = ?1 AND folded = ?2"),
           addChild(c, "INSERT INTO keys (parent, folded, name) VALUES (?1, ?2, ?3)"),
@@ -33,6 +34,9 @@ struct RegistryStore::Statements {
     Statement begin;
     Statement beginWriting;
     Statement commit;
+    Statement beginPart;
+    Statement commitPart;
+    Statement lastKey;
     Statement hasKey;
     Statement findChild;
     Statement addChild;
@@ -45,45 +49,73 @@ struct RegistryStore::Statements {
     Statement deleteEntry;
 };
 
-void RegistryStore::DeleteStatements::operator()(Statements* statements) const noexcept { delete statements; }
-
-// A transaction that is rolled back unless it was committed.
+// What several statements do, whole or not at all; reading alone is part of the transaction that is open.
 class RegistryStore::Transaction {
 public:
-    Transaction(RegistryStore& store, Statement& begin) : store_(store) { begin.Execute(); }
+    Transaction(RegistryStore& store, bool writes) : store_(store), open_(writes || store.depth_ == 0) {
+        if (open_) store_.Begin(writes);
+    }
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction() {
-        // After some errors SQLite has rolled back by itself.
-        sqlite3* connection = store_.connection_.get();
-        if (!sqlite3_get_autocommit(connection)) sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
+        if (open_) store_.Rollback();
     }
 
-    void Commit() { store_.statements_->commit.Execute(); }
+    void Commit() {
+        if (open_) store_.Commit();
+        open_ = false;
+    }
 
 private:
     RegistryStore& store_;
+    bool open_;
 };
 
-RegistryStore::RegistryStore(const std::string& file) {
-    sqlite3* connection = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-    const int result = sqlite3_open_v2(file.c_str(), &connection, flags, nullptr);
-    connection_.reset(connection);
-    if (!connection) throw RegistryError(ERROR_NOT_ENOUGH_MEMORY, "out of memory");
-    if (result != SQLITE_OK) throw LastError(connection);
-    PrepareRegistryFile(connection);
-    statements_.reset(new Statements(connection));
+RegistryStore::RegistryStore(const std::string& file, FileUse use)
+    : connection_(OpenRegistryFile(file, use)),
+      writes_(use != FileUse::Read),
+      statements_(std::make_unique<Statements>(connection_.get())) {}
+
+RegistryStore::~RegistryStore() = default;
+
+RegistryStore::Statements& RegistryStore::Use() {
+    if (depth_ != 0 && sqlite3_get_autocommit(connection_.get()))
+        throw RegistryError(ERROR_REGISTRY_IO_FAILED, "a change failed, and those before it were taken back");
+    return *statements_;
+}
+
+void RegistryStore::Begin(bool writes) {
+    Statements& statements = Use();
+    (depth_ != 0 ? statements.beginPart : writes ? statements.beginWriting : statements.begin).Execute();
+    ++depth_;
+}
+
+void RegistryStore::Commit() {
+    Statements& statements = Use();
+    (depth_ != 1 ? statements.commitPart : statements.commit).Execute();
+    --depth_;
+}
+
+void RegistryStore::Rollback() noexcept {
+    --depth_;
+    sqlite3* const connection = connection_.get();
+    if (sqlite3_get_autocommit(connection)) return;
+    sqlite3_exec(connection, depth_ != 0 ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+KeyId RegistryStore::LastKey() {
+    Statement::Run run = Use().lastKey.Start();
+    return run.Step() ? run.Integer(0) : 0;
 }
 
 void RegistryStore::RequireKey(KeyId key) {
-    if (!statements_->hasKey.Start(key).Step()) throw RegistryError(ERROR_KEY_DELETED, "the key was deleted");
+    if (!Use().hasKey.Start(key).Step()) throw RegistryError(ERROR_KEY_DELETED, "the key was deleted");
 }
 
 KeyId RegistryStore::Walk(KeyId key, const KeyPath& path, std::size_t& found) {
     RequireKey(key);
     for (found = 0; found < path.size(); ++found) {
-        Statement::Run run = statements_->findChild.Start(key, path[found].folded);
+        Statement::Run run = Use().findChild.Start(key, path[found].folded);
         if (!run.Step()) break;
         key = run.Integer(0);
     }
@@ -91,7 +123,7 @@ KeyId RegistryStore::Walk(KeyId key, const KeyPath& path, std::size_t& found) {
 }
 
 std::optional<KeyId> RegistryStore::FindKey(KeyId key, const KeyPath& path) {
-    Transaction transaction(*this, statements_->begin);
+    Transaction transaction(*this, false);
     std::size_t found = 0;
     const KeyId last = Walk(key, path, found);
     transaction.Commit();
@@ -103,12 +135,12 @@ KeyId RegistryStore::CreateKey(KeyId key, const KeyPath& path, bool& created) {
     created = false;
     // Most keys exist; looking needs no writer's lock.
     if (const std::optional<KeyId> existing = FindKey(key, path)) return *existing;
-    Transaction transaction(*this, statements_->beginWriting);
+    Transaction transaction(*this, true);
     std::size_t found = 0;
     KeyId last = Walk(key, path, found);
     created = found < path.size();
     for (; found < path.size(); ++found) {
-        statements_->addChild.Execute(last, path[found].folded, path[found].text);
+        Use().addChild.Execute(last, path[found].folded, path[found].text);
         last = sqlite3_last_insert_rowid(connection_.get());
     }
     transaction.Commit();
@@ -116,41 +148,41 @@ KeyId RegistryStore::CreateKey(KeyId key, const KeyPath& path, bool& created) {
 }
 
 void RegistryStore::DeleteTree(KeyId key, bool withKey) {
-    Transaction transaction(*this, statements_->beginWriting);
+    Transaction transaction(*this, true);
     RequireKey(key);
-    statements_->deleteEntries.Execute(key);
-    statements_->deleteKeys.Execute(key, std::int64_t{withKey});
+    Use().deleteEntries.Execute(key);
+    Use().deleteKeys.Execute(key, std::int64_t{withKey});
     transaction.Commit();
 }
 
 std::optional<std::string> RegistryStore::ChildName(KeyId key, DWORD index) {
-    Statement::Run run = statements_->childAt.Start(key, std::int64_t{index});
+    Statement::Run run = Use().childAt.Start(key, std::int64_t{index});
     if (run.Step()) return run.Text(0);
     RequireKey(key);
     return std::nullopt;
 }
 
 std::optional<RegistryValue> RegistryStore::ReadValue(KeyId key, const RegistryName& name) {
-    Statement::Run run = statements_->readEntry.Start(key, name.folded);
+    Statement::Run run = Use().readEntry.Start(key, name.folded);
     if (run.Step()) return RegistryValue{run.Text(0), static_cast<DWORD>(run.Integer(1)), run.Bytes(2)};
     RequireKey(key);
     return std::nullopt;
 }
 
 std::optional<RegistryValue> RegistryStore::ValueAt(KeyId key, DWORD index) {
-    Statement::Run run = statements_->entryAt.Start(key, std::int64_t{index});
+    Statement::Run run = Use().entryAt.Start(key, std::int64_t{index});
     if (run.Step()) return RegistryValue{run.Text(0), static_cast<DWORD>(run.Integer(1)), run.Bytes(2)};
     RequireKey(key);
     return std::nullopt;
 }
 
 void RegistryStore::WriteValue(KeyId key, const RegistryName& name, DWORD type, BytesView data) {
-    statements_->writeEntry.Execute(key, name.folded, name.text, std::int64_t{type}, data);
+    Use().writeEntry.Execute(key, name.folded, name.text, std::int64_t{type}, data);
     if (sqlite3_changes(connection_.get()) == 0) throw RegistryError(ERROR_KEY_DELETED, "the key was deleted");
 }
 
 bool RegistryStore::DeleteValue(KeyId key, const RegistryName& name) {
-    statements_->deleteEntry.Execute(key, name.folded);
+    Use().deleteEntry.Execute(key, name.folded);
     if (sqlite3_changes(connection_.get()) != 0) return true;
     RequireKey(key);
     return false;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <windows.h>
+#include "registryfile.h"
 #include "statement.h"
 
 #include <cstdint>
@@ -13,6 +14,7 @@
 namespace mvplatform {
 
 using KeyId = std::int64_t;
+inline constexpr KeyId noKey = -1;
 inline constexpr KeyId currentUserKey = 1;
 inline constexpr KeyId localMachineKey = 2;
 
@@ -30,12 +32,15 @@ struct RegistryValue {
 };
 
 // One connection, for one thread at a time. Other processes may work on the same file at once. Every operation is whole
-// or not at all, and on disk when it returns; it throws RegistryError, with ERROR_KEY_DELETED when the key is there no
-// more.
+// or not at all, and on disk when it returns unless it is part of a transaction; it throws RegistryError, with
+// ERROR_KEY_DELETED when the key is there no more.
 class RegistryStore {
 public:
-    // Opens the file, making it when it is missing; ":memory:" for a store that ends with the object.
-    explicit RegistryStore(const std::string& file);
+    // Opens the file; ":memory:" for a store that ends with the object.
+    RegistryStore(const std::string& file, FileUse use);
+    ~RegistryStore();
+    RegistryStore(const RegistryStore&) = delete;
+    RegistryStore& operator=(const RegistryStore&) = delete;
 
     // The key at the end of the path (the key itself when that is empty), or nothing.
     std::optional<KeyId> FindKey(KeyId key, const KeyPath& path);
@@ -53,23 +58,29 @@ public:
     // False when there is no such value.
     bool DeleteValue(KeyId key, const RegistryName& name);
 
+    // A transaction around operations; one within another can be taken back alone. On a connection that only reads, all
+    // operations within see one state. A failed Commit leaves the transaction open, to be taken back.
+    void Begin() { Begin(writes_); }
+    void Commit();
+    void Rollback() noexcept;
+    // The highest number that a key has had; a transaction that is taken back frees those given out in it.
+    KeyId LastKey();
+
 private:
-    struct Close {
-        void operator()(sqlite3* connection) const noexcept { sqlite3_close(connection); }
-    };
     struct Statements;
     class Transaction;
 
-    // The key at the path's end and how many of its names were found, within a transaction. The key must exist.
+    // The key at the path's end and how many of its names were found. The key must exist.
     KeyId Walk(KeyId key, const KeyPath& path, std::size_t& found);
     void RequireKey(KeyId key);
+    void Begin(bool writes);
+    // The statements. Throws when SQLite has taken back the open transaction by itself, as it does after some errors.
+    Statements& Use();
 
-    std::unique_ptr<sqlite3, Close> connection_;
-    // Destroyed before the connection.
-    struct DeleteStatements {
-        void operator()(Statements* statements) const noexcept;
-    };
-    std::unique_ptr<Statements, DeleteStatements> statements_;
+    UniqueConnection connection_;
+    bool writes_;
+    int depth_ = 0;                           // of the transactions that are open
+    std::unique_ptr<Statements> statements_;  // destroyed before the connection
 };
 
 }  // namespace mvplatform

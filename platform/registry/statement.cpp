@@ -28,15 +28,15 @@ RegistryError LastError(sqlite3* connection) {
     return RegistryError(status(), sqlite3_errmsg(connection));
 }
 
-Statement::Statement(sqlite3* connection, const char* sql) {
+void Statement::Prepare() {
     sqlite3_stmt* statement = nullptr;
-    const int result = sqlite3_prepare_v3(connection, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    const int result = sqlite3_prepare_v3(connection_, sql_, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
     statement_.reset(statement);
-    if (result != SQLITE_OK) throw LastError(connection);
+    if (result != SQLITE_OK) throw LastError(connection_);
 }
 
 void Statement::Check(int result) const {
-    if (result != SQLITE_OK) throw LastError(sqlite3_db_handle(statement_.get()));
+    if (result != SQLITE_OK) throw LastError(connection_);
 }
 
 void Statement::Bind(int index, std::int64_t number) { Check(sqlite3_bind_int64(statement_.get(), index, number)); }

@@ -32,7 +32,7 @@ struct BytesView {
     std::size_t size;
 };
 
-// A statement that is prepared once and run many times, by one thread at a time.
+// A statement that is prepared when it is first run, and run many times, by one thread at a time.
 class Statement {
 public:
     // One run: rows are read until Step answers false; then, or when the run goes, the statement is free again.
@@ -54,12 +54,13 @@ public:
         sqlite3_stmt* statement_;
     };
 
-    // Throws RegistryError.
-    Statement(sqlite3* connection, const char* sql);
+    // The text lives as long as the statement.
+    Statement(sqlite3* connection, const char* sql) noexcept : connection_(connection), sql_(sql) {}
 
     // Starts a run with these parameters. Text is copied; bytes must live as long as the run. Throws RegistryError.
     template <class... Parameters>
     Run Start(const Parameters&... parameters) {
+        if (!statement_) Prepare();
         [[maybe_unused]] int index = 0;
         (Bind(++index, parameters), ...);
         return Run(statement_.get());
@@ -77,11 +78,14 @@ private:
         void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
     };
 
+    void Prepare();
     void Bind(int index, std::int64_t number);
     void Bind(int index, const std::string& text);
     void Bind(int index, BytesView bytes);
     void Check(int result) const;
 
+    sqlite3* connection_;
+    const char* sql_;
     std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 

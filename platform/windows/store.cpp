@@ -41,6 +41,8 @@ void UndoOverride() noexcept {
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
 }
 
+std::wstring GetPath(const std::string& folderUtf8) { return storesPath + KeyName(folderUtf8); }
+
 UniqueKey CreateKey(const std::wstring& path, const std::string& folder) {
     UniqueKey key;
     const LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
@@ -65,11 +67,12 @@ void CopyCryptographySettings(HKEY machine) {
 
 }  // namespace
 
-void OpenStore(const std::string& folderUtf8) {
+void OpenStore(const std::string& folderUtf8, StoreAccess access) {
     if (folderUtf8.empty()) throw std::runtime_error("The store needs the name of a folder.");
     CloseStore();
-    std::wstring path = storesPath;
+    std::wstring path;
     if (folderUtf8 == ":memory:") {
+        path = storesPath;
         for (const char digit : "process " + std::to_string(GetCurrentProcessId())) path += static_cast<wchar_t>(digit);
         // What a process of the same number left when it was killed.
         RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
@@ -77,7 +80,9 @@ void OpenStore(const std::string& folderUtf8) {
         if (registered != 0) throw std::runtime_error("The store cannot be opened: out of memory.");
         temporaryPath = path;
     } else {
-        path += KeyName(folderUtf8);
+        if (access != StoreAccess::Write && !IsStore(folderUtf8))
+            throw std::runtime_error("There is no store in " + folderUtf8 + ".");
+        path = GetPath(folderUtf8);
     }
     const UniqueKey user = CreateKey(path + W("\\User"), folderUtf8);
     const UniqueKey machine = CreateKey(path + W("\\Machine"), folderUtf8);
@@ -90,9 +95,20 @@ void OpenStore(const std::string& folderUtf8) {
                              std::to_string(status) + ".");
 }
 
+bool IsStore(const std::string& folderUtf8) {
+    UniqueKey key;
+    return RegOpenKeyExW(HKEY_CURRENT_USER, GetPath(folderUtf8).c_str(), 0, KEY_READ, key.Put()) == ERROR_SUCCESS;
+}
+
 void CloseStore() noexcept {
     UndoOverride();
     if (temporaryPath.empty()) return;
     RegDeleteTreeW(HKEY_CURRENT_USER, temporaryPath.c_str());
     temporaryPath.clear();
 }
+
+struct StoreTransaction::State {};
+
+StoreTransaction::StoreTransaction() = default;
+StoreTransaction::~StoreTransaction() = default;
+void StoreTransaction::Commit() {}
