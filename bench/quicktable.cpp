@@ -70,6 +70,17 @@ void PrintThreads(Collector& runs, std::ostream& out) {
     }
 }
 
+// On the press, which asks most.
+void PrintQuestions(Collector& runs, std::ostream& out) {
+    out << "questions to the spooler, for one conversion of the press\n";
+    for (const std::string operation : kOperations) {
+        out << "  " << std::left << std::setw(12) << operation << std::right;
+        for (const char* question : {"GetPrinterW", "GetPrinterDriverW", "DeviceCapabilitiesW", "read_caches"})
+            out << "  " << question << ' ' << runs.Get(operation + "/press8434/manual_time", question);
+        out << '\n';
+    }
+}
+
 }  // namespace
 
 int RunQuickTable(std::ostream& out) {
@@ -81,6 +92,8 @@ int RunQuickTable(std::ostream& out) {
     PrintRatios(runs, out);
     out << std::setprecision(2);
     PrintThreads(runs, out);
+    out << std::setprecision(0);
+    PrintQuestions(runs, out);
     if (runs.HasFailed()) std::cerr << "a benchmark failed\n";
     return runs.HasFailed() ? 1 : 0;
 }
