@@ -2,7 +2,6 @@
 #include "runhost.h"
 
 #include <products/reader/productdescription.h>
-#include <store.h>
 
 #include <filesystem>
 #include <optional>
@@ -17,6 +16,13 @@ namespace {
 
 constexpr const char* kProgram = "mvpthost";
 constexpr const char* kStoreVariable = "MVPTHOST_STORE";
+constexpr const char* kInMemory = ":memory:";
+
+// The platform's sentences end with a full stop, those of the host go on.
+std::string WithoutStop(std::string sentence) {
+    if (sentence.ends_with('.')) sentence.pop_back();
+    return sentence;
+}
 
 int Fail(std::ostream& err, const std::string& sentence, int exitStatus) {
     err << kProgram << ": " << sentence << '\n';
@@ -48,6 +54,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out,
             kProgram, "Does from the command line what the print subsystem does around the PrintTicket provider.");
         AddCommands(commandLine.GetRoot(), context);
         commandLine.Run(arguments, out);
+        context.Finish();
         if (!out.flush()) return Fail(err, "the output cannot be written; check where it goes", kExitFailed);
         return context.exitStatus;
     } catch (const InputError& error) {
@@ -72,28 +79,58 @@ int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out,
 }  // namespace
 
 HostContext::~HostContext() {
+    transaction_.reset();
     if (open_) CloseStore();
 }
 
-void HostContext::UseStore() {
-    if (!storeFolder.empty()) return Open(storeFolder);
-    if (const std::optional<std::string> folder = GetEnvironment(kStoreVariable)) return Open(*folder);
-    if (const std::optional<std::filesystem::path> folder = GetUserDataFolder())
-        return Open(PathToUtf8(*folder / kProgram));
-    throw InputError("there is no place for the store; name a folder with --store");
+void HostContext::UseStore(StoreAccess access) {
+    const std::optional<std::string> named =
+        storeFolder.empty() ? GetEnvironment(kStoreVariable) : std::make_optional(storeFolder);
+    if (named) {
+        if (access != StoreAccess::Write && !IsStore(*named))
+            throw InputError("there is no store in '" + *named +
+                             "'; 'printer add' makes one, --store names another folder");
+        Open(*named, access);
+    } else if (const std::optional<std::filesystem::path> folder = GetUserDataFolder()) {
+        const std::string own = PathToUtf8(*folder / kProgram);
+        Open(access == StoreAccess::Write || IsStore(own) ? own : kInMemory, access);
+    } else {
+        throw InputError("there is no place for the store; name a folder with --store");
+    }
+    if (access == StoreAccess::Read) Begin();
 }
 
-void HostContext::UseThrowawayStore() { Open(":memory:"); }
+void HostContext::ChangeStore(StoreAccess access) {
+    UseStore(access);
+    Begin();
+}
 
-void HostContext::Open(const std::string& folder) {
+void HostContext::UseThrowawayStore() { Open(kInMemory, StoreAccess::Write); }
+
+void HostContext::Open(const std::string& folder, StoreAccess access) {
     try {
-        OpenStore(folder);
+        OpenStore(folder, access);
     } catch (const std::runtime_error& error) {
-        std::string sentence = error.what();
-        if (sentence.ends_with('.')) sentence.pop_back();
-        throw InputError(sentence + "; name another folder with --store");
+        throw InputError(WithoutStop(error.what()) + "; name another folder with --store");
     }
     open_ = true;
+}
+
+void HostContext::Begin() {
+    try {
+        transaction_.emplace();
+    } catch (const std::runtime_error& error) {
+        throw OperationError(WithoutStop(error.what()));
+    }
+}
+
+void HostContext::Finish() {
+    if (!transaction_) return;
+    try {
+        transaction_->Commit();
+    } catch (const std::runtime_error& error) {
+        throw OperationError(WithoutStop(error.what()) + "; nothing was changed");
+    }
 }
 
 int RunHost(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {

@@ -136,7 +136,7 @@ void RunShow(HostContext& context, const std::string& name) {
 }
 
 void RunRebuild(HostContext& context, const std::string& name) {
-    context.UseStore();
+    context.ChangeStore();
     const InstalledPrinter printer(ArgumentToWide(name));  // with a product that can be read
     RebuildCapabilityCaches(printer.GetHandle());
 }

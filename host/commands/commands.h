@@ -1,7 +1,10 @@
 // The host's commands: each function adds a group of them to the command line.
 #pragma once
 
+#include <store.h>
+
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include <subsystem/hosterror.h>
@@ -16,9 +19,15 @@ public:
     HostContext& operator=(const HostContext&) = delete;
 
     // Opens the store that the command line, the environment or the user's data folder names; closed with the context.
-    // Throws InputError when there is none or it cannot be opened.
-    void UseStore();
+    // A command that only reads sees one state of it. Throws InputError when there is none or it cannot be opened; only
+    // the user's own may be missing, and is empty then.
+    void UseStore(StoreAccess access = StoreAccess::Read);
+    // The same for a command whose changes are made together, when it has succeeded.
+    void ChangeStore(StoreAccess access = StoreAccess::ReadMostly);
     void UseThrowawayStore();  // a store that ends with the context
+
+    // The command has succeeded. Throws OperationError when its changes cannot be made; none is then.
+    void Finish();
 
     std::ostream& out;
     std::ostream& err;
@@ -26,9 +35,11 @@ public:
     int exitStatus = kExitDone;  // of the command line, when nothing fails
 
 private:
-    void Open(const std::string& folder);
+    void Open(const std::string& folder, StoreAccess access);
+    void Begin();
 
     bool open_ = false;
+    std::optional<StoreTransaction> transaction_;
 };
 
 void AddDemoCommand(Command app, HostContext& context);

@@ -43,7 +43,7 @@ DevmodeBuffer ReadDevmode(const ConversionOptions& options) {
 }
 
 PrintSession OpenSession(HostContext& context, const ConversionOptions& options) {
-    context.UseStore();
+    context.UseStore(StoreAccess::ReadMostly);
     return PrintSession(CXString::FromUtf8(options.printer));
 }
 

@@ -43,7 +43,7 @@ Explanation ExplainBothFiles(PrinterFacts& printer, const ExplainOptions& option
 void RunExplain(HostContext& context, const ExplainOptions& options, bool ticketIsFirst) {
     if (options.devmode.empty() && options.ticket.empty())
         throw InputError("there is nothing to explain; give --devmode, --ticket or both");
-    context.UseStore();
+    context.UseStore(StoreAccess::ReadMostly);
     const PrintSession session(CXString::FromUtf8(options.printer));
     PrinterFacts printer(session);
     if (!options.capabilities.empty()) {

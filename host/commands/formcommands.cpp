@@ -64,7 +64,7 @@ WideString ReadPaperName(const PaperOptions& options, std::size_t longest) {
 void AddForm(HostContext& context, const PaperOptions& options) {
     WideString name = ReadPaperName(options, kLongestFormName);
     const LONG width = ParseSide(options.width), length = ParseSide(options.length);
-    context.UseStore();
+    context.ChangeStore();
     const auto printer = OpenInstalledPrinter(ArgumentToWide(options.printer));
     FORM_INFO_1W form{};
     form.Flags = FORM_USER;
@@ -83,7 +83,7 @@ void AddForm(HostContext& context, const PaperOptions& options) {
 
 void RemoveForm(HostContext& context, const PaperOptions& options) {
     WideString name = ReadPaperName(options, kLongestFormName);
-    context.UseStore();
+    context.ChangeStore();
     const auto printer = OpenInstalledPrinter(ArgumentToWide(options.printer));
     if (!DeleteFormW(printer.Get(), name.data())) ThrowFormRefusal("DeleteFormW", options.name);
     RebuildAllCaches();
@@ -98,7 +98,7 @@ void AddCustomSize(HostContext& context, const PaperOptions& options) {
     const std::pair<const WCHAR*, LONG> values[] = {{kCustomSizeWidthValue, ParseSide(options.width)},
                                                     {kCustomSizeLengthValue, ParseSide(options.length)},
                                                     {kCustomSizeIsMetricValue, options.metric ? 1 : 0}};
-    context.UseStore();
+    context.ChangeStore(StoreAccess::Write);
     if (User::EnumUserKeyNames(kCustomSizesKey).size() >= User::kMaximumKeyNames)
         throw InputError("there are " + std::to_string(User::kMaximumKeyNames) +
                          " custom sizes, as many as a printer lists; remove one first");
@@ -120,7 +120,7 @@ void AddCustomSize(HostContext& context, const PaperOptions& options) {
 
 void RemoveCustomSize(HostContext& context, const PaperOptions& options) {
     const WideString path = GetCustomSizePath(ReadPaperName(options, kLongestCustomSizeName));
-    context.UseStore();
+    context.ChangeStore();
     if (RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str()) != ERROR_SUCCESS)
         throw InputError("there is no custom size '" + options.name + "'");
     RebuildAllCaches();

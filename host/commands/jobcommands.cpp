@@ -18,12 +18,12 @@ struct JobOptions {
 
 void RunPrinted(HostContext& context, const JobOptions& options) {
     DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
-    context.UseStore();
+    context.ChangeStore();
     EndPrintedJob(InstalledPrinter(ArgumentToWide(options.printer)), devmode);
 }
 
 void RunPreferences(HostContext& context, const JobOptions& options) {
-    context.UseStore();
+    context.UseStore(StoreAccess::ReadMostly);
     for (const auto& [feature, value] : ReadJobPreferences(InstalledPrinter(ArgumentToWide(options.printer))))
         context.out << NameFeature(feature) << ": " << value << '\n';
 }

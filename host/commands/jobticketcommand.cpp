@@ -20,7 +20,7 @@ struct JobTicketOptions {
 
 void RunJobTicket(HostContext& context, const JobTicketOptions& options) {
     DevmodeBuffer devmode = ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
-    context.UseStore();
+    context.UseStore(StoreAccess::ReadMostly);
     const PrintSession session(CXString::FromUtf8(options.printer));
     const PrintSession::Document ticket = session.MakeTicket(devmode);
     const std::optional<std::string> text = ReadJobTicket(ticket.Get());

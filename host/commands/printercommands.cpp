@@ -43,12 +43,12 @@ void Install(Operation operation) {
 void RunAdd(HostContext& context, const PrinterOptions& options) {
     const std::filesystem::path product = FindProductFile(options.product);
     const WideString name = ArgumentToWide(options.name);
-    context.UseStore();
+    context.ChangeStore(StoreAccess::Write);
     Install([&] { InstallPrinter(name, product, ArgumentToWide(options.port), RebuildCapabilityCaches); });
 }
 
 void RunRemove(HostContext& context, const PrinterOptions& options) {
-    context.UseStore();
+    context.ChangeStore();
     const WideString name = ArgumentToWide(options.name);
     if (!HalfPrinters::Contains(name)) OpenInstalledPrinter(name);  // refuses one that is not there
     Install([&] { RemovePrinter(name); });

@@ -15,7 +15,7 @@ void RunExport(HostContext& context, const std::string& file) {
 
 void RunImport(HostContext& context, const std::string& file) {
     const RegFile contents = ParseRegFile(ReadWholeFile(PathFromUtf8(file)));
-    context.UseStore();
+    context.ChangeStore(StoreAccess::Write);
     ImportRegistry(contents);
 }
 

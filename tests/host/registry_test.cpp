@@ -100,6 +100,7 @@ TEST_F(HostRun, AnExportedStoreIsTheSameAfterItsImport) {
 }
 
 TEST_F(HostRun, ABadLastLineKeepsTheFirstOnesOut) {
+    Do({"registry", "import", Write("none.reg", kHeader)});
     Write("half.reg", std::string(kHeader) + "[HKLM\\Software\\Half]\r\n\"a\"=dword:1\r\n\"b\"=dword:x\r\n");
     EXPECT_EQ(Run({"registry", "import", File("half.reg")}).status, 2);
     Do({"registry", "export", File("a.reg")});
