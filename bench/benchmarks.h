@@ -24,7 +24,7 @@ inline PrintSession::Document ReadForBenchmark(const PrintSession& session, cons
 std::string ToText(const PrintSession::Document& document);
 
 // Sets the counters of a run: the ratio to libxml2 on the document, its bytes, how often a block was parsed, a list
-// decoded and a product file read, and how often one call asked the spooler.
+// decoded and a product file read, and how often one call asked the spooler and the registry.
 class RunCounters {
 public:
     RunCounters();
@@ -33,6 +33,7 @@ public:
 private:
     std::size_t parsedBlocks_, decodedLists_, readProducts_;
     std::array<std::size_t, kSpoolerQuestionCount> questions_;
+    std::size_t registryRequests_;
 };
 
 // Times the provider's call alone: the operation is handed a function that it calls with that call, and returns the

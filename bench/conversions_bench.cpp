@@ -9,6 +9,7 @@
 #include <capabilitycaches.h>
 #include <domdocument.h>
 #include <mvutil/globalcaches.h>
+#include <registryrequests.h>
 #include <spooler/printerinstall.h>
 #include <store.h>
 
@@ -118,7 +119,8 @@ RunCounters::RunCounters()
     : parsedBlocks_(GlobalCaches::GetCounters().propertyBagMisses),
       decodedLists_(GlobalCaches::GetCounters().listMisses),
       readProducts_(GetProductReadCount()),
-      questions_(CountQuestions()) {}
+      questions_(CountQuestions()),
+      registryRequests_(GetRegistryRequestCount()) {}
 
 void RunCounters::Set(benchmark::State& state, double seconds, const PrintSession::Document& last) const {
     const std::string text = ToText(last);
@@ -128,10 +130,13 @@ void RunCounters::Set(benchmark::State& state, double seconds, const PrintSessio
     state.counters["parsed_blocks"] = static_cast<double>(after.propertyBagMisses - parsedBlocks_);
     state.counters["decoded_lists"] = static_cast<double>(after.listMisses - decodedLists_);
     state.counters["read_products"] = static_cast<double>(GetProductReadCount() - readProducts_);
+    const auto perCall = [&](std::size_t count) {
+        return static_cast<double>(count) / static_cast<double>(state.iterations());
+    };
     const auto asked = CountQuestions();
     for (std::size_t index = 0; index < asked.size(); ++index)
-        state.counters[kQuestionNames[index]] =
-            static_cast<double>(asked[index] - questions_[index]) / static_cast<double>(state.iterations());
+        state.counters[kQuestionNames[index]] = perCall(asked[index] - questions_[index]);
+    state.counters["registry"] = perCall(GetRegistryRequestCount() - registryRequests_);
 }
 
 int main(int argc, char** argv) {

@@ -1,6 +1,7 @@
 // The capability caches, as the core driver reads them.
 #include "cacheskey.h"
 #include "capabilityanswers.h"
+#include "keptanswers.h"
 #include "questioncount.h"
 #include "spoolererror.h"
 #include "spoolerregistry.h"
@@ -27,11 +28,24 @@ DWORD ComputeCheck(const std::vector<BYTE>& blob, std::size_t checkOffset) {
     return static_cast<DWORD>(crc32_z(crc, blob.data() + rest, blob.size() - rest));
 }
 
+// Empty when there is none.
+std::vector<BYTE> ReadBlob(HKEY hive, const WideString& path, const WCHAR* name) {
+    const UniqueKey key = OpenKey(path, hive);
+    if (!key) return {};
+    CountQuestion(SpoolerQuestion::CacheRead);
+    auto value = ReadValue(key, name, SizedBytes::kBytesOfCache);
+    return value && value->type == REG_BINARY ? std::move(value->bytes) : std::vector<BYTE>();
+}
+
 template <class Record>
 Record RecordAt(const std::vector<BYTE>& blob, std::size_t offset) {
     Record record;
     std::memcpy(&record, blob.data() + offset, sizeof record);
     return record;
+}
+
+bool IsWhole(const std::vector<BYTE>& blob, std::size_t minimumBytes, std::size_t checkOffset) {
+    return blob.size() >= minimumBytes && RecordAt<DWORD>(blob, checkOffset) == ComputeCheck(blob, checkOffset);
 }
 
 int PackExtent(SHORT width, SHORT length) { return static_cast<WORD>(width) | static_cast<WORD>(length) << 16; }
@@ -43,26 +57,26 @@ std::optional<int> PositiveNumber(DWORD number) {
 
 }  // namespace
 
-CapabilityCaches::CapabilityCaches(const WideString& port) : path_(GetCachesKey(port)) {}
+CapabilityCaches::CapabilityCaches(const WideString& port, StoreState state)
+    : path_(GetCachesKey(port)), state_(state) {}
 
-std::optional<CapabilityCaches::Blob> CapabilityCaches::ReadBlob(const WCHAR* name, std::size_t minimumBytes,
-                                                                 std::size_t checkOffset) const {
-    for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
-        const UniqueKey key = OpenKey(path_, hive);
-        if (key) CountQuestion(SpoolerQuestion::CacheRead);
-        auto value = key ? ReadValue(key, name, SizedBytes::kBytesOfCache) : std::nullopt;
-        if (!value || value->type != REG_BINARY || value->bytes.size() < minimumBytes) continue;
-        if (RecordAt<DWORD>(value->bytes, checkOffset) == ComputeCheck(value->bytes, checkOffset))
-            return std::move(value->bytes);
-    }
-    return std::nullopt;
+// Null when there is none.
+std::shared_ptr<const CapabilityCaches::Blob> CapabilityCaches::GetBlob(const WCHAR* name, std::size_t minimumBytes,
+                                                                        std::size_t checkOffset) const {
+    static KeptAnswers<Blob, 64> kept;
+    const auto blob = kept.Get(path_ + W("\\") + name, state_, [&](const WideString&) {
+        for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER})
+            if (Blob found = ReadBlob(hive, path_, name); IsWhole(found, minimumBytes, checkOffset)) return found;
+        return Blob();
+    });
+    return blob->empty() ? nullptr : blob;
 }
 
 // The cache's records, each made into an answer; none when the cache has none or counts more records than it holds.
 template <class Header, class Record, class Convert>
 auto CapabilityCaches::ReadAnswers(const WCHAR* name, Convert convert) const {
     std::optional<std::vector<decltype(convert(Record()))>> answers;
-    const auto blob = ReadBlob(name, sizeof(Header), offsetof(Header, check));
+    const auto blob = GetBlob(name, sizeof(Header), offsetof(Header, check));
     if (!blob) return answers;
     const DWORD count = RecordAt<Header>(*blob, 0).count;
     if (count > (blob->size() - sizeof(Header)) / sizeof(Record)) return answers;
@@ -110,7 +124,7 @@ std::optional<std::vector<ResolutionAnswer>> CapabilityCaches::ReadResolutions()
 LimitAnswers CapabilityCaches::ReadLimits() const {
     using Caps = DeviceLimitsCaps;
     LimitAnswers limits;
-    const auto blob = ReadBlob(kDeviceLimitsValue, sizeof(Caps), offsetof(Caps, check));
+    const auto blob = GetBlob(kDeviceLimitsValue, sizeof(Caps), offsetof(Caps, check));
     if (!blob) return limits;
     const auto caps = RecordAt<Caps>(*blob, 0);
     const auto isValid = [&](DWORD bit) { return (caps.valid & bit) != 0; };
@@ -129,7 +143,7 @@ LimitAnswers CapabilityCaches::ReadLimits() const {
 }
 
 std::optional<bool> CapabilityCaches::ReadStaples() const {
-    const auto blob = ReadBlob(kStapleValue, sizeof(StapleCaps), offsetof(StapleCaps, check));
+    const auto blob = GetBlob(kStapleValue, sizeof(StapleCaps), offsetof(StapleCaps, check));
     if (!blob) return std::nullopt;
     return RecordAt<StapleCaps>(*blob, 0).staples != 0;
 }

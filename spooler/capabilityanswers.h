@@ -5,7 +5,9 @@
 
 #include <printsubsystem/capabilityrecords.h>
 #include <products/reader/productdescription.h>
+#include <storestate.h>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -32,10 +34,11 @@ struct LimitAnswers {
 };
 
 // The caches of a port: those of the local machine, else those of the current user. A cache that is absent, too short,
-// damaged (its check word) or that counts more records than it has is no answer.
+// damaged (its check word) or that counts more records than it has is no answer. None is read as long as the store is
+// in the state in which it was read.
 class CapabilityCaches {
 public:
-    explicit CapabilityCaches(const WideString& port);
+    CapabilityCaches(const WideString& port, StoreState state);
 
     std::optional<std::vector<PaperAnswer>> ReadPapers() const;
     std::optional<std::vector<NumberedName>> ReadBins() const;
@@ -48,11 +51,12 @@ public:
 
 private:
     using Blob = std::vector<BYTE>;
-    std::optional<Blob> ReadBlob(const WCHAR* name, std::size_t minimumBytes, std::size_t checkOffset) const;
+    std::shared_ptr<const Blob> GetBlob(const WCHAR* name, std::size_t minimumBytes, std::size_t checkOffset) const;
     template <class Header, class Record, class Convert>
     auto ReadAnswers(const WCHAR* name, Convert convert) const;
 
     WideString path_;
+    StoreState state_;
 };
 
 std::vector<PaperAnswer> GetPapers(const ProductDescription& product);

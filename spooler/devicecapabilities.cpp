@@ -48,7 +48,8 @@ std::array<WCHAR, length> MakeName(const WideString& name) {
 // A printer's capabilities: each from its cache, else from the product.
 class PrinterCapabilities {
 public:
-    explicit PrinterCapabilities(const StoredPrinterBrief& printer) : printer_(printer), caches_(printer.port) {}
+    PrinterCapabilities(const StoredPrinterBrief& printer, StoreState state)
+        : printer_(printer), state_(state), caches_(printer.port, state) {}
 
     Answer Get(WORD capability) {
         switch (capability) {
@@ -154,7 +155,7 @@ private:
 
     const ProductDescription& GetProduct() {
         if (!product_) {
-            const auto driver = ReadDriver(printer_.driver);
+            const auto driver = ReadDriver(printer_.driver, state_);
             Require(driver.has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
             product_ = LoadProduct(GetFilePath(driver->dataFile));
         }
@@ -162,6 +163,7 @@ private:
     }
 
     const StoredPrinterBrief& printer_;
+    StoreState state_;
     CapabilityCaches caches_;
     std::shared_ptr<const ProductDescription> product_;
 };
@@ -174,9 +176,10 @@ int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR, WORD capability, LPWSTR 
     int result = -1;
     AnswerGuarded([&] {
         Require(device != nullptr, ERROR_INVALID_PRINTER_NAME);
-        const auto printer = ReadPrinterBrief(device);
+        const StoreState state = GetStoreState();
+        const auto printer = ReadPrinterBrief(device, state);
         Require(printer.has_value(), ERROR_INVALID_PRINTER_NAME);
-        const Answer answer = PrinterCapabilities(*printer).Get(capability);
+        const Answer answer = PrinterCapabilities(*printer, state).Get(capability);
         if (output && !answer.array.empty()) std::memcpy(output, answer.array.data(), answer.array.size());
         result = answer.number;
     });

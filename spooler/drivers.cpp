@@ -67,10 +67,11 @@ BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, L
                               LPDWORD needed) {
     CountQuestion(SpoolerQuestion::Driver);
     return AnswerGuarded([&] {
-        const WideString name = GetPrinterBriefOf(printer).driver;
+        const StoreState state = GetStoreState();
+        const WideString name = GetPrinterBriefOf(printer, state).driver;
         Require(level == 3, ERROR_INVALID_LEVEL);
         RequireEnvironment(environment);
-        const auto driver = ReadDriver(name);
+        const auto driver = ReadDriver(name, state);
         Require(driver.has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
         InfoPacker<DRIVER_INFO_3W> packer;
         DRIVER_INFO_3W info{};

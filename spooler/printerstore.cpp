@@ -1,6 +1,7 @@
 // Printers and drivers as the registry keeps them.
 #include "printerstore.h"
 
+#include "keptanswers.h"
 #include "printerhandles.h"
 #include "printername.h"
 #include "spoolererror.h"
@@ -49,14 +50,37 @@ std::vector<Printer> ReadEach(std::optional<Printer> (*read)(const WideString& n
 }
 
 // Of the printer that an open handle stands for: what the reader makes of its name.
-template <class Printer>
-Printer ReadPrinterOf(HANDLE handle, std::optional<Printer> (*read)(const WideString& name)) {
+template <class Read>
+auto ReadPrinterOf(HANDLE handle, Read read) {
     const WideString name = GetNameBehind(handle);
     Require(!name.empty(), ERROR_INVALID_HANDLE);
     auto printer = read(name);
     Require(printer.has_value(), ERROR_PRINTER_DELETED);
     return std::move(*printer);
 }
+
+std::optional<StoredPrinterBrief> ReadBriefAfresh(const WideString& name) {
+    const UniqueKey key = OpenPrinterKey(name);
+    if (!key) return std::nullopt;
+    StoredPrinterBrief printer{ReadText(key, kPrinterNameValue), ReadText(key, kPrinterPortValue),
+                               ReadText(key, kPrinterDriverValue), ReadNumber(key, kPrinterAttributesValue)};
+    SettleName(printer, name);
+    return printer;
+}
+
+std::optional<StoredDriver> ReadDriverAfresh(const WideString& name) {
+    if (!IsDriverName(name)) return std::nullopt;
+    const UniqueKey key = OpenKey(KeyBelow(kDriversKey, name));
+    if (!key) return std::nullopt;
+    StoredDriver driver;
+    driver.name = name;
+    for (const auto& value : kDriverTexts) driver.*value.member = ReadText(key, value.valueName);
+    driver.dependentFiles = ReadTexts(key, kDependentFiles);
+    return driver;
+}
+
+KeptAnswers<std::optional<StoredPrinterBrief>> keptPrinters;
+KeptAnswers<std::optional<StoredDriver>> keptDrivers;
 
 }  // namespace
 
@@ -76,18 +100,13 @@ std::optional<StoredPrinter> ReadPrinter(const WideString& name) {
     return printer;
 }
 
-std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name) {
-    const UniqueKey key = OpenPrinterKey(name);
-    if (!key) return std::nullopt;
-    StoredPrinterBrief printer{ReadText(key, kPrinterNameValue), ReadText(key, kPrinterPortValue),
-                               ReadText(key, kPrinterDriverValue), ReadNumber(key, kPrinterAttributesValue)};
-    SettleName(printer, name);
-    return printer;
+std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name, StoreState state) {
+    return *keptPrinters.Get(name, state, ReadBriefAfresh);
 }
 
 std::vector<StoredPrinter> ReadPrinters() { return ReadEach<StoredPrinter>(ReadPrinter); }
 
-std::vector<StoredPrinterBrief> ReadPrinterBriefs() { return ReadEach<StoredPrinterBrief>(ReadPrinterBrief); }
+std::vector<StoredPrinterBrief> ReadPrinterBriefs() { return ReadEach<StoredPrinterBrief>(ReadBriefAfresh); }
 
 bool IsDriverUsed(const WideString& driver) {
     const UniqueKey key = OpenKey(kPrintersKey);
@@ -119,15 +138,8 @@ void CreatePrinter(const StoredPrinter& printer) {
 
 void RemoveStoredPrinter(const WideString& name) { DeleteKey(GetPrinterKey(name)); }
 
-std::optional<StoredDriver> ReadDriver(const WideString& name) {
-    if (!IsDriverName(name)) return std::nullopt;
-    const UniqueKey key = OpenKey(KeyBelow(kDriversKey, name));
-    if (!key) return std::nullopt;
-    StoredDriver driver;
-    driver.name = name;
-    for (const auto& value : kDriverTexts) driver.*value.member = ReadText(key, value.valueName);
-    driver.dependentFiles = ReadTexts(key, kDependentFiles);
-    return driver;
+std::optional<StoredDriver> ReadDriver(const WideString& name, StoreState state) {
+    return *keptDrivers.Get(name, state, ReadDriverAfresh);
 }
 
 void WriteDriver(const StoredDriver& driver) {
@@ -139,8 +151,8 @@ void WriteDriver(const StoredDriver& driver) {
 
 void RemoveStoredDriver(const WideString& name) { DeleteKey(KeyBelow(kDriversKey, name)); }
 
-StoredPrinter GetPrinterOf(HANDLE handle) { return ReadPrinterOf<StoredPrinter>(handle, ReadPrinter); }
+StoredPrinter GetPrinterOf(HANDLE handle) { return ReadPrinterOf(handle, ReadPrinter); }
 
-StoredPrinterBrief GetPrinterBriefOf(HANDLE handle) {
-    return ReadPrinterOf<StoredPrinterBrief>(handle, ReadPrinterBrief);
+StoredPrinterBrief GetPrinterBriefOf(HANDLE handle, StoreState state) {
+    return ReadPrinterOf(handle, [&](const WideString& name) { return ReadPrinterBrief(name, state); });
 }

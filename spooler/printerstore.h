@@ -3,6 +3,8 @@
 
 #include "spoolertext.h"
 
+#include <storestate.h>
+
 #include <optional>
 #include <vector>
 
@@ -35,17 +37,19 @@ bool IsDriverName(const WideString& name) noexcept;
 
 WideString GetPrinterKey(const WideString& name);
 std::optional<StoredPrinter> ReadPrinter(const WideString& name);
-std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name);  // reads no other value
+// Reads no other value, and nothing as long as the store is in the state in which it was read.
+std::optional<StoredPrinterBrief> ReadPrinterBrief(const WideString& name, StoreState state = GetStoreState());
 std::vector<StoredPrinter> ReadPrinters();
 std::vector<StoredPrinterBrief> ReadPrinterBriefs();
 bool IsDriverUsed(const WideString& driver);       // by any printer
 void CreatePrinter(const StoredPrinter& printer);  // ERROR_PRINTER_ALREADY_EXISTS; nothing is left after a failure
 void RemoveStoredPrinter(const WideString& name);
 
-std::optional<StoredDriver> ReadDriver(const WideString& name);
+// Reads nothing as long as the store is in the state in which it was read.
+std::optional<StoredDriver> ReadDriver(const WideString& name, StoreState state = GetStoreState());
 void WriteDriver(const StoredDriver& driver);
 void RemoveStoredDriver(const WideString& name);
 
 // The printer that an open handle stands for. ERROR_INVALID_HANDLE, also for the print server; ERROR_PRINTER_DELETED.
 StoredPrinter GetPrinterOf(HANDLE handle);
-StoredPrinterBrief GetPrinterBriefOf(HANDLE handle);
+StoredPrinterBrief GetPrinterBriefOf(HANDLE handle, StoreState state = GetStoreState());

@@ -1,6 +1,8 @@
 // The process's store and its open registry keys.
 #include "openkeys.h"
 
+#include "storechange.h"
+
 #include <optional>
 
 namespace mvplatform {
@@ -34,6 +36,7 @@ std::shared_ptr<RegistryStore> OpenKeys::GetStore() {
 }
 
 void OpenKeys::Replace(std::shared_ptr<RegistryStore> store) noexcept {
+    const StoreChange change;
     keys_.clear();
     store_ = std::move(store);
 }

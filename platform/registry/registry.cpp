@@ -1,11 +1,14 @@
 // The registry functions.
+#include <registryrequests.h>
 #include <textcodec.h>
 #include <widetext.h>
 #include <windows.h>
 #include "../text/textcase.h"
 #include "openkeys.h"
+#include "storechange.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <new>
 
@@ -21,9 +24,11 @@ void Require(bool condition, const char* reason) {
     if (!condition) Refuse(ERROR_INVALID_PARAMETER, reason);
 }
 
+std::atomic<std::size_t> requests;
+
 // Runs an operation on the open keys, one at a time in the process, and turns what it throws into the answer.
 template <class Operation>
-LSTATUS Answer(Operation operation) noexcept {
+LSTATUS Guard(Operation operation) noexcept {
     try {
         OpenKeys& keys = OpenKeys::GetInstance();
         const std::lock_guard lock(keys.GetMutex());
@@ -35,6 +40,12 @@ LSTATUS Answer(Operation operation) noexcept {
     } catch (...) {
         return ERROR_REGISTRY_IO_FAILED;
     }
+}
+
+template <class Operation>
+LSTATUS Answer(Operation operation) noexcept {
+    requests.fetch_add(1, std::memory_order_relaxed);
+    return Guard(operation);
 }
 
 RegistryName MakeName(WideStringView text) {
@@ -85,6 +96,8 @@ LSTATUS HandOutName(const std::string& utf8, LPWSTR name, LPDWORD characters) {
 }  // namespace
 }  // namespace mvplatform
 
+std::size_t GetRegistryRequestCount() noexcept { return mvplatform::requests.load(std::memory_order_relaxed); }
+
 using namespace mvplatform;
 
 extern "C" {
@@ -98,7 +111,9 @@ LSTATUS WINAPI RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR ke
         if (keyClass || security) Refuse(ERROR_NOT_SUPPORTED, "key classes and security are not kept");
         bool created = false;
         const KeyId parent = keys.Find(key, 0);
-        *result = keys.Add(keys.GetStore()->CreateKey(parent, ParsePath(path), created), access);
+        const KeyId id = keys.GetStore()->CreateKey(parent, ParsePath(path), created);
+        if (created) NoteStoreChange();
+        *result = keys.Add(id, access);
         if (disposition) *disposition = created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
         return ERROR_SUCCESS;
     });
@@ -117,7 +132,7 @@ LSTATUS WINAPI RegOpenKeyExW(HKEY key, LPCWSTR path, DWORD options, REGSAM acces
 }
 
 LSTATUS WINAPI RegCloseKey(HKEY key) {
-    return Answer([=](OpenKeys& keys) -> LSTATUS { return keys.Remove(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE; });
+    return Guard([=](OpenKeys& keys) -> LSTATUS { return keys.Remove(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE; });
 }
 
 LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD bytes) {
@@ -133,6 +148,7 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type
     return Answer([=](OpenKeys& keys) -> LSTATUS {
         Require(reserved == 0 && (data || bytes == 0), "an argument is not as required");
         const KeyId id = keys.Find(key, KEY_SET_VALUE);
+        const StoreChange change;
         keys.GetStore()->WriteValue(id, ValueName(name), type, {data, bytes});
         return ERROR_SUCCESS;
     });
@@ -141,6 +157,7 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type
 LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR name) {
     return Answer([=](OpenKeys& keys) -> LSTATUS {
         const KeyId id = keys.Find(key, KEY_SET_VALUE);
+        const StoreChange change;
         return keys.GetStore()->DeleteValue(id, ValueName(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
     });
 }
@@ -152,6 +169,7 @@ LSTATUS WINAPI RegDeleteTreeW(HKEY key, LPCWSTR path) {
         const REGSAM wanted = names.empty() ? KEY_QUERY_VALUE | KEY_SET_VALUE | KEY_ENUMERATE_SUB_KEYS : 0;
         const std::optional<KeyId> found = keys.GetStore()->FindKey(keys.Find(key, wanted), names);
         if (!found) return ERROR_FILE_NOT_FOUND;
+        const StoreChange change;
         keys.GetStore()->DeleteTree(*found, !names.empty());
         return ERROR_SUCCESS;
     });

@@ -1,6 +1,8 @@
 // The registry's tree of keys and values in an SQLite database.
 #include "registrystore.h"
 
+#include <utility>
+
 namespace mvplatform {
 
 struct RegistryStore::Statements {
@@ -29,6 +31,7 @@ struct RegistryStore::Statements {
                      "INSERT INTO entries (key, folded, name, type, data) SELECT ?1, ?2, ?3, ?4, ?5"
                      " WHERE EXISTS (SELECT 1 FROM keys WHERE id = ?1)"
                      " ON CONFLICT (key, folded) DO UPDATE SET type = excluded.type, data = excluded.data"),
+          dataVersion(c, "PRAGMA data_version"),
           deleteEntry(c, "DELETE FROM entries WHERE key = ?1 AND folded = ?2") {}
 
     Statement begin;
@@ -46,6 +49,7 @@ struct RegistryStore::Statements {
     Statement readEntry;
     Statement entryAt;
     Statement writeEntry;
+    Statement dataVersion;
     Statement deleteEntry;
 };
 
@@ -186,6 +190,13 @@ bool RegistryStore::DeleteValue(KeyId key, const RegistryName& name) {
     if (sqlite3_changes(connection_.get()) != 0) return true;
     RequireKey(key);
     return false;
+}
+
+// SQLite's number is another one after each change that another connection has made; it is never 0.
+bool RegistryStore::WasChangedElsewhere() {
+    Statement::Run run = Use().dataVersion.Start();
+    const std::int64_t version = run.Step() ? run.Integer(0) : 0;
+    return std::exchange(dataVersion_, version) != version || version == 0;
 }
 
 }  // namespace mvplatform

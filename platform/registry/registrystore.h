@@ -58,6 +58,9 @@ public:
     // False when there is no such value.
     bool DeleteValue(KeyId key, const RegistryName& name);
 
+    // Whether another connection has changed the store since the last call; true for the first call.
+    bool WasChangedElsewhere();
+
     // A transaction around operations; one within another can be taken back alone. On a connection that only reads, all
     // operations within see one state. A failed Commit leaves the transaction open, to be taken back.
     void Begin() { Begin(writes_); }
@@ -79,6 +82,7 @@ private:
 
     UniqueConnection connection_;
     bool writes_;
+    std::int64_t dataVersion_ = 0;
     int depth_ = 0;                           // of the transactions that are open
     std::unique_ptr<Statements> statements_;  // destroyed before the connection
 };

@@ -3,6 +3,7 @@
 
 #include "../protect/protectionkey.h"
 #include "openkeys.h"
+#include "storechange.h"
 
 #include <filesystem>
 #include <mutex>
@@ -95,6 +96,7 @@ StoreTransaction::~StoreTransaction() {
     if (!state_->store) return;
     OpenKeys& keys = OpenKeys::GetInstance();
     const std::lock_guard lock(keys.GetMutex());
+    const StoreChange change;
     state_->store->Rollback();
     keys.Forget(state_->lastKey);
 }

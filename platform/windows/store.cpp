@@ -4,6 +4,7 @@
 #include <uniquehandle.h>
 #include <widetext.h>
 #include <windows.h>
+#include "openstore.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -89,7 +90,9 @@ void OpenStore(const std::string& folderUtf8, StoreAccess access) {
     CopyCryptographySettings(machine.Get());
     LSTATUS status = RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine.Get());
     if (status == ERROR_SUCCESS) status = RegOverridePredefKey(HKEY_CURRENT_USER, user.Get());
-    if (status == ERROR_SUCCESS) return;
+    static unsigned opened = 0;
+    const std::wstring name = std::to_wstring(++opened) + W(" ") + path;
+    if (status == ERROR_SUCCESS && SetEnvironmentVariableW(kOpenStoreVariable, name.c_str())) return;
     CloseStore();
     throw std::runtime_error("The store " + folderUtf8 + " cannot be opened: the registry answers error " +
                              std::to_string(status) + ".");
@@ -101,6 +104,7 @@ bool IsStore(const std::string& folderUtf8) {
 }
 
 void CloseStore() noexcept {
+    SetEnvironmentVariableW(kOpenStoreVariable, nullptr);
     UndoOverride();
     if (temporaryPath.empty()) return;
     RegDeleteTreeW(HKEY_CURRENT_USER, temporaryPath.c_str());
