@@ -151,7 +151,9 @@ void WriteDriver(const StoredDriver& driver) {
 
 void RemoveStoredDriver(const WideString& name) { DeleteKey(KeyBelow(kDriversKey, name)); }
 
-StoredPrinter GetPrinterOf(HANDLE handle) { return ReadPrinterOf(handle, ReadPrinter); }
+StoredPrinter GetPrinterOf(HANDLE handle) {
+    return ReadPrinterOf(handle, [](const WideString& name) { return ReadPrinter(name); });
+}
 
 StoredPrinterBrief GetPrinterBriefOf(HANDLE handle, StoreState state) {
     return ReadPrinterOf(handle, [&](const WideString& name) { return ReadPrinterBrief(name, state); });
