@@ -2,7 +2,6 @@
 #include "regfile.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "hosterror.h"
 #include "hosttext.h"
@@ -15,6 +14,7 @@ constexpr std::size_t kMaximumKeyNameCharacters = 255;
 constexpr int kMaximumKeyDepth = 512;
 constexpr std::size_t kMaximumValueNameCharacters = 16383;
 constexpr std::size_t kHexBytesPerLine = 25;
+constexpr WideStringView kHexDigits = W("0123456789abcdef");
 
 struct Hive {
     WideStringView name;
@@ -40,22 +40,24 @@ WideStringView Trim(WideStringView text) {
 // What a line still says where a comment may follow.
 WideStringView WithoutComment(WideStringView text) { return Trim(text.substr(0, text.find(W(';')))); }
 
-// The lines of a file, cut at LF or CR LF.
+// The lines of a file, cut at LF or CR LF. Each is decoded when it is asked for.
 class LineReader {
 public:
     explicit LineReader(std::string_view bytes) {
         const auto [form, content] = TakeMark(bytes);
-        if (form == ByteForm::LittleUtf16 || form == ByteForm::BigUtf16) {
-            SplitUtf16(content, form);
-        } else {
-            SplitUtf8(content);
-        }
+        form_ = form;
+        rest_ = content;
+        if (IsUtf16() && content.size() % 2 != 0) Fail("the UTF-16 text ends within a character");
     }
 
-    // False at the end of the file.
+    // False at the end of the file. The line stays until the next call.
     bool Next(WideStringView& line) {
-        if (number_ == lines_.size()) return false;
-        line = lines_[number_++];
+        if (rest_.empty()) return false;
+        ++number_;
+        const std::size_t end = FindLineEnd();
+        line_ = Decode(rest_.substr(0, end));
+        rest_.remove_prefix(std::min(end + (IsUtf16() ? sizeof(WCHAR) : 1), rest_.size()));
+        line = line_;
         if (line.ends_with(W('\r'))) line.remove_suffix(1);
         return true;
     }
@@ -67,30 +69,27 @@ public:
     }
 
 private:
-    void SplitUtf16(std::string_view bytes, ByteForm order) {
-        const WideString text = WideFromUtf16(bytes, order);
-        for (WideStringView rest = text; !rest.empty();) {
-            const std::size_t end = std::min(rest.find(W('\n')), rest.size());
-            lines_.emplace_back(rest.substr(0, end));
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-        }
-        if (bytes.size() % 2 != 0) Fail("the UTF-16 text ends within a character");
+    bool IsUtf16() const { return form_ == ByteForm::LittleUtf16 || form_ == ByteForm::BigUtf16; }
+
+    std::size_t FindLineEnd() const {
+        if (!IsUtf16()) return std::min(rest_.find('\n'), rest_.size());
+        const std::string_view lineEnd =
+            form_ == ByteForm::LittleUtf16 ? std::string_view("\n\0", 2) : std::string_view("\0\n", 2);
+        std::size_t end = rest_.find(lineEnd);
+        while (end != std::string_view::npos && end % 2 != 0) end = rest_.find(lineEnd, end + 1);
+        return std::min(end, rest_.size());
     }
 
-    void SplitUtf8(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const std::size_t end = std::min(bytes.find('\n'), bytes.size());
-            std::optional<WideString> line = ToWide(bytes.substr(0, end));
-            const bool isUtf8 = line.has_value();
-            lines_.push_back(std::move(line).value_or(WideString()));
-            number_ = lines_.size();
-            if (!isUtf8) Fail("it is neither UTF-8 nor UTF-16 text");
-            bytes.remove_prefix(std::min(end + 1, bytes.size()));
-        }
-        number_ = 0;
+    WideString Decode(std::string_view bytes) const {
+        if (IsUtf16()) return WideFromUtf16(bytes, form_);
+        std::optional<WideString> line = ToWide(bytes);
+        if (!line) Fail("it is neither UTF-8 nor UTF-16 text");
+        return std::move(*line);
     }
 
-    std::vector<WideString> lines_;
+    ByteForm form_ = ByteForm::Unmarked;
+    std::string_view rest_;
+    WideString line_;
     std::size_t number_ = 0;  // of the line last read, from 1
 };
 
@@ -232,13 +231,15 @@ private:
         lines_.Fail("a closing quote is missing");
     }
 
-    DWORD TakeHex(WideStringView text, std::size_t maximumDigits) {
-        const std::string digits = ToUtf8(text);
+    DWORD TakeHex(WideStringView digits, std::size_t maximumDigits) {
         DWORD value = 0;
-        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
-        if (digits.empty() || digits.size() > maximumDigits || error != std::errc() ||
-            end != digits.data() + digits.size())
-            lines_.Fail("expected 1 to " + std::to_string(maximumDigits) + " hex digits");
+        bool isHex = !digits.empty() && digits.size() <= maximumDigits;
+        for (const WCHAR digit : digits) {
+            const std::size_t place = kHexDigits.find(digit >= W('A') && digit <= W('F') ? digit + 32 : digit);
+            isHex = isHex && place != WideStringView::npos;
+            value = value << 4 | static_cast<DWORD>(place & 0xF);
+        }
+        if (!isHex) lines_.Fail("expected 1 to " + std::to_string(maximumDigits) + " hex digits");
         return value;
     }
 
@@ -275,7 +276,8 @@ WideString Hex(std::uint64_t value, int digits) { return *ToWide(ToLowerHex(valu
 
 void AppendHexBytes(WideString& text, const std::vector<BYTE>& data) {
     for (std::size_t at = 0; at < data.size(); ++at) {
-        text += Hex(data[at], 2);
+        text += kHexDigits[data[at] >> 4];
+        text += kHexDigits[data[at] & 0xF];
         if (at + 1 == data.size()) break;
         text += W(',');
         if ((at + 1) % kHexBytesPerLine == 0) text += W("\\\r\n  ");
