@@ -48,7 +48,8 @@ std::vector<WideString> ReadKeyNames(HKEY key, const WideString& path) {
     }
 }
 
-void ReadKeys(HKEY hive, const WideString& path, RegFile& file) {
+void ReadKeys(HKEY hive, const WideString& path, const RegPathTest& isWanted, RegFile& file) {
+    if (isWanted && !isWanted(path)) return;
     UniqueKey key;
     RequireSuccess(RegOpenKeyExW(hive, path.c_str(), 0, KEY_READ, key.Put()), "opening", path);
     RegFileKey entry;
@@ -57,7 +58,7 @@ void ReadKeys(HKEY hive, const WideString& path, RegFile& file) {
     entry.values = ReadValues(key.Get(), path);
     file.push_back(std::move(entry));
     const WideString prefix = path.empty() ? path : path + W('\\');
-    for (const WideString& name : ReadKeyNames(key.Get(), path)) ReadKeys(hive, prefix + name, file);
+    for (const WideString& name : ReadKeyNames(key.Get(), path)) ReadKeys(hive, prefix + name, isWanted, file);
 }
 
 void ChangeKey(const RegFileKey& entry) {
@@ -79,9 +80,9 @@ void ChangeKey(const RegFileKey& entry) {
 
 }  // namespace
 
-RegFile ExportRegistry() {
+RegFile ExportRegistry(const RegPathTest& isWanted) {
     RegFile file;
-    for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) ReadKeys(hive, WideString(), file);
+    for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) ReadKeys(hive, WideString(), isWanted, file);
     return file;
 }
 

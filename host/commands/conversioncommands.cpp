@@ -1,4 +1,6 @@
 // ticket, apply, capabilities, validate
+#include <mvutil/printer.h>
+
 #include <algorithm>
 #include <memory>
 #include <ostream>
@@ -13,7 +15,9 @@
 #include <subsystem/inputs/ticketinput.h>
 #include <subsystem/printsession.h>
 #include <subsystem/xmlfile.h>
+#include "bulkconversioncommands.h"
 #include "commands.h"
+#include "missingcaches.h"
 
 namespace {
 
@@ -24,7 +28,7 @@ constexpr std::size_t kMostLosses = 50;  // that are reported one by one
 // Options of the four commands; each declares those that it takes. Empty: not given.
 struct ConversionOptions {
     std::string printer, devmode, ticket, in, out;
-    bool strict = false;
+    bool strict = false, all = false;
 };
 using SharedOptions = std::shared_ptr<ConversionOptions>;
 
@@ -67,7 +71,19 @@ void ReportLosses(HostContext& context, const ConversionOptions& options, const 
                          " settings are lost or ignored, and --strict was given; nothing was written");
 }
 
+// For all printers, one document each, or for one.
+bool IsForAll(const ConversionOptions& options) {
+    if (options.all != options.printer.empty()) throw InputError("give either --printer NAME or --all-printers");
+    if (!options.all) return false;
+    if (options.out.empty()) throw InputError("--all-printers writes a file for each; name a folder with -o");
+    if (!options.in.empty() || !options.ticket.empty())
+        throw InputError("--in and --ticket are documents of one printer; leave them out with --all-printers");
+    return true;
+}
+
 void RunTicket(HostContext& context, const ConversionOptions& options) {
+    if (IsForAll(options)) return MakeAllTickets(context, {options.out, options.devmode, options.strict});
+    if (options.devmode.empty()) throw InputError("name the DEVMODE's file with --devmode");
     const DevmodeBuffer devmode = ReadDevmode(options);
     const Document coreTicket = ReadTicket(options.in);
     const PrintSession session = OpenSession(context, options);
@@ -91,9 +107,15 @@ void RunApply(HostContext& context, const ConversionOptions& options) {
 }
 
 void RunCapabilities(HostContext& context, const ConversionOptions& options) {
+    if (IsForAll(options)) return MakeAllCapabilities(context, {options.out, {}, false});
     const Document ticket = ReadTicket(options.ticket);
     Document capabilities = ReadCapabilities(options.in);
-    const PrintSession session = OpenSession(context, options);
+    context.UseStore();
+    const CXString name = CXString::FromUtf8(options.printer);
+    MakeUpForMissingCaches(
+        context,
+        {{name.AsWideString(), Printer(OpenInstalledPrinter(name).Get()).GetPrinterPort().AsWideString(), {}}});
+    const PrintSession session(name);
     capabilities = session.MakeCapabilities(ticket.Get(), capabilities);
     WriteDocument(context, options, capabilities.Get());
 }
@@ -112,9 +134,14 @@ void RunValidate(HostContext& context, const ConversionOptions& options) {
 
 Command AddConversion(Command app, HostContext& context, const SharedOptions& options, const char* name,
                       const char* description, void (*run)(HostContext&, const ConversionOptions&)) {
-    const Command command = app.AddCommand(name, description, [&context, options, run] { run(context, *options); });
-    command.AddOption("--printer", options->printer, "The printer's name").Required();
-    return command;
+    return app.AddCommand(name, description, [&context, options, run] { run(context, *options); });
+}
+
+constexpr const char* kPrinter = "The printer's name";
+
+void AddPrinterOrAll(const Command& command, const SharedOptions& options) {
+    command.AddOption("--printer", options->printer, kPrinter).NotEmpty();
+    command.AddFlag("--all-printers", options->all, "All printers, with a file for each in the folder that -o names");
 }
 
 constexpr const char* kOutDocument = "The document's file (default: standard output)";
@@ -126,7 +153,11 @@ void AddConversionCommands(Command app, HostContext& context) {
     const auto options = std::make_shared<ConversionOptions>();
 
     const Command ticket = AddConversion(app, context, options, "ticket", "A DEVMODE becomes a PrintTicket", RunTicket);
-    ticket.AddOption("--devmode", options->devmode, "The DEVMODE's file").Required();
+    AddPrinterOrAll(ticket, options);
+    ticket
+        .AddOption("--devmode", options->devmode,
+                   "The DEVMODE's file (default with --all-printers: what each driver starts from)")
+        .NotEmpty();
     ticket.AddOption("--in", options->in, "The PrintTicket as the core driver left it (default: mvpthost writes one)")
         .NotEmpty();
     ticket.AddOption("-o,--out", options->out, kOutDocument).NotEmpty();
@@ -134,6 +165,7 @@ void AddConversionCommands(Command app, HostContext& context) {
 
     const Command apply =
         AddConversion(app, context, options, "apply", "A PrintTicket is applied to a DEVMODE", RunApply);
+    apply.AddOption("--printer", options->printer, kPrinter).Required();
     apply.AddOption("--ticket", options->ticket, "The PrintTicket's file").Required().NotEmpty();
     apply.AddOption("--devmode", options->devmode, "The file of the DEVMODE to start from").Required();
     apply.AddOption("-o,--out", options->out, "The new DEVMODE's file (default: standard output)").NotEmpty();
@@ -141,6 +173,7 @@ void AddConversionCommands(Command app, HostContext& context) {
 
     const Command capabilities = AddConversion(app, context, options, "capabilities",
                                                "What the printer can do, as PrintCapabilities", RunCapabilities);
+    AddPrinterOrAll(capabilities, options);
     capabilities.AddOption("--ticket", options->ticket, "A PrintTicket that the capabilities are asked for").NotEmpty();
     capabilities
         .AddOption("--in", options->in,
@@ -149,6 +182,7 @@ void AddConversionCommands(Command app, HostContext& context) {
     capabilities.AddOption("-o,--out", options->out, kOutDocument).NotEmpty();
 
     const Command validate = AddConversion(app, context, options, "validate", "A PrintTicket is checked", RunValidate);
+    validate.AddOption("--printer", options->printer, kPrinter).Required();
     validate.AddOption("--ticket", options->ticket, "The PrintTicket's file").Required().NotEmpty();
     validate.AddOption("-o,--out", options->out, "File for the document as it then is").NotEmpty();
 }

@@ -1,0 +1,13 @@
+// Printers without their capability caches, and what a command does about them.
+#pragma once
+
+#include <printerlist.h>
+
+#include <vector>
+
+#include "commands/commands.h"
+
+// Where some of the printers lack caches, or have damaged ones: says so on standard error, and from then on the command
+// works on a copy of the store in memory, in which they are built from the product. The store itself stays as it is.
+// Printers that are open have to be opened anew.
+void MakeUpForMissingCaches(HostContext& context, const std::vector<PrinterRow>& printers);
