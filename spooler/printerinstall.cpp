@@ -19,7 +19,11 @@ namespace {
 // The spooler's functions take texts that they do not change as writable ones.
 WCHAR* Writable(const WideString& text) { return const_cast<WCHAR*>(text.c_str()); }
 
-std::string Quoted(const WideString& text) { return "'" + NarrowToUtf8(text) + "'"; }
+// No name is longer than what is shown of one.
+std::string Quoted(const WideString& text) {
+    const std::string shown = Utf8FromWide(text.substr(0, kLongestPrinterName), BadText::Replace);
+    return "'" + shown + (text.size() > kLongestPrinterName ? "...'" : "'");
+}
 
 [[noreturn]] void ThrowRefusal(const std::string& what) {
     const DWORD error = GetLastError();
@@ -161,14 +165,18 @@ WideString PrinterInstaller::Add(const WideString& name, const std::filesystem::
         throw;
     }
     try {
-        if (!drivers_[driver]) AddDriver(*product, driver);
-        drivers_[driver] = true;
+        if (!addedDrivers_.contains(driver)) {
+            doubtfulDrivers_.insert(driver);
+            AddDriver(*product, driver);
+            addedDrivers_.insert(driver);
+        }
         if (!isShared) ClearCaches(port);
         AddToSpooler(name, port, driver, complete);
     } catch (...) {
         if (!OpenPrinterByName(name)) RemoveParts(name, port);  // else it stays noted as a half
         throw;
     }
+    doubtfulDrivers_.erase(driver);
     printersOfPorts_.emplace(GetPortIndex(port), name);
     HalfPrinters::Remove(name);
     return port;
@@ -184,7 +192,7 @@ void PrinterInstaller::AddToSpooler(const WideString& name, const WideString& po
     if (!printer) ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
     if (!complete) return;
     try {
-        complete(printer.Get());
+        complete(printer.Get(), driver);
     } catch (...) {
         DeletePrinter(printer.Get());
         throw;
@@ -214,13 +222,14 @@ void PrinterInstaller::Remove(const WideString& name) {
     if (printer && !DeletePrinter(printer.Get()))
         ThrowRefusal("The printer " + Quoted(row.name) + " cannot be removed");
     RemoveParts(row.name, row.port);
-    if (!row.driver.empty()) drivers_.try_emplace(row.driver, false);
+    if (!row.driver.empty()) doubtfulDrivers_.insert(row.driver);
 }
 
 // A driver that a printer uses stays: the spooler refuses.
 void PrinterInstaller::RemoveUnusedDrivers() {
-    for (const auto& [driver, isAdded] : drivers_) DeletePrinterDriverW(nullptr, nullptr, Writable(driver));
-    drivers_.clear();
+    for (const WideString& driver : doubtfulDrivers_) DeletePrinterDriverW(nullptr, nullptr, Writable(driver));
+    doubtfulDrivers_.clear();
+    addedDrivers_.clear();
 }
 
 WideString InstallPrinter(const WideString& name, const std::filesystem::path& productFile, const WideString& port,

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 
 // Adds and removes printers, as many as wanted, for one thread. It looks at all printers once, when it is made, so that
@@ -15,7 +16,7 @@
 class PrinterInstaller {
 public:
     // Makes what belongs to an added printer beside the spooler's records. When it throws, the printer goes again.
-    using Completion = std::function<void(HANDLE printer)>;
+    using Completion = std::function<void(HANDLE printer, const WideString& driver)>;
 
     PrinterInstaller() { LookAtPorts(); }
 
@@ -31,7 +32,7 @@ public:
     // std::runtime_error with a sentence for the user.
     void Remove(const WideString& name);
 
-    // Removes the drivers that lost their last printer to this installer.
+    // Removes the drivers that this installer has left without a printer. Those that are wanted again are added again.
     void RemoveUnusedDrivers();
 
 private:
@@ -44,7 +45,8 @@ private:
     void RemoveParts(const WideString& name, const WideString& port);
 
     std::multimap<WideString, WideString> printersOfPorts_;  // names by the name of the port's caches, in small letters
-    std::map<WideString, bool> drivers_;  // those added or that lost a printer: whether they were added
+    std::set<WideString> addedDrivers_;
+    std::set<WideString> doubtfulDrivers_;  // which may have no printer
     int nextPort_ = 1;
 };
 

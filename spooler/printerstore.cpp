@@ -110,15 +110,13 @@ std::vector<StoredPrinterBrief> ReadPrinterBriefs() { return ReadEach<StoredPrin
 
 bool IsDriverUsed(const WideString& driver) {
     const UniqueKey key = OpenKey(kPrintersKey);
-    if (!key) return false;
-    const auto names = ListKeys(key);
-    return std::any_of(names.begin(), names.end(), [&](const WideString& name) {
-        return IgnoringRemoved([&] {
-                   const UniqueKey printer = OpenPrinterKey(name);
-                   return printer && EqualRegistryNames(ReadText(printer, kPrinterDriverValue), driver);
-               })
-            .value_or(false);
-    });
+    return key && AnyKey(key, [&](const WideString& name) {
+               return IgnoringRemoved([&] {
+                          const UniqueKey printer = OpenPrinterKey(name);
+                          return printer && EqualRegistryNames(ReadText(printer, kPrinterDriverValue), driver);
+                      })
+                   .value_or(false);
+           });
 }
 
 void CreatePrinter(const StoredPrinter& printer) {

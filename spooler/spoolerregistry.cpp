@@ -22,17 +22,26 @@ WideString TextFromBytes(const std::vector<BYTE>& bytes) {
     return text;
 }
 
-template <class Enumerate>
-std::vector<WideString> ListNames(Enumerate enumerate) {
-    std::vector<WideString> names;
+// Hands each name to the visitor, as long as that wants more.
+template <class Enumerate, class Visit>
+void VisitNames(Enumerate enumerate, Visit wantsMore) {
     WideString buffer(kLongestName, W('\0'));
     for (DWORD index = 0;; ++index) {
         auto characters = static_cast<DWORD>(buffer.size());
         const LSTATUS status = enumerate(index, buffer.data(), &characters);
-        if (status == ERROR_NO_MORE_ITEMS) return names;
+        if (status == ERROR_NO_MORE_ITEMS) return;
         Check(status);
-        names.push_back(buffer.substr(0, characters));
+        if (!wantsMore(buffer.substr(0, characters))) return;
     }
+}
+
+template <class Visit>
+void VisitKeys(const UniqueKey& key, Visit wantsMore) {
+    VisitNames(
+        [&](DWORD index, WCHAR* name, DWORD* characters) {
+            return RegEnumKeyExW(key.Get(), index, name, characters, nullptr, nullptr, nullptr, nullptr);
+        },
+        wantsMore);
 }
 
 }  // namespace
@@ -114,13 +123,29 @@ void WriteNumber(const UniqueKey& key, const WCHAR* name, DWORD number) {
 }
 
 std::vector<WideString> ListKeys(const UniqueKey& key) {
-    return ListNames([&](DWORD index, WCHAR* name, DWORD* characters) {
-        return RegEnumKeyExW(key.Get(), index, name, characters, nullptr, nullptr, nullptr, nullptr);
+    std::vector<WideString> names;
+    VisitKeys(key, [&](WideString name) {
+        names.push_back(std::move(name));
+        return true;
     });
+    return names;
+}
+
+bool AnyKey(const UniqueKey& key, const std::function<bool(const WideString& name)>& test) {
+    bool found = false;
+    VisitKeys(key, [&](const WideString& name) { return !(found = test(name)); });
+    return found;
 }
 
 std::vector<WideString> ListValues(const UniqueKey& key) {
-    return ListNames([&](DWORD index, WCHAR* name, DWORD* characters) {
-        return RegEnumValueW(key.Get(), index, name, characters, nullptr, nullptr, nullptr, nullptr);
-    });
+    std::vector<WideString> names;
+    VisitNames(
+        [&](DWORD index, WCHAR* name, DWORD* characters) {
+            return RegEnumValueW(key.Get(), index, name, characters, nullptr, nullptr, nullptr, nullptr);
+        },
+        [&](WideString name) {
+            names.push_back(std::move(name));
+            return true;
+        });
+    return names;
 }

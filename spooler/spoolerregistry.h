@@ -6,6 +6,7 @@
 #include <sizedread.h>
 #include <uniquehandle.h>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -30,5 +31,7 @@ void WriteText(const UniqueKey& key, const WCHAR* name, const WideString& text);
 void WriteTexts(const UniqueKey& key, const WCHAR* name, const WideString& texts);
 void WriteNumber(const UniqueKey& key, const WCHAR* name, DWORD number);
 
-std::vector<WideString> ListKeys(const UniqueKey& key);    // names of the keys directly below
+std::vector<WideString> ListKeys(const UniqueKey& key);  // names of the keys directly below
+// Whether the test holds for one of these names; no further ones are looked at then.
+bool AnyKey(const UniqueKey& key, const std::function<bool(const WideString& name)>& test);
 std::vector<WideString> ListValues(const UniqueKey& key);  // names of the values

@@ -2,6 +2,7 @@
 #include "hostfiles.h"
 
 #include <fstream>
+#include <iostream>
 #include <random>
 
 #include "hosterror.h"
@@ -12,23 +13,30 @@ namespace {
 
 constexpr int kMostLinks = 40;  // as many as the system follows
 
+std::string ReadStream(std::istream& stream, const std::string& name, std::size_t maximumBytes) {
+    std::string contents;
+    char buffer[65536];
+    while (stream.read(buffer, sizeof buffer) || stream.gcount() > 0) {
+        contents.append(buffer, static_cast<std::size_t>(stream.gcount()));
+        if (contents.size() > maximumBytes) throw InputError(name + " is too large to be what it should be");
+    }
+    if (stream.bad()) throw InputError(name + " cannot be read to its end");
+    return contents;
+}
+
 }  // namespace
 
-std::string ReadWholeFile(const std::filesystem::path& file) {
+std::string ReadFileOrInput(const std::string& name) {
+    return name == "-" ? ReadStream(std::cin, "standard input", kMaximumInputBytes) : ReadWholeFile(PathFromUtf8(name));
+}
+
+std::string ReadWholeFile(const std::filesystem::path& file, std::size_t maximumBytes) {
     const std::string name = "'" + PathToUtf8(file) + "'";
     std::error_code error;
     if (std::filesystem::is_directory(file, error)) throw InputError(name + " is a folder; name a file");
     std::ifstream stream(file, std::ios::binary);
     if (!stream) throw InputError("the file " + name + " cannot be opened; check that it exists and may be read");
-    std::string contents;
-    char buffer[65536];
-    while (stream.read(buffer, sizeof buffer) || stream.gcount() > 0) {
-        contents.append(buffer, static_cast<std::size_t>(stream.gcount()));
-        if (contents.size() > kMaximumInputBytes)
-            throw InputError("the file " + name + " is too large to be what it should be");
-    }
-    if (stream.bad()) throw InputError("the file " + name + " cannot be read to its end");
-    return contents;
+    return ReadStream(stream, "the file " + name, maximumBytes);
 }
 
 void WriteWholeFile(const std::filesystem::path& named, std::string_view bytes) {

@@ -7,9 +7,12 @@
 #include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
+#else
+#include <unistd.h>
 #endif
 
 #include <cstdlib>
+#include <iostream>
 #include <random>
 
 #include "hosterror.h"
@@ -18,6 +21,7 @@
 #ifdef _WIN32
 
 std::vector<std::string> GetProgramArguments(int, char**) {
+    _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     SetConsoleOutputCP(CP_UTF8);
@@ -30,6 +34,8 @@ std::vector<std::string> GetProgramArguments(int, char**) {
     }
     return arguments;
 }
+
+bool IsTerminal(const std::ostream& stream) { return &stream == &std::cerr && _isatty(_fileno(stderr)); }
 
 std::optional<std::string> GetEnvironment(const char* name) {
     const wchar_t* text = _wgetenv(WideString(name, name + std::char_traits<char>::length(name)).c_str());
@@ -53,6 +59,8 @@ std::optional<std::filesystem::path> GetUserDataFolder() {
 std::vector<std::string> GetProgramArguments(int argc, char** argv) {
     return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
 }
+
+bool IsTerminal(const std::ostream& stream) { return &stream == &std::cerr && isatty(STDERR_FILENO); }
 
 std::optional<std::string> GetEnvironment(const char* name) {
     const char* text = std::getenv(name);

@@ -4,6 +4,7 @@
 #include <pathtext.h>
 
 #include <filesystem>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,8 @@
 
 // The arguments behind the program's name, as UTF-8; also makes the standard streams carry bytes as they are.
 std::vector<std::string> GetProgramArguments(int argc, char** argv);
+// Whether the stream is the program's standard error and shows on a terminal.
+bool IsTerminal(const std::ostream& stream);
 // The variable's text as UTF-8; nothing when it is unset or empty.
 std::optional<std::string> GetEnvironment(const char* name);
 // The folder of the running program.

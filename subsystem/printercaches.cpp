@@ -1,28 +1,47 @@
 // The capability caches of the store's printers.
 #include "printercaches.h"
 
+#include <mvutil/datacache.h>
+#include <mvutil/morvaneutilities.h>
 #include <mvutil/printdriver.h>
+
+#include <algorithm>
+#include <iterator>
 
 #include "hosterror.h"
 #include "hosttext.h"
 
-void RebuildCaches(CapabilityCachesOfMany& caches, HANDLE printer, const WideString& name, const WideString& driver) {
-    if (!caches.Rebuild(printer, driver))
-        throw OperationError("the capability caches of the printer '" + ToUtf8(name) +
+void RebuildCaches(CapabilityCachesOfMany& caches, HANDLE printer, const PrinterRow& row) {
+    if (!caches.Rebuild(printer, row.driver))
+        throw OperationError("the capability caches of the printer '" + ToUtf8(row.name) +
                              "' cannot be written; check the store and its free space");
 }
 
-void RebuildAllCaches(const std::function<void()>& report) {
+void RebuildCachesOf(const std::vector<PrinterRow>& printers) {
     CapabilityCachesOfMany caches;
     std::map<WideString, bool> isComplete;  // by driver
-    for (const PrinterRow& row : ListPrinters()) {
+    for (const PrinterRow& row : printers) {
         const UniquePrinter printer = OpenPrinterByName(row.name);
         if (!printer) continue;  // another process has removed it
         const auto [driver, isNew] = isComplete.try_emplace(row.driver);
         if (isNew)
             driver->second =
                 PrintDriver::GetInstallationStateFromHandle(printer.Get()) == PrintDriver::kInstallationComplete;
-        if (driver->second) RebuildCaches(caches, printer.Get(), row.name, row.driver);
-        if (report) report();
+        if (driver->second) RebuildCaches(caches, printer.Get(), row);
     }
+}
+
+bool LacksCaches(const PrinterRow& printer) {
+    const UniquePrinter handle = OpenPrinterByName(printer.name);
+    if (!handle) return false;  // another process has removed it
+    const CXString key = MorvaneUtilities::ConvertPortNameToRegistryKey(printer.port);
+    const DataCache user(handle.Get(), MorvaneUtilities::GetRegistryHiveByContext(), key, kCapabilityCacheCrcStart,
+                         false);
+    const DataCache machine(handle.Get(), HKEY_LOCAL_MACHINE, key, kCapabilityCacheCrcStart, false);
+    return std::any_of(std::begin(kCapabilityGroups), std::end(kCapabilityGroups), [&](const CapabilityGroup& group) {
+        ByteBuffer blob;
+        return !(user.GetCachedBytesValue(group.valueName, blob) ||
+                 machine.GetCachedBytesValue(group.valueName, blob)) ||
+               !IsWholeCapabilityBlob(group, blob);
+    });
 }

@@ -4,11 +4,14 @@
 #include <capabilitycaches.h>
 #include <printerlist.h>
 
-#include <functional>
+// Rebuilds one printer's caches; the row gives its name and its driver's. Throws OperationError when they cannot all be
+// built and written.
+void RebuildCaches(CapabilityCachesOfMany& caches, HANDLE printer, const PrinterRow& row);
 
-// Rebuilds one printer's caches. Throws OperationError when they cannot all be built and written.
-void RebuildCaches(CapabilityCachesOfMany& caches, HANDLE printer, const WideString& name, const WideString& driver);
+// Rebuilds those of the printers whose driver is complete.
+void RebuildCachesOf(const std::vector<PrinterRow>& printers);
+// Of all printers: forms belong to the print server and custom sizes to the user, so that all offer them.
+inline void RebuildAllCaches() { RebuildCachesOf(ListPrinters()); }
 
-// Rebuilds those of all printers whose driver is complete, each reported once it is done. Forms belong to the print
-// server and custom sizes to the user: all printers offer them.
-void RebuildAllCaches(const std::function<void()>& report = {});
+// Whether one of the printer's caches is missing, or is damaged, for the user and for the machine.
+bool LacksCaches(const PrinterRow& printer);

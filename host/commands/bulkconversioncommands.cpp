@@ -63,7 +63,7 @@ private:
 
 void MakeAllTickets(HostContext& context, const BulkConversion& conversion) {
     const TicketSettings settings(conversion.devmode);
-    context.UseStore();
+    context.UseStore(StoreAccess::ReadMostly);
     ConvertForAll(context, conversion.folder, [&](const PrintSession& session, BulkNotes& notes) {
         PrinterFacts printer(session);
         ExplainedTicket result = ConvertAndExplain(printer, settings.Make(session.GetPrinter()), nullptr);
@@ -75,7 +75,7 @@ void MakeAllTickets(HostContext& context, const BulkConversion& conversion) {
 }
 
 void MakeAllCapabilities(HostContext& context, const BulkConversion& conversion) {
-    context.UseStore();
+    context.UseStore(StoreAccess::ReadMostly);
     MakeUpForMissingCaches(context, ListPrinters());
     ConvertForAll(context, conversion.folder,
                   [](const PrintSession& session, BulkNotes&) { return session.MakeCapabilities(nullptr, nullptr); });

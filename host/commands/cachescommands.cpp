@@ -1,5 +1,4 @@
 // caches rebuild, caches show
-#include <capabilitycaches.h>
 #include <mvutil/datacache.h>
 #include <mvutil/morvaneutilities.h>
 #include <namefield.h>
@@ -13,11 +12,18 @@
 
 #include <subsystem/hosttext.h>
 #include <subsystem/installedprinter.h>
+#include <subsystem/printercaches.h>
+#include "bulk.h"
 #include "commands.h"
 
 namespace {
 
 using std::ostream;
+
+struct CachesOptions {
+    std::string printer;
+    bool all = false;
+};
 
 // One part of a blob, which is long enough for it.
 template <class Part>
@@ -116,9 +122,9 @@ bool ReadCache(HANDLE printer, const CXString& key, const WCHAR* name, ByteBuffe
     return false;
 }
 
-void RunShow(HostContext& context, const std::string& name) {
+void RunShow(HostContext& context, const CachesOptions& options) {
     context.UseStore();
-    const InstalledPrinter printer(ArgumentToWide(name));
+    const InstalledPrinter printer(ArgumentToWide(options.printer));
     const CXString key = MorvaneUtilities::ConvertPortNameToRegistryKey(printer.GetPort());
     for (const CapabilityGroup& group : kCapabilityGroups) {
         ByteBuffer blob;
@@ -135,22 +141,50 @@ void RunShow(HostContext& context, const std::string& name) {
     }
 }
 
-void RunRebuild(HostContext& context, const std::string& name) {
+void RunRebuildAll(HostContext& context) {
+    context.UseStore(StoreAccess::ReadMostly);
+    const std::vector<PrinterRow> rows = ListPrinters();
+    std::vector<BulkItem> items;
+    for (const PrinterRow& row : rows) items.push_back({row.name, 0, {}});
+    CapabilityCachesOfMany caches;
+    ChangeInBulk(context, items,
+                 {.done = "rebuilt",
+                  .begin = [&] { caches = {}; },
+                  .apply =
+                      [&](std::size_t index) {
+                          if (!OpenPrinterByName(rows[index].name)) return false;
+                          const InstalledPrinter printer(rows[index].name);  // with a product that can be read
+                          RebuildCaches(caches, printer.GetHandle(), rows[index]);
+                          return true;
+                      },
+                  .end = {},
+                  .isDone = [](const BulkItem&) { return false; },
+                  .undo = {}});
+}
+
+void RunRebuild(HostContext& context, const CachesOptions& options) {
+    if (options.all != options.printer.empty()) throw InputError("give either --printer NAME or --all");
+    if (options.all) return RunRebuildAll(context);
     context.ChangeStore();
-    const InstalledPrinter printer(ArgumentToWide(name));  // with a product that can be read
-    RebuildCapabilityCaches(printer.GetHandle());
+    CapabilityCachesOfMany caches;
+    const InstalledPrinter printer(ArgumentToWide(options.printer));
+    RebuildCaches(caches, printer.GetHandle(), {printer.GetName().AsWideString(), {}, {}});
 }
 
 }  // namespace
 
 void AddCachesCommands(Command app, HostContext& context) {
     const Command caches = app.AddGroup("caches", "What a printer's driver keeps of the printer's capabilities");
-    const auto printer = std::make_shared<std::string>();
-    const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const std::string&)) {
-        caches.AddCommand(name, description, [&context, printer, run] { run(context, *printer); })
-            .AddOption("--printer", *printer, "The printer's name")
-            .Required();
+    const auto options = std::make_shared<CachesOptions>();
+    const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const CachesOptions&)) {
+        return caches.AddCommand(name, description, [&context, options, run] { run(context, *options); });
     };
-    add("show", "Prints the caches' records; damaged caches are told", RunShow);
-    add("rebuild", "Builds the caches anew from the product, the forms and the custom sizes", RunRebuild);
+    constexpr const char* kPrinter = "The printer's name";
+    add("show", "Prints the caches' records; damaged caches are told", RunShow)
+        .AddOption("--printer", options->printer, kPrinter)
+        .Required();
+    const Command rebuild =
+        add("rebuild", "Builds the caches anew from the product, the forms and the custom sizes", RunRebuild);
+    rebuild.AddOption("--printer", options->printer, kPrinter).NotEmpty();
+    rebuild.AddFlag("--all", options->all, "Those of all printers");
 }

@@ -110,7 +110,7 @@ void RunCapabilities(HostContext& context, const ConversionOptions& options) {
     if (IsForAll(options)) return MakeAllCapabilities(context, {options.out, {}, false});
     const Document ticket = ReadTicket(options.ticket);
     Document capabilities = ReadCapabilities(options.in);
-    context.UseStore();
+    context.UseStore(StoreAccess::ReadMostly);
     const CXString name = CXString::FromUtf8(options.printer);
     MakeUpForMissingCaches(
         context,

@@ -1,5 +1,4 @@
 // printer add, printer list, printer show, printer remove
-#include <capabilitycaches.h>
 #include <facts/drivercapabilities.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
@@ -13,16 +12,13 @@
 #include <subsystem/hostplatform.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/installedprinter.h>
+#include <subsystem/printercaches.h>
 #include <subsystem/productfiles.h>
-#include "commands.h"
+#include "printercommands.h"
 
 namespace {
 
 constexpr const WCHAR* kWorkflowValue = W("XWorkflowDLL");
-
-struct PrinterOptions {
-    std::string name, product, port;
-};
 
 // The installer states in a sentence why it refuses; nothing is changed then.
 template <class Operation>
@@ -40,14 +36,33 @@ void Install(Operation operation) {
     }
 }
 
+// Of the command line, exactly one of these says which printers are meant.
+void RequireOne(const PrinterOptions& options, const char* choice) {
+    if (int{!options.name.empty()} + int{!options.from.empty()} + int{options.all} != 1)
+        throw InputError(std::string("give ") + choice);
+    if (options.atomic && !options.name.empty()) throw InputError("--atomic goes with many printers; leave it out");
+}
+
 void RunAdd(HostContext& context, const PrinterOptions& options) {
+    RequireOne(options, "either NAME and --product, or --from FILE");
+    if (options.from.empty() == options.product.empty() || !(options.from.empty() || options.port.empty()))
+        throw InputError("--product and --port go with NAME; the lines of a list name their own");
+    if (!options.from.empty()) return AddPrintersOfList(context, options);
     const std::filesystem::path product = FindProductFile(options.product);
     const WideString name = ArgumentToWide(options.name);
     context.ChangeStore(StoreAccess::Write);
-    Install([&] { InstallPrinter(name, product, ArgumentToWide(options.port), RebuildCapabilityCaches); });
+    CapabilityCachesOfMany caches;
+    Install([&] {
+        InstallPrinter(name, product, ArgumentToWide(options.port), [&](HANDLE printer, const WideString& driver) {
+            RebuildCaches(caches, printer, {name, {}, driver});
+        });
+    });
 }
 
 void RunRemove(HostContext& context, const PrinterOptions& options) {
+    RequireOne(options, "either NAME, --from FILE or --all");
+    if (options.all) return RemoveAllPrinters(context, options);
+    if (!options.from.empty()) return RemovePrintersOfList(context, options);
     context.ChangeStore();
     const WideString name = ArgumentToWide(options.name);
     if (!HalfPrinters::Contains(name)) OpenInstalledPrinter(name);  // refuses one that is not there
@@ -58,6 +73,10 @@ void RunList(HostContext& context) {
     context.UseStore();
     for (const PrinterRow& row : ListPrinters())
         context.out << ToUtf8(row.name) << "  (" << ToUtf8(row.driver) << ", port " << ToUtf8(row.port) << ")\n";
+    for (const WideString& half : HalfPrinters::List())
+        context.err << "'" << ToUtf8(half)
+                    << "' is half there, from an addition or removal that was interrupted or is going on; "
+                       "'printer remove' with its name clears it\n";
 }
 
 std::string DescribeState(int state) {
@@ -106,17 +125,26 @@ void RunShow(HostContext& context, const PrinterOptions& options) {
 void AddPrinterCommands(Command app, HostContext& context) {
     const Command printer = app.AddGroup("printer", "The printers of the store");
     const auto options = std::make_shared<PrinterOptions>();
-    const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const PrinterOptions&)) {
-        const Command command =
-            printer.AddCommand(name, description, [&context, options, run] { run(context, *options); });
-        command.AddOption("NAME", options->name, "The printer's name").Required();
-        return command;
+    const auto command = [&](const char* name, const char* description,
+                             void (*run)(HostContext&, const PrinterOptions&)) {
+        return printer.AddCommand(name, description, [&context, options, run] { run(context, *options); });
     };
-    const Command addCommand = add("add", "Installs a product as a printer", RunAdd);
-    addCommand.AddOption("--product", options->product, "The product's name ('product list') or its file").Required();
-    addCommand.AddOption("--port", options->port, "The port (default: one of the printer's own)");
-    add("show", "What a printer is made of", RunShow);
-    add("remove", "Removes a printer", RunRemove);
+    constexpr const char* kName = "The printer's name";
+    const auto addList = [&](const Command& added, const char* what) {
+        added.AddOption("NAME", options->name, kName).NotEmpty();
+        added.AddOption("--from", options->from, what).NotEmpty();
+        added.AddFlag("--atomic", options->atomic, "All of many printers or none");
+    };
+    const Command add = command("add", "Installs a product as a printer, or many of a list", RunAdd);
+    addList(add,
+            "A list of printers, '-' for standard input: CSV with the columns name, product and, if wanted, port in "
+            "its first line, or JSON lines with these keys");
+    add.AddOption("--product", options->product, "The product's name ('product list') or its file");
+    add.AddOption("--port", options->port, "The port (default: one of the printer's own)");
+    command("show", "What a printer is made of", RunShow).AddOption("NAME", options->name, kName).Required();
+    const Command remove = command("remove", "Removes a printer, or many; clears one that is half there", RunRemove);
+    addList(remove, "A list of printers as for 'printer add'; their names alone count");
+    remove.AddFlag("--all", options->all, "All printers");
     printer.AddCommand("list", "One line a printer: name, driver, port", [&context] { RunList(context); });
     AddPaperCommands(printer, context);
 }

@@ -14,7 +14,7 @@ void RunExport(HostContext& context, const std::string& file) {
 }
 
 void RunImport(HostContext& context, const std::string& file) {
-    const RegFile contents = ParseRegFile(ReadWholeFile(PathFromUtf8(file)));
+    const RegFile contents = ParseRegFile(ReadWholeFile(PathFromUtf8(file), kMaximumRegistryBytes));
     context.ChangeStore(StoreAccess::Write);
     ImportRegistry(contents);
 }
