@@ -16,7 +16,8 @@ struct RegistryStore::Statements {
           hasKey(c, "SELECT 1 FROM keys WHERE id = ?1"),
           findChild(c, "SELECT id FROM keys WHERE parent = ?1 AND folded = ?2"),
           addChild(c, "INSERT INTO keys (parent, folded, name) VALUES (?1, ?2, ?3)"),
-          childAt(c, "SELECT name FROM keys WHERE parent = ?1 ORDER BY folded LIMIT 1 OFFSET ?2"),
+          childAt(c, "SELECT name, folded FROM keys WHERE parent = ?1 ORDER BY folded LIMIT 1 OFFSET ?2"),
+          childAfter(c, "SELECT name, folded FROM keys WHERE parent = ?1 AND folded > ?2 ORDER BY folded LIMIT 1"),
           deleteEntries(c,
                         "WITH RECURSIVE tree (id) AS (SELECT ?1 UNION ALL"
                         " SELECT keys.id FROM keys JOIN tree ON keys.parent = tree.id)"
@@ -44,6 +45,7 @@ struct RegistryStore::Statements {
     Statement findChild;
     Statement addChild;
     Statement childAt;
+    Statement childAfter;
     Statement deleteEntries;
     Statement deleteKeys;
     Statement readEntry;
@@ -160,8 +162,13 @@ void RegistryStore::DeleteTree(KeyId key, bool withKey) {
 }
 
 std::optional<std::string> RegistryStore::ChildName(KeyId key, DWORD index) {
-    Statement::Run run = Use().childAt.Start(key, std::int64_t{index});
-    if (run.Step()) return run.Text(0);
+    const bool isNext = lastChild_.key == key && lastChild_.index + 1 == index;
+    Statement::Run run =
+        isNext ? Use().childAfter.Start(key, lastChild_.folded) : Use().childAt.Start(key, std::int64_t{index});
+    if (run.Step()) {
+        lastChild_ = {key, index, run.Text(1)};
+        return run.Text(0);
+    }
     RequireKey(key);
     return std::nullopt;
 }

@@ -48,7 +48,8 @@ public:
     KeyId CreateKey(KeyId key, const KeyPath& path, bool& created);
     // Deletes what lies below a key, and the key itself when asked to.
     void DeleteTree(KeyId key, bool withKey);
-    // The name of the key's index-th child by alphabet, or nothing.
+    // The name of the key's index-th child by alphabet, or nothing. When the last call was for the child before, it is
+    // the one behind that, which takes no longer for those in front.
     std::optional<std::string> ChildName(KeyId key, DWORD index);
 
     std::optional<RegistryValue> ReadValue(KeyId key, const RegistryName& name);
@@ -82,6 +83,11 @@ private:
 
     UniqueConnection connection_;
     bool writes_;
+    struct {
+        KeyId key;
+        DWORD index;
+        std::string folded;
+    } lastChild_{};
     std::int64_t dataVersion_ = 0;
     int depth_ = 0;                           // of the transactions that are open
     std::unique_ptr<Statements> statements_;  // destroyed before the connection
