@@ -11,22 +11,15 @@
 #include "printschemaxmldocument.h"
 
 #include <algorithm>
+#include <string>
 
 // The text; a null one is empty.
 inline WideStringView ViewOf(const WCHAR* text) noexcept { return text ? WideStringView(text) : WideStringView(); }
 inline bool IsEmpty(const WCHAR* text) noexcept { return !text || !*text; }
 
 // Integers as documents hold them.
-inline CXString FormatInteger(LONG value) {
-    CXString text;
-    text.Format(W("%i"), value);
-    return text;
-}
-inline CXString FormatUnsignedInteger(ULONG value) {
-    CXString text;
-    text.Format(W("%u"), value);
-    return text;
-}
+inline CXString FormatInteger(LONG value) { return CXString(std::to_string(value).c_str()); }
+inline CXString FormatUnsignedInteger(ULONG value) { return CXString(std::to_string(value).c_str()); }
 
 // A constant text that is a BSTR without being made one, for arguments that are only read: its length in bytes stands
 // before it.
@@ -65,6 +58,7 @@ inline Bstr MakeWritable(Bstr writable) {
     const auto isHalf = [&](std::size_t at, unsigned kind) { return at < text.size() && (text[at] & 0xFC00u) == kind; };
     for (std::size_t at = 0; at < text.size(); ++at) {
         const unsigned unit = text[at];
+        if (unit >= 0x20 && unit < 0xD800) continue;
         const bool isControl = unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r';
         if (isHalf(at, 0xD800) && isHalf(at + 1, 0xDC00))
             ++at;  // a whole character

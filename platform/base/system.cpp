@@ -21,8 +21,6 @@ std::recursive_mutex& Mutex(LPCRITICAL_SECTION section) {
 }
 }  // namespace
 
-bool operator==(const GUID& a, const GUID& b) { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
-
 extern "C" {
 
 extern const IID IID_IUnknown = {0x00000000, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};

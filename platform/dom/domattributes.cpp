@@ -11,6 +11,7 @@ namespace {
 
 // The attribute that would be the same one: by its whole name, or by its expanded name under another prefix.
 xmlAttr* FindSame(DomTree& tree, const xmlNode* element, const xmlNode* attribute) {
+    if (!element->properties) return nullptr;
     if (xmlAttr* const found = FindAttribute(tree, element, WholeName(attribute))) return found;
     const auto hasPrefix = [](const xmlNode* node) { return node->ns && node->ns->prefix; };
     if (!hasPrefix(attribute)) return nullptr;

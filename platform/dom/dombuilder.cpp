@@ -76,8 +76,7 @@ std::string DomBuilder::AddAttributes(xmlNode* element, const std::vector<ReadAt
             return "the attribute '" + std::string(name) + "' occurs twice under different prefixes";
         const xmlElementType type = isDeclaration ? kDeclarationType : XML_ATTRIBUTE_NODE;
         OwnedNode attribute = NewAttribute(element->doc, type, space, std::string(parts.local));
-        if (*read.value)
-            LinkLast(attribute.get(), NewContentNode(element->doc, XML_TEXT_NODE, {}, Chars(read.value.get())));
+        if (*read.value) LinkLast(attribute.get(), NewText(element->doc, ViewOf(read.value.get())));
         appender.Append(std::move(attribute));
     }
     return "";

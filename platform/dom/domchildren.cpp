@@ -18,7 +18,7 @@ bool CanHold(const xmlNode* parent, const xmlNode* child, const xmlNode* replace
 }
 
 // CR LF and CR alone as LF, which is how a document that is read has them.
-std::string WithPlainLineEnds(const std::string& content) {
+std::string WithPlainLineEnds(std::string_view content) {
     std::string plain;
     plain.reserve(content.size());
     for (std::size_t i = 0; i < content.size(); ++i) {
@@ -29,9 +29,9 @@ std::string WithPlainLineEnds(const std::string& content) {
 }
 
 // A comment or processing instruction has no way to write these.
-bool CanSay(xmlElementType type, const std::string& content) {
-    if (type == XML_COMMENT_NODE) return content.find("--") == std::string::npos && !content.ends_with('-');
-    if (type == XML_PI_NODE) return content.find("?>") == std::string::npos;
+bool CanSay(xmlElementType type, std::string_view content) {
+    if (type == XML_COMMENT_NODE) return content.find("--") == std::string_view::npos && !content.ends_with('-');
+    if (type == XML_PI_NODE) return content.find("?>") == std::string_view::npos;
     return true;
 }
 
@@ -122,18 +122,20 @@ HRESULT NodeCore::CloneNode(VARIANT_BOOL deep, IXMLDOMNode** clone) const {
     return S_OK;
 }
 
-HRESULT NodeCore::PutContent(const std::string& given) {
-    const std::string content = IsAttribute(node_) ? given : WithPlainLineEnds(given);
+HRESULT NodeCore::PutContent(std::string_view given) {
+    const bool isPlain = IsAttribute(node_) || given.find('\r') == std::string_view::npos;
+    const std::string plain = isPlain ? std::string() : WithPlainLineEnds(given);
+    const std::string_view content = isPlain ? given : plain;
     if (node_->type == XML_DOCUMENT_NODE || !CanSay(node_->type, content)) return E_FAIL;
     if (node_->type != XML_ELEMENT_NODE && !IsAttribute(node_)) {
-        xmlNodeSetContent(node_, XmlChars(content.c_str()));
+        xmlNodeSetContent(node_, XmlChars(std::string(content).c_str()));
         return S_OK;
     }
     if (node_->type == kDeclarationType && node_->parent) {
         const xmlAttr* const declaration = AsAttribute(node_);
         if (!CanDeclare(node_->parent, declaration, declaration, content)) return E_FAIL;
     }
-    OwnedNode text = content.empty() ? nullptr : NewContentNode(node_->doc, XML_TEXT_NODE, std::string(), content);
+    OwnedNode text = content.empty() ? nullptr : NewText(node_->doc, content);
     while (node_->children) tree_->Discard(node_->children);
     if (text) tree_->AttachNew(node_, std::move(text));
     return S_OK;

@@ -14,9 +14,8 @@ namespace {
 
 constexpr LONG kLoadingIsComplete = 4;
 
-// New nodes of a document; the type is a DOMNodeType.
-HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_view uri, const std::string& content,
-                OwnedNode* node) {
+// New nodes of a document, without content; the type is a DOMNodeType.
+HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_view uri, OwnedNode* node) {
     xmlDoc* const document = tree.GetDocument();
     xmlElementType contentType = XML_TEXT_NODE;
     const bool isNamed = type == NODE_ELEMENT || type == NODE_ATTRIBUTE || type == NODE_PROCESSING_INSTRUCTION;
@@ -46,8 +45,23 @@ HRESULT NewNode(DomTree& tree, LONG type, const std::string& name, std::string_v
         default:
             return E_INVALIDARG;
     }
-    *node = NewContentNode(document, contentType, name, content);
+    *node = NewContentNode(document, contentType, name, std::string());
     return S_OK;
+}
+
+// The same, for whatever name it is asked for again.
+HRESULT NewNode(DomTree& tree, LONG type, WideStringView name, WideStringView uri, OwnedNode* node) {
+    xmlDoc* const document = tree.GetDocument();
+    if (const KnownName* const known = tree.names.Find(type, name, uri)) {
+        *node = type == NODE_ELEMENT ? NewElement(document, known->space, known->local)
+                                     : NewAttribute(document, known->kind, known->space, known->local);
+        return S_OK;
+    }
+    const HRESULT result = NewNode(tree, type, RawToUtf8(name), ContentToUtf8(uri), node);
+    if (SUCCEEDED(result) && (type == NODE_ELEMENT || type == NODE_ATTRIBUTE))
+        tree.names.Keep(
+            {type, WideString(name), WideString(uri), (*node)->type, (*node)->ns, std::string(ViewOf((*node)->name))});
+    return result;
 }
 
 class DocumentObject final : public NodeObject<IXMLDOMDocument2, IID_IXMLDOMDocument, IID_IXMLDOMDocument2> {
@@ -193,8 +207,7 @@ private:
         return Guarded([&] {
             if (!out) return E_INVALIDARG;
             OwnedNode node;
-            const std::string_view uri = namespaceUri ? GetTree().UriToUtf8(ViewOf(namespaceUri)) : std::string_view();
-            HRESULT result = NewNode(GetTree(), type, RawToUtf8(ViewOf(name)), uri, std::string(), &node);
+            HRESULT result = NewNode(GetTree(), type, ViewOf(name), ViewOf(namespaceUri), &node);
             if (FAILED(result)) return result;
             ComPtr<IXMLDOMNode> wrapper = WrapNew(GetSharedTree(), std::move(node));
             if (content) result = Of(wrapper.Get())->PutContent(ContentToUtf8(ViewOf(content)));

@@ -87,7 +87,7 @@ public:
 
     // Replaces what an element or an attribute holds, or a content node's text. E_FAIL where there is none to replace
     // and where the node's kind cannot hold the text.
-    HRESULT PutContent(const std::string& content);
+    HRESULT PutContent(std::string_view content);
 
 protected:
     ~NodeCore();

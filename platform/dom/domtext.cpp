@@ -27,6 +27,14 @@ constexpr bool IsXmlUnit(WCHAR unit) noexcept {
 
 std::string ContentToUtf8(WideStringView text) {
     RequireRoom(text.size());
+    // Nearly every text is ASCII.
+    std::string ascii(text.size(), '\0');
+    std::size_t length = 0;
+    while (length < text.size() && IsXmlUnit(text[length]) && text[length] < 0x80) {
+        ascii[length] = static_cast<char>(text[length]);
+        ++length;
+    }
+    if (length == text.size()) return ascii;
     if (std::all_of(text.begin(), text.end(), IsXmlUnit)) return Utf8FromWide(text, BadText::Replace);
     WideString writable(text);
     std::replace_if(writable.begin(), writable.end(), std::not_fn(IsXmlUnit), WCHAR{0xFFFD});

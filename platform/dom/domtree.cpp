@@ -7,6 +7,7 @@
 #include <libxml/parser.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstring>
 #include <new>
 
@@ -148,18 +149,6 @@ xmlNs* DomTree::Namespace(std::string_view prefix, std::string_view uri) {
     return &record;
 }
 
-std::string_view DomTree::UriToUtf8(WideStringView uri) {
-    for (const auto& [wide, utf8] : recentUris_) {
-        if (wide.size() == uri.size() && std::memcmp(wide.data(), uri.data(), uri.size() * sizeof(WCHAR)) == 0)
-            return utf8;
-    }
-    std::pair converted(WideString(uri), ContentToUtf8(uri));
-    auto& slot = recentUris_[oldestUri_];
-    oldestUri_ = (oldestUri_ + 1) % recentUris_.size();
-    slot = std::move(converted);
-    return slot.second;
-}
-
 void DomTree::Detach(xmlNode* node) noexcept {
     if (!node->parent) return;
     xmlNode* const root = RootOf(node);
@@ -248,6 +237,21 @@ OwnedNode NewAttribute(xmlDoc* document, xmlElementType type, xmlNs* space, cons
     return attribute;
 }
 
+OwnedNode NewText(xmlDoc* document, std::string_view text) {
+    OwnedNode node = Owned(xmlNewDocText(document, nullptr));
+    // A short text lies in members that a text has no other use for, where libxml2's own parser puts such texts.
+    constexpr std::size_t kRoom = sizeof(xmlNode::properties) + sizeof(xmlNode::nsDef);
+    if (text.size() < kRoom) {
+        char* const room = reinterpret_cast<char*>(node.get()) + offsetof(xmlNode, properties);
+        std::memcpy(room, text.data(), text.size());
+        room[text.size()] = '\0';
+        node->content = reinterpret_cast<xmlChar*>(room);
+    } else {
+        node->content = Made(xmlStrndup(XmlChars(text.data()), static_cast<int>(text.size())));
+    }
+    return node;
+}
+
 OwnedNode NewContentNode(xmlDoc* document, xmlElementType type, const std::string& name, const std::string& content) {
     const xmlChar* const text = XmlChars(content.c_str());
     switch (type) {
@@ -258,7 +262,7 @@ OwnedNode NewContentNode(xmlDoc* document, xmlElementType type, const std::strin
         case XML_PI_NODE:
             return Owned(xmlNewDocPI(document, XmlChars(name.c_str()), text));
         default:
-            return Owned(xmlNewDocText(document, text));
+            return NewText(document, content);
     }
 }
 

@@ -13,12 +13,12 @@
 #pragma once
 
 #include "domattributefinder.h"
+#include "domknownnames.h"
 #include "domtext.h"
 
 #include <libxml/tree.h>
 #include <widetext.h>
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -110,8 +110,6 @@ public:
     void NoteChange() noexcept;
     // The tree's one record of the pair; null for an empty URI. An empty prefix stands for none.
     xmlNs* Namespace(std::string_view prefix, std::string_view uri);
-    // As ContentToUtf8, until the next call; the few URIs of a document are kept.
-    std::string_view UriToUtf8(WideStringView uri);
 
     // Unlinks the node from its parent, if it has one; it becomes an orphan. Somebody holds a part of it.
     void Detach(xmlNode* node) noexcept;
@@ -131,15 +129,14 @@ public:
     Settings settings;
     std::unique_ptr<Selector> selector;  // made by the first query
     AttributeFinder attributes;
+    KnownNames names;
 
 private:
     void FreeAll() noexcept;
     void SetEncoding() noexcept;
 
     xmlDoc* document_;
-    std::uint64_t changes_ = static_cast<std::uint64_t>(-1);        // the last of its block of numbers
-    std::array<std::pair<WideString, std::string>, 4> recentUris_;  // as given, and as UTF-8
-    std::size_t oldestUri_ = 0;
+    std::uint64_t changes_ = static_cast<std::uint64_t>(-1);  // the last of its block of numbers
     // By prefix and URI; found without copying either.
     struct NamespaceOrder {
         using is_transparent = void;
@@ -170,6 +167,7 @@ private:
 OwnedNode NewElement(xmlDoc* document, xmlNs* space, const std::string& localName);
 // A declaration has the whole name and no namespace.
 OwnedNode NewAttribute(xmlDoc* document, xmlElementType type, xmlNs* space, const std::string& name);
+OwnedNode NewText(xmlDoc* document, std::string_view text);
 // A text, CDATA section or comment; a processing instruction, whose target is the name.
 OwnedNode NewContentNode(xmlDoc* document, xmlElementType type, const std::string& name, const std::string& content);
 // A copy in the tree given; attributes are always copied, children if deep.

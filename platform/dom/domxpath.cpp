@@ -7,6 +7,7 @@
 
 #include <libxml/xpathInternals.h>
 
+#include <algorithm>
 #include <cctype>
 #include <new>
 
@@ -24,8 +25,27 @@ bool IsNameCharacter(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '-' || c == '.' || (c & 0x80) != 0;
 }
 
+// A single declaration in plain letters, as nearly everybody sets it; false for any other text.
+bool ReadPlainDeclaration(std::string_view text, Selector::Bindings* bindings) {
+    constexpr std::string_view kStart = "xmlns:";
+    const std::size_t equals = text.find('=');
+    if (!text.starts_with(kStart) || equals == std::string_view::npos || text.size() < equals + 3) return false;
+    const std::string_view prefix = text.substr(kStart.size(), equals - kStart.size());
+    const std::string_view uri = text.substr(equals + 2, text.size() - equals - 3);
+    const char quote = text[equals + 1];
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); };
+    const auto isPlain = [&](char c) { return c > ' ' && c < 0x7F && c != '&' && c != '<' && c != quote; };
+    if ((quote != '"' && quote != '\'') || text.back() != quote || prefix.empty() || prefix[0] <= '9') return false;
+    if (!std::all_of(prefix.begin(), prefix.end(), isLetter) || !std::all_of(uri.begin(), uri.end(), isPlain) ||
+        !IsDeclarable(prefix, uri))
+        return false;
+    bindings->emplace_back(prefix, uri);
+    return true;
+}
+
 // The declarations of a property's text. The parser of documents reads them, as the attributes of an element.
-bool ReadDeclarations(const std::string& declarations, std::vector<std::pair<std::string, std::string>>* pairs) {
+bool ReadDeclarations(const std::string& declarations, Selector::Bindings* pairs) {
+    if (ReadPlainDeclaration(declarations, pairs)) return true;
     ParseFailure failure;
     const std::string element = "<x " + declarations + "/>";
     const std::shared_ptr<DomTree> tree = ParseDocument(element.data(), element.size(), kEncodingIsUtf8, &failure);
@@ -41,16 +61,28 @@ bool ReadDeclarations(const std::string& declarations, std::vector<std::pair<std
 
 }  // namespace
 
-Selector::Selector(DomTree& tree) : context_(xmlXPathNewContext(tree.GetDocument())) {
-    if (!context_) throw std::bad_alloc();
-    context_->error = [](void*, auto*) {};  // the result says enough; by default the library prints
+Selector::Selector(DomTree& tree, Bindings bindings) noexcept
+    : document_(tree.GetDocument()), bindings_(std::move(bindings)) {
+    // XPath has no default namespace: a name without a prefix is one without a namespace.
+    std::erase_if(bindings_, [](const auto& binding) { return binding.first.empty() || binding.first == "xml"; });
 }
 
-void Selector::Register(const std::string& prefix, const std::string& uri) {
-    // XPath has no default namespace: a name without a prefix is one without a namespace.
-    if (prefix.empty() || prefix == "xml") return;
-    if (xmlXPathRegisterNs(context_.get(), XmlChars(prefix.c_str()), XmlChars(uri.c_str())) != 0)
-        throw std::bad_alloc();
+std::string_view Selector::FindUri(std::string_view prefix) const noexcept {
+    if (prefix == "xml") return kXmlNamespace;
+    for (const auto& [bound, uri] : bindings_)
+        if (bound == prefix) return uri;
+    return {};
+}
+
+void Selector::MakeContext() {
+    if (context_) return;
+    std::unique_ptr<xmlXPathContext, Deleter> context(xmlXPathNewContext(document_));
+    if (!context) throw std::bad_alloc();
+    context->error = [](void*, auto*) {};  // the result says enough; by default the library prints
+    for (const auto& [prefix, uri] : bindings_)
+        if (xmlXPathRegisterNs(context.get(), XmlChars(prefix.c_str()), XmlChars(uri.c_str())) != 0)
+            throw std::bad_alloc();
+    context_ = std::move(context);
 }
 
 bool Selector::KnowsFunction(const std::string& name) const {
@@ -81,7 +113,7 @@ bool Selector::KnowsNamesOf(const std::string& query) const {
         const std::size_t after = query.find_first_not_of(" \t\r\n", i);
         if (after != std::string::npos && query[after] == '(' && !KnowsFunction(name)) return false;
         if (i + 1 >= query.size() || query[i] != ':') continue;
-        if (query[i + 1] != ':' && !xmlXPathNsLookup(context_.get(), XmlChars(name.c_str()))) return false;
+        if (query[i + 1] != ':' && FindUri(name).empty()) return false;
         i += query[i + 1] == ':' ? 2 : 1;
     }
     return true;
@@ -89,9 +121,7 @@ bool Selector::KnowsNamesOf(const std::string& query) const {
 
 HRESULT Selector::Select(xmlNode* from, const std::string& query, std::size_t limit, std::vector<xmlNode*>* found) {
     if (query.find('\0') != std::string::npos || !xmlCheckUTF8(XmlChars(query.c_str()))) return E_FAIL;
-    const auto bindings = [this](const std::string& prefix) {
-        return ViewOf(xmlXPathNsLookup(context_.get(), XmlChars(prefix.c_str())));
-    };
+    const auto bindings = [this](const std::string& prefix) { return FindUri(prefix); };
     if (const std::optional<PathQuery> path = PathQuery::Read(query, bindings)) {
         path->Select(from, limit, found);
         return S_OK;
@@ -100,6 +130,7 @@ HRESULT Selector::Select(xmlNode* from, const std::string& query, std::size_t li
 }
 
 HRESULT Selector::Evaluate(xmlNode* from, const std::string& query, std::vector<xmlNode*>* found) {
+    MakeContext();
     if (!KnowsNamesOf(query)) return E_FAIL;
     const std::unique_ptr<xmlXPathCompExpr, ExpressionDeleter> expression(
         xmlXPathCtxtCompile(context_.get(), XmlChars(query.c_str())));
@@ -120,19 +151,17 @@ HRESULT Selector::Evaluate(xmlNode* from, const std::string& query, std::vector<
 HRESULT Select(DomTree& tree, xmlNode* from, BSTR query, std::size_t limit, std::vector<xmlNode*>* found) {
     if (ViewOf(query).empty()) return E_INVALIDARG;
     if (!tree.selector) {
-        auto selector = std::make_unique<Selector>(tree);
-        std::vector<std::pair<std::string, std::string>> pairs;
-        ReadDeclarations(tree.settings.selectionNamespaces, &pairs);  // was read once, when it was set
-        for (const auto& [prefix, uri] : pairs) selector->Register(prefix, uri);
-        tree.selector = std::move(selector);
+        Selector::Bindings bindings;
+        ReadDeclarations(tree.settings.selectionNamespaces, &bindings);  // was read once, when it was set
+        tree.selector = std::make_unique<Selector>(tree, std::move(bindings));
     }
     return tree.selector->Select(from, RawToUtf8(ViewOf(query)), limit, found);
 }
 
 HRESULT SetSelectionNamespaces(DomTree& tree, const std::string& declarations) {
     if (declarations == tree.settings.selectionNamespaces) return S_OK;
-    std::vector<std::pair<std::string, std::string>> pairs;
-    const bool isWellFormed = ReadDeclarations(declarations, &pairs);
+    Selector::Bindings bindings;
+    const bool isWellFormed = ReadDeclarations(declarations, &bindings);
     tree.settings.selectionNamespaces = isWellFormed ? declarations : std::string();
     tree.selector.reset();  // the next query registers the new ones
     return isWellFormed ? S_OK : E_FAIL;

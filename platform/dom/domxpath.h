@@ -8,25 +8,33 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace dom {
 
-// A document's evaluation context; kept with the tree, for making one costs more than a query.
+// A document's prefixes, and libxml2's evaluation context once a query needs it; kept with the tree, for making that
+// costs more than a query.
 class Selector {
 public:
-    explicit Selector(DomTree& tree);
-    void Register(const std::string& prefix, const std::string& uri);
+    using Bindings = std::vector<std::pair<std::string, std::string>>;  // prefixes and their URIs
+
+    Selector(DomTree& tree, Bindings bindings) noexcept;
     HRESULT Select(xmlNode* from, const std::string& query, std::size_t limit, std::vector<xmlNode*>* found);
 
 private:
     HRESULT Evaluate(xmlNode* from, const std::string& query, std::vector<xmlNode*>* found);
+    std::string_view FindUri(std::string_view prefix) const noexcept;
+    void MakeContext();
     bool KnowsFunction(const std::string& name) const;
     bool KnowsNamesOf(const std::string& query) const;
 
     struct Deleter {
         void operator()(xmlXPathContext* context) const noexcept { xmlXPathFreeContext(context); }
     };
+    xmlDoc* document_;
+    Bindings bindings_;
     std::unique_ptr<xmlXPathContext, Deleter> context_;
 };
 

@@ -76,7 +76,7 @@ struct GUID {
 using IID = GUID;
 using CLSID = GUID;
 using REFIID = const IID&;
-bool operator==(const GUID& a, const GUID& b);
+inline bool operator==(const GUID& a, const GUID& b) { return __builtin_memcmp(&a, &b, sizeof(GUID)) == 0; }
 inline bool operator!=(const GUID& a, const GUID& b) { return !(a == b); }
 inline BOOL IsEqualIID(REFIID a, REFIID b) { return a == b ? TRUE : FALSE; }
 
