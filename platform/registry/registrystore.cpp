@@ -1,8 +1,6 @@
 // The registry's tree of keys and values in an SQLite database.
 #include "registrystore.h"
 
-#include <utility>
-
 namespace mvplatform {
 
 struct RegistryStore::Statements {
@@ -16,8 +14,7 @@ struct RegistryStore::Statements {
           hasKey(c, "SELECT 1 FROM keys WHERE id = ?1"),
           findChild(c, "SELECT id FROM keys WHERE parent = ?1 AND folded = ?2"),
           addChild(c, "INSERT INTO keys (parent, folded, name) VALUES (?1, ?2, ?3)"),
-          childAt(c, "SELECT name, folded FROM keys WHERE parent = ?1 ORDER BY folded LIMIT 1 OFFSET ?2"),
-          childAfter(c, "SELECT name, folded FROM keys WHERE parent = ?1 AND folded > ?2 ORDER BY folded LIMIT 1"),
+          children(c, "SELECT name FROM keys WHERE parent = ?1 ORDER BY folded"),
           deleteEntries(c,
                         "WITH RECURSIVE tree (id) AS (SELECT ?1 UNION ALL"
                         " SELECT keys.id FROM keys JOIN tree ON keys.parent = tree.id)"
@@ -26,13 +23,11 @@ struct RegistryStore::Statements {
                      "WITH RECURSIVE tree (id) AS (SELECT ?1 UNION ALL"
                      " SELECT keys.id FROM keys JOIN tree ON keys.parent = tree.id)"
                      " DELETE FROM keys WHERE id IN tree AND (id <> ?1 OR ?2)"),
-          readEntry(c, "SELECT name, type, data FROM entries WHERE key = ?1 AND folded = ?2"),
-          entryAt(c, "SELECT name, type, data FROM entries WHERE key = ?1 ORDER BY place LIMIT 1 OFFSET ?2"),
+          entries(c, "SELECT name, type, data FROM entries WHERE key = ?1 ORDER BY place"),
           writeEntry(c,
                      "INSERT INTO entries (key, folded, name, type, data) SELECT ?1, ?2, ?3, ?4, ?5"
                      " WHERE EXISTS (SELECT 1 FROM keys WHERE id = ?1)"
                      " ON CONFLICT (key, folded) DO UPDATE SET type = excluded.type, data = excluded.data"),
-          dataVersion(c, "PRAGMA data_version"),
           deleteEntry(c, "DELETE FROM entries WHERE key = ?1 AND folded = ?2") {}
 
     Statement begin;
@@ -44,23 +39,18 @@ struct RegistryStore::Statements {
     Statement hasKey;
     Statement findChild;
     Statement addChild;
-    Statement childAt;
-    Statement childAfter;
+    Statement children;
     Statement deleteEntries;
     Statement deleteKeys;
-    Statement readEntry;
-    Statement entryAt;
+    Statement entries;
     Statement writeEntry;
-    Statement dataVersion;
     Statement deleteEntry;
 };
 
-// What several statements do, whole or not at all; reading alone is part of the transaction that is open.
+// What several statements do, whole or not at all.
 class RegistryStore::Transaction {
 public:
-    Transaction(RegistryStore& store, bool writes) : store_(store), open_(writes || store.depth_ == 0) {
-        if (open_) store_.Begin(writes);
-    }
+    explicit Transaction(RegistryStore& store) : store_(store) { store_.Begin(); }
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction() {
@@ -68,13 +58,13 @@ public:
     }
 
     void Commit() {
-        if (open_) store_.Commit();
+        store_.Commit();
         open_ = false;
     }
 
 private:
     RegistryStore& store_;
-    bool open_;
+    bool open_ = true;
 };
 
 RegistryStore::RegistryStore(const std::string& file, FileUse use)
@@ -90,9 +80,9 @@ RegistryStore::Statements& RegistryStore::Use() {
     return *statements_;
 }
 
-void RegistryStore::Begin(bool writes) {
+void RegistryStore::Begin() {
     Statements& statements = Use();
-    (depth_ != 0 ? statements.beginPart : writes ? statements.beginWriting : statements.begin).Execute();
+    (depth_ != 0 ? statements.beginPart : writes_ ? statements.beginWriting : statements.begin).Execute();
     ++depth_;
 }
 
@@ -118,73 +108,51 @@ void RegistryStore::RequireKey(KeyId key) {
     if (!Use().hasKey.Start(key).Step()) throw RegistryError(ERROR_KEY_DELETED, "the key was deleted");
 }
 
-KeyId RegistryStore::Walk(KeyId key, const KeyPath& path, std::size_t& found) {
-    RequireKey(key);
-    for (found = 0; found < path.size(); ++found) {
-        Statement::Run run = Use().findChild.Start(key, path[found].folded);
-        if (!run.Step()) break;
-        key = run.Integer(0);
+std::optional<KeyId> RegistryStore::FindChild(KeyId key, const RegistryName& name) {
+    {
+        Statement::Run run = Use().findChild.Start(key, name.folded);
+        if (run.Step()) return run.Integer(0);
     }
-    return key;
-}
-
-std::optional<KeyId> RegistryStore::FindKey(KeyId key, const KeyPath& path) {
-    Transaction transaction(*this, false);
-    std::size_t found = 0;
-    const KeyId last = Walk(key, path, found);
-    transaction.Commit();
-    if (found < path.size()) return std::nullopt;
-    return last;
+    RequireKey(key);
+    return std::nullopt;
 }
 
 KeyId RegistryStore::CreateKey(KeyId key, const KeyPath& path, bool& created) {
+    Transaction transaction(*this);
+    RequireKey(key);
     created = false;
-    // Most keys exist; looking needs no writer's lock.
-    if (const std::optional<KeyId> existing = FindKey(key, path)) return *existing;
-    Transaction transaction(*this, true);
-    std::size_t found = 0;
-    KeyId last = Walk(key, path, found);
-    created = found < path.size();
-    for (; found < path.size(); ++found) {
-        Use().addChild.Execute(last, path[found].folded, path[found].text);
-        last = sqlite3_last_insert_rowid(connection_.get());
+    for (const RegistryName& name : path) {
+        const std::optional<KeyId> child = created ? std::nullopt : FindChild(key, name);
+        created = !child;
+        if (created) Use().addChild.Execute(key, name.folded, name.text);
+        key = created ? sqlite3_last_insert_rowid(connection_.get()) : *child;
     }
     transaction.Commit();
-    return last;
+    return key;
 }
 
 void RegistryStore::DeleteTree(KeyId key, bool withKey) {
-    Transaction transaction(*this, true);
+    Transaction transaction(*this);
     RequireKey(key);
     Use().deleteEntries.Execute(key);
     Use().deleteKeys.Execute(key, std::int64_t{withKey});
     transaction.Commit();
 }
 
-std::optional<std::string> RegistryStore::ChildName(KeyId key, DWORD index) {
-    const bool isNext = lastChild_.key == key && lastChild_.index + 1 == index;
-    Statement::Run run =
-        isNext ? Use().childAfter.Start(key, lastChild_.folded) : Use().childAt.Start(key, std::int64_t{index});
-    if (run.Step()) {
-        lastChild_ = {key, index, run.Text(1)};
-        return run.Text(0);
-    }
-    RequireKey(key);
-    return std::nullopt;
+std::vector<WideString> RegistryStore::ReadChildNames(KeyId key) {
+    std::vector<WideString> names;
+    Statement::Run run = Use().children.Start(key);
+    while (run.Step()) names.push_back(run.Text(0));
+    if (names.empty()) RequireKey(key);
+    return names;
 }
 
-std::optional<RegistryValue> RegistryStore::ReadValue(KeyId key, const RegistryName& name) {
-    Statement::Run run = Use().readEntry.Start(key, name.folded);
-    if (run.Step()) return RegistryValue{run.Text(0), static_cast<DWORD>(run.Integer(1)), run.Bytes(2)};
-    RequireKey(key);
-    return std::nullopt;
-}
-
-std::optional<RegistryValue> RegistryStore::ValueAt(KeyId key, DWORD index) {
-    Statement::Run run = Use().entryAt.Start(key, std::int64_t{index});
-    if (run.Step()) return RegistryValue{run.Text(0), static_cast<DWORD>(run.Integer(1)), run.Bytes(2)};
-    RequireKey(key);
-    return std::nullopt;
+std::vector<RegistryValue> RegistryStore::ReadValues(KeyId key) {
+    std::vector<RegistryValue> values;
+    Statement::Run run = Use().entries.Start(key);
+    while (run.Step()) values.push_back({run.Text(0), static_cast<DWORD>(run.Integer(1)), run.Bytes(2)});
+    if (values.empty()) RequireKey(key);
+    return values;
 }
 
 void RegistryStore::WriteValue(KeyId key, const RegistryName& name, DWORD type, BytesView data) {
@@ -197,13 +165,6 @@ bool RegistryStore::DeleteValue(KeyId key, const RegistryName& name) {
     if (sqlite3_changes(connection_.get()) != 0) return true;
     RequireKey(key);
     return false;
-}
-
-// SQLite's number is another one after each change that another connection has made; it is never 0.
-bool RegistryStore::WasChangedElsewhere() {
-    Statement::Run run = Use().dataVersion.Start();
-    const std::int64_t version = run.Step() ? run.Integer(0) : 0;
-    return std::exchange(dataVersion_, version) != version || version == 0;
 }
 
 }  // namespace mvplatform

@@ -1,6 +1,8 @@
 // A prepared SQLite statement, its runs, and the errors of the registry's store.
 #include "statement.h"
 
+#include <textcodec.h>
+
 namespace mvplatform {
 
 RegistryError LastError(sqlite3* connection) {
@@ -16,6 +18,7 @@ RegistryError LastError(sqlite3* connection) {
                 return ERROR_DISK_FULL;
             case SQLITE_PERM:
             case SQLITE_READONLY:
+            case SQLITE_CANTOPEN:
             case SQLITE_AUTH:
                 return ERROR_ACCESS_DENIED;
             case SQLITE_CORRUPT:
@@ -69,10 +72,10 @@ bool Statement::Run::Step() {
     }
 }
 
-std::string Statement::Run::Text(int column) const {
-    const unsigned char* text = sqlite3_column_text(statement_, column);
-    const int bytes = sqlite3_column_bytes(statement_, column);
-    return text ? std::string(reinterpret_cast<const char*>(text), static_cast<std::size_t>(bytes)) : std::string();
+WideString Statement::Run::Text(int column) const {
+    const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+    const auto bytes = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
+    return text ? WideFromUtf8({text, bytes}, BadText::Keep) : WideString();
 }
 
 std::vector<BYTE> Statement::Run::Bytes(int column) const {

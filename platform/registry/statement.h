@@ -1,6 +1,7 @@
 // A prepared SQLite statement, its runs, and the errors of the registry's store.
 #pragma once
 
+#include <widetext.h>
 #include <windows.h>
 
 #include <sqlite3.h>
@@ -47,7 +48,7 @@ public:
         bool Step();
         // Of the current row.
         std::int64_t Integer(int column) const { return sqlite3_column_int64(statement_, column); }
-        std::string Text(int column) const;
+        WideString Text(int column) const;
         std::vector<BYTE> Bytes(int column) const;
 
     private:

@@ -3,10 +3,8 @@
 
 #include "../protect/protectionkey.h"
 #include "openkeys.h"
-#include "storechange.h"
 
 #include <filesystem>
-#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
@@ -19,10 +17,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* inMemory = ":memory:";
 constexpr const char* fileName = "registry.sqlite";
-
-FileUse GetUse(StoreAccess access) {
-    return access == StoreAccess::Write ? FileUse::Make : access == StoreAccess::Read ? FileUse::Read : FileUse::Change;
-}
 
 // The whole path, in an existing folder when the store may be made.
 fs::path FindFolder(const std::string& folderUtf8, StoreAccess access) {
@@ -51,10 +45,7 @@ void OpenStore(const std::string& folderUtf8, StoreAccess access) {
         file = (*folder / fileName).string();
     }
     try {
-        auto store = std::make_shared<RegistryStore>(file, GetUse(access));
-        OpenKeys& keys = OpenKeys::GetInstance();
-        const std::lock_guard lock(keys.GetMutex());
-        keys.Replace(std::move(store));
+        OpenKeys::GetInstance().Replace(std::make_shared<SharedStore>(file, access));
         ProtectionKey::GetInstance().UseFolder(std::move(folder));
     } catch (const RegistryError& error) {
         if (error.GetStatus() == ERROR_FILE_NOT_FOUND)
@@ -69,45 +60,31 @@ bool IsStore(const std::string& folderUtf8) {
 }
 
 void CloseStore() noexcept {
-    OpenKeys& keys = OpenKeys::GetInstance();
-    const std::lock_guard lock(keys.GetMutex());
-    keys.Replace(nullptr);
+    OpenKeys::GetInstance().Replace(nullptr);
     ProtectionKey::GetInstance().UseFolder(std::nullopt);
 }
 
 struct StoreTransaction::State {
-    std::shared_ptr<RegistryStore> store;
-    KeyId lastKey = 0;
+    std::shared_ptr<SharedStore> store = OpenKeys::GetInstance().GetStore();
+    SharedStore::Part part = store->Begin();
+    bool open = true;
 };
 
-StoreTransaction::StoreTransaction() : state_(std::make_unique<State>()) {
-    OpenKeys& keys = OpenKeys::GetInstance();
-    const std::lock_guard lock(keys.GetMutex());
-    try {
-        state_->store = keys.GetStore();
-        state_->store->Begin();
-        state_->lastKey = state_->store->LastKey();
-    } catch (const RegistryError& error) {
-        throw std::runtime_error(std::string("The store cannot be used: ") + error.what() + ".");
-    }
+StoreTransaction::StoreTransaction() try : state_(std::make_unique<State>()) {
+} catch (const RegistryError& error) {
+    throw std::runtime_error(std::string("The store cannot be used: ") + error.what() + ".");
 }
 
 StoreTransaction::~StoreTransaction() {
-    if (!state_->store) return;
-    OpenKeys& keys = OpenKeys::GetInstance();
-    const std::lock_guard lock(keys.GetMutex());
-    const StoreChange change;
-    state_->store->Rollback();
-    keys.Forget(state_->lastKey);
+    if (!state_->open || state_->store->IsClosed()) return;
+    // Before others can get the numbers of the keys that were made.
+    if (!state_->part.joins) OpenKeys::GetInstance().Forget(state_->part.lastKey);
+    state_->store->Rollback(state_->part);
 }
 
-void StoreTransaction::Commit() {
-    OpenKeys& keys = OpenKeys::GetInstance();
-    const std::lock_guard lock(keys.GetMutex());
-    try {
-        state_->store->Commit();
-    } catch (const RegistryError& error) {
-        throw std::runtime_error(std::string("The store cannot be changed: ") + error.what() + ".");
-    }
-    state_->store.reset();
+void StoreTransaction::Commit() try {
+    state_->store->Commit(state_->part);
+    state_->open = false;
+} catch (const RegistryError& error) {
+    throw std::runtime_error(std::string("The store cannot be changed: ") + error.what() + ".");
 }

@@ -5,7 +5,6 @@
 #include "storechange.h"
 
 #include <atomic>
-#include <mutex>
 
 namespace {
 
@@ -15,14 +14,11 @@ std::atomic<StoreState> storeState = 1;
 
 void mvplatform::NoteStoreChange() noexcept { storeState.fetch_add(1); }
 
-// This process's changes are noted; those of others are found by each connection for itself.
+StoreState mvplatform::GetNotedState() noexcept { return storeState.load(); }
+
 StoreState GetStoreState() noexcept {
-    using namespace mvplatform;
     try {
-        OpenKeys& keys = OpenKeys::GetInstance();
-        const std::lock_guard lock(keys.GetMutex());
-        if (keys.GetStore()->WasChangedElsewhere()) NoteStoreChange();
-        return storeState.load();
+        return mvplatform::OpenKeys::Use().GetView().NoteChanges() ? mvplatform::GetNotedState() : kUnknownStoreState;
     } catch (...) {
         return kUnknownStoreState;
     }
