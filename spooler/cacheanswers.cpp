@@ -28,15 +28,6 @@ DWORD ComputeCheck(const std::vector<BYTE>& blob, std::size_t checkOffset) {
     return static_cast<DWORD>(crc32_z(crc, blob.data() + rest, blob.size() - rest));
 }
 
-// Empty when there is none.
-std::vector<BYTE> ReadBlob(HKEY hive, const WideString& path, const WCHAR* name) {
-    const UniqueKey key = OpenKey(path, hive);
-    if (!key) return {};
-    CountQuestion(SpoolerQuestion::CacheRead);
-    auto value = ReadValue(key, name, SizedBytes::kBytesOfCache);
-    return value && value->type == REG_BINARY ? std::move(value->bytes) : std::vector<BYTE>();
-}
-
 template <class Record>
 Record RecordAt(const std::vector<BYTE>& blob, std::size_t offset) {
     Record record;
@@ -44,8 +35,25 @@ Record RecordAt(const std::vector<BYTE>& blob, std::size_t offset) {
     return record;
 }
 
-bool IsWhole(const std::vector<BYTE>& blob, std::size_t minimumBytes, std::size_t checkOffset) {
+using Blob = std::vector<BYTE>;
+
+bool IsWhole(const Blob& blob, std::size_t minimumBytes, std::size_t checkOffset) {
     return blob.size() >= minimumBytes && RecordAt<DWORD>(blob, checkOffset) == ComputeCheck(blob, checkOffset);
+}
+
+// A port's cache, with a header of that kind; empty when there is none.
+template <class Header>
+Blob ReadBlob(const WideString& port, const WCHAR* name) {
+    const WideString path = GetCachesKey(port);
+    for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+        const UniqueKey key = OpenKey(path, hive);
+        if (!key) continue;
+        CountQuestion(SpoolerQuestion::CacheRead);
+        auto value = ReadValue(key, name, SizedBytes::kBytesOfCache);
+        if (value && value->type == REG_BINARY && IsWhole(value->bytes, sizeof(Header), offsetof(Header, check)))
+            return std::move(value->bytes);
+    }
+    return {};
 }
 
 int PackExtent(SHORT width, SHORT length) { return static_cast<WORD>(width) | static_cast<WORD>(length) << 16; }
@@ -55,78 +63,9 @@ std::optional<int> PositiveNumber(DWORD number) {
     return static_cast<int>(number);
 }
 
-}  // namespace
-
-CapabilityCaches::CapabilityCaches(const WideString& port, StoreState state)
-    : path_(GetCachesKey(port)), state_(state) {}
-
-// Null when there is none.
-std::shared_ptr<const CapabilityCaches::Blob> CapabilityCaches::GetBlob(const WCHAR* name, std::size_t minimumBytes,
-                                                                        std::size_t checkOffset) const {
-    static KeptAnswers<Blob, 64> kept;
-    const auto blob = kept.Get(path_ + W("\\") + name, state_, [&](const WideString&) {
-        for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER})
-            if (Blob found = ReadBlob(hive, path_, name); IsWhole(found, minimumBytes, checkOffset)) return found;
-        return Blob();
-    });
-    return blob->empty() ? nullptr : blob;
-}
-
-// The cache's records, each made into an answer; none when the cache has none or counts more records than it holds.
-template <class Header, class Record, class Convert>
-auto CapabilityCaches::ReadAnswers(const WCHAR* name, Convert convert) const {
-    std::optional<std::vector<decltype(convert(Record()))>> answers;
-    const auto blob = GetBlob(name, sizeof(Header), offsetof(Header, check));
-    if (!blob) return answers;
-    const DWORD count = RecordAt<Header>(*blob, 0).count;
-    if (count > (blob->size() - sizeof(Header)) / sizeof(Record)) return answers;
-    answers.emplace();
-    for (DWORD index = 0; index < count; ++index)
-        answers->push_back(convert(RecordAt<Record>(*blob, sizeof(Header) + index * sizeof(Record))));
-    return answers;
-}
-
-std::optional<std::vector<PaperAnswer>> CapabilityCaches::ReadPapers() const {
-    return ReadAnswers<PaperCapsHeader, _tag_FormsInfoRec>(kPaperCapsValue, [](const _tag_FormsInfoRec& record) {
-        return PaperAnswer{record.msPaperId, record.width, record.length, NameOf(record.name)};
-    });
-}
-
-std::optional<std::vector<NumberedName>> CapabilityCaches::ReadBins() const {
-    return ReadAnswers<ListCapsHeader, BinCapsRecord>(kBinCapsValue, [](const BinCapsRecord& record) {
-        return NumberedName{record.number, NameOf(record.name)};
-    });
-}
-
-std::optional<std::vector<NumberedName>> CapabilityCaches::ReadMediaTypes() const {
-    return ReadAnswers<ListCapsHeader, MediaCapsRecord>(kMediaCapsValue, [](const MediaCapsRecord& record) {
-        return NumberedName{record.number, NameOf(record.name)};
-    });
-}
-
-std::optional<std::vector<WideString>> CapabilityCaches::ReadPapersReady() const {
-    return ReadAnswers<ListCapsHeader, MediaReadyRecord>(
-        kMediaReadyValue, [](const MediaReadyRecord& record) { return NameOf(record.paperName); });
-}
-
-std::optional<std::vector<WideString>> CapabilityCaches::ReadDependentFiles() const {
-    return ReadAnswers<ListCapsHeader, DependentFileRecord>(
-        kDependentFilesValue, [](const DependentFileRecord& record) { return NameOf(record.name); });
-}
-
-std::optional<std::vector<ResolutionAnswer>> CapabilityCaches::ReadResolutions() const {
-    return ReadAnswers<ResolutionCapsHeader, _tag_ResolutionInfoRec>(
-        kResolutionsValue, [](const _tag_ResolutionInfoRec& record) {
-            return ResolutionAnswer{record.crossFeed, record.feed};
-        });
-}
-
-LimitAnswers CapabilityCaches::ReadLimits() const {
+LimitAnswers MakeLimits(const DeviceLimitsCaps& caps) {
     using Caps = DeviceLimitsCaps;
     LimitAnswers limits;
-    const auto blob = GetBlob(kDeviceLimitsValue, sizeof(Caps), offsetof(Caps, check));
-    if (!blob) return limits;
-    const auto caps = RecordAt<Caps>(*blob, 0);
     const auto isValid = [&](DWORD bit) { return (caps.valid & bit) != 0; };
     if (isValid(Caps::kCollate)) limits.collates = caps.collate != 0;
     if (isValid(Caps::kColor)) limits.printsColor = caps.color != 0;
@@ -142,8 +81,76 @@ LimitAnswers CapabilityCaches::ReadLimits() const {
     return limits;
 }
 
-std::optional<bool> CapabilityCaches::ReadStaples() const {
-    const auto blob = GetBlob(kStapleValue, sizeof(StapleCaps), offsetof(StapleCaps, check));
-    if (!blob) return std::nullopt;
-    return RecordAt<StapleCaps>(*blob, 0).staples != 0;
+constexpr std::size_t kMostKeptLists = 64;  // of each kind; one may take a hundred kilobytes
+
+}  // namespace
+
+// The cache's records, each made into an answer.
+template <class Header, class Record, class Convert>
+auto CapabilityCaches::GetAnswers(const WCHAR* name, Convert convert) const {
+    using List = std::vector<decltype(convert(Record()))>;
+    static KeptAnswers<std::optional<List>, kMostKeptLists> kept;  // of this kind of cache
+    const auto answers = kept.Get(port_, state_, [&](const WideString&) -> std::optional<List> {
+        const Blob blob = ReadBlob<Header>(port_, name);
+        if (blob.empty()) return std::nullopt;
+        const DWORD count = RecordAt<Header>(blob, 0).count;
+        if (count > (blob.size() - sizeof(Header)) / sizeof(Record)) return std::nullopt;
+        List list;
+        for (DWORD index = 0; index < count; ++index)
+            list.push_back(convert(RecordAt<Record>(blob, sizeof(Header) + index * sizeof(Record))));
+        return list;
+    });
+    return *answers ? std::shared_ptr<const List>(answers, &**answers) : nullptr;
+}
+
+AnswerList<PaperAnswer> CapabilityCaches::GetPapers() const {
+    return GetAnswers<PaperCapsHeader, _tag_FormsInfoRec>(kPaperCapsValue, [](const _tag_FormsInfoRec& record) {
+        return PaperAnswer{record.msPaperId, record.width, record.length, NameOf(record.name)};
+    });
+}
+
+AnswerList<NumberedName> CapabilityCaches::GetBins() const {
+    return GetAnswers<ListCapsHeader, BinCapsRecord>(kBinCapsValue, [](const BinCapsRecord& record) {
+        return NumberedName{record.number, NameOf(record.name)};
+    });
+}
+
+AnswerList<NumberedName> CapabilityCaches::GetMediaTypes() const {
+    return GetAnswers<ListCapsHeader, MediaCapsRecord>(kMediaCapsValue, [](const MediaCapsRecord& record) {
+        return NumberedName{record.number, NameOf(record.name)};
+    });
+}
+
+AnswerList<WideString> CapabilityCaches::GetPapersReady() const {
+    return GetAnswers<ListCapsHeader, MediaReadyRecord>(
+        kMediaReadyValue, [](const MediaReadyRecord& record) { return NameOf(record.paperName); });
+}
+
+AnswerList<WideString> CapabilityCaches::GetDependentFiles() const {
+    return GetAnswers<ListCapsHeader, DependentFileRecord>(
+        kDependentFilesValue, [](const DependentFileRecord& record) { return NameOf(record.name); });
+}
+
+AnswerList<ResolutionAnswer> CapabilityCaches::GetResolutions() const {
+    return GetAnswers<ResolutionCapsHeader, _tag_ResolutionInfoRec>(
+        kResolutionsValue, [](const _tag_ResolutionInfoRec& record) {
+            return ResolutionAnswer{record.crossFeed, record.feed};
+        });
+}
+
+LimitAnswers CapabilityCaches::GetLimits() const {
+    static KeptAnswers<LimitAnswers, kMostKeptLists> kept;
+    return *kept.Get(port_, state_, [](const WideString& port) {
+        const Blob blob = ReadBlob<DeviceLimitsCaps>(port, kDeviceLimitsValue);
+        return blob.empty() ? LimitAnswers() : MakeLimits(RecordAt<DeviceLimitsCaps>(blob, 0));
+    });
+}
+
+std::optional<bool> CapabilityCaches::GetStaples() const {
+    static KeptAnswers<std::optional<bool>, kMostKeptLists> kept;
+    return *kept.Get(port_, state_, [](const WideString& port) -> std::optional<bool> {
+        const Blob blob = ReadBlob<StapleCaps>(port, kStapleValue);
+        if (blob.empty()) return std::nullopt;
+        return RecordAt<StapleCaps>(blob, 0).staples != 0;
+    });
 }

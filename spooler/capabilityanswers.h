@@ -33,29 +33,31 @@ struct LimitAnswers {
     std::optional<int> minimumExtent, maximumExtent;  // width in the low word, length in the high word
 };
 
+// Null: no answer.
+template <class Item>
+using AnswerList = std::shared_ptr<const std::vector<Item>>;
+
 // The caches of a port: those of the local machine, else those of the current user. A cache that is absent, too short,
 // damaged (its check word) or that counts more records than it has is no answer. None is read as long as the store is
 // in the state in which it was read.
 class CapabilityCaches {
 public:
-    CapabilityCaches(const WideString& port, StoreState state);
+    CapabilityCaches(const WideString& port, StoreState state) : port_(port), state_(state) {}
 
-    std::optional<std::vector<PaperAnswer>> ReadPapers() const;
-    std::optional<std::vector<NumberedName>> ReadBins() const;
-    std::optional<std::vector<NumberedName>> ReadMediaTypes() const;
-    std::optional<std::vector<WideString>> ReadPapersReady() const;
-    std::optional<std::vector<WideString>> ReadDependentFiles() const;
-    std::optional<std::vector<ResolutionAnswer>> ReadResolutions() const;
-    LimitAnswers ReadLimits() const;
-    std::optional<bool> ReadStaples() const;
+    AnswerList<PaperAnswer> GetPapers() const;
+    AnswerList<NumberedName> GetBins() const;
+    AnswerList<NumberedName> GetMediaTypes() const;
+    AnswerList<WideString> GetPapersReady() const;
+    AnswerList<WideString> GetDependentFiles() const;
+    AnswerList<ResolutionAnswer> GetResolutions() const;
+    LimitAnswers GetLimits() const;
+    std::optional<bool> GetStaples() const;
 
 private:
-    using Blob = std::vector<BYTE>;
-    std::shared_ptr<const Blob> GetBlob(const WCHAR* name, std::size_t minimumBytes, std::size_t checkOffset) const;
     template <class Header, class Record, class Convert>
-    auto ReadAnswers(const WCHAR* name, Convert convert) const;
+    auto GetAnswers(const WCHAR* name, Convert convert) const;
 
-    WideString path_;
+    const WideString& port_;
     StoreState state_;
 };
 

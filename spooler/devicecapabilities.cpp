@@ -15,26 +15,16 @@ namespace {
 constexpr int kLandscapeRotation = 90;  // degrees
 constexpr std::size_t kBinNameLength = 24, kNameLength = 64;
 
-// A number, or an array whose count is the number.
-struct Answer {
-    int number = 0;
-    std::vector<BYTE> array;
-};
-
-// The array of what "convert" makes of each item.
+// Writes what "convert" makes of each item to the output, unless that is null; the number of items.
 template <class List, class Convert>
-Answer MakeArray(const List& list, Convert convert) {
-    using Element = decltype(convert(*list.begin()));
-    Answer answer;
-    answer.number = static_cast<int>(list.size());
-    answer.array.resize(list.size() * sizeof(Element));
-    BYTE* place = answer.array.data();
-    for (const auto& item : list) {
-        const Element element = convert(item);
+int MakeArray(const List& list, WCHAR* output, Convert convert) {
+    auto* place = reinterpret_cast<BYTE*>(output);
+    for (auto item = list.begin(); output && item != list.end(); ++item) {
+        const auto element = convert(*item);
         std::memcpy(place, &element, sizeof element);
         place += sizeof element;
     }
-    return answer;
+    return static_cast<int>(list.size());
 }
 
 // A name in a field of fixed length: cut to the length less one, the rest NULs.
@@ -51,38 +41,40 @@ public:
     PrinterCapabilities(const StoredPrinterBrief& printer, StoreState state)
         : printer_(printer), state_(state), caches_(printer.port, state) {}
 
-    Answer Get(WORD capability) {
+    // A number, or the number of items of an array, which goes to the output unless that is null.
+    int Get(WORD capability, WCHAR* output) {
+        const auto makeArray = [&](const auto& list, auto convert) { return MakeArray(*list, output, convert); };
         switch (capability) {
             case DC_PAPERS:
-                return MakeArray(GetPapersOf(), [](const PaperAnswer& paper) { return paper.number; });
+                return makeArray(GetPapersOf(), [](const PaperAnswer& paper) { return paper.number; });
             case DC_PAPERSIZE:
-                return MakeArray(GetPapersOf(), [](const PaperAnswer& paper) {
+                return makeArray(GetPapersOf(), [](const PaperAnswer& paper) {
                     return POINT{paper.width, paper.length};
                 });
             case DC_PAPERNAMES:
-                return MakeArray(GetPapersOf(),
+                return makeArray(GetPapersOf(),
                                  [](const PaperAnswer& paper) { return MakeName<kNameLength>(paper.name); });
             case DC_BINS:
-                return MakeArray(GetBinsOf(), [](const NumberedName& bin) { return static_cast<WORD>(bin.number); });
+                return makeArray(GetBinsOf(), [](const NumberedName& bin) { return static_cast<WORD>(bin.number); });
             case DC_BINNAMES:
-                return MakeArray(GetBinsOf(),
+                return makeArray(GetBinsOf(),
                                  [](const NumberedName& bin) { return MakeName<kBinNameLength>(bin.name); });
             case DC_MEDIATYPES:
-                return MakeArray(GetMediaOf(), [](const NumberedName& media) { return media.number; });
+                return makeArray(GetMediaOf(), [](const NumberedName& media) { return media.number; });
             case DC_MEDIATYPENAMES:
-                return MakeArray(GetMediaOf(),
+                return makeArray(GetMediaOf(),
                                  [](const NumberedName& media) { return MakeName<kNameLength>(media.name); });
             case DC_MEDIAREADY:
-                return MakeArray(FromCacheOr(caches_.ReadPapersReady(), GetPapersReady), MakeName<kNameLength>);
+                return makeArray(FromCacheOr(caches_.GetPapersReady(), GetPapersReady), MakeName<kNameLength>);
             case DC_FILEDEPENDENCIES:
-                return MakeArray(FromCacheOr(caches_.ReadDependentFiles(), GetDependentFiles), MakeName<kNameLength>);
+                return makeArray(FromCacheOr(caches_.GetDependentFiles(), GetDependentFiles), MakeName<kNameLength>);
             case DC_ENUMRESOLUTIONS:
-                return MakeArray(FromCacheOr(caches_.ReadResolutions(), GetResolutions),
+                return makeArray(FromCacheOr(caches_.GetResolutions(), GetResolutions),
                                  [](const ResolutionAnswer& resolution) { return resolution; });
             case DC_NUP:
-                return MakeArray(GetProduct().pagesPerSheet, [](DWORD pages) { return pages; });
+                return MakeArray(GetProduct().pagesPerSheet, output, [](DWORD pages) { return pages; });
             default:
-                return {GetNumber(capability), {}};
+                return GetNumber(capability);
         }
     }
 
@@ -106,7 +98,7 @@ private:
             case DC_DUPLEX:
                 return GetLimit(&LimitAnswers::printsDuplex);
             case DC_STAPLE:
-                return FromCacheOr(caches_.ReadStaples(), [](const auto& product) { return product.limits.staples; });
+                return StaplesOf();
             case DC_ORIENTATION:
                 return kLandscapeRotation;
             case DC_FIELDS:
@@ -124,14 +116,19 @@ private:
         }
     }
 
-    std::vector<PaperAnswer> GetPapersOf() { return FromCacheOr(caches_.ReadPapers(), GetPapers); }
-    std::vector<NumberedName> GetBinsOf() { return FromCacheOr(caches_.ReadBins(), GetBins); }
-    std::vector<NumberedName> GetMediaOf() { return FromCacheOr(caches_.ReadMediaTypes(), GetMediaTypes); }
+    AnswerList<PaperAnswer> GetPapersOf() { return FromCacheOr(caches_.GetPapers(), GetPapers); }
+    AnswerList<NumberedName> GetBinsOf() { return FromCacheOr(caches_.GetBins(), GetBins); }
+    AnswerList<NumberedName> GetMediaOf() { return FromCacheOr(caches_.GetMediaTypes(), GetMediaTypes); }
 
     template <class Value>
     int GetLimit(std::optional<Value> LimitAnswers::*limit) {
-        const auto cached = caches_.ReadLimits().*limit;
+        const auto cached = caches_.GetLimits().*limit;
         return static_cast<int>(Known(cached ? cached : GetLimits(GetProduct()).*limit));
+    }
+
+    bool StaplesOf() {
+        const auto cached = caches_.GetStaples();
+        return cached ? *cached : GetProduct().limits.staples;
     }
 
     // The members of a DEVMODE that the driver looks at.
@@ -142,9 +139,9 @@ private:
         return fields;
     }
 
-    template <class Value, class FromProduct>
-    Value FromCacheOr(std::optional<Value> cached, FromProduct fromProduct) {
-        return cached ? std::move(*cached) : fromProduct(GetProduct());
+    template <class Item>
+    AnswerList<Item> FromCacheOr(AnswerList<Item> cached, std::vector<Item> (*fromProduct)(const ProductDescription&)) {
+        return cached ? cached : std::make_shared<const std::vector<Item>>(fromProduct(GetProduct()));
     }
 
     template <class Value>
@@ -179,9 +176,7 @@ int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR, WORD capability, LPWSTR 
         const StoreState state = GetStoreState();
         const auto printer = ReadPrinterBrief(device, state);
         Require(printer.has_value(), ERROR_INVALID_PRINTER_NAME);
-        const Answer answer = PrinterCapabilities(*printer, state).Get(capability);
-        if (output && !answer.array.empty()) std::memcpy(output, answer.array.data(), answer.array.size());
-        result = answer.number;
+        result = PrinterCapabilities(*printer, state).Get(capability, output);
     });
     return result;
 }

@@ -50,6 +50,7 @@ std::shared_ptr<const ByteBuffer> ReadStored(HKEY hive, const CXString& path, co
 // Before any is changed: the registry's names have no case, and what they keep is asked for again.
 void ForgetStoredValues() {
     if (OperationMemory* const memory = GetOperationMemory()) memory->cachedValues.clear();
+    ForgetLastKey();
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <mvutil/cforms.h>
 
 #include <sizedread.h>
+#include <uniquehandle.h>
 
 #include <map>
 #include <memory>
@@ -25,6 +26,10 @@ struct OperationMemory {
     std::map<WideString, std::shared_ptr<const ProductDescription>> products;  // by the path of the file
     std::map<RegistryPlace, std::shared_ptr<const ByteBuffer>> cachedValues;   // null for one that does not exist
     std::optional<HKEY> hive;
+    // The key that a value was read from last.
+    UniqueKey lastKey;
+    HKEY lastHive = nullptr;
+    WideString lastPath;
 };
 
 // Null outside of every OperationScope.

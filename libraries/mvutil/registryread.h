@@ -3,28 +3,17 @@
 
 #include <mvutil/bytebuffer.h>
 
-#include <sizedread.h>
 #include <uniquehandle.h>
 #include <windows.h>
 
 // The key opened for that access; empty when it does not exist or may not be used so.
-inline UniqueKey OpenKey(HKEY hive, const CXString& path, REGSAM access) {
-    UniqueKey key;
-    if (RegOpenKeyExW(hive, path.GetString(), 0, access, key.Put()) != ERROR_SUCCESS) return UniqueKey();
-    return key;
-}
+UniqueKey OpenKey(HKEY hive, const CXString& path, REGSAM access);
 
-// A Win32 error code; ERROR_FILE_NOT_FOUND when the key or the value does not exist.
-inline DWORD QueryRegistryValue(HKEY hive, const CXString& path, const CXString& name, ByteBuffer& value) {
-    UniqueKey key;
-    const LSTATUS status = RegOpenKeyExW(hive, path.GetString(), 0, KEY_READ, key.Put());
-    if (status != ERROR_SUCCESS) return static_cast<DWORD>(status);
-    SizedBytes bytes(SizedBytes::kBytesOfCache);
-    DWORD type = REG_NONE;
-    const DWORD error = ReadRegistryValue(key.Get(), name.GetString(), type, bytes);
-    if (error == ERROR_SUCCESS) value.setWithLpbyte(bytes.Get().data(), bytes.Get().size());
-    return error;
-}
+// A Win32 error code; ERROR_FILE_NOT_FOUND when the key or the value does not exist. Within an operation a key stays
+// open until another one is read.
+DWORD QueryRegistryValue(HKEY hive, const CXString& path, const CXString& name, ByteBuffer& value);
+// Before a key is made, which another process may have deleted meanwhile.
+void ForgetLastKey();
 
 // False when the value does not exist or cannot be read.
 inline bool ReadRegistryValue(HKEY hive, const CXString& path, const CXString& name, ByteBuffer& value) {

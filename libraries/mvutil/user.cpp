@@ -12,6 +12,7 @@ namespace {
 CXString UserPath(const CXString& key) { return CXString(kDriverFamilyKey) + W("\\") + key; }
 
 bool StoreValue(const CXString& key, const CXString& name, DWORD type, const void* value, std::size_t bytes) {
+    ForgetLastKey();
     UniqueKey opened;
     if (RegCreateKeyExW(HKEY_CURRENT_USER, UserPath(key).GetString(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
                         nullptr, opened.Put(), nullptr) != ERROR_SUCCESS)
