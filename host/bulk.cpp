@@ -104,7 +104,7 @@ std::string BulkReport::ListFaults() const {
     return lines + text + (all > listed ? " and " + std::to_string(all - listed) + " more" : "");
 }
 
-void BulkReport::Finish(const std::string& remark) {
+void BulkReport::Finish() {
     ClearProgress();
     const std::size_t total = items_.size() - forgotten_;
     const auto failed = static_cast<std::size_t>(
@@ -114,7 +114,7 @@ void BulkReport::Finish(const std::string& remark) {
         return;
     }
     context_.out << total - failed << " of " << CountPrinters(total) << ' ' << done_ << "; " << failed << " not ("
-                 << ListFaults() << ')' << remark << '\n';
+                 << ListFaults() << ")\n";
     context_.exitStatus = kExitFailed;
 }
 
@@ -128,45 +128,55 @@ public:
         : items_(items), change_(change), report_(report), atomic_(atomic) {}
 
     bool Run(std::size_t first, std::size_t last, std::string* whyNot) {
+        const bool isCommitted = Commit(first, last, whyNot);
+        if (!isCommitted && atomic_) Undo();
+        return isCommitted;
+    }
+
+private:
+    bool Commit(std::size_t first, std::size_t last, std::string* whyNot) {
         try {
             StoreTransaction transaction;
             change_.begin();
             bool all = true;
             for (std::size_t index = first; index < last; ++index) all = Apply(index) && all;
-            if (atomic_ && !all) {
-                Undo();
-                return false;
-            }
+            if (atomic_ && !all) return false;
             if (change_.end) change_.end();
             transaction.Commit();
             return true;
         } catch (...) {
             *whyNot = DescribeFailure();
+            return false;
         }
-        return false;
     }
 
-private:
+    // A failure of the store itself goes on to the others, which fare no better.
     bool Apply(std::size_t index) {
         if (!items_[index].fault.empty()) return false;
+        StoreTransaction own;
         try {
-            StoreTransaction own;
             const bool isThere = change_.apply(index);
             own.Commit();
             applied_.push_back(index);
             isThere ? report_.Succeed() : report_.Forget();
             return true;
         } catch (const SpoolerFailure&) {
-            throw;  // the others fare no better
+            throw;
         } catch (...) {
             report_.Fail(items_[index], DescribeFailure());
             return false;
         }
     }
 
+    // Where there are no transactions. What cannot be taken back is there, and is reported so.
     void Undo() {
-        for (const std::size_t index : applied_) change_.undo(items_[index]);
-        if (change_.end) change_.end();
+        for (const std::size_t index : applied_) {
+            try {
+                if (change_.undo && change_.isDone(items_[index])) change_.undo(items_[index]);
+            } catch (...) {
+                report_.Report(items_[index], "it is there nevertheless: " + DescribeFailure());
+            }
+        }
     }
 
     std::vector<BulkItem>& items_;
@@ -193,8 +203,8 @@ void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const Bulk
     // What the store does not have for the sake of others, or of a transaction that failed, is named as well.
     if (!whyNot.empty()) context.err << "from here on nothing was done: " << whyNot << '\n';
     for (std::size_t index = first; index < items.size(); ++index)
-        if (!isBad(items[index]) && !change.isDone(items[index])) items[index].fault = "not done with the others";
-    report.Finish(atomic ? ": under --atomic all are or none" : "");
+        if (!isBad(items[index]) && !change.isDone(items[index])) items[index].fault = "not done for the sake of others";
+    report.Finish();
 }
 
 void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const char* done,

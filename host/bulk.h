@@ -30,7 +30,7 @@ public:
     void Forget();
 
     // Prints the line, "498 of 500 printers added; 2 not (lines 17, 230)", and sets the exit status.
-    void Finish(const std::string& remark = std::string());
+    void Finish();
 
 private:
     void Print(const BulkItem& item, const std::string& text);

@@ -54,11 +54,17 @@ void MakeUpForMissingCaches(HostContext& context, const std::vector<PrinterRow>&
     for (const PrinterRow& row : printers)
         if (LacksCaches(row)) lacking.push_back(row);
     if (lacking.empty()) return;
-    context.err << Describe(lacking) << '\n';
+    context.err << Describe(lacking)
+                << "; what they would say comes from the product, and 'caches rebuild' makes them\n";
     const RegFile copy = CopyStore(printers);
     context.UseThrowawayStore();
     StoreTransaction transaction;
     ImportRegistry(copy);
     RebuildCachesOf(lacking);
     transaction.Commit();
+}
+
+std::string DescribeMissingCaches(const PrinterRow& printer) {
+    if (!LacksCaches(printer)) return {};
+    return Describe({printer}) + ", and so not all of its papers are known; 'caches rebuild' makes them";
 }

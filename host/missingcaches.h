@@ -3,6 +3,7 @@
 
 #include <printerlist.h>
 
+#include <string>
 #include <vector>
 
 #include "commands/commands.h"
@@ -11,3 +12,6 @@
 // works on a copy of the store in memory, in which they are built from the product. The store itself stays as it is.
 // Printers that are open have to be opened anew.
 void MakeUpForMissingCaches(HostContext& context, const std::vector<PrinterRow>& printers);
+
+// What a conversion says that works with the caches as they are; empty when the printer has them.
+std::string DescribeMissingCaches(const PrinterRow& printer);

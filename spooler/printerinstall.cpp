@@ -40,10 +40,7 @@ std::string Quoted(const WideString& text) {
 }
 
 [[noreturn]] void ThrowExists(const WideString& name) {
-    if (HalfPrinters::Contains(name))
-        throw std::runtime_error("The printer " + Quoted(name) +
-                                 " is half there, from an addition or removal that was interrupted or is going on; "
-                                 "'printer remove' clears it");
+    if (HalfPrinters::Contains(name)) throw std::runtime_error(HalfPrinters::Describe(name));
     SetLastError(ERROR_PRINTER_ALREADY_EXISTS);
     ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
 }

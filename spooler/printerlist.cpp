@@ -89,6 +89,12 @@ std::vector<WideString> HalfPrinters::List() {
 
 bool HalfPrinters::Contains(const WideString& name) { return !name.empty() && OpenNote(name); }
 
+std::string HalfPrinters::Describe(const WideString& name) {
+    return "The printer '" + Utf8FromWide(name, BadText::Replace) +
+           "' is half there, from an addition or removal that was interrupted or is going on; 'printer remove' with its "
+           "name clears it";
+}
+
 bool HalfPrinters::Add(const WideString& name, const WideString& port) {
     UniqueKey note;
     DWORD disposition = 0;

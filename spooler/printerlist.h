@@ -37,6 +37,8 @@ public:
     // Names, as they were given.
     static std::vector<WideString> List();
     static bool Contains(const WideString& name);
+    // A sentence for the user.
+    static std::string Describe(const WideString& name);
     // Notes the printer with its port. False when there is a note of that name already. Throws SpoolerFailure.
     static bool Add(const WideString& name, const WideString& port);
     // The port that was noted; empty when there is none.

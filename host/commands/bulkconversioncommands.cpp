@@ -68,7 +68,13 @@ void MakeAllTickets(HostContext& context, const BulkConversion& conversion) {
         PrinterFacts printer(session);
         ExplainedTicket result = ConvertAndExplain(printer, settings.Make(session.GetPrinter()), nullptr);
         notes = ListLosses(result.explanation);
-        if (conversion.strict && !notes.empty())
+        const bool losesAny = !notes.empty();
+        const InstalledPrinter& installed = session.GetPrinter();
+        if (std::string missing = DescribeMissingCaches(
+                {installed.GetName().AsWideString(), installed.GetPort().AsWideString(), {}});
+            !missing.empty())
+            notes.insert(notes.begin(), std::move(missing));
+        if (conversion.strict && losesAny)
             throw OperationError("settings are lost or ignored, and --strict was given");
         return std::move(result.ticket);
     });

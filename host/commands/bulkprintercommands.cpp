@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <subsystem/hostfiles.h>
+#include <subsystem/hosttext.h>
 #include <subsystem/printercaches.h>
 #include <subsystem/printerlistfile.h>
 #include <subsystem/productfiles.h>
@@ -87,7 +88,11 @@ void AddPrintersOfList(HostContext& context, const PrinterOptions& options) {
 void RemovePrintersOfList(HostContext& context, const PrinterOptions& options) {
     const std::vector<PrinterListEntry> entries = ReadPrinterList(ReadFileOrInput(options.from), false);
     context.UseStore(StoreAccess::ReadMostly);
-    RemoveItems(context, MakeItems(entries), options.atomic);
+    std::vector<BulkItem> items = MakeItems(entries);
+    for (BulkItem& item : items)
+        if (item.fault.empty() && !OpenPrinterByName(item.name) && !HalfPrinters::Contains(item.name))
+            item.fault = "there is no printer '" + ToUtf8(item.name) + "'";
+    RemoveItems(context, std::move(items), options.atomic);
 }
 
 void RemoveAllPrinters(HostContext& context, const PrinterOptions& options) {

@@ -46,9 +46,17 @@ DevmodeBuffer ReadDevmode(const ConversionOptions& options) {
     return ReadDevmodeInput(PathFromUtf8(options.devmode), options.printer);
 }
 
+PrinterRow FindPrinter(const CXString& name) {
+    const UniquePrinter printer = OpenInstalledPrinter(name);
+    return {name.AsWideString(), Printer(printer.Get()).GetPrinterPort().AsWideString(), {}};
+}
+
 PrintSession OpenSession(HostContext& context, const ConversionOptions& options) {
     context.UseStore(StoreAccess::ReadMostly);
-    return PrintSession(CXString::FromUtf8(options.printer));
+    const CXString name = CXString::FromUtf8(options.printer);
+    if (const std::string missing = DescribeMissingCaches(FindPrinter(name)); !missing.empty())
+        context.err << missing << '\n';
+    return PrintSession(name);
 }
 
 void WriteDocument(HostContext& context, const ConversionOptions& options, IXMLDOMDocument2* document) {

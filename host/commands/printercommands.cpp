@@ -73,10 +73,7 @@ void RunList(HostContext& context) {
     context.UseStore();
     for (const PrinterRow& row : ListPrinters())
         context.out << ToUtf8(row.name) << "  (" << ToUtf8(row.driver) << ", port " << ToUtf8(row.port) << ")\n";
-    for (const WideString& half : HalfPrinters::List())
-        context.err << "'" << ToUtf8(half)
-                    << "' is half there, from an addition or removal that was interrupted or is going on; "
-                       "'printer remove' with its name clears it\n";
+    for (const WideString& half : HalfPrinters::List()) context.err << HalfPrinters::Describe(half) << '\n';
 }
 
 std::string DescribeState(int state) {
