@@ -13,6 +13,7 @@
 
 void RegisterPaperBenchmarks();
 void RegisterDocumentBenchmarks();
+void RegisterPrinterBenchmarks();
 
 // A fresh document with the device's namespace declared, as a conversion finds it.
 inline PrintSession::Document ReadForBenchmark(const PrintSession& session, const std::string& text) {

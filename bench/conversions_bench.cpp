@@ -144,6 +144,7 @@ int main(int argc, char** argv) {
     RegisterProducts();
     RegisterPaperBenchmarks();
     RegisterDocumentBenchmarks();
+    RegisterPrinterBenchmarks();
     const bool isQuick = argc > 1 && std::string_view(argv[1]) == "--quick";
     benchmark::Initialize(&argc, argv);
     if (!isQuick && benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
