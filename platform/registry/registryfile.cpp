@@ -84,7 +84,14 @@ void Prepare(sqlite3* connection, FileUse use) {
     sqlite3_file_control(connection, "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
 }
 
+// Nobody asks how much memory the library takes. To count it, all threads would wait for one mutex at every allocation.
+void LeaveMemoryUncounted() {
+    static const int result = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);  // refused when the library is in use already
+    static_cast<void>(result);
+}
+
 UniqueConnection Connect(const std::string& file, int flags) {
+    LeaveMemoryUncounted();
     sqlite3* opened = nullptr;
     const int result =
         sqlite3_open_v2(file.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
