@@ -108,6 +108,7 @@ void HostContext::ChangeStore(StoreAccess access) {
 void HostContext::UseThrowawayStore() { Open(kInMemory, StoreAccess::Write); }
 
 void HostContext::Open(const std::string& folder, StoreAccess access) {
+    transaction_.reset();
     try {
         OpenStore(folder, access);
     } catch (const std::runtime_error& error) {

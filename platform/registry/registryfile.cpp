@@ -4,7 +4,10 @@
 #include "statement.h"
 
 #include <chrono>
+#include <cstdint>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <thread>
 
 namespace mvplatform {
@@ -15,6 +18,7 @@ constexpr std::chrono::milliseconds pause{20};
 
 constexpr std::int64_t applicationId = 0x4D565247;  // "MVRG"
 constexpr std::int64_t fileVersion = 1;
+constexpr const char* setVersion = "PRAGMA user_version = 1";
 
 // Ids are never used twice, so that a handle to a deleted key cannot reach a later one. Values keep the order in which
 // they were first written.
@@ -38,7 +42,6 @@ constexpr const char* schema = R"(
         (1, 0, 'HKEY_CURRENT_USER', 'HKEY_CURRENT_USER'),
         (2, 0, 'HKEY_LOCAL_MACHINE', 'HKEY_LOCAL_MACHINE');
     PRAGMA application_id = 1297502791;
-    PRAGMA user_version = 1;
 )";
 static_assert(applicationId == 1297502791 && fileVersion == 1, "as the schema writes them");
 
@@ -64,7 +67,10 @@ bool HasTables(sqlite3* connection) {
 void MakeTables(sqlite3* connection) {
     Execute(connection, "PRAGMA journal_mode = WAL; BEGIN IMMEDIATE");
     try {
-        if (!HasTables(connection)) Execute(connection, schema);
+        if (!HasTables(connection)) {
+            Execute(connection, schema);
+            Execute(connection, setVersion);
+        }
         Execute(connection, "COMMIT");
     } catch (...) {
         if (!sqlite3_get_autocommit(connection)) sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
@@ -102,18 +108,45 @@ UniqueConnection Connect(const std::string& file, int flags) {
     return connection;
 }
 
-UniqueConnection ConnectAndPrepare(const std::string& file, FileUse use) {
-    if (use == FileUse::Read) {
-        UniqueConnection connection = Connect(file, SQLITE_OPEN_READONLY);
-        Prepare(connection.get(), use);
-        return connection;
-    }
-    UniqueConnection connection =
-        Connect(file, SQLITE_OPEN_READWRITE | (use == FileUse::Make ? SQLITE_OPEN_CREATE : 0));
-    if (sqlite3_db_readonly(connection.get(), "main") == 1)
-        throw RegistryError(ERROR_ACCESS_DENIED, "it cannot be written");
+UniqueConnection ConnectAndPrepare(const std::string& file, FileUse use, int flags) {
+    UniqueConnection connection = Connect(file, flags);
+    if (use != FileUse::Read && sqlite3_db_readonly(connection.get(), "main") == 1)
+        throw RegistryError(ERROR_ACCESS_DENIED, "this user cannot write it");
     Prepare(connection.get(), use);
     return connection;
+}
+
+// The log holds changes that are not in the file yet.
+bool HasLog(const std::string& file) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(file + "-wal", error);
+    return !error && size != 0;
+}
+
+// For SQLite, a file that nobody changes: without the files beside it, in a folder where they cannot be made.
+std::string NameOfUnchanging(const std::string& file) {
+    std::string name = "file:";
+    for (const char character : file) {
+        if (character == '%' || character == '?' || character == '#') {
+            name += character == '%' ? "%25" : character == '?' ? "%3f" : "%23";
+        } else {
+            name += character;
+        }
+    }
+    return name + "?immutable=1";
+}
+
+UniqueConnection ConnectForReading(const std::string& file) {
+    try {
+        return ConnectAndPrepare(file, FileUse::Read, SQLITE_OPEN_READONLY);
+    } catch (const RegistryError& error) {
+        if (error.GetStatus() != ERROR_ACCESS_DENIED || HasLog(file)) throw;
+    }
+    return ConnectAndPrepare(NameOfUnchanging(file), FileUse::Read, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+}
+
+UniqueConnection ConnectForChanging(const std::string& file, FileUse use) {
+    return ConnectAndPrepare(file, use, SQLITE_OPEN_READWRITE | (use == FileUse::Make ? SQLITE_OPEN_CREATE : 0));
 }
 
 }  // namespace
@@ -123,12 +156,17 @@ UniqueConnection OpenRegistryFile(const std::string& file, FileUse use) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
         try {
-            return ConnectAndPrepare(file, use);
+            return use == FileUse::Read ? ConnectForReading(file) : ConnectForChanging(file, use);
         } catch (const RegistryError& error) {
             if (error.GetStatus() != ERROR_BUSY || std::chrono::steady_clock::now() > deadline) throw;
             std::this_thread::sleep_for(pause);
         }
     }
+}
+
+// Setting what is set already writes the page all the same.
+void ReplaceFailedCommit(sqlite3* connection) noexcept {
+    sqlite3_exec(connection, setVersion, nullptr, nullptr, nullptr);
 }
 
 }  // namespace mvplatform

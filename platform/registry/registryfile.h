@@ -21,4 +21,8 @@ enum class FileUse { Read, Change, Make };  // Make: made when it is missing; th
 // or cannot be used so.
 UniqueConnection OpenRegistryFile(const std::string& file, FileUse use);
 
+// A transaction whose commit has failed may lie whole in the log, and be taken for a committed one when all processes
+// have gone: an empty one takes its place.
+void ReplaceFailedCommit(sqlite3* connection) noexcept;
+
 }  // namespace mvplatform

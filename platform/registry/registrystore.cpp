@@ -88,15 +88,20 @@ void RegistryStore::Begin() {
 
 void RegistryStore::Commit() {
     Statements& statements = Use();
+    commitFailed_ = depth_ == 1;
     (depth_ != 1 ? statements.commitPart : statements.commit).Execute();
+    commitFailed_ = false;
     --depth_;
 }
 
 void RegistryStore::Rollback() noexcept {
     --depth_;
     sqlite3* const connection = connection_.get();
-    if (sqlite3_get_autocommit(connection)) return;
-    sqlite3_exec(connection, depth_ != 0 ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK", nullptr, nullptr, nullptr);
+    if (!sqlite3_get_autocommit(connection))
+        sqlite3_exec(connection, depth_ != 0 ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK", nullptr, nullptr,
+                     nullptr);
+    if (commitFailed_) ReplaceFailedCommit(connection);
+    commitFailed_ = false;
 }
 
 KeyId RegistryStore::LastKey() {

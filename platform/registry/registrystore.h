@@ -70,6 +70,7 @@ private:
 
     UniqueConnection connection_;
     bool writes_;
+    bool commitFailed_ = false;
     int depth_ = 0;                           // of the transactions that are open
     std::unique_ptr<Statements> statements_;  // destroyed before the connection
 };
