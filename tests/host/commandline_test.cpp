@@ -99,6 +99,16 @@ TEST_F(HostRun, BadInputIsOneSentenceAndChangesNothing) {
     EXPECT_EQ(Do({"printer", "list"}).find('Q'), std::string::npos);
 }
 
+TEST_F(HostRun, AStoreThatIsNotThereIsMadeByPrinterAddAlone) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"printer", "list"}, {"printer", "remove", "P"}, {"registry", "export", File("a")}}) {
+        const Outcome outcome = Run(command);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_NE(outcome.err.find("there is no store in"), std::string::npos) << outcome.err;
+    }
+    EXPECT_EQ(CountFiles(), 0u);
+}
+
 TEST_F(HostRun, PrintersComeAndGo) {
     Do({"printer", "add", "Colour press", "--product", "press8434"});
     Do({"printer", "add", "Büro", "--product", "office8430", "--port", "FILE7"});
