@@ -3,6 +3,8 @@
 
 #include "storechange.h"
 
+#include <registryrequests.h>
+
 namespace mvplatform {
 namespace {
 
@@ -63,6 +65,12 @@ void OpenKeys::Replace(std::shared_ptr<SharedStore> store) noexcept {
     store_ = std::move(store);
 }
 
+std::size_t OpenKeys::CountRequests() const noexcept {
+    std::size_t count = 0;
+    for (const Place& place : places_) count += place.requests.load(std::memory_order_relaxed);
+    return count;
+}
+
 OpenKeys::Handles& OpenKeys::GetHandles(std::uintptr_t handle) noexcept {
     return handles_[handle / handleStep % placeCount];
 }
@@ -106,3 +114,5 @@ void OpenKeys::Forget(KeyId last) noexcept {
 }
 
 }  // namespace mvplatform
+
+std::size_t GetRegistryRequestCount() noexcept { return mvplatform::OpenKeys::GetInstance().CountRequests(); }

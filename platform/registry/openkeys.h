@@ -22,6 +22,7 @@ class OpenKeys {
     struct alignas(64) Place {
         std::mutex mutex;
         std::optional<StoreView> view;
+        std::atomic<std::size_t> requests = 0;  // written with the mutex held
     };
     using AllLocks = std::array<std::unique_lock<std::mutex>, placeCount>;
 
@@ -31,6 +32,9 @@ public:
     public:
         Use() : Use(GetInstance()) {}
 
+        void CountRequest() const noexcept {
+            place_.requests.store(place_.requests.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+        }
         // The store; one that ends with the process when none was chosen. Throws RegistryError.
         StoreView& GetView() const { return keys_.GetView(place_); }
         SharedStore& GetStore() const { return GetView().GetStore(); }
@@ -52,6 +56,8 @@ public:
     std::shared_ptr<SharedStore> GetStore();
     // Another store, or none; closes all keys and the store before.
     void Replace(std::shared_ptr<SharedStore> store) noexcept;
+
+    std::size_t CountRequests() const noexcept;  // of all threads
 
     // False when there is no such handle. The predefined keys stay open.
     bool Remove(HKEY handle);

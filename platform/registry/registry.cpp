@@ -1,11 +1,9 @@
 // The registry functions.
-#include <registryrequests.h>
 #include <widetext.h>
 #include <windows.h>
 #include "openkeys.h"
 
 #include <algorithm>
-#include <atomic>
 #include <new>
 
 namespace mvplatform {
@@ -17,14 +15,13 @@ void Require(bool condition, const char* reason) {
     if (!condition) Refuse(ERROR_INVALID_PARAMETER, reason);
 }
 
-std::atomic<std::size_t> requests;
-
 // Runs an operation and turns what it throws into the answer.
 template <class Operation>
 LSTATUS Answer(Operation operation) noexcept {
-    requests.fetch_add(1, std::memory_order_relaxed);
     try {
-        return operation(OpenKeys::Use());
+        const OpenKeys::Use keys;
+        keys.CountRequest();
+        return operation(keys);
     } catch (const RegistryError& error) {
         return error.GetStatus();
     } catch (const std::bad_alloc&) {
@@ -62,8 +59,6 @@ LSTATUS HandOutName(const WideString& text, LPWSTR name, DWORD room, LPDWORD cha
 
 }  // namespace
 }  // namespace mvplatform
-
-std::size_t GetRegistryRequestCount() noexcept { return mvplatform::requests.load(std::memory_order_relaxed); }
 
 using namespace mvplatform;
 
