@@ -4,6 +4,7 @@
 #include <mvutil/datacache.h>
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/printdriver.h>
+#include <workflowobject.h>
 
 #include <algorithm>
 #include <iterator>
@@ -15,6 +16,12 @@ void RebuildCaches(CapabilityCachesOfMany& caches, HANDLE printer, const Printer
     if (!caches.Rebuild(printer, row.driver))
         throw OperationError("the capability caches of the printer '" + ToUtf8(row.name) +
                              "' cannot be written; check the store and its free space");
+}
+
+void CompletePrinter(CapabilityCachesOfMany& caches, HANDLE printer, const PrinterRow& row) {
+    RebuildCaches(caches, printer, row);
+    // A library that does not load is reported by the conversions that miss it.
+    WorkflowObject().InitializeWorkflowObject(printer, nullptr, nullptr);
 }
 
 void RebuildCachesOf(const std::vector<PrinterRow>& printers) {

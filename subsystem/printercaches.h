@@ -8,6 +8,10 @@
 // built and written.
 void RebuildCaches(CapabilityCachesOfMany& caches, HANDLE printer, const PrinterRow& row);
 
+// Of a printer that was just installed, builds the caches and has its workflow library chosen, so that who may not
+// write in the store finds both.
+void CompletePrinter(CapabilityCachesOfMany& caches, HANDLE printer, const PrinterRow& row);
+
 // Rebuilds those of the printers whose driver is complete.
 void RebuildCachesOf(const std::vector<PrinterRow>& printers);
 // Of all printers: forms belong to the print server and custom sizes to the user, so that all offer them.

@@ -75,7 +75,7 @@ void AddPrintersOfList(HostContext& context, const PrinterOptions& options) {
                           const PrinterListEntry& entry = entries[index];
                           installer->Add(entry.name, products.Find(entry.product), entry.port,
                                          [&](HANDLE printer, const WideString& driver) {
-                                             RebuildCaches(caches, printer, {entry.name, entry.port, driver});
+                                             CompletePrinter(caches, printer, {entry.name, entry.port, driver});
                                          });
                           return true;
                       },

@@ -54,7 +54,7 @@ void RunAdd(HostContext& context, const PrinterOptions& options) {
     CapabilityCachesOfMany caches;
     Install([&] {
         InstallPrinter(name, product, ArgumentToWide(options.port), [&](HANDLE printer, const WideString& driver) {
-            RebuildCaches(caches, printer, {name, {}, driver});
+            CompletePrinter(caches, printer, {name, {}, driver});
         });
     });
 }
