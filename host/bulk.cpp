@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::size_t kItemsOfATransaction = 100;
 constexpr std::size_t kItemsBetweenProgress = 20;
+constexpr std::size_t kProgressWidth = 32;
 constexpr std::size_t kMostRanges = 20;  // that the last line names
 
 // Of the exception that is being handled.
@@ -30,6 +31,8 @@ std::string DescribeFailure() {
         return "there is not enough memory";
     } catch (const std::exception& exception) {
         return exception.what();
+    } catch (...) {
+        return "failed for a reason that is not known";
     }
 }
 
@@ -51,7 +54,7 @@ void BulkReport::ShowProgress() {
 }
 
 void BulkReport::ClearProgress() {
-    if (showsProgress_) context_.err << "\r\033[K";
+    if (showsProgress_) context_.err << '\r' << std::string(kProgressWidth, ' ') << '\r';
 }
 
 void BulkReport::Succeed() {
@@ -203,12 +206,13 @@ void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const Bulk
     // What the store does not have for the sake of others, or of a transaction that failed, is named as well.
     if (!whyNot.empty()) context.err << "from here on nothing was done: " << whyNot << '\n';
     for (std::size_t index = first; index < items.size(); ++index)
-        if (!isBad(items[index]) && !change.isDone(items[index])) items[index].fault = "not done for the sake of others";
+        if (!isBad(items[index]) && !change.isDone(items[index]))
+            items[index].fault = "not done for the sake of others";
     report.Finish();
 }
 
 void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const char* done,
-                const std::function<bool(const BulkItem& item, BulkNotes& notes)>& work) {
+                const std::function<void(const BulkItem& item, BulkNotes& notes)>& work) {
     BulkReport report(context, items, done);
     std::atomic<std::size_t> next = 0;
     const auto run = [&] {
@@ -218,20 +222,24 @@ void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const char* 
             std::string fault;
             bool isThere = true;
             try {
-                isThere = work(item, notes);
+                work(item, notes);
             } catch (...) {
                 fault = DescribeFailure();
+                isThere = static_cast<bool>(OpenPrinterByName(item.name));
             }
             for (const std::string& note : notes) report.Report(item, note);
-            if (!fault.empty()) {
-                report.Fail(item, fault);
+            if (!isThere) {
+                report.Forget();
             } else {
-                isThere ? report.Succeed() : report.Forget();
+                fault.empty() ? report.Succeed() : report.Fail(item, fault);
             }
         }
     };
-    std::vector<std::jthread> others(std::min<std::size_t>(std::thread::hardware_concurrency(), items.size()));
-    for (std::jthread& other : others) other = std::jthread(run);
-    others.clear();  // waits for all
+    {
+        std::vector<std::jthread> others(std::min<std::size_t>(std::thread::hardware_concurrency(), items.size()));
+        if (!others.empty()) others.pop_back();  // this thread works as well
+        for (std::jthread& other : others) other = std::jthread(run);
+        run();
+    }
     report.Finish();
 }

@@ -57,8 +57,8 @@ struct BulkChange {
 };
 void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const BulkChange& change, bool atomic = false);
 
-// Does the work on each item, on all cores; notes are reported with the item's name. It throws why it cannot be, and
-// answers false when the printer has gone.
+// Does the work on each item, on all cores; notes are reported with the item's name. It throws why it cannot be; one
+// whose printer has gone meanwhile does not count.
 using BulkNotes = std::vector<std::string>;
 void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const char* done,
-                const std::function<bool(const BulkItem& item, BulkNotes& notes)>& work);
+                const std::function<void(const BulkItem& item, BulkNotes& notes)>& work);

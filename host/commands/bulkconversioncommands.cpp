@@ -29,11 +29,9 @@ void ConvertForAll(HostContext& context, const std::string& folderName, const Co
     std::vector<BulkItem> items;
     for (const PrinterRow& row : ListPrinters()) items.push_back({row.name, 0, {}});
     WorkInBulk(context, items, "written", [&](const BulkItem& item, BulkNotes& notes) {
-        if (!OpenPrinterByName(item.name)) return false;
         const PrintSession session(item.name);
         WriteDocumentFile(folder / PathFromUtf8(MakePrinterFileName(item.name, kExtension)),
                           convert(session, notes).Get());
-        return true;
     });
 }
 
@@ -70,12 +68,11 @@ void MakeAllTickets(HostContext& context, const BulkConversion& conversion) {
         notes = ListLosses(result.explanation);
         const bool losesAny = !notes.empty();
         const InstalledPrinter& installed = session.GetPrinter();
-        if (std::string missing = DescribeMissingCaches(
-                {installed.GetName().AsWideString(), installed.GetPort().AsWideString(), {}});
+        if (std::string missing =
+                DescribeMissingCaches({installed.GetName().AsWideString(), installed.GetPort().AsWideString(), {}});
             !missing.empty())
             notes.insert(notes.begin(), std::move(missing));
-        if (conversion.strict && losesAny)
-            throw OperationError("settings are lost or ignored, and --strict was given");
+        if (conversion.strict && losesAny) throw OperationError("settings are lost or ignored, and --strict was given");
         return std::move(result.ticket);
     });
 }
