@@ -149,7 +149,7 @@ WideString PrinterInstaller::Add(const WideString& name, const std::filesystem::
         ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
     }
     if (OpenPrinterByName(name)) ThrowExists(name);
-    const WideString port = TakePort(wantedPort, driver);
+    WideString port = TakePort(wantedPort, driver);
     const bool isShared = IsPortUsed(port, {});
     try {
         if (!HalfPrinters::Add(name, port)) ThrowExists(name);

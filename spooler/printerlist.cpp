@@ -91,7 +91,8 @@ bool HalfPrinters::Contains(const WideString& name) { return !name.empty() && Op
 
 std::string HalfPrinters::Describe(const WideString& name) {
     return "The printer '" + Utf8FromWide(name, BadText::Replace) +
-           "' is half there, from an addition or removal that was interrupted or is going on; 'printer remove' with its "
+           "' is half there, from an addition or removal that was interrupted or is going on; 'printer remove' with "
+           "its "
            "name clears it";
 }
 

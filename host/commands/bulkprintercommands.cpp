@@ -16,6 +16,7 @@ namespace {
 
 std::vector<BulkItem> MakeItems(const std::vector<PrinterListEntry>& entries) {
     std::vector<BulkItem> items;
+    items.reserve(entries.size());
     for (const PrinterListEntry& entry : entries) items.push_back({entry.name, entry.line, entry.fault});
     return items;
 }
