@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <system_error>
 
 namespace mvplatform {
@@ -23,10 +24,18 @@ Result Fail(DWORD error, Result result) {
     return result;
 }
 
+// Held while a module is looked at, for the loader says nothing of how long what it answers is there: another thread
+// may unload it. A module that is being loaded may ask for others. As long as the process lives.
+std::recursive_mutex& GetLoaderMutex() {
+    static auto& mutex = *new std::recursive_mutex;
+    return mutex;
+}
+
 // Runs a function that hands text about; nothing leaves it but the failure.
 template <class Result, class Operation>
 Result Guarded(Result failure, Operation operation) noexcept {
     try {
+        const std::lock_guard lock(GetLoaderMutex());
         return operation();
     } catch (...) {
         return Fail(ERROR_NOT_ENOUGH_MEMORY, failure);
@@ -122,6 +131,7 @@ HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE reserved, DWORD flags) {
 }
 
 BOOL WINAPI FreeLibrary(HMODULE handle) {
+    const std::lock_guard lock(GetLoaderMutex());
     const std::optional<LoadedModule> module = handle ? ModuleFromHandle(handle) : std::nullopt;
     if (!module || dlclose(module->map) != 0) return Fail(ERROR_INVALID_HANDLE, FALSE);
     return TRUE;
@@ -152,6 +162,7 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD characters) {
 
 FARPROC WINAPI GetProcAddress(HMODULE handle, LPCSTR name) {
     constexpr std::uintptr_t lastOrdinal = 0xFFFF;  // functions have no numbers here
+    const std::lock_guard lock(GetLoaderMutex());
     const std::optional<LoadedModule> module = ModuleFromHandle(handle);
     if (!module) return Fail(ERROR_INVALID_HANDLE, FARPROC());
     if (reinterpret_cast<std::uintptr_t>(name) <= lastOrdinal) return Fail(ERROR_PROC_NOT_FOUND, FARPROC());
