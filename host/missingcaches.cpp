@@ -23,8 +23,7 @@ std::string Describe(const std::vector<PrinterRow>& lacking) {
     for (std::size_t index = 0; index < std::min(lacking.size(), kMostNames); ++index)
         text += (index ? ", '" : "'") + ToUtf8(lacking[index].name) + "'";
     if (lacking.size() > kMostNames) text += " and " + std::to_string(lacking.size() - kMostNames) + " more printers";
-    return text +
-           " are missing or damaged; what they would say comes from the product, and 'caches rebuild' makes them";
+    return text + " are missing or damaged";
 }
 
 WideString GetParent(const WideString& path) { return path.substr(0, std::min(path.rfind(W('\\')), path.size())); }
