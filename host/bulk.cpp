@@ -153,7 +153,7 @@ private:
         }
     }
 
-    // A failure of the store itself goes on to the others, which fare no better.
+    // Throws when the store can no longer be changed, with which the others fare no better.
     bool Apply(std::size_t index) {
         if (!items_[index].fault.empty()) return false;
         StoreTransaction own;
@@ -163,8 +163,6 @@ private:
             applied_.push_back(index);
             isThere ? report_.Succeed() : report_.Forget();
             return true;
-        } catch (const SpoolerFailure&) {
-            throw;
         } catch (...) {
             report_.Fail(items_[index], DescribeFailure());
             return false;

@@ -30,6 +30,8 @@ std::string Quoted(const WideString& text) {
     switch (error) {
         case ERROR_INVALID_PRINTER_NAME:
             throw std::runtime_error(what + ": a printer's name has 1 to 219 characters, without \\ , ! and controls");
+        case ERROR_UNKNOWN_PORT:
+            throw std::runtime_error(what + ": a port's name has 1 to 255 characters");
         case ERROR_PRINTER_ALREADY_EXISTS:
             throw std::runtime_error(what + ": there is a printer of that name; remove it first or take another name");
         case ERROR_DISK_FULL:
@@ -171,6 +173,7 @@ WideString PrinterInstaller::Add(const WideString& name, const std::filesystem::
         AddToSpooler(name, port, driver, complete);
     } catch (...) {
         if (!OpenPrinterByName(name)) RemoveParts(name, port);  // else it stays noted as a half
+        addedDrivers_.erase(driver);                            // for the caller may take all of it back
         throw;
     }
     doubtfulDrivers_.erase(driver);

@@ -118,6 +118,9 @@ TEST_F(ManyPrinters, AreAddedButForBadLinesAndRemovedAgain) {
     EXPECT_EQ(Run({"printer", "remove", "--from", File("list.csv")}).out,
               "3 of 6 printers removed; 3 not (lines 3, 5 to 6)\n");
     EXPECT_EQ(Do({"printer", "remove", "--all"}), "1 printer removed\n");
+    Write("list.csv", "name,product,port\nA,press8434," + std::string(256, 'p') + "\nB,press8434,\n");
+    EXPECT_EQ(Run({"printer", "add", "--from", File("list.csv")}).out, "1 of 2 printers added; 1 not (line 2)\n")
+        << "the driver that went with the first";
 }
 
 TEST_F(ManyPrinters, AreAllAddedOrNoneWhenThatIsAskedFor) {
