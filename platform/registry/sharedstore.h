@@ -57,7 +57,7 @@ public:
     void Rollback(const Part& part) noexcept;
 
 private:
-    class MainSource : public AnswerSource {
+    class MainSource final : public AnswerSource {
     public:
         explicit MainSource(RegistryStore& main) : main_(main) {}
         void Ask(const std::function<void(RegistryStore&)>& question) override { question(main_); }

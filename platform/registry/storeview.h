@@ -12,7 +12,7 @@ namespace mvplatform {
 
 // A connection for reading and the answers that it gave, which hold until any process changes the store: threads with a
 // view each do not wait for each other. Used by one thread at a time.
-class StoreView : private AnswerSource {
+class StoreView final : private AnswerSource {
 public:
     explicit StoreView(std::shared_ptr<SharedStore> store) : store_(std::move(store)) {}
 
