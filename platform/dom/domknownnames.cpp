@@ -14,7 +14,7 @@ std::size_t PlaceOf(LONG type, WideStringView name) noexcept {
 }
 
 bool IsSame(WideStringView a, WideStringView b) noexcept {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(WCHAR)) == 0;
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(WCHAR)) == 0);
 }
 
 }  // namespace
