@@ -121,6 +121,11 @@ void AppendInteger(WideString& out, const Conversion& conversion, const FormatAr
             if (*digit >= 'a') *digit = static_cast<char>(*digit - 'a' + 'A');
         }
     }
+    if (conversion.width == 0 && !conversion.precision) {  // nearly every number
+        if (sign) out += sign;
+        out.append(digits, end);
+        return;
+    }
     if (magnitude == 0 && conversion.precision == std::size_t{0}) end = digits;
     AppendNumber(out, conversion, sign, std::string_view(digits, static_cast<std::size_t>(end - digits)),
                  conversion.precision.value_or(1), conversion.zero && !conversion.precision);
@@ -184,9 +189,12 @@ void AppendArgument(WideString& out, const Conversion& conversion, const FormatA
 }  // namespace
 
 void CXString::FormatList(const WCHAR* format, const FormatArgument* arguments, std::size_t count) {
+    constexpr std::size_t kRoomForEach = 12;
+    const WCHAR* at = format ? format : W("");
     WideString result;
+    result.reserve(std::char_traits<WCHAR>::length(at) + count * kRoomForEach);
     std::size_t next = 0;
-    for (const WCHAR* at = format ? format : W(""); *at;) {
+    while (*at) {
         const WCHAR* plain = at;
         while (*at && *at != W('%')) ++at;
         result.append(plain, at);

@@ -13,7 +13,8 @@ bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') 
 bool IsNameCharacter(char c) { return IsLetter(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; }
 
 bool HasName(const xmlNode* node, const std::string& uri, const std::string& local) {
-    return ViewOf(node->name) == local && (node->ns ? ViewOf(node->ns->href) : std::string_view()) == uri;
+    return node->name[0] == static_cast<unsigned char>(local[0]) && ViewOf(node->name) == local &&
+           (node->ns ? ViewOf(node->ns->href) : std::string_view()) == uri;
 }
 
 }  // namespace
