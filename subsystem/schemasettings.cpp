@@ -9,6 +9,7 @@
 #include "hosttext.h"
 
 #include <functional>
+#include <map>
 
 namespace {
 
@@ -33,8 +34,8 @@ public:
 
     void ReadRoot(IXMLDOMNode* root) {
         const Scope scope(*this, root);
-        for (const Declaration& declaration : declarations_)
-            if (declaration.uri == facts::kPrivateKeywordsNamespace) privateIsDeclared_ = true;
+        for (const auto& [prefix, uris] : uris_)
+            if (uris.back() == facts::kPrivateKeywordsNamespace) privateIsDeclared_ = true;
         ForEachChild(root, [&](IXMLDOMNode* child, const std::string& element) {
             if (element == "Feature") ReadFeature(child, std::string(), 0);
             if (element == "Property") Add(SchemaSetting::Kind::Property, child);
@@ -47,13 +48,10 @@ public:
     }
 
 private:
-    struct Declaration {
-        std::string prefix, uri;
-    };
     // The declarations of one element, in force as long as the object lives; keeps its name attribute.
     class Scope {
     public:
-        Scope(Walk& walk, IXMLDOMNode* element) : walk_(walk), before_(walk.declarations_.size()) {
+        Scope(Walk& walk, IXMLDOMNode* element) : walk_(walk), before_(walk.declared_.size()) {
             ComPtr<IXMLDOMNamedNodeMap> attributes;
             if (FAILED(element->get_attributes(attributes.Put())) || !attributes) return;
             for (;;) {
@@ -65,12 +63,13 @@ private:
                     FAILED(attribute->get_nodeValue(value.Put())))
                     continue;
                 const WideStringView text = attributeName.View();
-                if (text.starts_with(W("xmlns:")))
-                    walk_.declarations_.push_back({ToUtf8(text.substr(6)), ToUtf8(value.Text())});
+                if (text.starts_with(W("xmlns:"))) walk_.Declare(ToUtf8(text.substr(6)), ToUtf8(value.Text()));
                 if (text == W("name")) name_ = Trim(ToUtf8(value.Text()));
             }
         }
-        ~Scope() { walk_.declarations_.resize(before_); }
+        ~Scope() {
+            while (walk_.declared_.size() > before_) walk_.Undeclare();
+        }
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
 
@@ -82,18 +81,27 @@ private:
         std::string name_;
     };
 
+    void Declare(std::string prefix, std::string uri) {
+        const auto entry = uris_.try_emplace(std::move(prefix)).first;
+        entry->second.push_back(std::move(uri));
+        declared_.push_back(entry);
+    }
+
+    void Undeclare() noexcept {
+        const Uris::iterator entry = declared_.back();
+        declared_.pop_back();
+        entry->second.pop_back();
+        if (entry->second.empty()) uris_.erase(entry);
+    }
+
     SchemaName Resolve(const std::string& text) const {
         SchemaName name{text, std::string(), text};
         const std::size_t colon = text.find(':');
         if (colon == std::string::npos) return name;
         name.local = text.substr(colon + 1);
-        name.hasUndeclaredPrefix = true;
-        for (auto declaration = declarations_.rbegin(); declaration != declarations_.rend(); ++declaration) {
-            if (declaration->prefix != text.substr(0, colon)) continue;
-            name.uri = declaration->uri;
-            name.hasUndeclaredPrefix = false;
-            break;
-        }
+        const auto declared = uris_.find(text.substr(0, colon));
+        name.hasUndeclaredPrefix = declared == uris_.end();
+        if (!name.hasUndeclaredPrefix) name.uri = declared->second.back();
         // A document that does not declare the family's namespace has its names under the fallback prefix.
         name.isPrivate = name.uri == facts::kPrivateKeywordsNamespace ||
                          (!privateIsDeclared_ && text.substr(0, colon) == facts::kFallbackPrefix);
@@ -209,8 +217,12 @@ private:
         std::string key;
     };
 
+    // By prefix the URIs of the open elements, the innermost last.
+    using Uris = std::map<std::string, std::vector<std::string>>;
+
     std::vector<SchemaSetting>& settings_;
-    std::vector<Declaration> declarations_;
+    Uris uris_;
+    std::vector<Uris::iterator> declared_;  // in the order of the declarations
     bool privateIsDeclared_ = false;
     std::vector<Reference> references_;
 };

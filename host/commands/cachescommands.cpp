@@ -145,6 +145,7 @@ void RunRebuildAll(HostContext& context) {
     context.UseStore(StoreAccess::ReadMostly);
     const std::vector<PrinterRow> rows = ListPrinters();
     std::vector<BulkItem> items;
+    items.reserve(rows.size());
     for (const PrinterRow& row : rows) items.push_back({row.name, 0, {}});
     CapabilityCachesOfMany caches;
     ChangeInBulk(context, items,

@@ -240,7 +240,7 @@ OwnedNode NewAttribute(xmlDoc* document, xmlElementType type, xmlNs* space, cons
 OwnedNode NewText(xmlDoc* document, std::string_view text) {
     OwnedNode node = Owned(xmlNewDocText(document, nullptr));
     // A short text lies in members that a text has no other use for, where libxml2's own parser puts such texts.
-    constexpr std::size_t kRoom = sizeof(xmlNode::properties) + sizeof(xmlNode::nsDef);
+    constexpr std::size_t kRoom = offsetof(xmlNode, psvi) - offsetof(xmlNode, properties);
     if (text.size() < kRoom) {
         char* const room = reinterpret_cast<char*>(node.get()) + offsetof(xmlNode, properties);
         std::memcpy(room, text.data(), text.size());
