@@ -72,10 +72,10 @@ void PrintThreads(Collector& runs, std::ostream& out) {
 
 // On the press, which asks most.
 void PrintQuestions(Collector& runs, std::ostream& out) {
-    out << "questions to the spooler, for one conversion of the press\n";
+    out << "questions to the spooler and to the registry, for one conversion of the press\n";
     for (const std::string operation : kOperations) {
         out << "  " << std::left << std::setw(12) << operation << std::right;
-        for (const char* question : {"GetPrinterW", "GetPrinterDriverW", "DeviceCapabilitiesW", "read_caches"})
+        for (const char* question : {"GetPrinterW", "GetPrinterDriverW", "DeviceCapabilitiesW", "registry"})
             out << "  " << question << ' ' << runs.Get(operation + "/press8434/manual_time", question);
         out << '\n';
     }

@@ -55,11 +55,13 @@ std::int64_t Number(sqlite3* connection, const char* sql) {
     return run.Step() ? run.Integer(0) : 0;
 }
 
-// True when the tables are there. Throws when the file is somebody else's.
+// True when the tables are there. Throws when the file is somebody else's. The tables are counted first: another
+// process that makes them meanwhile has written the numbers with them.
 bool HasTables(sqlite3* connection) {
+    const std::int64_t tables = Number(connection, "SELECT count(*) FROM sqlite_schema");
     const std::int64_t application = Number(connection, "PRAGMA application_id");
     if (application == applicationId && Number(connection, "PRAGMA user_version") == fileVersion) return true;
-    if (application == 0 && Number(connection, "SELECT count(*) FROM sqlite_schema") == 0) return false;
+    if (application == 0 && tables == 0) return false;
     throw RegistryError(ERROR_REGISTRY_CORRUPT, "it is not a registry store of this version");
 }
 
