@@ -2,7 +2,6 @@
 #include "bulk.h"
 
 #include <mvutil/morvaneexception.h>
-#include <printerlist.h>
 #include <store.h>
 
 #include <algorithm>
@@ -41,6 +40,13 @@ std::string Quoted(const BulkItem& item) { return "'" + ToUtf8(item.name) + "'";
 std::string CountPrinters(std::size_t count) { return std::to_string(count) + (count == 1 ? " printer" : " printers"); }
 
 }  // namespace
+
+std::vector<BulkItem> MakeBulkItems(const std::vector<PrinterRow>& printers) {
+    std::vector<BulkItem> items;
+    items.reserve(printers.size());
+    for (const PrinterRow& printer : printers) items.push_back({printer.name, 0, {}});
+    return items;
+}
 
 BulkReport::BulkReport(HostContext& context, std::vector<BulkItem>& items, const char* done)
     : context_(context), items_(items), done_(done), showsProgress_(IsTerminal(context.err)) {

@@ -1,6 +1,7 @@
 // Work on many printers at once: what is done, what is not and why, and one line of it at the end.
 #pragma once
 
+#include <printerlist.h>
 #include <widetext.h>
 
 #include <functional>
@@ -15,6 +16,8 @@ struct BulkItem {
     std::size_t line = 0;  // of the file that lists it; 0 for none
     std::string fault;     // why it is not done; empty when it is
 };
+
+std::vector<BulkItem> MakeBulkItems(const std::vector<PrinterRow>& printers);
 
 // Progress goes to standard error, when that is a terminal; so does each item's fault, in any case.
 class BulkReport {

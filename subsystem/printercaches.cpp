@@ -3,6 +3,7 @@
 
 #include <mvutil/datacache.h>
 #include <mvutil/morvaneutilities.h>
+#include <mvutil/operationscope.h>
 #include <mvutil/printdriver.h>
 #include <workflowobject.h>
 
@@ -38,17 +39,20 @@ void RebuildCachesOf(const std::vector<PrinterRow>& printers) {
     }
 }
 
+bool ReadCache(HANDLE printer, const CXString& port, const CapabilityGroup& group, ByteBuffer& blob) {
+    const CXString key = MorvaneUtilities::ConvertPortNameToRegistryKey(port);
+    for (const HKEY hive : {MorvaneUtilities::GetRegistryHiveByContext(), HKEY_LOCAL_MACHINE})
+        if (DataCache(printer, hive, key, kCapabilityCacheCrcStart, false).GetCachedBytesValue(group.valueName, blob))
+            return true;
+    return false;
+}
+
 bool LacksCaches(const PrinterRow& printer) {
     const UniquePrinter handle = OpenPrinterByName(printer.name);
     if (!handle) return false;  // another process has removed it
-    const CXString key = MorvaneUtilities::ConvertPortNameToRegistryKey(printer.port);
-    const DataCache user(handle.Get(), MorvaneUtilities::GetRegistryHiveByContext(), key, kCapabilityCacheCrcStart,
-                         false);
-    const DataCache machine(handle.Get(), HKEY_LOCAL_MACHINE, key, kCapabilityCacheCrcStart, false);
+    const OperationScope scope;
     return std::any_of(std::begin(kCapabilityGroups), std::end(kCapabilityGroups), [&](const CapabilityGroup& group) {
         ByteBuffer blob;
-        return !(user.GetCachedBytesValue(group.valueName, blob) ||
-                 machine.GetCachedBytesValue(group.valueName, blob)) ||
-               !IsWholeCapabilityBlob(group, blob);
+        return !ReadCache(handle.Get(), printer.port, group, blob) || !IsWholeCapabilityBlob(group, blob);
     });
 }

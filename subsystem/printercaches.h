@@ -17,5 +17,8 @@ void RebuildCachesOf(const std::vector<PrinterRow>& printers);
 // Of all printers: forms belong to the print server and custom sizes to the user, so that all offer them.
 inline void RebuildAllCaches() { RebuildCachesOf(ListPrinters()); }
 
+// One of the caches that the user has, else of those of the machine; false when there is none.
+bool ReadCache(HANDLE printer, const CXString& port, const CapabilityGroup& group, ByteBuffer& blob);
+
 // Whether one of the printer's caches is missing, or is damaged, for the user and for the machine.
 bool LacksCaches(const PrinterRow& printer);

@@ -17,6 +17,14 @@ void RequireSuccess(LSTATUS status, const std::string& operation, WideStringView
         throw OperationError(operation + " of the registry key '" + ToUtf8(path) + "'", HRESULT_FROM_WIN32(status));
 }
 
+// Another process has deleted the key that is being read.
+struct KeyIsGone {};
+
+void RequireThere(LSTATUS status, const std::string& operation, WideStringView path) {
+    if (status == ERROR_KEY_DELETED) throw KeyIsGone();
+    RequireSuccess(status, operation, path);
+}
+
 std::vector<RegFileValue> ReadValues(HKEY key, const WideString& path) {
     std::vector<RegFileValue> values;
     WideString name(kNameCharacters, W('\0'));
@@ -26,11 +34,11 @@ std::vector<RegFileValue> ReadValues(HKEY key, const WideString& path) {
         RegFileValue value;
         LSTATUS status = RegEnumValueW(key, index, name.data(), &characters, nullptr, &value.type, nullptr, &bytes);
         if (status == ERROR_NO_MORE_ITEMS) return values;
-        RequireSuccess(status, "enumerating the values", path);
+        RequireThere(status, "enumerating the values", path);
         value.name.assign(name.data(), characters);
         value.data.resize(bytes);
         status = RegQueryValueExW(key, value.name.c_str(), nullptr, &value.type, value.data.data(), &bytes);
-        RequireSuccess(status, "reading a value", path);
+        RequireThere(status, "reading a value", path);
         value.data.resize(std::min<std::size_t>(bytes, value.data.size()));
         values.push_back(std::move(value));
     }
@@ -43,22 +51,26 @@ std::vector<WideString> ReadKeyNames(HKEY key, const WideString& path) {
         DWORD characters = kNameCharacters;
         const LSTATUS status = RegEnumKeyExW(key, index, name.data(), &characters, nullptr, nullptr, nullptr, nullptr);
         if (status == ERROR_NO_MORE_ITEMS) return names;
-        RequireSuccess(status, "enumerating the keys", path);
+        RequireThere(status, "enumerating the keys", path);
         names.emplace_back(name.data(), characters);
     }
 }
 
 void ReadKeys(HKEY hive, const WideString& path, const RegPathTest& isWanted, RegFile& file) {
     if (isWanted && !isWanted(path)) return;
-    UniqueKey key;
-    RequireSuccess(RegOpenKeyExW(hive, path.c_str(), 0, KEY_READ, key.Put()), "opening", path);
-    RegFileKey entry;
-    entry.hive = hive;
-    entry.path = path;
-    entry.values = ReadValues(key.Get(), path);
-    file.push_back(std::move(entry));
+    std::vector<WideString> names;
+    try {
+        UniqueKey key;
+        const LSTATUS status = RegOpenKeyExW(hive, path.c_str(), 0, KEY_READ, key.Put());
+        RequireThere(status == ERROR_FILE_NOT_FOUND ? ERROR_KEY_DELETED : status, "opening", path);
+        RegFileKey entry{hive, path, false, ReadValues(key.Get(), path)};
+        names = ReadKeyNames(key.Get(), path);
+        file.push_back(std::move(entry));
+    } catch (const KeyIsGone&) {
+        return;
+    }
     const WideString prefix = path.empty() ? path : path + W('\\');
-    for (const WideString& name : ReadKeyNames(key.Get(), path)) ReadKeys(hive, prefix + name, isWanted, file);
+    for (const WideString& name : names) ReadKeys(hive, prefix + name, isWanted, file);
 }
 
 void ChangeKey(const RegFileKey& entry) {

@@ -26,8 +26,7 @@ void ConvertForAll(HostContext& context, const std::string& folderName, const Co
     std::error_code error;
     if (std::filesystem::create_directories(folder, error); error)
         throw OperationError("the folder '" + folderName + "' cannot be made; name another one with -o");
-    std::vector<BulkItem> items;
-    for (const PrinterRow& row : ListPrinters()) items.push_back({row.name, 0, {}});
+    std::vector<BulkItem> items = MakeBulkItems(ListPrinters());
     WorkInBulk(context, items, "written", [&](const BulkItem& item, BulkNotes& notes) {
         const PrintSession session(item.name);
         WriteDocumentFile(folder / PathFromUtf8(MakePrinterFileName(item.name, kExtension)),

@@ -98,8 +98,7 @@ void RemovePrintersOfList(HostContext& context, const PrinterOptions& options) {
 
 void RemoveAllPrinters(HostContext& context, const PrinterOptions& options) {
     context.UseStore(StoreAccess::ReadMostly);
-    std::vector<BulkItem> items;
-    for (const PrinterRow& row : ListPrinterPorts()) items.push_back({row.name, 0, {}});
+    std::vector<BulkItem> items = MakeBulkItems(ListPrinterPorts());
     for (const WideString& half : HalfPrinters::List())
         if (!OpenPrinterByName(half)) items.push_back({half, 0, {}});
     RemoveItems(context, std::move(items), options.atomic);

@@ -1,6 +1,4 @@
 // caches rebuild, caches show
-#include <mvutil/datacache.h>
-#include <mvutil/morvaneutilities.h>
 #include <namefield.h>
 #include <printsubsystem/capabilityrecords.h>
 
@@ -115,21 +113,13 @@ void ShowBlob(ostream& out, CapabilityGroupId group, const ByteBuffer& blob) {
     }
 }
 
-// The caches that the user has, else those of the machine.
-bool ReadCache(HANDLE printer, const CXString& key, const WCHAR* name, ByteBuffer& blob) {
-    for (const HKEY hive : {MorvaneUtilities::GetRegistryHiveByContext(), HKEY_LOCAL_MACHINE})
-        if (DataCache(printer, hive, key, kCapabilityCacheCrcStart, false).GetCachedBytesValue(name, blob)) return true;
-    return false;
-}
-
 void RunShow(HostContext& context, const CachesOptions& options) {
     context.UseStore();
     const InstalledPrinter printer(ArgumentToWide(options.printer));
-    const CXString key = MorvaneUtilities::ConvertPortNameToRegistryKey(printer.GetPort());
     for (const CapabilityGroup& group : kCapabilityGroups) {
         ByteBuffer blob;
         context.out << ToUtf8(group.valueName) << ": ";
-        if (!ReadCache(printer.GetHandle(), key, group.valueName, blob)) {
+        if (!ReadCache(printer.GetHandle(), printer.GetPort(), group, blob)) {
             context.out << "none\n";
         } else if (blob.getDword() < group.minimumBytes) {
             context.out << "damaged: it has " << blob.getDword() << " bytes and needs " << group.minimumBytes << '\n';
@@ -144,9 +134,7 @@ void RunShow(HostContext& context, const CachesOptions& options) {
 void RunRebuildAll(HostContext& context) {
     context.UseStore(StoreAccess::ReadMostly);
     const std::vector<PrinterRow> rows = ListPrinters();
-    std::vector<BulkItem> items;
-    items.reserve(rows.size());
-    for (const PrinterRow& row : rows) items.push_back({row.name, 0, {}});
+    std::vector<BulkItem> items = MakeBulkItems(rows);
     CapabilityCachesOfMany caches;
     ChangeInBulk(context, items,
                  {.done = "rebuilt",

@@ -120,9 +120,7 @@ void RunCapabilities(HostContext& context, const ConversionOptions& options) {
     Document capabilities = ReadCapabilities(options.in);
     context.UseStore(StoreAccess::ReadMostly);
     const CXString name = CXString::FromUtf8(options.printer);
-    MakeUpForMissingCaches(
-        context,
-        {{name.AsWideString(), Printer(OpenInstalledPrinter(name).Get()).GetPrinterPort().AsWideString(), {}}});
+    MakeUpForMissingCaches(context, {FindPrinter(name)});
     const PrintSession session(name);
     capabilities = session.MakeCapabilities(ticket.Get(), capabilities);
     WriteDocument(context, options, capabilities.Get());
