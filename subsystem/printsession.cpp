@@ -2,7 +2,6 @@
 #include "printsession.h"
 
 #include <bstr.h>
-#include <morvaneptprovider.h>
 #include <printsubsystem/printschema.h>
 #include <workflowobject.h>
 
@@ -138,13 +137,16 @@ void Declare(IXMLDOMDocument2* document, IXMLDOMElement* root, const Declaration
 
 }  // namespace
 
-PrintSession::PrintSession(const CXString& printer)
-    : printer_(printer), coreDriver_(printer_.GetProduct(), printer_.GetName(), printer_.GetPort()) {
+PrintSession::PrintSession(const CXString& printer, const ProviderSource& source)
+    : printer_(printer),
+      coreDriver_(source.coreProduct ? source.coreProduct : printer_.GetProduct(), printer_.GetName(),
+                  printer_.GetPort()),
+      library_(source.library) {
     Bind();
 }
 
 void PrintSession::Bind() {
-    provider_ = ComPtr<IPrintOemPrintTicketProvider>::Adopt(new MorvanePtProvider);
+    provider_ = library_->MakeProvider();
     INT* versionList = nullptr;
     INT versionCount = 0;
     RequireSuccess("GetSupportedVersions",

@@ -8,6 +8,7 @@
 #include "coredriver.h"
 #include "devmodefile.h"
 #include "installedprinter.h"
+#include "providerlibrary.h"
 
 // For one thread at a time; sessions of several printers, or of one, may live side by side.
 class PrintSession {
@@ -16,10 +17,11 @@ public:
 
     // Opens the printer and binds a provider to it. Throws what InstalledPrinter throws, and OperationError when the
     // provider refuses the printer.
-    explicit PrintSession(const CXString& printer);
+    explicit PrintSession(const CXString& printer, const ProviderSource& source = GetOwnProvider());
 
     const InstalledPrinter& GetPrinter() const noexcept { return printer_; }
     const CoreDriver& GetCoreDriver() const noexcept { return coreDriver_; }
+    IPrintOemPrintTicketProvider* GetProvider() const noexcept { return provider_.Get(); }
 
     // Whether the printer's workflow library can be loaded. A provider binds without it, and then has no product texts
     // and no controller family.
@@ -49,8 +51,9 @@ private:
 
     InstalledPrinter printer_;
     CoreDriver coreDriver_;
-    ComPtr<IPrintOemPrintTicketProvider> provider_;  // goes before the printer's handle does
-    WideString deviceNamespace_;                     // the provider's; empty when it has none
+    std::shared_ptr<const ProviderLibrary> library_;  // goes after its provider
+    ComPtr<IPrintOemPrintTicketProvider> provider_;   // goes before the printer's handle does
+    WideString deviceNamespace_;                      // the provider's; empty when it has none
 };
 
 // The document as UTF-8 with an XML declaration. Throws OperationError when it cannot be read.

@@ -14,6 +14,10 @@ inline constexpr IID IID_IPrintOemPrintTicketProvider = {
 inline constexpr IID IID_IPrintCoreHelper = {
     0xA89EC53E, 0x3905, 0x49C6, {0x9C, 0x1A, 0xC0, 0xA8, 0x81, 0x17, 0xFD, 0xB6}};
 
+// The class of providers that a plug-in of the core driver hands out through DllGetClassObject.
+inline constexpr CLSID CLSID_OEMPTPROVIDER = {
+    0x91723892, 0x45D2, 0x48E2, {0x9E, 0xC9, 0x56, 0x23, 0x79, 0xDA, 0xF9, 0x92}};
+
 enum OEMPTOPTS { OEMPT_DEFAULT = 0, OEMPT_NOSNAPSHOT = 1 };
 using POEMPTOPTS = OEMPTOPTS*;
 

@@ -24,6 +24,7 @@ std::recursive_mutex& Mutex(LPCRITICAL_SECTION section) {
 extern "C" {
 
 extern const IID IID_IUnknown = {0x00000000, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+extern const IID IID_IClassFactory = {0x00000001, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 extern const IID IID_IDispatch = {0x00020400, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 
 DWORD WINAPI GetLastError() { return lastError; }

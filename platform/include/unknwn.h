@@ -1,4 +1,4 @@
-// IUnknown and COM memory, as the SDK gives them.
+// IUnknown and the class factory, as the SDK gives them.
 #pragma once
 
 #include <windows.h>
@@ -10,3 +10,10 @@ struct IUnknown {
 };
 
 extern "C" const IID IID_IUnknown;
+
+struct IClassFactory : public IUnknown {
+    virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) = 0;
+    virtual HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) = 0;
+};
+
+extern "C" const IID IID_IClassFactory;

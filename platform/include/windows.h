@@ -76,9 +76,11 @@ struct GUID {
 using IID = GUID;
 using CLSID = GUID;
 using REFIID = const IID&;
+using REFCLSID = const CLSID&;
 inline bool operator==(const GUID& a, const GUID& b) { return __builtin_memcmp(&a, &b, sizeof(GUID)) == 0; }
 inline bool operator!=(const GUID& a, const GUID& b) { return !(a == b); }
 inline BOOL IsEqualIID(REFIID a, REFIID b) { return a == b ? TRUE : FALSE; }
+inline BOOL IsEqualCLSID(REFCLSID a, REFCLSID b) { return a == b ? TRUE : FALSE; }
 
 // ---- results and errors
 #define SUCCEEDED(hr) (static_cast<HRESULT>(hr) >= 0)
@@ -94,6 +96,8 @@ inline BOOL IsEqualIID(REFIID a, REFIID b) { return a == b ? TRUE : FALSE; }
 #define E_UNEXPECTED (static_cast<HRESULT>(0x8000FFFFu))
 #define E_OUTOFMEMORY (static_cast<HRESULT>(0x8007000Eu))
 #define E_INVALIDARG (static_cast<HRESULT>(0x80070057u))
+#define CLASS_E_NOAGGREGATION (static_cast<HRESULT>(0x80040110u))
+#define CLASS_E_CLASSNOTAVAILABLE (static_cast<HRESULT>(0x80040111u))
 #define DISP_E_BADVARTYPE (static_cast<HRESULT>(0x80020008u))
 #define HRESULT_FROM_WIN32(error)                                   \
     (static_cast<HRESULT>(error) <= 0 ? static_cast<HRESULT>(error) \

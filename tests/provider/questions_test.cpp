@@ -3,7 +3,6 @@
 #include <support/userpapers.h>
 
 #include <capabilitycaches.h>
-#include <morvaneptprovider.h>
 #include <mvutil/datacache.h>
 #include <mvutil/morvaneutilities.h>
 #include <mvutil/printer.h>
@@ -71,7 +70,7 @@ TEST(Questions, AnOperationAsksForThePrinterAndItsDriverOnce) {
         OEMPTOPTS options{};
         INT count = 0;
         BSTR* namespaces = nullptr;
-        const auto provider = ComPtr<MorvanePtProvider>::Adopt(new MorvanePtProvider);
+        const auto provider = GetOwnProvider().library->MakeProvider();
         const HRESULT bound = provider->BindPrinter(opened.Get(), 1, &options, &count, &namespaces);
         for (INT i = 0; i < count; ++i) SysFreeString(namespaces[i]);
         CoTaskMemFree(namespaces);
