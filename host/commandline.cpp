@@ -26,6 +26,11 @@ CommandOption CommandOption::Excludes(CommandOption other) const {
     return *this;
 }
 
+CommandOption CommandOption::Hidden() const {
+    option_->group("");
+    return *this;
+}
+
 Command Command::AddGroup(const char* name, const char* description) const {
     CLI::App* group = app_->add_subcommand(name, description);
     group->require_subcommand(1);

@@ -20,6 +20,7 @@ public:
     // For names of files and folders that may be left out: an empty one is refused, not taken for none.
     CommandOption NotEmpty() const;
     CommandOption Excludes(CommandOption other) const;
+    CommandOption Hidden() const;  // from the help
 
 private:
     friend class Command;

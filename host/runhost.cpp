@@ -44,6 +44,7 @@ void AddCommands(Command app, HostContext& context) {
     AddJobTicketCommand(app, context);
     AddCheckCommand(app, context);
     AddRegistryCommands(app, context);
+    AddVerifyCommand(app, context);
 }
 
 int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,

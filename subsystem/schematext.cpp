@@ -8,8 +8,6 @@
 
 namespace schematext {
 
-namespace {
-
 std::string Escape(std::string_view text) {
     std::string result;
     for (const char character : text) {
@@ -32,6 +30,8 @@ std::string Escape(std::string_view text) {
     }
     return result;
 }
+
+namespace {
 
 std::string Attribute(std::string_view name, std::string_view value) {
     return " " + std::string(name) + "=\"" + Escape(value) + "\"";

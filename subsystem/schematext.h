@@ -10,6 +10,9 @@ namespace schematext {
 
 enum class ValueType { String, Integer, QName };
 
+// The text with its markup characters as references, for content and attributes.
+std::string Escape(std::string_view text);
+
 // A whole document with the four namespaces declared on its root, "psf:PrintTicket" or "psf:PrintCapabilities".
 std::string Document(std::string_view root, std::string_view content);
 std::string Feature(std::string_view name, std::string_view content);

@@ -17,7 +17,7 @@ struct NotedInput {
 
 class StepNote {
 public:
-    // Inputs beyond this many bytes are cut, and say so by their extension ".cut".
+    // Inputs beyond this many bytes are cut, and say so by their extension, "cut".
     static constexpr std::size_t kMostInputBytes = std::size_t{4} << 20;
 
     // Opens the file, which is made when it is not there. Throws OperationError when that cannot be.

@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "stepnote.h"
 
@@ -77,10 +78,15 @@ public:
     }
     void RequireResult(const char* call, HRESULT result, HRESULT expected) const;
 
+    // A line that is shown with a check that passed: what was measured.
+    void Note(const std::string& line) { notes_.push_back(line); }
+    const std::vector<std::string>& GetNotes() const noexcept { return notes_; }
+
 private:
     ProviderSource source_;
     CXString printer_;
     BenchOptions options_;
     StepNote& note_;
     std::mt19937_64 random_;
+    std::vector<std::string> notes_;
 };

@@ -54,3 +54,4 @@ void AddExplainCommand(Command app, HostContext& context);
 void AddJobCommands(Command app, HostContext& context);
 void AddJobTicketCommand(Command app, HostContext& context);
 void AddRegistryCommands(Command app, HostContext& context);
+void AddVerifyCommand(Command app, HostContext& context);

@@ -1,0 +1,180 @@
+// verify: tries a provider with all checks, or with some of them.
+#include <capabilitycaches.h>
+#include <printerinstall.h>
+#include <verify/checkchild.h>
+#include <verify/checkrunner.h>
+
+#include <algorithm>
+#include <memory>
+#include <ostream>
+
+#include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/hosttext.h>
+#include <subsystem/productfiles.h>
+#include "commands.h"
+
+namespace {
+
+struct VerifyOptions {
+    std::string provider, printer, product, junit, keep, seed = "1", seconds = "10";
+    std::vector<std::string> only;
+    bool gpdLike = false, json = false, isLong = false, list = false;
+    std::string child, note, result;  // of a child process
+};
+
+constexpr const char* kVerifiedPrinter = "Verified";  // of a product
+
+unsigned ReadCount(const char* option, const std::string& text) {
+    const std::optional<std::int64_t> number = ParseNumber(text);
+    if (!number || *number < 1 || *number > UINT32_MAX)
+        throw InputError(std::string(option) + " takes a whole number from 1, not '" + text + "'");
+    return static_cast<unsigned>(*number);
+}
+
+// Checks and whole groups by their names; all when none is named.
+std::vector<Check> ChooseChecks(const std::vector<std::string>& only) {
+    const std::vector<Check> all = ListChecks();
+    if (only.empty()) return all;
+    const auto isNamed = [](const Check& check, const std::string& name) {
+        return name == check.name || name == NameOfGroup(check.group);
+    };
+    for (const std::string& name : only) {
+        if (std::any_of(all.begin(), all.end(), [&](const Check& check) { return isNamed(check, name); })) continue;
+        throw InputError("there is no check '" + name + "'; 'verify --list' shows those that there are");
+    }
+    std::vector<Check> chosen;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(chosen), [&](const Check& check) {
+        return std::any_of(only.begin(), only.end(), [&](const std::string& name) { return isNamed(check, name); });
+    });
+    return chosen;
+}
+
+void ListAll(std::ostream& out) {
+    for (const Check& check : ListChecks())
+        out << NameOfGroup(check.group) << ", " << check.name << ": " << check.what << '\n';
+}
+
+ProviderSource MakeSource(const VerifyOptions& options) {
+    ProviderSource source = options.provider.empty()
+                                ? GetOwnProvider()
+                                : ProviderSource{std::make_shared<ProviderLibrary>(PathFromUtf8(options.provider))};
+    if (options.gpdLike) source.coreProduct = LoadProduct(FindProductFile(options.product));
+    return source;
+}
+
+// The printer of a product is made here, in a store that ends with the process.
+TestBench MakeBench(HostContext& context, const VerifyOptions& options, StepNote& note) {
+    CXString printer = CXString::FromUtf8(options.printer);
+    if (options.printer.empty()) {
+        context.UseThrowawayStore();
+        printer = CXString::FromUtf8(kVerifiedPrinter);
+        InstallPrinter(printer.AsWideString(), FindProductFile(options.product), WideString(),
+                       [](HANDLE handle, const WideString&) { RebuildCapabilityCaches(handle); });
+    } else {
+        context.UseStore(StoreAccess::ReadMostly);
+        OpenInstalledPrinter(printer);
+    }
+    const BenchOptions benchOptions{ReadCount("--seed", options.seed), ReadCount("--time", options.seconds),
+                                    options.isLong};
+    return {MakeSource(options), printer, benchOptions, note};
+}
+
+void RunChild(HostContext& context, const VerifyOptions& options) {
+    StepNote note(PathFromUtf8(options.note));
+    RunCheckHere(
+        options.child, [&] { return MakeBench(context, options, note); }, PathFromUtf8(options.result));
+}
+
+std::vector<std::string> MakeChildArguments(const HostContext& context, const VerifyOptions& options) {
+    std::vector<std::string> arguments = {"verify", "--seed", options.seed, "--time", options.seconds};
+    const auto add = [&](const char* option, const std::string& value) {
+        if (!value.empty()) arguments.insert(arguments.end(), {option, value});
+    };
+    add("--store", context.storeFolder);
+    add("--provider", options.provider);
+    add("--printer", options.printer);
+    add("--product", options.product);
+    if (options.gpdLike) arguments.emplace_back("--gpd-like");
+    if (options.isLong) arguments.emplace_back("--long");
+    return arguments;
+}
+
+// What is verified by turns: one printer, one product, or all products.
+std::vector<VerifyOptions> ListSubjects(const VerifyOptions& options) {
+    if (!options.printer.empty() || !options.product.empty()) return {options};
+    std::vector<VerifyOptions> subjects;
+    for (const std::filesystem::path& file : FindOwnProductFiles()) {
+        subjects.push_back(options);
+        subjects.back().product = PathToUtf8(file.stem());
+    }
+    if (subjects.empty()) throw InputError("there are no products beside the program; name a printer with --printer");
+    return subjects;
+}
+
+std::string NameOf(const VerifyOptions& subject) {
+    return subject.printer.empty() ? PathToUtf8(PathFromUtf8(subject.product).stem()) : subject.printer;
+}
+
+void RunVerify(HostContext& context, const VerifyOptions& options) {
+    if (options.list) return ListAll(context.out);
+    if (!options.child.empty()) return RunChild(context, options);
+    if (options.gpdLike && options.product.empty())
+        throw InputError("--gpd-like takes the core driver's documents from a product; name it with --product");
+    ReadCount("--seed", options.seed);
+    std::vector<VerifiedPrinter> printers;
+    const std::vector<Check> checks = ChooseChecks(options.only);
+    bool failed = false;
+    for (const VerifyOptions& subject : ListSubjects(options)) {
+        const std::filesystem::path keep = options.keep.empty()
+                                               ? std::filesystem::temp_directory_path() / "mvpthost-verify"
+                                               : PathFromUtf8(options.keep);
+        const CheckRun run{MakeChildArguments(context, subject), checks, ReadCount("--time", options.seconds), keep,
+                           NameOf(subject)};
+        printers.push_back({run.subject, RunChecks(run, [&](const CheckReport& report) {
+                                failed |= report.outcome == CheckOutcome::Failed;
+                                if (!options.json) PrintReport(report, context.out);
+                                context.out.flush();
+                            })});
+        if (!options.json) PrintCounts(printers.back(), context.out);
+    }
+    if (options.json) context.out << FormatAsJson(printers) << '\n';
+    if (!options.junit.empty()) WriteWholeFile(PathFromUtf8(options.junit), FormatAsJunit(printers));
+    if (failed) context.exitStatus = kExitFailed;
+}
+
+}  // namespace
+
+void AddVerifyCommand(Command app, HostContext& context) {
+    const auto options = std::make_shared<VerifyOptions>();
+    const Command command = app.AddCommand("verify", "Tries a PrintTicket provider as the certification kit does",
+                                           [&context, options] { RunVerify(context, *options); });
+    command.AddOption("--provider", options->provider, "The provider's plug-in DLL (default: this driver family's)")
+        .NotEmpty();
+    const CommandOption printer =
+        command.AddOption("--printer", options->printer, "A printer that is installed").NotEmpty();
+    command
+        .AddOption("--product", options->product,
+                   "A product, as a printer in a store of the check's own (default: every product in turn)")
+        .NotEmpty()
+        .Excludes(printer);
+    command.AddFlag("--gpd-like", options->gpdLike,
+                    "The provider knows nothing of the product: DEVMODEs without this family's private block, the core "
+                    "driver's documents from --product");
+    command.AddOption("--only", options->only, "A check, or a group of them; may be given several times");
+    command.AddFlag("--list", options->list, "Print the checks, a line each");
+    command.AddOption("--junit", options->junit, "Also write JUnit's XML to this file").NotEmpty();
+    command.AddFlag("--json", options->json,
+                    "Print an array of objects: group, name, outcome, what and, where it failed, found and input");
+    command.AddOption("--seed", options->seed, "Number from which chance starts (default: 1)");
+    command.AddOption("--time", options->seconds,
+                      "Seconds without an answer that count as a hang, and that each random check goes on for with "
+                      "--long (default: 10)");
+    command.AddFlag("--long", options->isLong, "The long form: more of everything");
+    command.AddOption("--keep", options->keep, "Folder for inputs that show a failure (default: a temporary one)")
+        .NotEmpty();
+    command.AddOption(kChildOption, options->child, "").Hidden();
+    command.AddOption(kNoteOption, options->note, "").Hidden();
+    command.AddOption(kResultOption, options->result, "").Hidden();
+}
