@@ -9,6 +9,7 @@
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
+#include <subsystem/hosttext.h>
 #include <subsystem/printerfilename.h>
 #include "checkchild.h"
 #include "childprocess.h"
@@ -98,7 +99,8 @@ private:
         std::error_code error;
         std::filesystem::create_directories(run_.keep, error);
         const std::filesystem::path file =
-            run_.keep / PathFromUtf8(run_.subject + "-" + check_.name + "." + input.extension);
+            run_.keep / PathFromUtf8(MakePrinterFileName(ArgumentToWide(run_.subject),
+                                                         std::string("-") + check_.name + "." + input.extension));
         WriteWholeFile(file, input.bytes);
         report.input = PathToUtf8(file);
     }

@@ -24,5 +24,5 @@ private:
     std::unique_ptr<State> state_;
 };
 
-// In the child: crashes end it at once, without a dialogue or a debugger.
+// In the child: crashes end it at once, without a dialogue or a debugger; so does the end of its parent.
 void PrepareForCrashes();

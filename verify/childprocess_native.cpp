@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -68,4 +69,5 @@ void ChildProcess::Kill() {
 void PrepareForCrashes() {
     const rlimit none{};
     setrlimit(RLIMIT_CORE, &none);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
 }

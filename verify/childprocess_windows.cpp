@@ -41,6 +41,18 @@ LONG WINAPI EndAtOnce(EXCEPTION_POINTERS* exception) {
     return EXCEPTION_EXECUTE_HANDLER;
 }
 
+// All children of this process: they end with it, when the last handle of the job is closed. Null when that cannot be.
+HANDLE GetJob() {
+    static const HANDLE job = [] {
+        const HANDLE made = CreateJobObjectW(nullptr, nullptr);
+        JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+        limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+        if (made) SetInformationJobObject(made, JobObjectExtendedLimitInformation, &limits, sizeof(limits));
+        return made;
+    }();
+    return job;
+}
+
 std::string DescribeEnd(DWORD code) {
     constexpr DWORD kFirstException = 0xC0000000;
     if (code == 0) return "";
@@ -68,6 +80,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) : state_(s
     if (nowhere != INVALID_HANDLE_VALUE) CloseHandle(nowhere);
     if (!started)
         throw OperationError("'" + ToUtf8(program) + "' cannot be started for a check: error " + std::to_string(error));
+    if (const HANDLE job = GetJob()) AssignProcessToJobObject(job, made.hProcess);
     CloseHandle(made.hThread);
     state_->process = made.hProcess;
 }

@@ -123,13 +123,12 @@ void RunVerify(HostContext& context, const VerifyOptions& options) {
     if (options.gpdLike && options.product.empty())
         throw InputError("--gpd-like takes the core driver's documents from a product; name it with --product");
     ReadCount("--seed", options.seed);
+    const std::filesystem::path keep =
+        options.keep.empty() ? MakeTemporaryFolder("mvpthost-verified-") : PathFromUtf8(options.keep);
     std::vector<VerifiedPrinter> printers;
     const std::vector<Check> checks = ChooseChecks(options.only);
     bool failed = false;
     for (const VerifyOptions& subject : ListSubjects(options)) {
-        const std::filesystem::path keep = options.keep.empty()
-                                               ? std::filesystem::temp_directory_path() / "mvpthost-verify"
-                                               : PathFromUtf8(options.keep);
         const CheckRun run{MakeChildArguments(context, subject), checks, ReadCount("--time", options.seconds), keep,
                            NameOf(subject)};
         printers.push_back({run.subject, RunChecks(run, [&](const CheckReport& report) {
@@ -139,6 +138,7 @@ void RunVerify(HostContext& context, const VerifyOptions& options) {
                             })});
         if (!options.json) PrintCounts(printers.back(), context.out);
     }
+    if (std::error_code inUse; options.keep.empty()) std::filesystem::remove(keep, inUse);  // when nothing is in it
     if (options.json) context.out << FormatAsJson(printers) << '\n';
     if (!options.junit.empty()) WriteWholeFile(PathFromUtf8(options.junit), FormatAsJunit(printers));
     if (failed) context.exitStatus = kExitFailed;
