@@ -117,20 +117,38 @@ std::string NameOf(const VerifyOptions& subject) {
     return subject.printer.empty() ? PathToUtf8(PathFromUtf8(subject.product).stem()) : subject.printer;
 }
 
+// The folder for inputs: the user's, or a new one that goes again when nothing is kept in it.
+class KeepFolder {
+public:
+    explicit KeepFolder(const std::string& named)
+        : isOwn_(named.empty()), path_(isOwn_ ? MakeTemporaryFolder("mvpthost-verified-") : PathFromUtf8(named)) {}
+    ~KeepFolder() {
+        std::error_code inUse;
+        if (isOwn_) std::filesystem::remove(path_, inUse);
+    }
+    KeepFolder(const KeepFolder&) = delete;
+    KeepFolder& operator=(const KeepFolder&) = delete;
+
+    const std::filesystem::path& GetPath() const noexcept { return path_; }
+
+private:
+    bool isOwn_;
+    std::filesystem::path path_;
+};
+
 void RunVerify(HostContext& context, const VerifyOptions& options) {
     if (options.list) return ListAll(context.out);
     if (!options.child.empty()) return RunChild(context, options);
     if (options.gpdLike && options.product.empty())
         throw InputError("--gpd-like takes the core driver's documents from a product; name it with --product");
     ReadCount("--seed", options.seed);
-    const std::filesystem::path keep =
-        options.keep.empty() ? MakeTemporaryFolder("mvpthost-verified-") : PathFromUtf8(options.keep);
+    const KeepFolder keep(options.keep);
     std::vector<VerifiedPrinter> printers;
     const std::vector<Check> checks = ChooseChecks(options.only);
     bool failed = false;
     for (const VerifyOptions& subject : ListSubjects(options)) {
-        const CheckRun run{MakeChildArguments(context, subject), checks, ReadCount("--time", options.seconds), keep,
-                           NameOf(subject)};
+        const CheckRun run{MakeChildArguments(context, subject), checks, ReadCount("--time", options.seconds),
+                           keep.GetPath(), NameOf(subject)};
         printers.push_back({run.subject, RunChecks(run, [&](const CheckReport& report) {
                                 failed |= report.outcome == CheckOutcome::Failed;
                                 if (!options.json) PrintReport(report, context.out);
@@ -138,7 +156,6 @@ void RunVerify(HostContext& context, const VerifyOptions& options) {
                             })});
         if (!options.json) PrintCounts(printers.back(), context.out);
     }
-    if (std::error_code inUse; options.keep.empty()) std::filesystem::remove(keep, inUse);  // when nothing is in it
     if (options.json) context.out << FormatAsJson(printers) << '\n';
     if (!options.junit.empty()) WriteWholeFile(PathFromUtf8(options.junit), FormatAsJunit(printers));
     if (failed) context.exitStatus = kExitFailed;
