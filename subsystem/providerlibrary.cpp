@@ -19,12 +19,6 @@ Function FindExport(HMODULE module, const char* name) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 
-std::filesystem::path FindOwnPlugin() {
-    const std::filesystem::path folder = GetProgramFolder(), beside = folder / kOwnPlugin;
-    std::error_code error;
-    return std::filesystem::exists(beside, error) ? beside : folder.parent_path() / "driver" / kOwnPlugin;
-}
-
 }  // namespace
 
 ProviderLibrary::ProviderLibrary(const std::filesystem::path& file) : file_(file) {
@@ -68,6 +62,12 @@ ComPtr<IPrintOemPrintTicketProvider> ProviderLibrary::MakeProvider() const {
     if (FAILED(result)) throw OperationError("CreateInstance", result);
     if (!provider) throw OperationError("CreateInstance succeeded and handed out no provider");
     return provider;
+}
+
+std::filesystem::path FindOwnPlugin() {
+    const std::filesystem::path folder = GetProgramFolder(), beside = folder / kOwnPlugin;
+    std::error_code error;
+    return std::filesystem::exists(beside, error) ? beside : folder.parent_path() / "driver" / kOwnPlugin;
 }
 
 ProviderSource GetOwnProvider() {

@@ -34,11 +34,12 @@ private:
 // The provider to work with, and what stands before it.
 struct ProviderSource {
     std::shared_ptr<const ProviderLibrary> library;  // never null
-    // Whose documents the core driver writes; null: the printer's own product. With it the DEVMODEs have no private block
-    // of this driver family: the provider knows nothing of it.
+    // Whose documents the core driver writes; null: the printer's own product. With it the DEVMODEs have no private
+    // block of this driver family: the provider knows nothing of it.
     std::shared_ptr<const ProductDescription> coreProduct = nullptr;
 };
 
-// This driver family's plug-in, beside the program or in the folder "driver" beside its own; loaded once and kept for the
-// life of the process. Throws InputError when it is not there.
+// The file of this driver family's plug-in, beside the program or in the folder "driver" beside its own.
+std::filesystem::path FindOwnPlugin();
+// It, loaded once and kept for the life of the process. Throws InputError when it is not there.
 ProviderSource GetOwnProvider();

@@ -1,5 +1,5 @@
-// A check of a PrintTicket provider: a name, a sentence and a function. Each lies in a file of its own below checks/ and
-// registers itself there.
+// A check of a PrintTicket provider: a name, a sentence and a function. Each lies in a file of its own below checks/
+// and registers itself there.
 #pragma once
 
 #include <vector>
@@ -24,7 +24,7 @@ struct Check {
 // A static object of a check's file: adds the check to those that there are.
 class CheckRegistration {
 public:
-    explicit CheckRegistration(const Check& check);
+    CheckRegistration(const Check& check);  // also of a list of checks
 };
 
 // By group, and within a group by name.

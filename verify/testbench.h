@@ -50,6 +50,12 @@ public:
 
     const ProviderLibrary& GetLibrary() const noexcept { return *source_.library; }
     const ProviderSource& GetSource() const noexcept { return source_; }
+    // The bench has no library from here on; without objects of it, it is unloaded. Returns its file.
+    std::filesystem::path DropLibrary() {
+        std::filesystem::path file = source_.library->GetFile();
+        source_.library.reset();
+        return file;
+    }
     const CXString& GetPrinterName() const noexcept { return printer_; }
     // Opens the printer and binds a new provider to it. Throws OperationError where that is refused.
     std::unique_ptr<PrintSession> OpenSession() const;

@@ -57,9 +57,8 @@ void ListAll(std::ostream& out) {
 }
 
 ProviderSource MakeSource(const VerifyOptions& options) {
-    ProviderSource source = options.provider.empty()
-                                ? GetOwnProvider()
-                                : ProviderSource{std::make_shared<ProviderLibrary>(PathFromUtf8(options.provider))};
+    ProviderSource source{
+        std::make_shared<ProviderLibrary>(options.provider.empty() ? FindOwnPlugin() : PathFromUtf8(options.provider))};
     if (options.gpdLike) source.coreProduct = LoadProduct(FindProductFile(options.product));
     return source;
 }

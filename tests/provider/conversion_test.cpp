@@ -1,61 +1,11 @@
 // The five operations as a whole: arguments, documents of any shape, several printers and threads.
 #include "boundprovider.h"
 
-#include <support/guardedmemory.h>
-
-#include <cstring>
 #include <thread>
 
 namespace {
 
 using Conversion = ProviderTest;
-
-TEST_F(Conversion, RefusesADevmodeThatIsNotWhole) {
-    TestDevmode devmode = MakeTestDevmode();
-    const ULONG whole = BoundProvider::BytesOf(devmode);
-    const struct {
-        const char* what;
-        ULONG bytes;
-        WORD publicBytes;
-        HRESULT expected;
-    } cases[] = {{"no bytes", 0, 220, E_INVALIDARG},
-                 {"ends before its public fields", 195, 220, E_INVALIDARG},
-                 {"claims one byte more than there is", whole - 1, 220, E_INVALIDARG},
-                 {"public part too short to be read", whole, 195, E_INVALIDARG},
-                 {"bytes behind the DEVMODE", whole, 196, S_OK},
-                 {"whole", whole, 220, S_OK}};
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.what);
-        devmode.Get()->dmSize = test.publicBytes;
-        const auto ticket = LoadUsual("PrintTicket", "");
-        EXPECT_EQ(office->ConvertDevModeToPrintTicket(test.bytes, devmode.Get(), 0, nullptr, ticket.Get()),
-                  test.expected);
-        EXPECT_EQ(ContentOf(ticket).empty(), FAILED(test.expected));
-        EXPECT_EQ(office->ConvertPrintTicketToDevMode(ticket.Get(), test.bytes, devmode.Get(), 0, nullptr),
-                  test.expected);
-    }
-    const auto ticket = LoadUsual("PrintTicket", "");
-    EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, nullptr, 0, nullptr, ticket.Get()), E_INVALIDARG);
-    EXPECT_EQ(office->ConvertDevModeToPrintTicket(whole, devmode.Get(), 0, nullptr, nullptr), E_INVALIDARG);
-    EXPECT_EQ(office->ConvertPrintTicketToDevMode(nullptr, whole, devmode.Get(), 0, nullptr), E_INVALIDARG);
-}
-
-// Nothing behind the DEVMODE is touched: every byte after it is unreadable.
-TEST_F(Conversion, StaysInsideTheDevmode) {
-    TestDevmode whole = MakeTestDevmode(2);
-    for (const std::size_t bytes :
-         {std::size_t{196}, sizeof(DEVMODEW), sizeof(DEVMODEW) + 120, std::size_t{BoundProvider::BytesOf(whole)}}) {
-        SCOPED_TRACE(bytes);
-        auto* const devmode = reinterpret_cast<DEVMODEW*>(GetEndOfGuardedMemory() - bytes);
-        std::memcpy(devmode, whole.Get(), bytes);
-        devmode->dmSize = static_cast<WORD>(std::min(bytes, sizeof(DEVMODEW)));
-        devmode->dmDriverExtra = static_cast<WORD>(bytes - devmode->dmSize);
-        const auto ticket = LoadUsual("PrintTicket", "");
-        const ULONG size = static_cast<ULONG>(bytes);
-        EXPECT_EQ(press->ConvertDevModeToPrintTicket(size, devmode, 0, nullptr, ticket.Get()), S_OK);
-        EXPECT_EQ(press->ConvertPrintTicketToDevMode(ticket.Get(), size, devmode, 0, nullptr), S_OK);
-    }
-}
 
 TEST_F(Conversion, OfADocumentOfAnotherKindIsOneReportAndNoChange) {
     for (const char* const text : {"<PrintTicket xmlns='{psf}' version='1'/>",

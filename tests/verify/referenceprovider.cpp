@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -20,6 +21,18 @@ std::vector<Fault>& GetFaults() {
     static std::vector<Fault> faults;
     return faults;
 }
+
+bool IsFault(const char* name) {
+    const char* const chosen = std::getenv("MV_FAULT");
+    return chosen && std::string(chosen) == name;
+}
+
+// Whether the library was in this process before; a variable of the environment outlives it.
+bool wasLoaded = [] {
+    const bool was = std::getenv("MV_LOADED") != nullptr;
+    if (IsFault(kLoadsOnce) && !was) putenv(strdup("MV_LOADED=1"));
+    return was;
+}();
 
 // The reference itself when the environment names no fault; null when it names one that there is not.
 ReferenceProvider* MakeChosen() {
@@ -57,7 +70,7 @@ public:
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (!object) return E_POINTER;
         *object = nullptr;
-        if (outer) return CLASS_E_NOAGGREGATION;
+        if (outer && !IsFault(kAggregates)) return CLASS_E_NOAGGREGATION;
         ReferenceProvider* const provider = MakeChosen();
         if (!provider) return E_FAIL;
         const HRESULT result = provider->QueryInterface(iid, object);
@@ -155,6 +168,7 @@ extern "C" {
 __declspec(dllexport) HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
     if (!object) return E_POINTER;
     *object = nullptr;
+    if (wasLoaded) return E_UNEXPECTED;
     if (!IsEqualCLSID(classId, CLSID_OEMPTPROVIDER)) return CLASS_E_CLASSNOTAVAILABLE;
     return factory.QueryInterface(iid, object);
 }

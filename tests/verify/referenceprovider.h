@@ -48,6 +48,10 @@ public:
     FaultRegistration(const char* fault, const char* check, Maker make);
 };
 
+// Faults of the library itself.
+inline constexpr const char* kAggregates = "takes an outer object";
+inline constexpr const char* kLoadsOnce = "loads once in a process";
+
 // For a class that derives from ReferenceProvider.
 template <class Faulty>
 FaultRegistration::Maker MakeFaulty() {

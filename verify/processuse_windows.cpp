@@ -1,5 +1,5 @@
 // From the process's heaps, and by asking for each handle that there can be.
-#include <support/processuse.h>
+#include "processuse.h"
 
 #include <windows.h>
 

@@ -1,5 +1,5 @@
 // Guarded memory from VirtualAlloc.
-#include <support/guardedmemory.h>
+#include "guardedmemory.h"
 
 #include <windows.h>
 

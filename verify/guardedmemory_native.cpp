@@ -1,5 +1,5 @@
 // Guarded memory from mmap.
-#include <support/guardedmemory.h>
+#include "guardedmemory.h"
 
 #include <sys/mman.h>
 

@@ -1,5 +1,5 @@
 // From the allocator and the list of open files.
-#include <support/processuse.h>
+#include "processuse.h"
 
 #include <malloc.h>
 

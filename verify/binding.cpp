@@ -1,0 +1,24 @@
+// Binding a provider by hand.
+#include "binding.h"
+
+#include <objbase.h>
+
+BindAnswer BindProvider(IPrintOemPrintTicketProvider& provider, HANDLE printer, INT version) {
+    BindAnswer answer;
+    BSTR* namespaces = nullptr;
+    answer.options = static_cast<OEMPTOPTS>(-1);
+    answer.result = provider.BindPrinter(printer, version, &answer.options, &answer.count, &namespaces);
+    answer.hasArray = namespaces != nullptr;
+    for (INT index = 0; SUCCEEDED(answer.result) && namespaces && index < answer.count; ++index) {
+        const BSTR text = namespaces[index];
+        answer.namespaces.emplace_back(text ? WideString(text, SysStringLen(text)) : WideString());
+        SysFreeString(text);
+    }
+    CoTaskMemFree(namespaces);
+    return answer;
+}
+
+ULONG CountReferences(IUnknown* object) {
+    object->AddRef();
+    return object->Release();
+}
