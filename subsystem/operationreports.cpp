@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr std::size_t kMostReports = 50;  // that are kept word for word
+
 std::string DescribeReport(const ExceptionReport& report) {
     std::string text = report.methodName.ToUtf8() + " (" + report.sourceFile.ToUtf8() + ", line " +
                        std::to_string(report.line) + ") caught ";
@@ -22,7 +24,7 @@ OperationReports::OperationReports()
     : previous_(MorvaneException::SetReportHook([this](const ExceptionReport& report) {
           try {
               const std::lock_guard lock(mutex_);
-              reports_.push_back(report);
+              if (++count_ <= kMostReports) reports_.push_back(report);
           } catch (const std::exception&) {
               // A report that there is no memory for is lost; the failure itself is reported by the HRESULT.
           }
@@ -34,6 +36,7 @@ std::vector<std::string> OperationReports::Describe() const {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> lines;
     for (const ExceptionReport& report : reports_) lines.push_back(DescribeReport(report));
+    if (count_ > reports_.size()) lines.push_back("and " + std::to_string(count_ - reports_.size()) + " more");
     return lines;
 }
 

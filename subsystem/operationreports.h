@@ -15,12 +15,13 @@ public:
     OperationReports(const OperationReports&) = delete;
     OperationReports& operator=(const OperationReports&) = delete;
 
-    // One line each, UTF-8, without line ends.
+    // One line each, UTF-8, without line ends; of very many the first, and a line that counts the others.
     std::vector<std::string> Describe() const;
 
 private:
     mutable std::mutex mutex_;
     std::vector<ExceptionReport> reports_;
+    std::size_t count_ = 0;  // of all
     MorvaneException::ReportHook previous_;
 };
 

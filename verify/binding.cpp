@@ -19,6 +19,7 @@ BindAnswer BindProvider(IPrintOemPrintTicketProvider& provider, HANDLE printer, 
 }
 
 ULONG CountReferences(IUnknown* object) {
+    if (!object) return 0;
     object->AddRef();
     return object->Release();
 }

@@ -17,5 +17,5 @@ struct BindAnswer {
 
 BindAnswer BindProvider(IPrintOemPrintTicketProvider& provider, HANDLE printer, INT version = 1);
 
-// The references that the object has now.
+// The references that the object has now; 0 for null.
 ULONG CountReferences(IUnknown* object);
