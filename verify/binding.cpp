@@ -3,11 +3,15 @@
 
 #include <objbase.h>
 
-BindAnswer BindProvider(IPrintOemPrintTicketProvider& provider, HANDLE printer, INT version) {
+BindAnswer BindProvider(IPrintOemPrintTicketProvider& provider, HANDLE printer, INT version,
+                        const CallSurroundings& surroundings) {
     BindAnswer answer;
     BSTR* namespaces = nullptr;
     answer.options = static_cast<OEMPTOPTS>(-1);
-    answer.result = provider.BindPrinter(printer, version, &answer.options, &answer.count, &namespaces);
+    const std::function<HRESULT()> bind = [&] {
+        return provider.BindPrinter(printer, version, &answer.options, &answer.count, &namespaces);
+    };
+    answer.result = surroundings ? surroundings(bind) : bind();
     answer.hasArray = namespaces != nullptr;
     for (INT index = 0; SUCCEEDED(answer.result) && namespaces && index < answer.count; ++index) {
         const BSTR text = namespaces[index];

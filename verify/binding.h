@@ -4,6 +4,7 @@
 #include <printsubsystem/printticketprovider.h>
 #include <widetext.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,11 @@ struct BindAnswer {
     std::vector<WideString> namespaces;  // of a success; an empty text for a null or empty one
 };
 
-BindAnswer BindProvider(IPrintOemPrintTicketProvider& provider, HANDLE printer, INT version = 1);
+// Runs a call of a provider, and nothing else.
+using CallSurroundings = std::function<HRESULT(const std::function<HRESULT()>& call)>;
+
+BindAnswer BindProvider(IPrintOemPrintTicketProvider& provider, HANDLE printer, INT version = 1,
+                        const CallSurroundings& surroundings = {});
 
 // The references that the object has now; 0 for null.
 ULONG CountReferences(IUnknown* object);

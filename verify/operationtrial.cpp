@@ -90,7 +90,7 @@ HRESULT OperationTrial::CallProvider(IXMLDOMDocument2* document, DevmodeBuffer& 
 }
 
 OperationTrial::Result OperationTrial::Run(IXMLDOMDocument2* document, IXMLDOMDocument2* seen,
-                                           const Surroundings& surroundings) const {
+                                           const CallSurroundings& surroundings) const {
     const std::string name = GetCall();
     DevmodeBuffer devmode = devmode_;
     const Document capabilities = capabilities_.empty() ? nullptr : Read(capabilities_);
@@ -116,7 +116,7 @@ OperationTrial::Result OperationTrial::Run(IXMLDOMDocument2* document, IXMLDOMDo
 }
 
 HRESULT OperationTrial::Call(IXMLDOMDocument2* document, IXMLDOMDocument2* standIn,
-                             const Surroundings& surroundings) const {
+                             const CallSurroundings& surroundings) const {
     const Result result = Run(document, standIn ? standIn : document, surroundings);
     const std::string_view before = devmode_.GetBytesView(), after = result.devmode;
     constexpr std::size_t sizes = offsetof(DEVMODEW, dmSize), end = offsetof(DEVMODEW, dmFields);

@@ -19,8 +19,6 @@ std::span<const OperationKind> ListOperationKinds();
 class OperationTrial {
 public:
     using Document = TestBench::Document;
-    // Runs the call of the provider, and nothing else of the trial.
-    using Surroundings = std::function<HRESULT(const std::function<HRESULT()>& call)>;
 
     // The operation's own document and DEVMODE are made here, and the result that they lead to.
     OperationTrial(TestBench& bench, const PrintSession& session, OperationKind kind);
@@ -34,7 +32,7 @@ public:
     // the reference count of the document is another than before, when the sizes of the DEVMODE are others, or when the
     // document is none any more or has another root.
     HRESULT Call(IXMLDOMDocument2* document, IXMLDOMDocument2* standIn = nullptr,
-                 const Surroundings& surroundings = {}) const;
+                 const CallSurroundings& surroundings = {}) const;
     // Calls it with its own document. Throws CheckFailure when the result is not the one that it was at first.
     void RequireAsEver() const;
 
@@ -47,7 +45,7 @@ private:
     };
 
     HRESULT CallProvider(IXMLDOMDocument2* document, DevmodeBuffer& devmode, IXMLDOMDocument2* capabilities) const;
-    Result Run(IXMLDOMDocument2* document, IXMLDOMDocument2* seen, const Surroundings& surroundings) const;
+    Result Run(IXMLDOMDocument2* document, IXMLDOMDocument2* seen, const CallSurroundings& surroundings) const;
 
     TestBench& bench_;
     const PrintSession& session_;

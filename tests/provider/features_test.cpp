@@ -1,7 +1,7 @@
 // Colour management and copies, in both directions and in the capabilities, with the other declared parameters.
 #include "boundprovider.h"
 
-#include <support/failingdom.h>
+#include <verify/failingdom.h>
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include <msxml2.h>
 #include <mvutil/cxstring.h>
 
+#include <stdexcept>
+
 // Counts the calls on a document and on everything that it hands out.
 struct DomCallPlan {
     long calls = 0;
@@ -14,6 +16,12 @@ struct DomCallPlan {
 
     WideString texts;  // all that was put into the document
 
+    bool throws = false;  // and returns nothing
+
+    HRESULT Fail() const {
+        if (throws) throw std::runtime_error("the DOM fails");
+        return failure;
+    }
     bool Fails() { return ++calls == failAt; }
 };
 

@@ -1,5 +1,5 @@
 // The failing document: one proxy class a DOM interface, all over one base that counts the calls.
-#include "support/failingdom.h"
+#include "failingdom.h"
 
 #include <bstr.h>
 
@@ -24,7 +24,8 @@ Variant InnerReference(VARIANT reference) {
     return Variant(Inner(static_cast<IXMLDOMNode*>(reference.pdispVal)).Get());
 }
 
-// A method that goes through the plan, one that hands out an object at that, and one that the component never calls.
+// A method that goes through the plan, one that hands out an object behind a proxy at that, and one that there is not.
+// Objects that are no elements, lists or maps of their own are handed out as they are.
 #define PASSES(name, parameters, arguments)                                 \
     HRESULT STDMETHODCALLTYPE name parameters override {                    \
         return this->Forward([&] { return this->inner_->name arguments; }); \
@@ -78,12 +79,12 @@ public:
 protected:
     template <class Call>
     HRESULT Forward(Call call) {
-        return plan_->Fails() ? plan_->failure : call();
+        return plan_->Fails() ? plan_->Fail() : call();
     }
     // Hands out what the real DOM gives, behind a proxy of its own.
     template <class Out, class Call>
     HRESULT Hand(Out** object, Call call) {
-        if (plan_->Fails()) return plan_->failure;
+        if (plan_->Fails()) return plan_->Fail();
         if (!object) return call(static_cast<Out**>(nullptr));
         ComPtr<Out> inner;
         const HRESULT hr = call(inner.Put());
@@ -112,45 +113,45 @@ public:
     PASSES(get_nodeName, (BSTR* a), (a));
     PASSES(get_nodeValue, (VARIANT* a), (a));
     HRESULT STDMETHODCALLTYPE put_nodeValue(VARIANT a) override {
-        this->plan_->texts += a.bstrVal;
+        if (a.vt == VT_BSTR && a.bstrVal) this->plan_->texts += a.bstrVal;
         return this->Forward([&] { return this->inner_->put_nodeValue(a); });
     }
     PASSES(get_nodeType, (DOMNodeType* a), (a));
     HANDS(get_parentNode, (IXMLDOMNode** a), a, (out));
-    REFUSES(get_childNodes, (IXMLDOMNodeList**));
+    HANDS(get_childNodes, (IXMLDOMNodeList** a), a, (out));
     HANDS(get_firstChild, (IXMLDOMNode** a), a, (out));
-    REFUSES(get_lastChild, (IXMLDOMNode**));
-    REFUSES(get_previousSibling, (IXMLDOMNode**));
+    HANDS(get_lastChild, (IXMLDOMNode** a), a, (out));
+    HANDS(get_previousSibling, (IXMLDOMNode** a), a, (out));
     HANDS(get_nextSibling, (IXMLDOMNode** a), a, (out));
     HANDS(get_attributes, (IXMLDOMNamedNodeMap** a), a, (out));
     HANDS(insertBefore, (IXMLDOMNode* a, VARIANT b, IXMLDOMNode** c), c, (Inner(a).Get(), InnerReference(b).Get(), out));
-    REFUSES(replaceChild, (IXMLDOMNode*, IXMLDOMNode*, IXMLDOMNode**));
+    HANDS(replaceChild, (IXMLDOMNode* a, IXMLDOMNode* b, IXMLDOMNode** c), c, (Inner(a).Get(), Inner(b).Get(), out));
     HANDS(removeChild, (IXMLDOMNode* a, IXMLDOMNode** b), b, (Inner(a).Get(), out));
     HANDS(appendChild, (IXMLDOMNode* a, IXMLDOMNode** b), b, (Inner(a).Get(), out));
-    REFUSES(hasChildNodes, (VARIANT_BOOL*));
-    REFUSES(get_ownerDocument, (IXMLDOMDocument**));
-    REFUSES(cloneNode, (VARIANT_BOOL, IXMLDOMNode**));
-    REFUSES(get_nodeTypeString, (BSTR*));
+    PASSES(hasChildNodes, (VARIANT_BOOL* a), (a));
+    PASSES(get_ownerDocument, (IXMLDOMDocument** a), (a));
+    HANDS(cloneNode, (VARIANT_BOOL a, IXMLDOMNode** b), b, (a, out));
+    PASSES(get_nodeTypeString, (BSTR* a), (a));
     PASSES(get_text, (BSTR* a), (a));
     HRESULT STDMETHODCALLTYPE put_text(BSTR a) override {
-        this->plan_->texts += a;
+        if (a) this->plan_->texts += a;
         return this->Forward([&] { return this->inner_->put_text(a); });
     }
-    REFUSES(get_specified, (VARIANT_BOOL*));
-    REFUSES(get_definition, (IXMLDOMNode**));
+    PASSES(get_specified, (VARIANT_BOOL* a), (a));
+    HANDS(get_definition, (IXMLDOMNode** a), a, (out));
     PASSES(get_nodeTypedValue, (VARIANT* a), (a));
-    REFUSES(put_nodeTypedValue, (VARIANT));
-    REFUSES(get_dataType, (VARIANT*));
-    REFUSES(put_dataType, (BSTR));
-    REFUSES(get_xml, (BSTR*));
-    REFUSES(transformNode, (IXMLDOMNode*, BSTR*));
+    PASSES(put_nodeTypedValue, (VARIANT a), (a));
+    PASSES(get_dataType, (VARIANT* a), (a));
+    PASSES(put_dataType, (BSTR a), (a));
+    PASSES(get_xml, (BSTR* a), (a));
+    PASSES(transformNode, (IXMLDOMNode* a, BSTR* b), (Inner(a).Get(), b));
     SEARCHES(selectNodes, (BSTR query, IXMLDOMNodeList** found));
     SEARCHES(selectSingleNode, (BSTR query, IXMLDOMNode** found));
-    REFUSES(get_parsed, (VARIANT_BOOL*));
-    REFUSES(get_namespaceURI, (BSTR*));
-    REFUSES(get_prefix, (BSTR*));
-    REFUSES(get_baseName, (BSTR*));
-    REFUSES(transformNodeToObject, (IXMLDOMNode*, VARIANT));
+    PASSES(get_parsed, (VARIANT_BOOL* a), (a));
+    PASSES(get_namespaceURI, (BSTR* a), (a));
+    PASSES(get_prefix, (BSTR* a), (a));
+    PASSES(get_baseName, (BSTR* a), (a));
+    PASSES(transformNodeToObject, (IXMLDOMNode* a, VARIANT b), (Inner(a).Get(), b));
 };
 
 using PlainNodeProxy = NodeProxy<IXMLDOMNode, IID_IXMLDOMNode>;
@@ -158,59 +159,59 @@ using PlainNodeProxy = NodeProxy<IXMLDOMNode, IID_IXMLDOMNode>;
 class ElementProxy final : public NodeProxy<IXMLDOMElement, IID_IXMLDOMElement> {
 public:
     using NodeProxy::NodeProxy;
-    REFUSES(get_tagName, (BSTR*));
-    REFUSES(getAttribute, (BSTR, VARIANT*));
-    REFUSES(setAttribute, (BSTR, VARIANT));
-    REFUSES(removeAttribute, (BSTR));
-    REFUSES(getAttributeNode, (BSTR, IXMLDOMAttribute**));
+    PASSES(get_tagName, (BSTR* a), (a));
+    PASSES(getAttribute, (BSTR a, VARIANT* b), (a, b));
+    PASSES(setAttribute, (BSTR a, VARIANT b), (a, b));
+    PASSES(removeAttribute, (BSTR a), (a));
+    PASSES(getAttributeNode, (BSTR a, IXMLDOMAttribute** b), (a, b));
     PASSES(setAttributeNode, (IXMLDOMAttribute* a, IXMLDOMAttribute** b), (a, b));
-    REFUSES(removeAttributeNode, (IXMLDOMAttribute*, IXMLDOMAttribute**));
-    REFUSES(getElementsByTagName, (BSTR, IXMLDOMNodeList**));
-    REFUSES(normalize, ());
+    PASSES(removeAttributeNode, (IXMLDOMAttribute* a, IXMLDOMAttribute** b), (a, b));
+    HANDS(getElementsByTagName, (BSTR a, IXMLDOMNodeList** b), b, (a, out));
+    PASSES(normalize, (), ());
 };
 
 class DocumentProxy final : public NodeProxy<IXMLDOMDocument2, IID_IXMLDOMDocument2> {
 public:
     using NodeProxy::NodeProxy;
-    REFUSES(get_doctype, (IXMLDOMDocumentType**));
-    REFUSES(get_implementation, (IXMLDOMImplementation**));
-    REFUSES(get_documentElement, (IXMLDOMElement**));
-    REFUSES(putref_documentElement, (IXMLDOMElement*));
-    REFUSES(createElement, (BSTR, IXMLDOMElement**));
-    REFUSES(createDocumentFragment, (IXMLDOMDocumentFragment**));
-    REFUSES(createTextNode, (BSTR, IXMLDOMText**));
-    REFUSES(createComment, (BSTR, IXMLDOMComment**));
-    REFUSES(createCDATASection, (BSTR, IXMLDOMCDATASection**));
-    REFUSES(createProcessingInstruction, (BSTR, BSTR, IXMLDOMProcessingInstruction**));
-    REFUSES(createAttribute, (BSTR, IXMLDOMAttribute**));
-    REFUSES(createEntityReference, (BSTR, IXMLDOMEntityReference**));
-    REFUSES(getElementsByTagName, (BSTR, IXMLDOMNodeList**));
+    PASSES(get_doctype, (IXMLDOMDocumentType** a), (a));
+    PASSES(get_implementation, (IXMLDOMImplementation** a), (a));
+    HANDS(get_documentElement, (IXMLDOMElement** a), a, (out));
+    PASSES(putref_documentElement, (IXMLDOMElement* a), (Inner(a).Get()));
+    HANDS(createElement, (BSTR a, IXMLDOMElement** b), b, (a, out));
+    PASSES(createDocumentFragment, (IXMLDOMDocumentFragment** a), (a));
+    PASSES(createTextNode, (BSTR a, IXMLDOMText** b), (a, b));
+    PASSES(createComment, (BSTR a, IXMLDOMComment** b), (a, b));
+    PASSES(createCDATASection, (BSTR a, IXMLDOMCDATASection** b), (a, b));
+    PASSES(createProcessingInstruction, (BSTR a, BSTR b, IXMLDOMProcessingInstruction** c), (a, b, c));
+    PASSES(createAttribute, (BSTR a, IXMLDOMAttribute** b), (a, b));
+    PASSES(createEntityReference, (BSTR a, IXMLDOMEntityReference** b), (a, b));
+    HANDS(getElementsByTagName, (BSTR a, IXMLDOMNodeList** b), b, (a, out));
     HANDS(createNode, (VARIANT a, BSTR b, BSTR c, IXMLDOMNode** d), d, (a, b, c, out));
-    REFUSES(nodeFromID, (BSTR, IXMLDOMNode**));
-    REFUSES(load, (VARIANT, VARIANT_BOOL*));
-    REFUSES(get_readyState, (LONG*));
-    REFUSES(get_parseError, (IXMLDOMParseError**));
-    REFUSES(get_url, (BSTR*));
-    REFUSES(get_async, (VARIANT_BOOL*));
-    REFUSES(put_async, (VARIANT_BOOL));
-    REFUSES(abort, ());
-    REFUSES(loadXML, (BSTR, VARIANT_BOOL*));
-    REFUSES(save, (VARIANT));
-    REFUSES(get_validateOnParse, (VARIANT_BOOL*));
-    REFUSES(put_validateOnParse, (VARIANT_BOOL));
-    REFUSES(get_resolveExternals, (VARIANT_BOOL*));
-    REFUSES(put_resolveExternals, (VARIANT_BOOL));
-    REFUSES(get_preserveWhiteSpace, (VARIANT_BOOL*));
-    REFUSES(put_preserveWhiteSpace, (VARIANT_BOOL));
+    HANDS(nodeFromID, (BSTR a, IXMLDOMNode** b), b, (a, out));
+    PASSES(load, (VARIANT a, VARIANT_BOOL* b), (a, b));
+    PASSES(get_readyState, (LONG* a), (a));
+    PASSES(get_parseError, (IXMLDOMParseError** a), (a));
+    PASSES(get_url, (BSTR* a), (a));
+    PASSES(get_async, (VARIANT_BOOL* a), (a));
+    PASSES(put_async, (VARIANT_BOOL a), (a));
+    PASSES(abort, (), ());
+    PASSES(loadXML, (BSTR a, VARIANT_BOOL* b), (a, b));
+    PASSES(save, (VARIANT a), (a));
+    PASSES(get_validateOnParse, (VARIANT_BOOL* a), (a));
+    PASSES(put_validateOnParse, (VARIANT_BOOL a), (a));
+    PASSES(get_resolveExternals, (VARIANT_BOOL* a), (a));
+    PASSES(put_resolveExternals, (VARIANT_BOOL a), (a));
+    PASSES(get_preserveWhiteSpace, (VARIANT_BOOL* a), (a));
+    PASSES(put_preserveWhiteSpace, (VARIANT_BOOL a), (a));
     REFUSES(put_onreadystatechange, (VARIANT));
     REFUSES(put_ondataavailable, (VARIANT));
     REFUSES(put_ontransformnode, (VARIANT));
-    REFUSES(get_namespaces, (IXMLDOMSchemaCollection**));
-    REFUSES(get_schemas, (VARIANT*));
-    REFUSES(putref_schemas, (VARIANT));
-    REFUSES(validate, (IXMLDOMParseError**));
+    PASSES(get_namespaces, (IXMLDOMSchemaCollection** a), (a));
+    PASSES(get_schemas, (VARIANT* a), (a));
+    PASSES(putref_schemas, (VARIANT a), (a));
+    PASSES(validate, (IXMLDOMParseError** a), (a));
     PASSES(setProperty, (BSTR a, VARIANT b), (a, b));
-    REFUSES(getProperty, (BSTR, VARIANT*));
+    PASSES(getProperty, (BSTR a, VARIANT* b), (a, b));
 };
 
 class ListProxy final : public Proxy<IXMLDOMNodeList, IID_IXMLDOMNodeList> {
@@ -227,12 +228,12 @@ class MapProxy final : public Proxy<IXMLDOMNamedNodeMap, IID_IXMLDOMNamedNodeMap
 public:
     using Proxy::Proxy;
     HANDS(getNamedItem, (BSTR a, IXMLDOMNode** b), b, (a, out));
-    REFUSES(setNamedItem, (IXMLDOMNode*, IXMLDOMNode**));
+    HANDS(setNamedItem, (IXMLDOMNode* a, IXMLDOMNode** b), b, (Inner(a).Get(), out));
     HANDS(removeNamedItem, (BSTR a, IXMLDOMNode** b), b, (a, out));
     HANDS(get_item, (LONG a, IXMLDOMNode** b), b, (a, out));
     PASSES(get_length, (LONG* a), (a));
-    REFUSES(getQualifiedItem, (BSTR, BSTR, IXMLDOMNode**));
-    REFUSES(removeQualifiedItem, (BSTR, BSTR, IXMLDOMNode**));
+    HANDS(getQualifiedItem, (BSTR a, BSTR b, IXMLDOMNode** c), c, (a, b, out));
+    HANDS(removeQualifiedItem, (BSTR a, BSTR b, IXMLDOMNode** c), c, (a, b, out));
     HANDS(nextNode, (IXMLDOMNode** a), a, (out));
     PASSES(reset, (), ());
     REFUSES(get__newEnum, (IUnknown**));
