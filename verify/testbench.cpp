@@ -11,12 +11,9 @@
 TestBench::TestBench(ProviderSource source, const CXString& printer, const BenchOptions& options, StepNote& note)
     : source_(std::move(source)), printer_(printer), options_(options), note_(note), random_(options.seed) {}
 
-std::unique_ptr<PrintSession> TestBench::OpenSession() const {
-    return std::make_unique<PrintSession>(printer_, source_);
-}
-
 DevmodeBuffer TestBench::MakeDevmode(const PrintSession& session, const DevmodeSettings& settings) const {
-    DevmodeBuffer devmode = ::MakeDevmode(session.GetCoreDriver().GetProduct(), printer_.AsWideString(), settings);
+    DevmodeBuffer devmode =
+        ::MakeDevmode(session.GetCoreDriver().GetProduct(), session.GetPrinter().GetName().AsWideString(), settings);
     if (!source_.coreProduct) return devmode;
     // The core driver's own part stays.
     DevmodeBuffer shorter(kCoreDriverPartBytes);

@@ -57,8 +57,14 @@ public:
         return file;
     }
     const CXString& GetPrinterName() const noexcept { return printer_; }
+    // A printer of another product beside it; empty where there is none.
+    const CXString& GetOtherPrinterName() const noexcept { return otherPrinter_; }
+    void SetOtherPrinterName(const CXString& name) { otherPrinter_ = name; }
     // Opens the printer and binds a new provider to it. Throws OperationError where that is refused.
-    std::unique_ptr<PrintSession> OpenSession() const;
+    std::unique_ptr<PrintSession> OpenSession() const { return OpenSession(printer_); }
+    std::unique_ptr<PrintSession> OpenSession(const CXString& printer) const {
+        return std::make_unique<PrintSession>(printer, source_);
+    }
     // An unbound provider of the library, with a reference count of 1.
     ComPtr<IPrintOemPrintTicketProvider> MakeProvider() const { return GetLibrary().MakeProvider(); }
 
@@ -90,7 +96,7 @@ public:
 
 private:
     ProviderSource source_;
-    CXString printer_;
+    CXString printer_, otherPrinter_;
     BenchOptions options_;
     StepNote& note_;
     std::mt19937_64 random_;

@@ -24,7 +24,8 @@ struct VerifyOptions {
     std::string child, note, result;  // of a child process
 };
 
-constexpr const char* kVerifiedPrinter = "Verified";  // of a product
+constexpr const char* kVerifiedPrinter = "Verified";          // of a product
+constexpr const char* kOtherPrinter = "Beside the verified";  // of another one
 
 unsigned ReadCount(const char* option, const std::string& text) {
     const std::optional<std::int64_t> number = ParseNumber(text);
@@ -63,21 +64,33 @@ ProviderSource MakeSource(const VerifyOptions& options) {
     return source;
 }
 
-// The printer of a product is made here, in a store that ends with the process.
+void AddPrinter(const CXString& name, const std::filesystem::path& product) {
+    InstallPrinter(name.AsWideString(), product, WideString(),
+                   [](HANDLE handle, const WideString&) { RebuildCapabilityCaches(handle); });
+}
+
+// The printer of a product, and one of another product beside it, are made here, in a store that ends with the process.
 TestBench MakeBench(HostContext& context, const VerifyOptions& options, StepNote& note) {
-    CXString printer = CXString::FromUtf8(options.printer);
+    CXString printer = CXString::FromUtf8(options.printer), other;
     if (options.printer.empty()) {
         context.UseThrowawayStore();
+        const std::filesystem::path product = FindProductFile(options.product);
         printer = CXString::FromUtf8(kVerifiedPrinter);
-        InstallPrinter(printer.AsWideString(), FindProductFile(options.product), WideString(),
-                       [](HANDLE handle, const WideString&) { RebuildCapabilityCaches(handle); });
+        AddPrinter(printer, product);
+        const std::vector<std::filesystem::path> products = FindOwnProductFiles();
+        const auto another = std::find_if(products.begin(), products.end(), [&](const std::filesystem::path& file) {
+            return file.filename() != product.filename();
+        });
+        if (another != products.end()) AddPrinter(other = CXString::FromUtf8(kOtherPrinter), *another);
     } else {
         context.UseStore(StoreAccess::ReadMostly);
         OpenInstalledPrinter(printer);
     }
     const BenchOptions benchOptions{ReadCount("--seed", options.seed), ReadCount("--time", options.seconds),
                                     options.isLong};
-    return {MakeSource(options), printer, benchOptions, note};
+    TestBench bench(MakeSource(options), printer, benchOptions, note);
+    bench.SetOtherPrinterName(other);
+    return bench;
 }
 
 void RunChild(HostContext& context, const VerifyOptions& options) {

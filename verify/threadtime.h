@@ -1,0 +1,4 @@
+// The processor's time that the calling thread has used, in seconds.
+#pragma once
+
+double GetThreadSeconds();
