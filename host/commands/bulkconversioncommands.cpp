@@ -21,14 +21,14 @@ constexpr const char* kExtension = ".xml";
 
 using Convert = std::function<PrintSession::Document(const PrintSession& session, BulkNotes& notes)>;
 
-void ConvertForAll(HostContext& context, const std::string& folderName, const Convert& convert) {
-    const std::filesystem::path folder = PathFromUtf8(folderName);
+void ConvertForAll(HostContext& context, const BulkConversion& conversion, const Convert& convert) {
+    const std::filesystem::path folder = PathFromUtf8(conversion.folder);
     std::error_code error;
     if (std::filesystem::create_directories(folder, error); error)
-        throw OperationError("the folder '" + folderName + "' cannot be made; name another one with -o");
+        throw OperationError("the folder '" + conversion.folder + "' cannot be made; name another one with -o");
     std::vector<BulkItem> items = MakeBulkItems(ListPrinters());
     WorkInBulk(context, items, "written", [&](const BulkItem& item, BulkNotes& notes) {
-        const PrintSession session(item.name);
+        const PrintSession session(item.name, conversion.provider);
         WriteDocumentFile(folder / PathFromUtf8(MakePrinterFileName(item.name, kExtension)),
                           convert(session, notes).Get());
     });
@@ -61,7 +61,7 @@ private:
 void MakeAllTickets(HostContext& context, const BulkConversion& conversion) {
     const TicketSettings settings(conversion.devmode);
     context.UseStore(StoreAccess::ReadMostly);
-    ConvertForAll(context, conversion.folder, [&](const PrintSession& session, BulkNotes& notes) {
+    ConvertForAll(context, conversion, [&](const PrintSession& session, BulkNotes& notes) {
         PrinterFacts printer(session);
         ExplainedTicket result = ConvertAndExplain(printer, settings.Make(session.GetPrinter()), nullptr);
         notes = ListLosses(result.explanation);
@@ -79,6 +79,6 @@ void MakeAllTickets(HostContext& context, const BulkConversion& conversion) {
 void MakeAllCapabilities(HostContext& context, const BulkConversion& conversion) {
     context.UseStore(StoreAccess::ReadMostly);
     MakeUpForMissingCaches(context, ListPrinters());
-    ConvertForAll(context, conversion.folder,
+    ConvertForAll(context, conversion,
                   [](const PrintSession& session, BulkNotes&) { return session.MakeCapabilities(nullptr, nullptr); });
 }

@@ -18,6 +18,7 @@
 #include "bulkconversioncommands.h"
 #include "commands.h"
 #include "missingcaches.h"
+#include "providerchoice.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ constexpr std::size_t kMostLosses = 50;  // that are reported one by one
 struct ConversionOptions {
     std::string printer, devmode, ticket, in, out;
     bool strict = false, all = false;
+    ProviderChoice provider;
 };
 using SharedOptions = std::shared_ptr<ConversionOptions>;
 
@@ -56,7 +58,7 @@ PrintSession OpenSession(HostContext& context, const ConversionOptions& options)
     const CXString name = CXString::FromUtf8(options.printer);
     if (const std::string missing = DescribeMissingCaches(FindPrinter(name)); !missing.empty())
         context.err << missing << '\n';
-    return PrintSession(name);
+    return PrintSession(name, MakeProviderSource(options.provider));
 }
 
 void WriteDocument(HostContext& context, const ConversionOptions& options, IXMLDOMDocument2* document) {
@@ -90,7 +92,9 @@ bool IsForAll(const ConversionOptions& options) {
 }
 
 void RunTicket(HostContext& context, const ConversionOptions& options) {
-    if (IsForAll(options)) return MakeAllTickets(context, {options.out, options.devmode, options.strict});
+    if (IsForAll(options))
+        return MakeAllTickets(context,
+                              {options.out, options.devmode, options.strict, MakeProviderSource(options.provider)});
     if (options.devmode.empty()) throw InputError("name the DEVMODE's file with --devmode");
     const DevmodeBuffer devmode = ReadDevmode(options);
     const Document coreTicket = ReadTicket(options.in);
@@ -115,13 +119,14 @@ void RunApply(HostContext& context, const ConversionOptions& options) {
 }
 
 void RunCapabilities(HostContext& context, const ConversionOptions& options) {
-    if (IsForAll(options)) return MakeAllCapabilities(context, {options.out, {}, false});
+    if (IsForAll(options))
+        return MakeAllCapabilities(context, {options.out, {}, false, MakeProviderSource(options.provider)});
     const Document ticket = ReadTicket(options.ticket);
     Document capabilities = ReadCapabilities(options.in);
     context.UseStore(StoreAccess::ReadMostly);
     const CXString name = CXString::FromUtf8(options.printer);
     MakeUpForMissingCaches(context, {FindPrinter(name)});
-    const PrintSession session(name);
+    const PrintSession session(name, MakeProviderSource(options.provider));
     capabilities = session.MakeCapabilities(ticket.Get(), capabilities);
     WriteDocument(context, options, capabilities.Get());
 }
@@ -140,7 +145,9 @@ void RunValidate(HostContext& context, const ConversionOptions& options) {
 
 Command AddConversion(Command app, HostContext& context, const SharedOptions& options, const char* name,
                       const char* description, void (*run)(HostContext&, const ConversionOptions&)) {
-    return app.AddCommand(name, description, [&context, options, run] { run(context, *options); });
+    const Command command = app.AddCommand(name, description, [&context, options, run] { run(context, *options); });
+    AddProviderOptions(command, options->provider);
+    return command;
 }
 
 constexpr const char* kPrinter = "The printer's name";

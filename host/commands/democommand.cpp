@@ -19,6 +19,7 @@
 #include <subsystem/productfiles.h>
 #include <subsystem/xmlfile.h>
 #include "commands.h"
+#include "providerchoice.h"
 
 namespace {
 
@@ -47,12 +48,13 @@ void Leave(std::ostream& out, const std::filesystem::path& folder, const char* n
 }
 
 // Whether everything came back as it went.
-bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, const std::filesystem::path& folder) {
+bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, const std::filesystem::path& folder,
+                 const ProviderSource& provider) {
     const auto product = LoadProduct(productFile);
     const CXString printer = CXString::FromUtf8("Demo " + PathToUtf8(productFile.stem()));
     InstallPrinter(printer.AsWideString(), productFile, WideString());
     RebuildCapabilityCaches(OpenInstalledPrinter(printer).Get());
-    const PrintSession session(printer);
+    const PrintSession session(printer, provider);
     std::error_code error;
     if (std::filesystem::create_directories(folder, error); error)
         throw OperationError("the folder '" + PathToUtf8(folder) + "' cannot be made; name another one with -o");
@@ -83,7 +85,8 @@ bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, co
     return samePublicPart && samePrivateBlock;
 }
 
-void RunDemo(HostContext& context, const std::string& output) {
+void RunDemo(HostContext& context, const std::string& output, const ProviderChoice& provider) {
+    const ProviderSource source = MakeProviderSource(provider);
     const std::vector<std::filesystem::path> products = FindOwnProductFiles();
     if (products.empty()) throw InputError("there are no products beside the program; build or install it whole");
     const std::filesystem::path folder = output.empty() ? MakeTemporaryFolder("mvpthost-demo-") : PathFromUtf8(output);
@@ -93,7 +96,7 @@ void RunDemo(HostContext& context, const std::string& output) {
                 << products.size() << " products.\n\n";
     bool allSame = true;
     for (const std::filesystem::path& product : products)
-        allSame = ShowProduct(context.out, product, folder / product.stem()) && allSame;
+        allSame = ShowProduct(context.out, product, folder / product.stem(), source) && allSame;
     context.out << "The files are in " << PathToUtf8(folder)
                 << "; 'mvpthost devmode show FILE' shows what a DEVMODE holds.\n";
     if (!allSame) throw OperationError("a DEVMODE came back changed; compare the files named above");
@@ -103,8 +106,9 @@ void RunDemo(HostContext& context, const std::string& output) {
 
 void AddDemoCommand(Command app, HostContext& context) {
     const auto folder = std::make_shared<std::string>();
-    app.AddCommand("demo", "Shows a job's settings travel through the component on each product",
-                   [&context, folder] { RunDemo(context, *folder); })
-        .AddOption("-o,--out", *folder, "Folder for the files (default: a new temporary one)")
-        .NotEmpty();
+    const auto provider = std::make_shared<ProviderChoice>();
+    const Command demo = app.AddCommand("demo", "Shows a job's settings travel through the component on each product",
+                                        [&context, folder, provider] { RunDemo(context, *folder, *provider); });
+    demo.AddOption("-o,--out", *folder, "Folder for the files (default: a new temporary one)").NotEmpty();
+    AddProviderOption(demo, *provider);
 }

@@ -11,12 +11,14 @@
 #include <ostream>
 
 #include "commands.h"
+#include "providerchoice.h"
 
 namespace {
 
 struct ExplainOptions {
     std::string printer, devmode, ticket, capabilities, in;
     bool json = false;
+    ProviderChoice provider;
 };
 
 Explanation ExplainDevmodeFile(PrinterFacts& printer, const ExplainOptions& options) {
@@ -44,7 +46,7 @@ void RunExplain(HostContext& context, const ExplainOptions& options, bool ticket
     if (options.devmode.empty() && options.ticket.empty())
         throw InputError("there is nothing to explain; give --devmode, --ticket or both");
     context.UseStore(StoreAccess::ReadMostly);
-    const PrintSession session(CXString::FromUtf8(options.printer));
+    const PrintSession session(CXString::FromUtf8(options.printer), MakeProviderSource(options.provider));
     PrinterFacts printer(session);
     if (!options.capabilities.empty()) {
         const PrintSession::Document capabilities = ReadDocumentFile(PathFromUtf8(options.capabilities));
@@ -86,6 +88,7 @@ void AddExplainCommand(Command app, HostContext& context) {
     command.AddOption("--in", options->in, "With --devmode alone: the PrintTicket as the core driver left it")
         .NotEmpty()
         .Excludes(ticket);
+    AddProviderOptions(command, options->provider);
     command.AddFlag("--json", options->json, "Print an array of rows: setting, before, after, verdict, reason");
     // Of the two, the one that stands first on the command line is what is explained.
     command.SetAction([&context, options, command, ticket, devmode] {

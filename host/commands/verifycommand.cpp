@@ -14,13 +14,15 @@
 #include <subsystem/hosttext.h>
 #include <subsystem/productfiles.h>
 #include "commands.h"
+#include "providerchoice.h"
 
 namespace {
 
 struct VerifyOptions {
-    std::string provider, printer, product, junit, keep, seed = "1", seconds = "10";
+    std::string printer, junit, keep, seed = "1", seconds = "10";
     std::vector<std::string> only;
-    bool gpdLike = false, json = false, isLong = false, list = false;
+    ProviderChoice provider;  // and the product
+    bool json = false, isLong = false, list = false;
     std::string child, note, result;  // of a child process
 };
 
@@ -57,11 +59,10 @@ void ListAll(std::ostream& out) {
         out << NameOfGroup(check.group) << ", " << check.name << ": " << check.what << '\n';
 }
 
-ProviderSource MakeSource(const VerifyOptions& options) {
-    ProviderSource source{
-        std::make_shared<ProviderLibrary>(options.provider.empty() ? FindOwnPlugin() : PathFromUtf8(options.provider))};
-    if (options.gpdLike) source.coreProduct = LoadProduct(FindProductFile(options.product));
-    return source;
+// One that the process can unload.
+ProviderSource MakeSource(ProviderChoice choice) {
+    if (choice.file.empty()) choice.file = PathToUtf8(FindOwnPlugin());
+    return MakeProviderSource(choice);
 }
 
 void AddPrinter(const CXString& name, const std::filesystem::path& product) {
@@ -74,7 +75,7 @@ TestBench MakeBench(HostContext& context, const VerifyOptions& options, StepNote
     CXString printer = CXString::FromUtf8(options.printer), other;
     if (options.printer.empty()) {
         context.UseThrowawayStore();
-        const std::filesystem::path product = FindProductFile(options.product);
+        const std::filesystem::path product = FindProductFile(options.provider.product);
         printer = CXString::FromUtf8(kVerifiedPrinter);
         AddPrinter(printer, product);
         const std::vector<std::filesystem::path> products = FindOwnProductFiles();
@@ -88,7 +89,7 @@ TestBench MakeBench(HostContext& context, const VerifyOptions& options, StepNote
     }
     const BenchOptions benchOptions{ReadCount("--seed", options.seed), ReadCount("--time", options.seconds),
                                     options.isLong};
-    TestBench bench(MakeSource(options), printer, benchOptions, note);
+    TestBench bench(MakeSource(options.provider), printer, benchOptions, note);
     bench.SetOtherPrinterName(other);
     return bench;
 }
@@ -105,28 +106,28 @@ std::vector<std::string> MakeChildArguments(const HostContext& context, const Ve
         if (!value.empty()) arguments.insert(arguments.end(), {option, value});
     };
     add("--store", context.storeFolder);
-    add("--provider", options.provider);
+    add("--provider", options.provider.file);
     add("--printer", options.printer);
-    add("--product", options.product);
-    if (options.gpdLike) arguments.emplace_back("--gpd-like");
+    add("--product", options.provider.product);
+    if (options.provider.gpdLike) arguments.emplace_back("--gpd-like");
     if (options.isLong) arguments.emplace_back("--long");
     return arguments;
 }
 
 // What is verified by turns: one printer, one product, or all products.
 std::vector<VerifyOptions> ListSubjects(const VerifyOptions& options) {
-    if (!options.printer.empty() || !options.product.empty()) return {options};
+    if (!options.printer.empty() || !options.provider.product.empty()) return {options};
     std::vector<VerifyOptions> subjects;
     for (const std::filesystem::path& file : FindOwnProductFiles()) {
         subjects.push_back(options);
-        subjects.back().product = PathToUtf8(file.stem());
+        subjects.back().provider.product = PathToUtf8(file.stem());
     }
     if (subjects.empty()) throw InputError("there are no products beside the program; name a printer with --printer");
     return subjects;
 }
 
 std::string NameOf(const VerifyOptions& subject) {
-    return subject.printer.empty() ? PathToUtf8(PathFromUtf8(subject.product).stem()) : subject.printer;
+    return subject.printer.empty() ? PathToUtf8(PathFromUtf8(subject.provider.product).stem()) : subject.printer;
 }
 
 // The folder for inputs: the user's, or a new one that goes again when nothing is kept in it.
@@ -151,8 +152,7 @@ private:
 void RunVerify(HostContext& context, const VerifyOptions& options) {
     if (options.list) return ListAll(context.out);
     if (!options.child.empty()) return RunChild(context, options);
-    if (options.gpdLike && options.product.empty())
-        throw InputError("--gpd-like takes the core driver's documents from a product; name it with --product");
+    RequireProductOfChoice(options.provider);
     ReadCount("--seed", options.seed);
     const KeepFolder keep(options.keep);
     std::vector<VerifiedPrinter> printers;
@@ -179,16 +179,15 @@ void AddVerifyCommand(Command app, HostContext& context) {
     const auto options = std::make_shared<VerifyOptions>();
     const Command command = app.AddCommand("verify", "Tries a PrintTicket provider as the certification kit does",
                                            [&context, options] { RunVerify(context, *options); });
-    command.AddOption("--provider", options->provider, "The provider's plug-in DLL (default: this driver family's)")
-        .NotEmpty();
+    AddProviderOption(command, options->provider);
     const CommandOption printer =
         command.AddOption("--printer", options->printer, "A printer that is installed").NotEmpty();
     command
-        .AddOption("--product", options->product,
+        .AddOption("--product", options->provider.product,
                    "A product, as a printer in a store of the check's own (default: every product in turn)")
         .NotEmpty()
         .Excludes(printer);
-    command.AddFlag("--gpd-like", options->gpdLike,
+    command.AddFlag("--gpd-like", options->provider.gpdLike,
                     "The provider knows nothing of the product: DEVMODEs without this family's private block, the core "
                     "driver's documents from --product");
     command.AddOption("--only", options->only, "A check, or a group of them; may be given several times");
