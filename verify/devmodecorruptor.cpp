@@ -92,15 +92,15 @@ std::vector<DevmodeEdits> DevmodeCorruptor::ListSizes() const {
     const Place extra{"dmDriverExtra", offsetof(DEVMODEW, dmDriverExtra), sizeof(WORD)};
     const DWORD whole = static_cast<DWORD>(devmode_.size()), extraBytes = whole - static_cast<DWORD>(publicBytes_);
     std::vector<DevmodeEdits> list;
-    for (const DWORD lie : {0u, 1u, 68u, 71u, 72u, 75u, 76u, 188u, 195u, 196u, 212u, 219u, 221u, 224u, whole - 1, whole,
-                            whole + 1, 0x7FFFu, 0xFFFFu})
+    for (const DWORD lie : std::initializer_list<DWORD>{0, 1, 68, 71, 72, 75, 76, 188, 195, 196, 212, 219, 221, 224,
+                                                        whole - 1, whole, whole + 1, 0x7FFF, 0xFFFF})
         list.push_back({MakeNumber(size, lie)});
-    for (const DWORD lie : {0u, 1u, 8u, 9u, 10u, 11u, 114u, 116u, 117u, extraBytes - 1, extraBytes + 1,
-                            extraBytes + 0x100, 0x7FFFu, 0x8000u, 0xFFFFu})
+    for (const DWORD lie : std::initializer_list<DWORD>{0, 1, 8, 9, 10, 11, 114, 116, 117, extraBytes - 1,
+                                                        extraBytes + 1, extraBytes + 0x100, 0x7FFF, 0x8000, 0xFFFF})
         list.push_back({MakeNumber(extra, lie & 0xFFFF)});
-    for (const std::size_t bytes :
-         {0u,   1u,   64u,  68u,  70u,  72u,  76u,       100u,      195u,      196u,      219u,        220u,
-          221u, 230u, 231u, 334u, 336u, 337u, whole / 2, whole - 4, whole - 1, whole + 1, whole + 4000}) {
+    for (const std::size_t bytes : std::initializer_list<std::size_t>{
+             0,   1,   64,  68,  70,  72,  76,        100,       195,       196,       219,         220,
+             221, 230, 231, 334, 336, 337, whole / 2, whole - 4, whole - 1, whole + 1, whole + 4000}) {
         list.push_back({MakeSize(bytes)});
         if (bytes < offsetof(DEVMODEW, dmFields)) continue;
         // The same, but its sizes say so.
