@@ -45,6 +45,15 @@ struct WritesAValueWithoutAName : Edits {
     }
 };
 
+struct WritesANumberThatIsNone : Edits {
+    void EditTicket(IXMLDOMDocument2* ticket) override {
+        ReplaceIn(
+            ticket, kEnd,
+            "<psf:Property name=\"psk:PageOdd\"><psf:Value xsi:type=\"xsd:integer\">many</psf:Value></psf:Property>"
+            "</psf:PrintTicket>");
+    }
+};
+
 struct OffersByTicket : Edits {
     void EditCapabilities(IXMLDOMDocument2* ticket, IXMLDOMDocument2* capabilities) override {
         if (GetText(ticket).find(Widen("psk:Landscape")) != DocumentText::npos)
@@ -94,6 +103,7 @@ const FaultRegistration registrations[] = {
     {"writes a name without a prefix", "schema-rules", MakeFaulty<WritesABareName>()},
     {"writes a feature twice", "schema-rules", MakeFaulty<WritesTwice>()},
     {"writes a property without a name", "xml-schema", MakeFaulty<WritesAValueWithoutAName>()},
+    {"writes a number that is none", "schema-rules", MakeFaulty<WritesANumberThatIsNone>()},
     {"offers by ticket", "same-offers", MakeFaulty<OffersByTicket>()},
     {"changes a foreign feature", "foreign-content", MakeFaulty<DropsForeignFeatures>()},
     {"drops a foreign declaration", "foreign-content", MakeFaulty<DropsADeclaration>()},

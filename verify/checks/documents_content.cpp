@@ -90,37 +90,47 @@ void ValidationChangesNothing(TestBench& bench) {
     }
 }
 
+// Each operation on each document that is none of its own; whether it refuses it is the provider's to say.
 void LeavesOtherKindsAlone(TestBench& bench) {
+    DocumentSet documents(bench);
     const auto session = bench.OpenSession();
     IPrintOemPrintTicketProvider* const provider = session->GetProvider();
     DevmodeBuffer devmode = bench.MakeDevmode(*session);
-    for (const char* const text :
-         {"<PrintTicket xmlns='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework' "
-          "version='1'/>",
-          "<psf:PrintTicket xmlns:psf='https://schemas.example/other' version='1'><psf:Feature "
-          "name='a'/></psf:PrintTicket>",
-          "<html><body>no ticket</body></html>", "<psf:PrintCapabilities xmlns:psf='urn:x' version='2'/>"}) {
+    const ULONG bytes = devmode.GetBytes();
+    const std::string before(devmode.GetBytesView());
+    const auto require = [&](const char* call, const std::string& text, auto run) {
         const auto document = ReadDocumentBytes(text, "the document");
+        const std::string as = FormatDocument(document.Get());
         bench.SetInput("xml", text);
-        const std::string before = FormatDocument(document.Get()), bytes(devmode.GetBytesView());
-        const auto require = [&](const char* call) {
-            bench.Require(FormatDocument(document.Get()) == before,
-                          std::string(call) + " changes a document of another kind");
-            bench.Require(devmode.GetBytesView() == bytes,
-                          std::string(call) + " changes the DEVMODE by a document of another kind");
-        };
-        bench.Step("the operations on a document of another kind");
-        provider->ConvertPrintTicketToDevMode(document.Get(), devmode.GetBytes(), devmode.Get(), 0, nullptr);
-        require("ConvertPrintTicketToDevMode");
-        if (FAILED(
-                provider->ConvertDevModeToPrintTicket(devmode.GetBytes(), devmode.Get(), 0, nullptr, document.Get())))
-            require("ConvertDevModeToPrintTicket");
-        if (FAILED(provider->CompletePrintCapabilities(nullptr, document.Get()))) require("CompletePrintCapabilities");
-        provider->ExpandIntentOptions(document.Get());
-        require("ExpandIntentOptions");
-        provider->ValidatePrintTicket(document.Get());
-        require("ValidatePrintTicket");
+        bench.Step(std::string(call) + " on a document of another kind");
+        run(document.Get());
+        bench.Require(FormatDocument(document.Get()) == as, std::string(call) + " changes a document of another kind");
+        bench.Require(devmode.GetBytesView() == before,
+                      std::string(call) + " changes the DEVMODE by a document of another kind");
+    };
+    std::vector<std::string> noTickets = {
+        "<PrintTicket xmlns='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework' version='1'/>",
+        "<psf:PrintTicket xmlns:psf='https://schemas.example/other' version='1'><psf:Feature "
+        "name='a'/></psf:PrintTicket>",
+        "<html><body>no ticket</body></html>", "<psf:PrintCapabilities xmlns:psf='urn:x' version='2'/>"};
+    std::vector<std::string> noCapabilities = noTickets;
+    noTickets.push_back(documents.GetCoreCapabilities());
+    noCapabilities.push_back(documents.GetCoreTicket());
+    for (const std::string& text : noTickets) {
+        require("ConvertPrintTicketToDevMode", text, [&](IXMLDOMDocument2* document) {
+            provider->ConvertPrintTicketToDevMode(document, bytes, devmode.Get(), 0, nullptr);
+        });
+        require("ConvertDevModeToPrintTicket", text, [&](IXMLDOMDocument2* document) {
+            provider->ConvertDevModeToPrintTicket(bytes, devmode.Get(), 0, nullptr, document);
+        });
+        require("ExpandIntentOptions", text,
+                [&](IXMLDOMDocument2* document) { provider->ExpandIntentOptions(document); });
+        require("ValidatePrintTicket", text,
+                [&](IXMLDOMDocument2* document) { provider->ValidatePrintTicket(document); });
     }
+    for (const std::string& text : noCapabilities)
+        require("CompletePrintCapabilities", text,
+                [&](IXMLDOMDocument2* document) { provider->CompletePrintCapabilities(nullptr, document); });
 }
 
 const CheckRegistration registrations[] = {

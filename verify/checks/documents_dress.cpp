@@ -51,6 +51,11 @@ std::string ReverseRoot(const std::string& text) {
     return reversed + text.substr(elements.front().contentEnd);
 }
 
+// A tag's first two attributes change their places.
+std::string SwapAttributes(const std::string& text) {
+    return std::regex_replace(text, std::regex("(<[^<>? ]+)( [^ =<>]+=\"[^\"]*\")( [^ =<>]+=\"[^\"]*\")"), "$1$3$2");
+}
+
 std::string EncodeAsUtf16(const std::string& text) {
     std::string bytes = "\xFF\xFE";
     for (const WCHAR unit :
@@ -74,6 +79,7 @@ std::vector<Dress> ListDresses() {
         {"processing instructions", [](const std::string& text) { return AddBetweenElements(text, "<?note x?>"); }},
         {"CDATA", WrapValues},
         {"its parts in reverse order", ReverseRoot},
+        {"attributes in another order", SwapAttributes},
         {"declarations that nobody uses",
          [](const std::string& text) {
              return ReplaceAll(text, " version=\"1\"", " xmlns:p1=\"urn:one\" xmlns:p2=\"urn:two\" version=\"1\"");
