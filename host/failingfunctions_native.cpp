@@ -57,10 +57,10 @@ void* Allocate(std::size_t bytes) noexcept {
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 // Defines a function that fails with the result, or calls the library's.
-#define STANDS_IN(function, kind, result, name, parameters, arguments)   \
-    __declspec(dllexport) result WINAPI name parameters {                \
-        static auto* const next = FindNext<decltype(name)>(#name);       \
-        return Fails(FailingFunction::function) ? kind : next arguments; \
+#define STANDS_IN(function, kind, result, name, parameters, arguments)     \
+    __declspec(dllexport) result WINAPI name parameters {                  \
+        static auto* const next = FindNext<decltype(name)>(#name);         \
+        return Fails(FailingFunction::function) ? (kind) : next arguments; \
     }
 
 extern "C" {

@@ -2,9 +2,9 @@
 #include "failingfunctions.h"
 
 namespace {
-FailingFunctions* standIn = nullptr;
+FailingFunctions* registered = nullptr;
 }
 
-FailingFunctions* GetFailingFunctions() { return standIn; }
+FailingFunctions* GetFailingFunctions() { return registered; }
 
-void SetFailingFunctions(FailingFunctions* functions) { standIn = functions; }
+void SetFailingFunctions(FailingFunctions* functions) { registered = functions; }

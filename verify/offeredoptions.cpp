@@ -101,8 +101,8 @@ std::string OfferedOptions::SelectOptions(const std::vector<const OfferedOption*
     std::set<std::string> references;
     for (const OfferedOption* const option : options) {
         const SchemaElement& feature = *option->place->parent;
-        text += "<" + prefix + "Feature name=\"" + Escape(*feature.FindAttribute("name")) + "\">" +
-                Repeat(*option->place) + "</" + prefix + "Feature>";
+        text.append("<").append(prefix).append("Feature name=\"").append(Escape(*feature.FindAttribute("name")));
+        text.append("\">").append(Repeat(*option->place)).append("</").append(prefix).append("Feature>");
         AddReferences(*option->place, references);
     }
     for (const auto& child : document_.root->children)
@@ -132,7 +132,7 @@ SelectedOptions ReadSelectedOptions(std::string_view ticket) {
             feature->kind == SchemaKind::Feature ? feature->FindChild(SchemaKind::Option) : nullptr;
         if (!option) continue;
         std::string text = NameOf(*option) + "\n";
-        for (const auto& [name, value] : ReadScores(*option)) text += name + "=" + value + "\n";
+        for (const auto& [name, value] : ReadScores(*option)) text.append(name).append("=").append(value).append("\n");
         selected[NameOf(*feature)] = text;
     }
     return selected;

@@ -14,7 +14,7 @@ inline DocumentText Widen(const char* text) { return {text, text + std::strlen(t
 inline DocumentText GetText(IXMLDOMDocument2* document) {
     BSTR xml = nullptr;
     if (FAILED(document->get_xml(&xml)) || !xml) return {};
-    const DocumentText text(xml, SysStringLen(xml));
+    DocumentText text(xml, SysStringLen(xml));
     SysFreeString(xml);
     return text;
 }
