@@ -54,9 +54,9 @@ struct UsesMemory : ReferenceProvider {
         return S_OK;
     }
     static void Fill() {
-        char* const memory = new (std::nothrow) char[100];
+        void* const memory = ::operator new(100, std::nothrow);
         static_cast<volatile char*>(memory)[0] = 1;
-        delete[] memory;
+        ::operator delete(memory);
     }
 };
 
