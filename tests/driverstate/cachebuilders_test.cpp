@@ -2,10 +2,10 @@
 #include <capabilitycaches.h>
 #include <msdevicecapabilities.h>
 #include <support/printerfixture.h>
+#include <support/userconventions.h>
 #include <support/userpapers.h>
 
 #include <mvcore/datamodelmanager.h>
-#include <mvutil/operatingsystem.h>
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 
@@ -45,14 +45,21 @@ protected:
     TestStore store_;
     TestPrinter printer_{kPress};
     HANDLE handle_ = printer_.GetHandle();
-    const bool english_ = OperatingSystem::UseEnglishPaperSizes();
 };
+
+class CachesForUser : public CacheBuildersTest, public testing::WithParamInterface<bool> {
+protected:
+    const bool english_ = GetParam();
+    const UserConventions user_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(English, CachesForUser, testing::Bool());
 
 // A model of the press whose caches follow it.
 class CacheModelTest : public CacheBuildersTest {
 protected:
-    void Populate(std::vector<DataSource*> before = {}) {
-        capabilities_.Initialize(handle_, false);
+    void Populate(std::vector<DataSource*> before = {}, bool noWrite = false) {
+        capabilities_.Initialize(handle_, noWrite);
         before.push_back(&capabilities_);
         manager_.PopulateFromSourceData(before);
     }
@@ -73,7 +80,7 @@ void ExpectPaper(const Papers& papers, const WCHAR* name, _tag_FormsInfoRec want
     EXPECT_EQ(std::memcmp(&*found, &wanted, offsetof(_tag_FormsInfoRec, name)), 0) << CXString(name).ToUtf8();
 }
 
-TEST_F(CacheBuildersTest, RecordsComeInTheirOrderAndTheSameAgainWritesNothing) {
+TEST_P(CachesForUser, RecordsComeInTheirOrderAndTheSameAgainWritesNothing) {
     RebuildCapabilityCaches(handle_);
     const Papers papers = GetPapers();
     ASSERT_EQ(papers.size(), 51u);
@@ -142,7 +149,30 @@ TEST_F(CacheModelTest, ACacheThatVanishedOrWasCutIsWrittenAgain) {
     }
 }
 
-TEST_F(CacheModelTest, WhatTheTraysHoldIsReadWhenItIsToldToHaveChanged) {
+TEST_F(CacheModelTest, AreLeftAloneUntilTheTraysAreRead) {
+    const ByteBuffer marker("marker", 6);
+    for (const CapabilityGroup& group : kCapabilityGroups) Values().SetCachedValue(group.valueName, marker, false);
+    const LONG stamp = Stamp();
+    Populate({}, true);
+    manager_.GetFeatureServices().GetOptionFeature(FeatureId(252)).SetValue(ValueId(7721));
+    for (const CapabilityGroup& group : kCapabilityGroups)
+        EXPECT_EQ(Blob(group.valueName), marker) << CXString(group.valueName).ToUtf8();
+    EXPECT_EQ(Stamp(), stamp);
+    for (const DWORD event : {DataModelIds::kSettingsApplied, DataModelIds::kLoadedMediaChanged})
+        manager_.GetFeatureServices().RaiseEvent(EventId(event));
+    manager_.GetFeatureServices().GetOptionFeature(FeatureId(252)).SetValue(ValueId(7720));
+    for (const auto& [name, isWritten] : {std::pair{kMediaReadyValue, true}, {kStapleValue, true}, {kBinCapsValue, false}})
+        EXPECT_EQ(!(Blob(name) == marker), isWritten) << CXString(name).ToUtf8();
+}
+
+class CacheModelForUser : public CacheModelTest, public testing::WithParamInterface<bool> {
+protected:
+    const UserConventions user_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(English, CacheModelForUser, testing::Bool());
+
+TEST_P(CacheModelForUser, WhatTheTraysHoldIsReadWhenItIsToldToHaveChanged) {
     Populate();
     const auto ready = [&] {
         const ByteBuffer blob = Blob(kMediaReadyValue);
@@ -160,11 +190,28 @@ TEST_F(CacheModelTest, WhatTheTraysHoldIsReadWhenItIsToldToHaveChanged) {
         EXPECT_TRUE(row.GetOptionFeature(FeatureId(168)).SetValue(ValueId(size)));
         EXPECT_TRUE(row.GetOptionFeature(FeatureId(175)).SetValue(ValueId(media)));
     };
+    const auto changed = [&] {
+        manager_.GetFeatureServices().RaiseEvent(EventId(DataModelIds::kLoadedMediaChanged));
+        return ready();
+    };
     for (std::size_t tray = 0; tray < trays.GetNumItems(); ++tray) load(tray, 5001, 5001);
+    EXPECT_EQ(changed(), GetParam() ? "Letter|\n" : "A4|\n") << "what is usual, of any type";
     load(0, 6446, 6805);
     load(1, 6446, 6805);
-    manager_.GetFeatureServices().RaiseEvent(EventId(DataModelIds::kLoadedMediaChanged));
-    EXPECT_EQ(ready(), "A3|Labels\n");
+    EXPECT_EQ(changed(), "A3|Labels\n");
+    const auto customPage = [&](LONG width, LONG length) {
+        load(0, 6731, 5001);
+        for (const auto& [side, size] : {std::pair{172u, width}, {173u, length}})
+            EXPECT_TRUE(trays.GetListOfFeatures(0).GetDimensionFeature(FeatureId(side)).SetValue(
+                Dimension(size, Dimension::Micrometres)));
+        return changed();
+    };
+    EXPECT_EQ(customPage(123400, 254000),
+              GetParam() ? "4.86 x 10.00 inches|\nA3|Labels\n" : "123.4 x 254.0 mm|\nA3|Labels\n");
+    EXPECT_EQ(customPage(279400, 431800), "Tabloid|\n11x17 in|\nA3|Labels\n");
+    load(1, 6436, 5001);
+    manager_.GetFeatureServices().RaiseEvent(EventId(DataModelIds::kSettingsApplied));
+    EXPECT_EQ(ready(), "Tabloid|\n11x17 in|\nA3|Labels\n") << "nobody said that the paper had changed";
 }
 
 TEST(CacheAnswers, TheCoreDriverAnswersTheSameFromTheCachesAsFromTheProduct) {

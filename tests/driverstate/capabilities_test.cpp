@@ -9,6 +9,7 @@
 #include <xdevmode.h>
 
 #include <mvcore/pagesizedictionary.h>
+#include <mvutil/morvaneexception.h>
 #include <mvutil/operatingsystem.h>
 
 namespace {
@@ -76,6 +77,26 @@ TEST_F(CapabilitiesTest, ServesAsManyRecordsAsTheCacheHolds) {
     }
     Store(kPaperCapsValue, Cut(PaperBlob(0, 0, 0, 0), 1));
     expect(E_FAIL, 0);
+}
+
+TEST_F(CapabilitiesTest, AreThoseOfThePrinterAskedForLast) {
+    const TestPrinter other(kPress, W("Other"));
+    Store(kPaperCapsValue, PaperBlob(0, 0, 1, 1));
+    StorePapers(other.GetHandle(), {});
+    MSDeviceCapabilities capabilities;
+    std::vector<_tag_FormsInfoRec> papers;
+    const auto count = [&](HANDLE printer) {
+        const HRESULT result = capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, nullptr, papers);
+        return result == 0x0004DC01 ? papers.size() : 99;
+    };
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(count(handle_), 1u);
+        EXPECT_EQ(count(other.GetHandle()), 0u);
+    }
+    EXPECT_EQ(count(handle_), 1u);
+    Store(kPaperCapsValue, PaperBlob(0, 0, 2, 2));
+    EXPECT_EQ(count(handle_), 1u) << "what an object holds is asked for once";
+    EXPECT_THROW(capabilities.Initialize(nullptr, false), MorvaneException);
 }
 
 TEST_F(CapabilitiesTest, ThePaperDatabaseIsValidatedAgainstTheForms) {

@@ -3,10 +3,9 @@
 #include <support/printerfixture.h>
 #include <support/privatedevmode.h>
 #include <support/storedcaches.h>
+#include <support/userconventions.h>
 #include <support/userpapers.h>
 #include <xdevmode.h>
-
-#include <mvutil/operatingsystem.h>
 
 namespace {
 
@@ -40,8 +39,15 @@ protected:
     TestPrinter printer_{kPress};
 };
 
-TEST_F(NormalizeTest, AgreesWithOneRecord) {
-    const CXString usual = OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4");
+class NormalizeForUser : public NormalizeTest, public testing::WithParamInterface<bool> {
+protected:
+    const UserConventions user_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(English, NormalizeForUser, testing::Bool());
+
+TEST_P(NormalizeForUser, AgreesWithOneRecord) {
+    const CXString usual = GetParam() ? W("Letter") : W("A4");
     const DWORD byNumber = DM_PAPERSIZE, byName = DM_FORMNAME, both = DM_PAPERSIZE | DM_FORMNAME;
     Expect("no cache", byNumber, {3, 300, 200, W("x")}, false, {17, 300, 200, usual});
     StorePapers(
@@ -71,7 +77,7 @@ TEST_F(NormalizeTest, AgreesWithOneRecord) {
     EXPECT_FALSE(XDevmode::NormalizeDevmodePaperSize(printer_.GetHandle(), endless.Get(), capabilities));
 }
 
-TEST_F(NormalizeTest, ReplacesTheUsersFormInASpreadsheet) {
+TEST_P(NormalizeForUser, ReplacesTheUsersFormInASpreadsheet) {
     AddForm(printer_.GetHandle(), W("The User's"), 100000, 200000);  // 119
     const TestPrinter withoutRule(kScript, W("Without the rule"));
     const auto replace = [&](const TestPrinter& printer, const WCHAR* program, SHORT number) {
@@ -81,7 +87,7 @@ TEST_F(NormalizeTest, ReplacesTheUsersFormInASpreadsheet) {
         XDevmode::NormalizeDevmodePaperSize(printer.GetHandle(), devmode.Get(), capabilities);
         return devmode.Get()->dmPaperSize;
     };
-    EXPECT_EQ(replace(printer_, W("excel.exe"), 119), OperatingSystem::IsMetricCountry() ? 9 : 1);
+    EXPECT_EQ(replace(printer_, W("excel.exe"), 119), GetParam() ? 1 : 9);
     EXPECT_EQ(replace(printer_, W("Excel.exe"), 119), 119) << "another program";
     EXPECT_EQ(replace(withoutRule, W("excel.exe"), 119), 119);
 }

@@ -1,14 +1,18 @@
 // The user's preferences in a data model: declared, restored, reported, saved, and the protected ones kept safe.
 #include <mvcore/testmodel.h>
 #include <support/privatedevmode.h>
+#include <support/userconventions.h>
 #include <userpreferencefeature.h>
 #include <xdevmode.h>
 
 #include <mvutil/cachelocation.h>
+#include <mvutil/crc32.h>
 #include <mvutil/dataencrypter.h>
 #include <mvutil/formatting.h>
 #include <mvutil/morvaneexception.h>
 #include <mvutil/user.h>
+
+#include <wincrypt.h>
 
 #include <gtest/gtest.h>
 
@@ -78,6 +82,7 @@ TEST(UserPreferences, AreSavedWhenAJobIsPrinted) {
     PreferenceModel press;
     press.Save(DataModelIds::kSettingsApplied);
     EXPECT_EQ(StoredLong(W("XPreferenceMask")), 0x7FF);
+    EXPECT_EQ(StoredLong(W("XPreferenceCompanion")), 8710);
 
     LONG bit = 1;
     for (const DWORD feature : {580, 582, 581, 584, 583, 585, 586, 587, 588, 589, 590}) {
@@ -89,9 +94,16 @@ TEST(UserPreferences, AreSavedWhenAJobIsPrinted) {
     }
     press.model.SetOption(FeatureId(50), 8120);
     press.model.GetServices().GetIntegerFeature(FeatureId(571)).SetValue(9);
+    press.model.SetOption(FeatureId(591), 8711);
+    press.SetText(78, W("not the title"));
     press.SetText(82, W("Ann"));
     press.SetBoolean(439, false);
     press.Save();
+    EXPECT_EQ(StoredLong(W("XPreferenceCompanion")), 8711);
+    EXPECT_EQ(StoredLong(W("XTitleKind")), 1);
+    ByteBuffer title;
+    EXPECT_TRUE(User::GetUserDataBytesFromRegistry(kKey, W("XTitle"), title));
+    EXPECT_EQ(title.getAsStringValue(), CXString()) << "the system's own is not remembered";
     EXPECT_EQ(StoredLong(W("XOption50")), 8120);
     EXPECT_EQ(StoredLong(W("XPreferenceInteger")), 9);
     EXPECT_EQ(StoredLong(W("XSenderKind")), 2);
@@ -105,10 +117,82 @@ TEST(UserPreferences, AreSavedWhenAJobIsPrinted) {
     press.TellOfChange(82);
     press.SetBoolean(472, true);
     press.TellOfChange(82, 23004);
+    press.TellOfChange(83);
     EXPECT_EQ(press.Text(82), CXString(W("other")));
     press.TellOfChange(82);
     EXPECT_EQ(press.Text(82), CXString(W("Ann")));
     EXPECT_FALSE(press.Boolean(439));
+    press.SetBoolean(439, true);
+    press.Save();
+    press.SetBoolean(439, false);
+    press.TellOfChange(82);
+    EXPECT_TRUE(press.Boolean(439)) << "the system's own text was the last one chosen";
+    EXPECT_EQ(press.Text(82), CXString());
+}
+
+TEST(UserPreferences, UnitsStartAsTheUserMeasures) {
+    const TestStore store;
+    const UserConventions user(W("1"), W("0"));  // American papers, the metric system
+    PreferenceModel press;
+    press.Save();
+    EXPECT_EQ(StoredLong(W("XPaperUnits")), 7492);
+    EXPECT_EQ(StoredLong(W("XUnits")), 7491);
+    press.model.SetOption(FeatureId(237), 7492);
+    press.Save();
+    EXPECT_EQ(StoredLong(W("XUnits")), 7492);
+    User::StoreUserDataLongInRegistry(kKey, W("XUnits"), 1);
+    press.Save();
+    EXPECT_EQ(StoredLong(W("XUnits")), 1) << "what has not changed is not stored again";
+}
+
+ULONGLONG Hundreds(const FILETIME& time) { return ULONGLONG{time.dwHighDateTime} << 32 | time.dwLowDateTime; }
+
+TEST(UserPreferences, BothProtectedStringsAreStoredForTheirFamily) {
+    const TestStore store;
+    FILETIME before, after, stored{};
+    GetSystemTimeAsFileTime(&before);
+    {
+        PreferenceModel model(8433);
+        model.SetText(42, W("7"));
+        model.SetText(648, W("8"));
+        model.Save();
+    }
+    GetSystemTimeAsFileTime(&after);
+    PreferenceModel again(8433);
+    EXPECT_EQ(again.Text(42), CXString(W("7")));
+    again.model.SetOption(FeatureId(285), 8430);
+    again.model.SetOption(FeatureId(285), 8433);
+    EXPECT_EQ(again.Text(648), CXString(W("8")));
+    ByteBuffer time;
+    ASSERT_TRUE(User::GetUserDataBytesFromRegistry(kKey, W("XProtectedStringTime8433"), time));
+    ASSERT_EQ(time.getDword(), sizeof stored);
+    std::memcpy(&stored, time.getLpbyte(), sizeof stored);
+    EXPECT_TRUE(Hundreds(before) <= Hundreds(stored) && Hundreds(stored) <= Hundreds(after));
+    EXPECT_FALSE(User::GetUserDataBytesFromRegistry(kKey, W("XSecondProtectedStringTime8433"), time));
+}
+
+// What the system protects, and what of it is a text with its checksum before it.
+TEST(UserPreferences, ProtectedBytesThatHoldNoTextAreNone) {
+    const TestStore store;
+    const auto protect = [](ByteBuffer plain) {
+        DATA_BLOB in{plain.getDword(), plain.getLpbyte()}, out{};
+        EXPECT_TRUE(CryptProtectData(&in, nullptr, nullptr, nullptr, nullptr, CRYPTPROTECT_UI_FORBIDDEN, &out));
+        ByteBuffer bytes(out.pbData, out.cbData);
+        LocalFree(out.pbData);
+        return bytes;
+    };
+    const auto withChecksum = [](DWORD difference, const void* text, std::size_t bytes) {
+        const DWORD checksum = Crc32::GetCrc(text, bytes) + difference;
+        ByteBuffer plain(&checksum, sizeof checksum);
+        plain.appendLpbyte(text, bytes);
+        return plain;
+    };
+    const WCHAR digits[] = W("1234");
+    EXPECT_EQ(DataEncrypter::DecryptString(protect(withChecksum(0, digits, 8))), CXString(digits));
+    for (const ByteBuffer& bad : {withChecksum(1, digits, 8), withChecksum(0, digits, 7), ByteBuffer("abc", 3)})
+        EXPECT_THROW(DataEncrypter::DecryptString(protect(bad)), ExceptionDataEncrypterFailure);
+    EXPECT_THROW(DataEncrypter::DecryptString(withChecksum(0, digits, 8)), ExceptionDataEncrypterFailure);
+    EXPECT_THROW(DataEncrypter::DecryptString(ByteBuffer()), ExceptionDataEncrypterFailure);
 }
 
 TEST(UserPreferences, ProtectedStringsAreNumbersOfTheirFamily) {

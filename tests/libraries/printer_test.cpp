@@ -1,5 +1,6 @@
 // What the spooler reports of a printer, its driver and its forms.
 #include <support/printerfixture.h>
+#include <support/userconventions.h>
 #include <support/userpapers.h>
 
 #include <mvutil/cforms.h>
@@ -143,26 +144,19 @@ TEST_F(PrinterTest, AnOperationSeesOnePrinterAndWhatItWritesItself) {
     EXPECT_EQ(Describe(handle_), "NEW: 1-1") << "the next operation asks afresh";
 }
 
-// What the system answers for the user; it may have read the registry long before.
-char LocaleAnswer(DWORD type) {
-    WCHAR text[16] = {};
-    EXPECT_GT(GetLocaleInfoW(LOCALE_USER_DEFAULT, type, text, 16), 0);
-    return static_cast<char>(text[0]);
-}
-
 TEST(OperatingSystem, FollowsTheUsersConventions) {
     const TestStore store;
-    for (const WCHAR digit : {W('0'), W('1'), W('5'), W('8'), W('9')}) {
-        UniqueKey key;
-        ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, W("Control Panel\\International"), 0, nullptr, 0, KEY_WRITE,
-                                  nullptr, key.Put(), nullptr),
-                  ERROR_SUCCESS);
-        const WCHAR text[] = {digit, 0};
-        for (const WCHAR* name : {W("iPaperSize"), W("iMeasure")})
-            RegSetValueExW(key.Get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), sizeof text);
-        const char paper = LocaleAnswer(LOCALE_IPAPERSIZE);
-        EXPECT_EQ(OperatingSystem::UseEnglishPaperSizes(), paper == '1' || paper == '5') << paper;
-        EXPECT_EQ(OperatingSystem::IsMetricCountry(), LocaleAnswer(LOCALE_IMEASURE) == '0');
+    const struct {
+        const WCHAR *paper, *measure;
+        bool isEnglish, isMetric;
+    } cases[] = {{W("1"), W("0"), true, true},
+                 {W("5"), W("1"), true, false},
+                 {W("8"), W("0"), false, true},
+                 {W("9"), W("1"), false, false}};
+    for (const auto& test : cases) {
+        const UserConventions user(test.paper, test.measure);
+        EXPECT_EQ(OperatingSystem::UseEnglishPaperSizes(), test.isEnglish);
+        EXPECT_EQ(OperatingSystem::IsMetricCountry(), test.isMetric);
     }
 }
 

@@ -68,6 +68,7 @@ TEST_F(ChangesTest, AListTellsOfWhatItHolds) {
 
 TEST_F(ChangesTest, WhatIsOfferedIsTold) {
     IntegrationServices& integration = model_.GetIntegration();
+    LONG copies = 0;
     for (const DWORD feature : {94u, 168u, 43u, 45u}) copies_.Register(services_, kOffered, FeatureId(feature));
     sides_.Register(services_, kOffered, FeatureId(45), DataModelIds::kUsableChanged);
     copies_.Register(services_, kCurrent, FeatureId(43));
@@ -82,6 +83,23 @@ TEST_F(ChangesTest, WhatIsOfferedIsTold) {
     EXPECT_EQ(sides_.told, Told{"23004 22006 45 <- 45"});
     integration.AddOptionValues(FeatureId(46), {ValueId(5422)}, 0);
     EXPECT_EQ(model_.GetOption(FeatureId(46)), 5001u) << "the default is no longer offered";
+    EXPECT_FALSE(model_.SetOption(FeatureId(46), 5421)) << "withdrawn";
+    integration.AddOptionValues(FeatureId(46), {ValueId(5420), ValueId(5422)}, 0);
+    EXPECT_EQ(model_.GetOption(FeatureId(46)), 5001u) << "a default that went does not come back";
+    std::vector<ValueId> values;
+    integration.ListOptionValues(FeatureId(46), values);
+    EXPECT_EQ(values.size(), 2u);
+    integration.SetRange(FeatureId(43), 5, 5);
+    EXPECT_EQ(model_.GetInteger(43), 5);
+    integration.SetRange(FeatureId(43), 1, 99);
+    services_.GetIntegerFeature(FeatureId(43)).GetValue(copies, DataModelIds::kDefaultValue);
+    EXPECT_EQ(copies, 5) << "the default moved with the range";
+    sides_.told.clear();
+    sides_.Register(services_, kOffered, FeatureId(45));
+    sides_.Register(services_, kCurrent, FeatureId(45));
+    for (int twice = 0; twice < 2; ++twice)
+        model_.GetRoot().GetOptionFeature(FeatureId(45)).SetDefault(ValueId(5411));
+    EXPECT_EQ(sides_.told, Told{"23004 22003 45 <- 45, 23002 22003 45 <- 45"});
 }
 
 TEST_F(ChangesTest, ObserversMaySetValuesLeaveAndFail) {
@@ -122,6 +140,14 @@ TEST_F(ChangesTest, EventsReachTheirObserversInOrder) {
     for (const DWORD event : {21032u, 21003u}) services_.RaiseEvent(EventId(event));
     EXPECT_EQ(sides_.told, Told{"event 21032"});
     EXPECT_EQ(copies_.told, Told{"event 21032"});
+
+    sides_.onTold = [&] { services_.UnregisterEventObserver(&copies_); };
+    services_.RaiseEvent(EventId(21032));
+    EXPECT_EQ(copies_.told.size(), 1u) << "it left before its turn";
+    services_.RegisterEventObserver(&copies_, EventId(21032), 26016);
+    sides_.onTold = [] { throw std::runtime_error("observer"); };
+    for (int twice = 0; twice < 2; ++twice) EXPECT_THROW(services_.RaiseEvent(EventId(21032)), std::runtime_error);
+    EXPECT_EQ(copies_.told.size(), 3u) << "after a failure, and again";
 }
 
 // A source that is an observer; it may ask for one event.

@@ -1,6 +1,7 @@
 // Page sizes, forms, custom sizes and trays.
 #include "testmodel.h"
 
+#include <support/userconventions.h>
 #include <support/userpapers.h>
 
 #include <mvcore/pagesizedictionary.h>
@@ -25,8 +26,16 @@ TEST_F(MediaTest, PageSizesAreFoundByTheirSizeInTenths) {
     std::vector<PageSize*> sizes;
     media.GetPageSizes(Micrometres(279400), Micrometres(431800), sizes);
     EXPECT_EQ(sizes.size(), 2u) << "Tabloid and 11 x 17";
-    EXPECT_TRUE(media.AnyExist(Micrometres(210040), Micrometres(297000)));
+    for (const auto& [width, isThere] : {std::pair<LONG, bool>{209951, true}, {209950, false}, {210050, true}, {210051, false}})
+        EXPECT_EQ(media.AnyExist(Micrometres(width), Micrometres(297000)), isThere) << width;
     EXPECT_FALSE(media.AnyExist(Micrometres(297000), Micrometres(210000)));
+    for (const bool isEnglish : {false, true}) {
+        const UserConventions user(isEnglish);
+        for (const DWORD units : {7490u, 7491u, 7492u}) {
+            const PageSize& form = media.AddNewMsForm(Micrometres(1000), Micrometres(2000), ValueId(units), true, 1, W("F"));
+            EXPECT_EQ(form.GetUnits(), units == 7490 ? (isEnglish ? 7492u : 7491u) : units);
+        }
+    }
 }
 
 TEST_F(MediaTest, FormsBecomePageSizesThatKeepTheirPlace) {
@@ -66,6 +75,7 @@ std::map<CXString, std::pair<WORD, DWORD>> ListUserSizes() {
 TEST_F(MediaTest, TheUsersCustomSizesKeepTheirNumbersWhateverOthersCome) {
     AddCustomSize(W("Poster"), 300000, 900000);
     AddCustomSize(W("Beyond"), 0x7FFFFFFF, 200000);
+    AddCustomSize(W("Flat"), 100000, 0);
     const auto poster = ListUserSizes()[W("Poster")];
     const auto numberOf = [](const CXString& name) {
         return (PageSizeDictionary::GetCustomSizeMsId(name) >> 16) % 22768;

@@ -28,23 +28,24 @@ media_types = [
     { value = 9636, name = "House Stock" },
 ]
 resolutions = [
-    { x = 600, y = 600, default = true, name = "600" },
     { x = 1200, y = 2400, name = "1200 x 2400" },
+    { x = 600, y = 600, default = true, name = "600" },
 ]
+unlisted_media_types = [6890]
 [features]
 43 = { minimum = 1, maximum = 9999, default = 1 }
 45 = { values = [5410, 5411], default = 5410 }
 46 = { values = [5420, 5421, 5422], default = 5420 }
-78 = {}
+78 = { longest = 255 }
 172 = { minimum = 139700, maximum = 330200, default = 215900 }
 173 = { minimum = 139700, maximum = 660400, default = 279400 }
 210 = {}
 286 = { default = true }
 477 = {}
 [devmode]
-dmPaperSize = 1
-dmDefaultSource = 15
-dmMediaType = 1
+dmPaperSize = 9
+dmDefaultSource = 3
+dmMediaType = 9636
 )";
 
 inline std::filesystem::path GetTestProductFile() {

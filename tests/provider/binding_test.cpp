@@ -63,8 +63,14 @@ TEST_F(Binding, GivesTheNamespacesThatTheCapabilityWordAsksFor) {
         BSTR* namespaces = nullptr;
         EXPECT_EQ(provider->BindPrinter(nullptr, 1, &options, &count, &namespaces), E_INVALIDARG);
         EXPECT_EQ(count, 7) << "a refused call touches nothing";
-        EXPECT_EQ(provider->BindPrinter(printer, 2, &options, &count, &namespaces), E_VERSION_NOT_SUPPORTED);
-        EXPECT_EQ(count, 0);
+        for (const INT version : {0, 2}) {
+            count = 7;
+            namespaces = reinterpret_cast<BSTR*>(&count);
+            EXPECT_EQ(provider->BindPrinter(printer, version, &options, &count, &namespaces), E_VERSION_NOT_SUPPORTED);
+            EXPECT_EQ(count, 0);
+            EXPECT_EQ(namespaces, nullptr);
+            EXPECT_EQ(options, OEMPT_NOSNAPSHOT);
+        }
         ASSERT_EQ(provider->BindPrinter(printer, 1, &options, &count, &namespaces), S_OK);
         EXPECT_EQ(options, OEMPT_DEFAULT);
         Bstr uri;

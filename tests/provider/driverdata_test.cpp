@@ -72,6 +72,13 @@ TEST_F(DriverData, ThatIsNotABlockLeavesTheBlockAlone) {
         office.Apply(DataOf(text), devmode);
         EXPECT_EQ(devmode.CopyBlock(), before);
     }
+    // A DEVMODE of another driver has no block: the ticket's is not its own, and has no place in it.
+    TestDevmode foreign(400);
+    EXPECT_EQ(ValueOf(office.MakeTicket(foreign, DataOf(Encode(good))), "ParameterInit", kName), "-");
+    const TestDevmode before = foreign;
+    office.Apply(DataOf(Encode(good)), foreign);
+    EXPECT_TRUE(std::equal(foreign.Extra(), foreign.Extra() + 400, TestDevmode(before).Extra()));
+
     // The shortest payload is a header alone; line breaks and indentation are white space.
     std::string header = Encode(std::vector<BYTE>(good.begin(), good.begin() + 62));
     header.insert(8, "\n    ");

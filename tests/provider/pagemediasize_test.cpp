@@ -2,6 +2,7 @@
 #include "boundprovider.h"
 
 #include <support/storedcaches.h>
+#include <support/userconventions.h>
 
 #include <mvutil/operatingsystem.h>
 
@@ -74,13 +75,19 @@ TEST_F(PageMediaSizeTest, IsNotOfferedWithARecordThatHasNoName) {
     }
 }
 
-TEST_F(PageMediaSizeTest, IsReadFromTheTicket) {
+class PageMediaSizeForUser : public PageMediaSizeTest, public testing::WithParamInterface<bool> {
+protected:
+    const UserConventions user_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(English, PageMediaSizeForUser, testing::Bool());
+
+TEST_P(PageMediaSizeForUser, IsReadFromTheTicket) {
     struct Size {
         int number, width, length;
         const char* form;
     };
-    const bool english = OperatingSystem::UseEnglishPaperSizes();
-    const Size usual = english ? Size{1, 2159, 2794, "Letter"} : Size{9, 2100, 2970, "A4"};
+    const Size usual = GetParam() ? Size{1, 2159, 2794, "Letter"} : Size{9, 2100, 2970, "A4"};
     const struct {
         const char *what, *option, *width, *height;
         Size size;
@@ -94,6 +101,7 @@ TEST_F(PageMediaSizeTest, IsReadFromTheTicket) {
         {"a size of nothing", "psk:Foo", "0", "297000", {256, 0, 0, ""}},
         {"custom, rounded", "psk:CustomMediaSize", "100050", "150051", {256, 1000, 1501, ""}},
         {"custom, longer than a DEVMODE holds", "psk:CustomMediaSize", "100000", "4000000", {256, 1000, 32767, ""}},
+        {"custom, wider than a DEVMODE holds", "psk:CustomMediaSize", "4000000", "100000", {256, 32767, 1000, ""}},
         {"custom, of a record's size", "psk:CustomMediaSize", "215900", "279400", {1, 2159, 2794, "Letter"}},
         {"custom without a height", "psk:CustomMediaSize", "210000", "", usual},
         {"PostScript custom of no width", "psk:PSCustomMediaSize", "0", "150000", usual},

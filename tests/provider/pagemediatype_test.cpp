@@ -21,12 +21,22 @@ AttributeBytesListValue ListOf(AttributeBytesFeatureId feature, const AttributeB
     list.Append(feature, value);
     return AttributeBytesListValue(1, list);
 }
-// A DEVMODE whose document properties hold the media type.
-TestDevmode DevmodeOf(const AttributeBytesValue& type) {
-    const DWORD nameSpace = PersistentAttributes::GetDataModelDocPropNameSpaceId();
-    return TestDevmode(
-        MakePrivateBlock({{1, PersistentAttributes::MakeState(
-                                  nameSpace, ListOf(kOuter, ListOf(kInner, ListOf(kType, type))).GetList())}}));
+// A DEVMODE whose document properties hold the media type, with capability caches of that many bytes beside them.
+TestDevmode DevmodeOf(const AttributeBytesValue& type, std::size_t cacheBytes = 3) {
+    ByteBuffer cache;
+    cache.resize(cacheBytes);
+    for (DWORD at = 0, noise = 1; at < cacheBytes; ++at)
+        cache.getLpbyte()[at] = static_cast<BYTE>((noise = noise * 1664525 + 1013904223) >> 24);
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetDataModelDocPropNameSpaceId(),
+                                      ListOf(kOuter, ListOf(kInner, ListOf(kType, type))).GetList());
+    nameSpaces.SetNameSpaceAttributes(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId(),
+                                      ListOf(kNeighbour, AttributeBytesDataBlobValue(cache)).GetList());
+    PersistentAttributes attributes(ByteBuffer(), false, nullptr);
+    attributes.SetAttributeBytesNameSpaces(nameSpaces);
+    ByteBuffer image;
+    attributes.GetPersistentAttributesState(image);
+    return TestDevmode(MakePrivateBlock({{1, image}}));
 }
 AttributeBytesOptionValue Known(DWORD value, bool set = true) {
     return AttributeBytesOptionValue(AttributeBytesValueId(value), set);
@@ -36,11 +46,12 @@ AttributeBytesOptionValue Named(const CXString& text) {
 }
 // The media type among the DEVMODE's document properties, as the list holds it, if its neighbours are there.
 std::string TypeIn(TestDevmode& devmode) {
-    AttributeBytesRawList raw;
+    AttributeBytesRawList raw, caches;
     privateblock::WalkEntries(devmode.Block(), [&](const privateblock::Entry& entry) {
         if (entry.key != privateblock::kAttributeStateKey) return;
-        PersistentAttributes(ByteBuffer(entry.value, entry.length), false, nullptr)
-            .GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
+        const PersistentAttributes state(ByteBuffer(entry.value, entry.length), false, nullptr);
+        state.GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId(), raw);
+        state.GetAttributeBytesListForNameSpace(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId(), caches);
     });
     AttributeBytesIndexedList list, outer, inner;
     list.ImportFromRawList(raw);
@@ -50,7 +61,7 @@ std::string TypeIn(TestDevmode& devmode) {
     if (!value || !list.Find(kNeighbour)) return "-";
     const std::string text = value->GetText().ToUtf8();
     return (text.empty() ? std::to_string(value->GetOption()) : text) + (value->IsSet() ? "" : " automatic") +
-           (outer.Find(kNeighbour) && inner.Find(kNeighbour) ? "" : " alone");
+           (outer.Find(kNeighbour) && inner.Find(kNeighbour) && !caches.IsEmpty() ? "" : " alone");
 }
 
 class PageMediaTypeTest : public ProviderTest {
@@ -107,18 +118,19 @@ TEST_F(PageMediaTypeTest, IsFoundByNumber) {
 }
 
 TEST_F(PageMediaTypeTest, TravelsToTheDocumentPropertiesAndBack) {
-    const std::string heavyCard = CustomOption(W("Heavy Card"));
+    const std::string heavyCard = CustomOption(W("Heavy Card")), thickest = CustomOption(WideString(63, W('n')));
     const struct {
         const char* what;
         std::string option;
         AttributeBytesValue before;
-        const char* after;
+        CXString after;
         std::string written;  // in a ticket made of it
     } cases[] = {
         {"another type", "psk:Transparency", Known(6800), "6801", "psk:Transparency"},
         {"the same type keeps whether it was set", "psk:Plain", Known(6800, false), "6800 automatic", "psk:Plain"},
         {"not among the keywords: the first", "psk:glossy", Known(6800), "5001 automatic", "psk:AutoSelect"},
         {"a type of the user's", heavyCard, Known(6800), "Heavy Card", heavyCard},
+        {"another type of the user's", thickest, Named(W("Heavy Card")), WideString(63, W('n')), thickest},
         {"from the user's type", "psk:Plain", Named(W("Heavy Card")), "6800", "psk:Plain"},
         {"nothing stored yet", "psk:Plain", AttributeBytesIntegerValue(1), "6800", "psk:Plain"},
         {"none in the ticket", "", Known(9700), "9700", heavyCard},
@@ -128,7 +140,7 @@ TEST_F(PageMediaTypeTest, TravelsToTheDocumentPropertiesAndBack) {
         SCOPED_TRACE(test.what);
         TestDevmode devmode = DevmodeOf(test.before);
         press.Apply(test.option.empty() ? "" : MediaType(test.option), devmode);
-        EXPECT_EQ(TypeIn(devmode), test.after);
+        EXPECT_EQ(TypeIn(devmode), test.after.ToUtf8());
         const auto ticket = press.MakeTicket(devmode, MediaType("psk:Old") + MediaType("psk:Older"));
         EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageMediaType"), test.written);
     }
@@ -142,6 +154,30 @@ TEST_F(PageMediaTypeTest, TravelsToTheDocumentPropertiesAndBack) {
     EXPECT_EQ(ValueOf(ticket, "Feature", "psk:PageMediaType"), "psk:Old") << "a unit that fails changes nothing";
 }
 
+TEST_F(PageMediaTypeTest, GoesIntoTheBlockThatTheTicketBrings) {
+    TestDevmode job = DevmodeOf(Known(6801)), other = MakeTestDevmode(77);
+    std::string ticket = TextOf(press.MakeTicket(job));
+    ticket.replace(ticket.find("psk:Transparency"), 16, "psk:Plain");
+    EXPECT_EQ(press.ToDevmode(Load(ticket), other), S_OK);
+    EXPECT_EQ(TypeIn(other), "6800") << "beside all that the ticket's block holds";
+}
+
+TEST_F(PageMediaTypeTest, IsNotStoredWhereTheStateWouldBeTooLong) {
+    int kept = 0, stored = 0;
+    for (std::size_t cacheBytes = 5100; cacheBytes < 5400; ++cacheBytes) {
+        TestDevmode devmode = DevmodeOf(Known(6800), cacheBytes);
+        const std::vector<BYTE> before = devmode.CopyBlock();
+        press.Apply(MediaType(CustomOption(WideString(63, W('n')))), devmode);
+        const bool isStored = devmode.CopyBlock() != before;
+        const WORD stateBytes = privateblock::ReadWord(devmode.Block() + privateblock::kEntriesOffset + 2);
+        EXPECT_EQ(TypeIn(devmode), isStored ? std::string(63, 'n') : "6800");
+        EXPECT_LE(stateBytes, isStored ? 5400 : 5956) << cacheBytes;
+        EXPECT_TRUE(isStored || kept > 0 || stored == 0 || stateBytes > 5300) << cacheBytes;
+        ++(isStored ? stored : kept);
+    }
+    EXPECT_TRUE(stored > 0 && kept > 0);
+}
+
 // A core driver whose answers change: the counts that it gives, call by call.
 TEST(ReportedMediaTypes, AreReadFromAnswersThatChange) {
     const struct {
@@ -151,6 +187,7 @@ TEST(ReportedMediaTypes, AreReadFromAnswersThatChange) {
     } cases[] = {
         {"none any more", {5, 0}, 0},
         {"no names", {2, 2, -1}, 0},
+        {"not one name", {2, 2, 0}, 0},
         {"more names at first", {2, 2, 5, 5, 5}, 5},
         {"fewer names, twice", {5, 5, 3, 5, 3}, 0},
         {"far more names", {2, 2, 500}, 0},

@@ -52,7 +52,8 @@ TEST_F(SpoolerTest, AnswersFromTheProductWithoutCaches) {
                                             {DC_VERSION, 0x401}};
     for (const auto& [capability, number] : numbers) EXPECT_EQ(Ask(capability), number) << capability;
     EXPECT_GE(Ask(DC_EXTRA), 5956);
-    EXPECT_EQ(Ask(DC_FIELDS) & (DM_PAPERSIZE | DM_COPIES | DM_FORMNAME), DM_PAPERSIZE | DM_COPIES | DM_FORMNAME);
+    EXPECT_EQ(Ask(DC_DRIVER), 1);
+    EXPECT_EQ(Ask(DC_FIELDS), 0x0381BF1F);
 
     const auto papers = AskArray<WORD>(DC_PAPERS);
     const auto a4 = static_cast<std::size_t>(std::find(papers.begin(), papers.end(), 9) - papers.begin());

@@ -66,6 +66,7 @@ TEST_F(SpoolerTest, RefusesFormsThatCannotBe) {
                         {W("mine"), 100, 100, FORM_USER, ERROR_FILE_EXISTS},
                         {W("New"), 0, 100, FORM_USER, ERROR_INVALID_FORM_SIZE},
                         {W("New"), 100, 101, FORM_USER, ERROR_INVALID_FORM_SIZE},
+                        {W("New"), 100, 0, FORM_USER, ERROR_INVALID_FORM_SIZE},
                         {W("New"), 100, 100, FORM_BUILTIN, ERROR_INVALID_PARAMETER},
                         {WideString(31, 'x'), 100, 100, FORM_USER, ERROR_SUCCESS}};
     for (const Row& row : rows) {
@@ -78,4 +79,33 @@ TEST_F(SpoolerTest, RefusesFormsThatCannotBe) {
     EXPECT_FALSE(DeleteFormW(printer, absent.data()));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FORM_NAME});
     EXPECT_EQ(ListForms(printer).size(), 120u);
+    const RECTL areas[] = {{-1, 0, 9, 9}, {0, -1, 9, 9}, {9, 0, 9, 9}, {0, 9, 9, 9}, {0, 0, 11, 9}, {0, 0, 9, 11}};
+    WideString name = W("Area");
+    for (const RECTL& area : areas) {
+        FORM_INFO_1W form{FORM_USER, name.data(), {10, 10}, area};
+        EXPECT_FALSE(AddFormW(printer, 1, BytesOf(form)));
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FORM_SIZE});
+    }
+    FORM_INFO_1W flat{FORM_USER, name.data(), {10, 0}, {0, 0, 10, 10}};
+    EXPECT_FALSE(AddFormW(printer, 1, BytesOf(flat)));
+
+    // Values that are no forms are passed over.
+    UniqueKey key;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, W("SYSTEM\\CurrentControlSet\\Control\\Print\\Forms"), 0, KEY_ALL_ACCESS, key.Put()),
+              ERROR_SUCCESS);
+    BYTE good[33] = {};
+    DWORD size = 32;
+    ASSERT_EQ(RegQueryValueExW(key.Get(), W("Mine"), nullptr, nullptr, good, &size), ERROR_SUCCESS);
+    const std::pair<std::size_t, BYTE> damages[] = {{28, 0x07}, {3, 0x80}, {0, 0xFF}};
+    for (const auto& [at, bits] : damages) {
+        BYTE bad[32];
+        std::copy_n(good, 32, bad);
+        bad[at] ^= bits;
+        RegSetValueExW(key.Get(), W("Bad"), 0, REG_BINARY, bad, 32);
+        EXPECT_EQ(ListForms(printer).size(), 120u) << at;
+    }
+    for (const DWORD bytes : {31u, 33u}) {
+        RegSetValueExW(key.Get(), W("Bad"), 0, REG_BINARY, good, bytes);
+        EXPECT_EQ(ListForms(printer).size(), 120u) << bytes;
+    }
 }
