@@ -161,7 +161,8 @@ TEST_F(CacheModelTest, AreLeftAloneUntilTheTraysAreRead) {
     for (const DWORD event : {DataModelIds::kSettingsApplied, DataModelIds::kLoadedMediaChanged})
         manager_.GetFeatureServices().RaiseEvent(EventId(event));
     manager_.GetFeatureServices().GetOptionFeature(FeatureId(252)).SetValue(ValueId(7720));
-    for (const auto& [name, isWritten] : {std::pair{kMediaReadyValue, true}, {kStapleValue, true}, {kBinCapsValue, false}})
+    for (const auto& [name, isWritten] :
+         {std::pair{kMediaReadyValue, true}, {kStapleValue, true}, {kBinCapsValue, false}})
         EXPECT_EQ(!(Blob(name) == marker), isWritten) << CXString(name).ToUtf8();
 }
 
@@ -202,8 +203,9 @@ TEST_P(CacheModelForUser, WhatTheTraysHoldIsReadWhenItIsToldToHaveChanged) {
     const auto customPage = [&](LONG width, LONG length) {
         load(0, 6731, 5001);
         for (const auto& [side, size] : {std::pair{172u, width}, {173u, length}})
-            EXPECT_TRUE(trays.GetListOfFeatures(0).GetDimensionFeature(FeatureId(side)).SetValue(
-                Dimension(size, Dimension::Micrometres)));
+            EXPECT_TRUE(trays.GetListOfFeatures(0)
+                            .GetDimensionFeature(FeatureId(side))
+                            .SetValue(Dimension(size, Dimension::Micrometres)));
         return changed();
     };
     EXPECT_EQ(customPage(123400, 254000),

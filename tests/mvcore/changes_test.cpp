@@ -97,8 +97,7 @@ TEST_F(ChangesTest, WhatIsOfferedIsTold) {
     sides_.told.clear();
     sides_.Register(services_, kOffered, FeatureId(45));
     sides_.Register(services_, kCurrent, FeatureId(45));
-    for (int twice = 0; twice < 2; ++twice)
-        model_.GetRoot().GetOptionFeature(FeatureId(45)).SetDefault(ValueId(5411));
+    for (int twice = 0; twice < 2; ++twice) model_.GetRoot().GetOptionFeature(FeatureId(45)).SetDefault(ValueId(5411));
     EXPECT_EQ(sides_.told, Told{"23004 22003 45 <- 45, 23002 22003 45 <- 45"});
 }
 

@@ -84,9 +84,10 @@ TEST_F(FeaturesTest, TheModelStatesItsProduct) {
     model_.GetIntegration().ListOptionValues(FeatureId(43), none);
     EXPECT_TRUE(none.empty()) << "copies are no option";
     const TemporaryFolder folder;
-    TestModel bare(folder.Write("bare.toml", "model = \"Bare\"\ncontroller_family = 8434\ndriver_version = 1\n"
-                                             "workflow_library = \"mvwftuC0.dll\"\npapers = [{ size = \"ISOA4\" }]\n"
-                                             "resolutions = [{ x = 1, y = 1, default = true, name = \"1\" }]\n"),
+    TestModel bare(folder.Write("bare.toml",
+                                "model = \"Bare\"\ncontroller_family = 8434\ndriver_version = 1\n"
+                                "workflow_library = \"mvwftuC0.dll\"\npapers = [{ size = \"ISOA4\" }]\n"
+                                "resolutions = [{ x = 1, y = 1, default = true, name = \"1\" }]\n"),
                    {});
     bare.GetIntegration().ListFeaturesPresent(FeatureId(2), features);
     all.clear();
@@ -100,8 +101,8 @@ TEST_F(FeaturesTest, StatesHoldUnderTheirParents) {
         DWORD parent, feature;
         int state;
         bool holds;
-    } cases[] = {{2, 286, 1, true},    {2, 286, 0, false},  {2, 43, 1, true},     {2, 591, 1, false},
-                 {2, 591, 0, true},    {477, 175, 1, true}, {210, 175, 1, true},  {201, 175, 1, false},
+    } cases[] = {{2, 286, 1, true},    {2, 286, 0, false},  {2, 43, 1, true},    {2, 591, 1, false},
+                 {2, 591, 0, true},    {477, 175, 1, true}, {210, 175, 1, true}, {201, 175, 1, false},
                  {175, 175, 1, false}, {201, 191, 1, true}, {477, 210, 0, false}};
     for (const auto& test : cases)
         EXPECT_EQ(services.TestFeature(FeatureId(test.parent), FeatureId(test.feature), test.state), test.holds)

@@ -26,13 +26,15 @@ TEST_F(MediaTest, PageSizesAreFoundByTheirSizeInTenths) {
     std::vector<PageSize*> sizes;
     media.GetPageSizes(Micrometres(279400), Micrometres(431800), sizes);
     EXPECT_EQ(sizes.size(), 2u) << "Tabloid and 11 x 17";
-    for (const auto& [width, isThere] : {std::pair<LONG, bool>{209951, true}, {209950, false}, {210050, true}, {210051, false}})
+    for (const auto& [width, isThere] :
+         {std::pair<LONG, bool>{209951, true}, {209950, false}, {210050, true}, {210051, false}})
         EXPECT_EQ(media.AnyExist(Micrometres(width), Micrometres(297000)), isThere) << width;
     EXPECT_FALSE(media.AnyExist(Micrometres(297000), Micrometres(210000)));
     for (const bool isEnglish : {false, true}) {
         const UserConventions user(isEnglish);
         for (const DWORD units : {7490u, 7491u, 7492u}) {
-            const PageSize& form = media.AddNewMsForm(Micrometres(1000), Micrometres(2000), ValueId(units), true, 1, W("F"));
+            const PageSize& form =
+                media.AddNewMsForm(Micrometres(1000), Micrometres(2000), ValueId(units), true, 1, W("F"));
             EXPECT_EQ(form.GetUnits(), units == 7490 ? (isEnglish ? 7492u : 7491u) : units);
         }
     }

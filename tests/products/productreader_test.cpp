@@ -129,7 +129,8 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"media = 6800", "media = 6801", 11, "trays[1].holds.media: expected a media type that the product lists"},
         {"43 =", "172 = { minimum = 9, maximum = 99, default = 9 }\n43 =", 24, "expected a whole number from 100"},
         {"[strings]", "[strings.a.b.c.d.e.f.g.h.i.j.k.l.m.n.o.p]", 27, "expected keys of at most 16 parts"},
-        {"papers = [", "dependent_files = [\"a/b.dll\"]\npapers = [", 5, "dependent_files: expected file names without"},
+        {"papers = [", "dependent_files = [\"a/b.dll\"]\npapers = [", 5,
+         "dependent_files: expected file names without"},
         {"papers = [", "applications_without_custom_size = [\"aZ.exe\"]\npapers = [", 5, "programs in lower case"},
         {"papers = [", "applications_without_custom_size = [\"A.exe\"]\npapers = [", 5, "programs in lower case"},
         {"papers = [", "dependent_files = [\"a\", \"a\"]\npapers = [", 5, "each text once"},
@@ -141,11 +142,13 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"option = 8701", "option = 8701, colour = 1", 19, "settings.546.colour: expected no such key"},
         {"default = 5411", "default = 5411, colour = 1", 21, "features.45.colour: expected no such key"},
         {"dmPaperSize = 9", "dmColour = 9", 26, "devmode.dmColour: expected no such key"},
-        {"name = \"600\" }", "name = \"600\" }, { x = 1, y = 1, default = true, name = \"1\" }", 13, "one default resolution"},
+        {"name = \"600\" }", "name = \"600\" }, { x = 1, y = 1, default = true, name = \"1\" }", 13,
+         "one default resolution"},
         {"name = \"600\"", "name = \"600\", units = 1", 13, "units: expected no such key"},
         {"900000 }", "900000, units = \"cm\" }", 8, "papers[2].units: expected \"mm\" or \"in\""},
         {"papers = [", "papers = []\nother = [", 5, "papers: expected at least one paper"},
-        {"= { option = 8701 }", "= 1.5", 19, "a whole number, a text or { option = NUMBER }, got a number with a fraction"},
+        {"= { option = 8701 }", "= 1.5", 19,
+         "a whole number, a text or { option = NUMBER }, got a number with a fraction"},
         {"default = true", "default = 1", 13, "default: expected true or false, got 1"},
         {"43 = {", "571 = {}\n43 = {", 24, "one of the user's preferences"},
         {"43 = {", "175 = {}\n43 = {", 24, "papers, trays, media_types or resolutions"},
@@ -180,8 +183,15 @@ TEST(ProductReader, TakesNumbersAndTextsWithinTheirBounds) {
         {"900000 }", "900000, type = ", " }", {25003, 25005, 25006, 25007}, {25002, 25004, 25008}},
         {"value = 6700", "value = ", "", {6701, 6730}, {6399, 6731, 6436}},
         {"number = 15", "number = ", "", {2, 32767}, {0, 1, 32768}},
-        {"trays = [", "trays = [{ number = 9, name = \"T\", value = ", " }, ", {7100, 7199}, {5000, 5001, 7099, 7147, 7200}},
-        {"types = [", "types = [{ name = \"T\", value = ", " }, ", {5001, 6801, 6810, 6820, 6869, 9636, 65535},
+        {"trays = [",
+         "trays = [{ number = 9, name = \"T\", value = ",
+         " }, ",
+         {7100, 7199},
+         {5000, 5001, 7099, 7147, 7200}},
+        {"types = [",
+         "types = [{ name = \"T\", value = ",
+         " }, ",
+         {5001, 6801, 6810, 6820, 6869, 9636, 65535},
          {5000, 6799, 6800, 6811, 6819, 6870, 9635, 65536}},
         {"papers = [", "unlisted_media_types = [6880, ", "]\npapers = [", {6870, 6899}, {6869, 6880, 6900}},
         {"papers = [", "pages_per_sheet = [4, ", "]\npapers = [", {1, 64}, {0, 4, 65}},
@@ -204,13 +214,19 @@ TEST(ProductReader, TakesNumbersAndTextsWithinTheirBounds) {
     const struct {
         const char* field;
         std::int64_t lowest, highest;
-    } fields[] = {{"dmOrientation", 1, 2}, {"dmScale", 1, 1000},      {"dmCopies", 1, 32767},  {"dmColor", 1, 2},
-                  {"dmDuplex", 1, 3},      {"dmTTOption", 1, 4},      {"dmCollate", 0, 1},     {"dmNup", 1, kMost},
+    } fields[] = {{"dmOrientation", 1, 2},   {"dmScale", 1, 1000},      {"dmCopies", 1, 32767},    {"dmColor", 1, 2},
+                  {"dmDuplex", 1, 3},        {"dmTTOption", 1, 4},      {"dmCollate", 0, 1},       {"dmNup", 1, kMost},
                   {"dmICMMethod", 1, kMost}, {"dmICMIntent", 1, kMost}, {"dmDitherType", 1, kMost}};
     for (const auto& [field, lowest, highest] : fields)
-        numbers.push_back({"[devmode]\n", std::string("[devmode]\n") + field + " = ", "\n", {lowest, highest}, {lowest - 1, highest + 1}});
-    const std::pair<const char*, std::vector<std::int64_t>> listed[] = {
-        {"dmPrintQuality", {-32768, -1, 0, 600}}, {"dmYResolution", {600}}, {"dmDefaultSource", {1, 15}}, {"dmMediaType", {1}}};
+        numbers.push_back({"[devmode]\n",
+                           std::string("[devmode]\n") + field + " = ",
+                           "\n",
+                           {lowest, highest},
+                           {lowest - 1, highest + 1}});
+    const std::pair<const char*, std::vector<std::int64_t>> listed[] = {{"dmPrintQuality", {-32768, -1, 0, 600}},
+                                                                        {"dmYResolution", {600}},
+                                                                        {"dmDefaultSource", {1, 15}},
+                                                                        {"dmMediaType", {1}}};
     for (const auto& [field, taken] : listed)
         numbers.push_back({"[devmode]\n", std::string("[devmode]\n") + field + " = ", "\n", taken, {-32769, 601, 2}});
     const TemporaryFolder folder;
@@ -218,7 +234,8 @@ TEST(ProductReader, TakesNumbersAndTextsWithinTheirBounds) {
         return ErrorOf(folder.Write("bounds.toml", Replaced(from, to)));
     };
     for (const auto& [from, before, after, taken, refused] : numbers) {
-        for (const std::int64_t number : taken) EXPECT_EQ(error(from, before + std::to_string(number) + after), "no error");
+        for (const std::int64_t number : taken)
+            EXPECT_EQ(error(from, before + std::to_string(number) + after), "no error");
         for (const std::int64_t number : refused)
             EXPECT_NE(error(from, before + std::to_string(number) + after), "no error") << before << number;
     }
@@ -226,12 +243,17 @@ TEST(ProductReader, TakesNumbersAndTextsWithinTheirBounds) {
     const struct {
         const char *from, *before, *after;
         std::size_t longest;
-    } texts[] = {{"\"Morvane Test\"", "\"", "\"", 63}, {"\"Large\"", "\"", "\"", 31}, {"\"Auto\"", "\"", "\"", 23},
-                 {"\"Plain\"", "\"", "\"", 63},        {"\"600\"", "\"", "\"", 31},   {"{ size = \"ISOA4\"", "{ size = \"ISOA4\", name = \"", "\"", 63},
+    } texts[] = {{"\"Morvane Test\"", "\"", "\"", 63},
+                 {"\"Large\"", "\"", "\"", 31},
+                 {"\"Auto\"", "\"", "\"", 23},
+                 {"\"Plain\"", "\"", "\"", 63},
+                 {"\"600\"", "\"", "\"", 31},
+                 {"{ size = \"ISOA4\"", "{ size = \"ISOA4\", name = \"", "\"", 63},
                  {"papers = [", "dependent_files = [\"", "\"]\npapers = [", 63}};
     for (const auto& [from, before, after, longest] : texts)
         for (const auto& [length, isTaken] : {std::pair{longest, true}, {longest + 1, false}})
-            EXPECT_EQ(error(from, before + std::string(length, 'x') + after) == "no error", isTaken) << before << length;
+            EXPECT_EQ(error(from, before + std::string(length, 'x') + after) == "no error", isTaken)
+                << before << length;
 }
 
 TEST(ProductReader, FindsLongKeysWhateverStandsBeforeThem) {

@@ -91,7 +91,8 @@ TEST_F(SpoolerTest, RefusesFormsThatCannotBe) {
 
     // Values that are no forms are passed over.
     UniqueKey key;
-    ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, W("SYSTEM\\CurrentControlSet\\Control\\Print\\Forms"), 0, KEY_ALL_ACCESS, key.Put()),
+    ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, W("SYSTEM\\CurrentControlSet\\Control\\Print\\Forms"), 0,
+                            KEY_ALL_ACCESS, key.Put()),
               ERROR_SUCCESS);
     BYTE good[33] = {};
     DWORD size = 32;

@@ -118,25 +118,27 @@ TEST_F(SpoolerTest, RefusesPrintersThatCannotBe) {
 
 // Each text of its own, by the name of its field.
 template <class Information, std::size_t count>
-void FillTexts(Information& info, LPWSTR Information::* const (&fields)[count], std::vector<WideString>& texts) {
+void FillTexts(Information& info, LPWSTR Information::*const (&fields)[count], std::vector<WideString>& texts) {
     texts.resize(count);
     for (std::size_t index = 0; index < count; ++index)
         info.*fields[index] = Writable(texts[index] = WidenUtf8("text " + std::to_string(index)));
 }
 template <class Information, std::size_t count>
-void ExpectTexts(const Information& info, LPWSTR Information::* const (&fields)[count]) {
+void ExpectTexts(const Information& info, LPWSTR Information::*const (&fields)[count]) {
     for (std::size_t index = 0; index < count; ++index)
         EXPECT_EQ(NarrowToUtf8(info.*fields[index]), "text " + std::to_string(index));
 }
 
 TEST_F(SpoolerTest, KeepsEveryFieldOfADriverAndOfAPrinter) {
-    LPWSTR DRIVER_INFO_3W::* const driverTexts[] = {
-        &DRIVER_INFO_3W::pName,     &DRIVER_INFO_3W::pDriverPath,  &DRIVER_INFO_3W::pDataFile,       &DRIVER_INFO_3W::pConfigFile,
-        &DRIVER_INFO_3W::pHelpFile, &DRIVER_INFO_3W::pMonitorName, &DRIVER_INFO_3W::pDefaultDataType};
-    LPWSTR PRINTER_INFO_2W::* const printerTexts[] = {
-        &PRINTER_INFO_2W::pDriverName, &PRINTER_INFO_2W::pPrinterName, &PRINTER_INFO_2W::pShareName, &PRINTER_INFO_2W::pPortName,
-        &PRINTER_INFO_2W::pComment,    &PRINTER_INFO_2W::pLocation,    &PRINTER_INFO_2W::pSepFile,
-        &PRINTER_INFO_2W::pPrintProcessor, &PRINTER_INFO_2W::pDatatype, &PRINTER_INFO_2W::pParameters};
+    LPWSTR DRIVER_INFO_3W::*const driverTexts[] = {&DRIVER_INFO_3W::pName,           &DRIVER_INFO_3W::pDriverPath,
+                                                   &DRIVER_INFO_3W::pDataFile,       &DRIVER_INFO_3W::pConfigFile,
+                                                   &DRIVER_INFO_3W::pHelpFile,       &DRIVER_INFO_3W::pMonitorName,
+                                                   &DRIVER_INFO_3W::pDefaultDataType};
+    LPWSTR PRINTER_INFO_2W::*const printerTexts[] = {&PRINTER_INFO_2W::pDriverName, &PRINTER_INFO_2W::pPrinterName,
+                                                     &PRINTER_INFO_2W::pShareName,  &PRINTER_INFO_2W::pPortName,
+                                                     &PRINTER_INFO_2W::pComment,    &PRINTER_INFO_2W::pLocation,
+                                                     &PRINTER_INFO_2W::pSepFile,    &PRINTER_INFO_2W::pPrintProcessor,
+                                                     &PRINTER_INFO_2W::pDatatype,   &PRINTER_INFO_2W::pParameters};
     std::vector<WideString> texts;
     DRIVER_INFO_3W driver{};
     FillTexts(driver, driverTexts, texts);
@@ -220,44 +222,72 @@ TEST_F(SpoolerTest, RefusesArgumentsThatCannotBe) {
     } cases[] = {
         {"level of a driver", ERROR_INVALID_LEVEL, [&] { return AddPrinterDriverW(nullptr, 2, BytesOf(driver)); }},
         {"no driver", ERROR_INVALID_PARAMETER, [] { return AddPrinterDriverW(nullptr, 3, nullptr); }},
-        {"driver elsewhere", ERROR_INVALID_PARAMETER, [&] { return AddPrinterDriverW(server.data(), 3, BytesOf(driver)); }},
-        {"driver of another system", ERROR_INVALID_ENVIRONMENT, [&] { return addDriver([&](auto& d) { d.pEnvironment = elsewhere.data(); }); }},
+        {"driver elsewhere", ERROR_INVALID_PARAMETER,
+         [&] { return AddPrinterDriverW(server.data(), 3, BytesOf(driver)); }},
+        {"driver of another system", ERROR_INVALID_ENVIRONMENT,
+         [&] { return addDriver([&](auto& d) { d.pEnvironment = elsewhere.data(); }); }},
         {"version 2", ERROR_INVALID_PARAMETER, [&] { return addDriver([](auto& d) { d.cVersion = 2; }); }},
         {"version 4", ERROR_INVALID_PARAMETER, [&] { return addDriver([](auto& d) { d.cVersion = 4; }); }},
-        {"driver without a name", ERROR_INVALID_PARAMETER, [&] { return addDriver([](auto& d) { d.pName = nullptr; }); }},
-        {"driver's name a path", ERROR_INVALID_PARAMETER, [&] { return addDriver([&](auto& d) { d.pName = server.data(); }); }},
-        {"driver without a file", ERROR_INVALID_PARAMETER, [&] { return addDriver([](auto& d) { d.pDriverPath = nullptr; }); }},
-        {"driver without data", ERROR_INVALID_PARAMETER, [&] { return addDriver([](auto& d) { d.pDataFile = nullptr; }); }},
-        {"driver without dialogue", ERROR_INVALID_PARAMETER, [&] { return addDriver([](auto& d) { d.pConfigFile = nullptr; }); }},
+        {"driver without a name", ERROR_INVALID_PARAMETER,
+         [&] { return addDriver([](auto& d) { d.pName = nullptr; }); }},
+        {"driver's name a path", ERROR_INVALID_PARAMETER,
+         [&] { return addDriver([&](auto& d) { d.pName = server.data(); }); }},
+        {"driver without a file", ERROR_INVALID_PARAMETER,
+         [&] { return addDriver([](auto& d) { d.pDriverPath = nullptr; }); }},
+        {"driver without data", ERROR_INVALID_PARAMETER,
+         [&] { return addDriver([](auto& d) { d.pDataFile = nullptr; }); }},
+        {"driver without dialogue", ERROR_INVALID_PARAMETER,
+         [&] { return addDriver([](auto& d) { d.pConfigFile = nullptr; }); }},
         {"delete nothing", ERROR_INVALID_PARAMETER, [] { return DeletePrinterDriverW(nullptr, nullptr, nullptr); }},
-        {"delete elsewhere", ERROR_INVALID_PARAMETER, [&] { return DeletePrinterDriverW(server.data(), nullptr, text.data()); }},
-        {"delete of another system", ERROR_INVALID_ENVIRONMENT, [&] { return DeletePrinterDriverW(nullptr, elsewhere.data(), text.data()); }},
-        {"delete an unknown one", ERROR_UNKNOWN_PRINTER_DRIVER, [&] { return DeletePrinterDriverW(nullptr, nullptr, text.data()); }},
-        {"level of the driver", ERROR_INVALID_LEVEL, [&] { return GetPrinterDriverW(printer, nullptr, 2, room.data(), 5000, &needed); }},
-        {"another system's driver", ERROR_INVALID_ENVIRONMENT, [&] { return GetPrinterDriverW(printer, elsewhere.data(), 3, room.data(), 5000, &needed); }},
-        {"level of the folder", ERROR_INVALID_LEVEL, [&] { return directory(nullptr, nullptr, 2, room.data(), 5000, &needed); }},
-        {"folder elsewhere", ERROR_INVALID_PARAMETER, [&] { return directory(path, nullptr, 1, room.data(), 5000, &needed); }},
-        {"folder's size", ERROR_INVALID_PARAMETER, [&] { return directory(nullptr, nullptr, 1, room.data(), 5000, nullptr); }},
-        {"folder of another system", ERROR_INVALID_ENVIRONMENT, [&] { return directory(nullptr, other.data(), 1, room.data(), 5000, &needed); }},
-        {"no room for the folder", ERROR_INSUFFICIENT_BUFFER, [&] { return directory(nullptr, nullptr, 1, room.data(), exact - 1, &needed); }},
-        {"no buffer for the folder", ERROR_INSUFFICIENT_BUFFER, [&] { return directory(nullptr, nullptr, 1, nullptr, exact, &needed); }},
-        {"level of forms", ERROR_INVALID_LEVEL, [&] { return EnumFormsW(printer, 2, room.data(), 5000, &needed, &count); }},
-        {"forms' size", ERROR_INVALID_PARAMETER, [&] { return EnumFormsW(printer, 1, room.data(), 5000, nullptr, &count); }},
-        {"forms' count", ERROR_INVALID_PARAMETER, [&] { return EnumFormsW(printer, 1, room.data(), 5000, &needed, nullptr); }},
+        {"delete elsewhere", ERROR_INVALID_PARAMETER,
+         [&] { return DeletePrinterDriverW(server.data(), nullptr, text.data()); }},
+        {"delete of another system", ERROR_INVALID_ENVIRONMENT,
+         [&] { return DeletePrinterDriverW(nullptr, elsewhere.data(), text.data()); }},
+        {"delete an unknown one", ERROR_UNKNOWN_PRINTER_DRIVER,
+         [&] { return DeletePrinterDriverW(nullptr, nullptr, text.data()); }},
+        {"level of the driver", ERROR_INVALID_LEVEL,
+         [&] { return GetPrinterDriverW(printer, nullptr, 2, room.data(), 5000, &needed); }},
+        {"another system's driver", ERROR_INVALID_ENVIRONMENT,
+         [&] { return GetPrinterDriverW(printer, elsewhere.data(), 3, room.data(), 5000, &needed); }},
+        {"level of the folder", ERROR_INVALID_LEVEL,
+         [&] { return directory(nullptr, nullptr, 2, room.data(), 5000, &needed); }},
+        {"folder elsewhere", ERROR_INVALID_PARAMETER,
+         [&] { return directory(path, nullptr, 1, room.data(), 5000, &needed); }},
+        {"folder's size", ERROR_INVALID_PARAMETER,
+         [&] { return directory(nullptr, nullptr, 1, room.data(), 5000, nullptr); }},
+        {"folder of another system", ERROR_INVALID_ENVIRONMENT,
+         [&] { return directory(nullptr, other.data(), 1, room.data(), 5000, &needed); }},
+        {"no room for the folder", ERROR_INSUFFICIENT_BUFFER,
+         [&] { return directory(nullptr, nullptr, 1, room.data(), exact - 1, &needed); }},
+        {"no buffer for the folder", ERROR_INSUFFICIENT_BUFFER,
+         [&] { return directory(nullptr, nullptr, 1, nullptr, exact, &needed); }},
+        {"level of forms", ERROR_INVALID_LEVEL,
+         [&] { return EnumFormsW(printer, 2, room.data(), 5000, &needed, &count); }},
+        {"forms' size", ERROR_INVALID_PARAMETER,
+         [&] { return EnumFormsW(printer, 1, room.data(), 5000, nullptr, &count); }},
+        {"forms' count", ERROR_INVALID_PARAMETER,
+         [&] { return EnumFormsW(printer, 1, room.data(), 5000, &needed, nullptr); }},
         {"level of a form", ERROR_INVALID_LEVEL, [&] { return AddFormW(printer, 2, BytesOf(form)); }},
         {"no form", ERROR_INVALID_PARAMETER, [&] { return AddFormW(printer, 1, nullptr); }},
         {"form of no printer", ERROR_INVALID_HANDLE, [&] { return AddFormW(nullptr, 1, BytesOf(form)); }},
         {"form to delete", ERROR_INVALID_FORM_NAME, [&] { return DeleteFormW(printer, nullptr); }},
         {"no handle's place", ERROR_INVALID_PARAMETER, [&] { return OpenPrinterW(text.data(), nullptr, nullptr); }},
-        {"level of a printer", ERROR_INVALID_LEVEL, [&] { return GetPrinterW(printer, 3, room.data(), 5000, &needed); }},
-        {"level of printers", ERROR_INVALID_LEVEL, [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 1, room.data(), 5000, &needed, &count); }},
-        {"printers' size", ERROR_INVALID_PARAMETER, [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, room.data(), 5000, nullptr, &count); }},
-        {"printers' count", ERROR_INVALID_PARAMETER, [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, room.data(), 5000, &needed, nullptr); }},
-        {"printers elsewhere", ERROR_INVALID_PARAMETER, [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, server.data(), 4, room.data(), 5000, &needed, &count); }},
-        {"shared printers", ERROR_INVALID_PARAMETER, [&] { return EnumPrintersW(0, nullptr, 4, room.data(), 5000, &needed, &count); }},
+        {"level of a printer", ERROR_INVALID_LEVEL,
+         [&] { return GetPrinterW(printer, 3, room.data(), 5000, &needed); }},
+        {"level of printers", ERROR_INVALID_LEVEL,
+         [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 1, room.data(), 5000, &needed, &count); }},
+        {"printers' size", ERROR_INVALID_PARAMETER,
+         [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, room.data(), 5000, nullptr, &count); }},
+        {"printers' count", ERROR_INVALID_PARAMETER,
+         [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, room.data(), 5000, &needed, nullptr); }},
+        {"printers elsewhere", ERROR_INVALID_PARAMETER,
+         [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, server.data(), 4, room.data(), 5000, &needed, &count); }},
+        {"shared printers", ERROR_INVALID_PARAMETER,
+         [&] { return EnumPrintersW(0, nullptr, 4, room.data(), 5000, &needed, &count); }},
         {"level to add", ERROR_INVALID_LEVEL, [&] { return AddPrinterW(nullptr, 1, room.data()) != nullptr; }},
         {"nothing to add", ERROR_INVALID_PARAMETER, [] { return AddPrinterW(nullptr, 2, nullptr) != nullptr; }},
-        {"add elsewhere", ERROR_INVALID_PARAMETER, [&] { return AddPrinterW(server.data(), 2, room.data()) != nullptr; }},
+        {"add elsewhere", ERROR_INVALID_PARAMETER,
+         [&] { return AddPrinterW(server.data(), 2, room.data()) != nullptr; }},
     };
     for (const auto& test : cases) {
         SetLastError(ERROR_SUCCESS);

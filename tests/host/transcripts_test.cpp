@@ -1,0 +1,94 @@
+// Transcripts of command lines: what each line of tests/transcripts printed once is what it prints now.
+//
+// A line "$ ..." is a command, its words between blanks or single quotes; "@name" is a file of the run's own, which
+// holds that file of tests/transcripts to begin with; documents are shown in lines. "$ edit @in @out FROM TO" writes a
+// text of which the first FROM is replaced; "$ show @name" prints one. Below a command stands what it printed, errors
+// after "! ", an exit status other than 0 in brackets. With MV_WRITE_TRANSCRIPTS in the environment the files are
+// written anew, for a reader to compare.
+#include "hostrun.h"
+
+#include <subsystem/inputs/inputform.h>
+#include <support/userconventions.h>
+
+#include <cstdlib>
+#include <fstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kTranscripts = fs::path(MV_SOURCE_FOLDER) / "tests/transcripts";
+
+std::vector<std::string> SplitWords(const std::string& line) {
+    std::vector<std::string> words(1);
+    bool isQuoted = false;
+    for (const char character : line) {
+        if (character == '\'')
+            isQuoted = !isQuoted;
+        else if (character == ' ' && !isQuoted)
+            words.emplace_back();
+        else
+            words.back() += character;
+    }
+    return words;
+}
+
+std::string MarkLines(const std::string& text, const std::string& mark) {
+    std::istringstream lines(text);
+    std::string marked;
+    for (std::string line; std::getline(lines, line);) marked += mark + line + '\n';
+    return marked;
+}
+
+class Transcript : public HostRun, public testing::WithParamInterface<fs::path> {
+protected:
+    // What the command prints, its files named as in the transcript.
+    std::string Play(const std::string& line) const {
+        std::vector<std::string> words = SplitWords(line);
+        if (words[0] == "edit") {
+            std::string text = Read(words.at(1).substr(1));
+            const std::size_t at = text.find(words.at(3));
+            EXPECT_NE(at, std::string::npos) << line;
+            Write(words.at(2).substr(1), text.replace(at, words[3].size(), words.at(4)));
+            return std::string();
+        }
+        if (words[0] == "show") return DecodeText(Read(words.at(1).substr(1)));
+        for (std::string& word : words)
+            if (word.starts_with('@')) word = File(word.substr(1));
+        const Outcome outcome = Run(words);
+        std::string text = outcome.out + MarkLines(outcome.err, "! ");
+        if (!text.empty() && text.back() != '\n') text += '\n';
+        if (outcome.status != 0) text += "[" + std::to_string(outcome.status) + "]\n";
+        if (text.starts_with("<?xml"))
+            for (std::size_t at = 0; (at = text.find("><", at)) != std::string::npos;) text.insert(++at, "\n");
+        const std::string folder = File("");
+        for (std::size_t at; (at = text.find(folder)) != std::string::npos;) text.replace(at, folder.size(), "@");
+        return text;
+    }
+};
+
+TEST_P(Transcript, IsWhatTheCommandsPrint) {
+    const UserConventions user(false);
+    for (const fs::directory_entry& entry : fs::directory_iterator(kTranscripts))
+        if (entry.path().extension() != ".txt") fs::copy(entry.path(), PathFromUtf8(File("")));
+    const std::string written = ReadWholeFile(GetParam());
+    std::istringstream lines(written);
+    std::string played;
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with("$ ")) played += line + '\n' + Play(line.substr(2));
+    if (std::getenv("MV_WRITE_TRANSCRIPTS")) std::ofstream(GetParam(), std::ios::binary) << played;
+    EXPECT_EQ(played, written);
+}
+
+std::vector<fs::path> ListTranscripts() {
+    std::vector<fs::path> files;
+    for (const fs::directory_entry& entry : fs::directory_iterator(kTranscripts))
+        if (entry.path().extension() == ".txt") files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, Transcript, testing::ValuesIn(ListTranscripts()),
+                         [](const auto& instance) { return instance.param.stem().string(); });
+
+}  // namespace
