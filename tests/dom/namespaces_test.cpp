@@ -22,6 +22,14 @@ TEST(Declarations, AreNoAttributesToQueries) {
         EXPECT_EQ(static_cast<bool>(Select(document.Get(), query)), found) << query;
 }
 
+TEST(Declarations, GiveNamesTheirNamespaces) {
+    const Document document =
+        Load("<a xmlns='urn:0' xmlns:p='urn:1' x='1' p:x='2'><b/><p:b xmlns='' x='3'><c/></p:b></a>");
+    EXPECT_EQ(DumpInfoset(document.Get()),
+              "  {urn:0}a {urn:1}x=\"2\" {}x=\"1\" xmlns:p=\"urn:1\" xmlns=\"urn:0\"\n    {urn:0}b\n"
+              "    {urn:1}b {}x=\"3\" xmlns=\"\"\n      {}c\n");
+}
+
 TEST(Declarations, AreAddedAndRemovedByName) {
     const Document document = Load("<p:a xmlns:p='urn:1' xmlns:old='urn:2' p:x='1'/>");
     const auto root = Root(document);

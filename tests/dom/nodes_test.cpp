@@ -75,6 +75,11 @@ TEST(Texts, AreTrimmedOutsideUnlessWhiteSpaceIsPreservedAndValuesAreExact) {
     Variant value;
     EXPECT_EQ(Root(document)->get_nodeValue(value.Put()), S_FALSE);
     EXPECT_EQ(value.Get().vt, VT_NULL);
+    for (const auto& [between, text] : {std::pair{"", " x "}, {" xml:space='default'", "x"}}) {
+        const Document inherited =
+            Load(std::string("<a xml:space='preserve'><b") + between + "><c> x </c></b></a>", VARIANT_FALSE);
+        EXPECT_EQ(Text(Select(inherited.Get(), "//c").Get()), text) << between;
+    }
 }
 
 TEST(Attributes, OfOneNameTakeEachOthersPlace) {

@@ -128,6 +128,8 @@ TEST_F(CacheModelTest, AChangeRewritesTheGroupsThatItConcerns) {
     expect("page sizes", 0x2000, [&] { GetServices().AddOptionValues(pageSize, {ValueId(6436)}, 0); });
     expect("sides", 0x7ff, [&] { GetServices().AddOptionValues(FeatureId(46), {ValueId(5420)}, 0); });
     expect("stapler", 0x10000, [&] { features.GetOptionFeature(FeatureId(252)).SetValue(ValueId(7721)); });
+    expect("collation barred", 0x7ff, [&] { GetServices().SetUsable(FeatureId(45), false); });
+    expect("duplex barred, which no cache tells", 0, [&] { GetServices().SetUsable(FeatureId(46), false); });
     expect("copies, which no cache tells", 0, [&] { features.GetIntegerFeature(FeatureId(43)).SetValue(7); });
 }
 

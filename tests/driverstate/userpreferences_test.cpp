@@ -189,7 +189,10 @@ TEST(UserPreferences, ProtectedBytesThatHoldNoTextAreNone) {
     };
     const WCHAR digits[] = W("1234");
     EXPECT_EQ(DataEncrypter::DecryptString(protect(withChecksum(0, digits, 8))), CXString(digits));
-    for (const ByteBuffer& bad : {withChecksum(1, digits, 8), withChecksum(0, digits, 7), ByteBuffer("abc", 3)})
+    ByteBuffer halfMore = withChecksum(0, digits, 8);
+    halfMore.appendLpbyte("", 1);
+    for (const ByteBuffer& bad :
+         {withChecksum(1, digits, 8), withChecksum(0, digits, 7), halfMore, ByteBuffer("abc", 3)})
         EXPECT_THROW(DataEncrypter::DecryptString(protect(bad)), ExceptionDataEncrypterFailure);
     EXPECT_THROW(DataEncrypter::DecryptString(withChecksum(0, digits, 8)), ExceptionDataEncrypterFailure);
     EXPECT_THROW(DataEncrypter::DecryptString(ByteBuffer()), ExceptionDataEncrypterFailure);

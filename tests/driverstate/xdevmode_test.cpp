@@ -150,6 +150,24 @@ TEST(XDevmodeTest, RewritesTheBlockInKeyOrderWithAFreshChecksum) {
     EXPECT_EQ(*twinReader.GetProperty(1), DocPropState(7)) << "the buffer was shared with the process-wide cache";
 }
 
+TEST(XDevmodeTest, HoldsAStateWithoutABlock) {
+    TestDevmode devmode(4);
+    CommitCounter xdevmode(devmode.Get());
+    EXPECT_TRUE(xdevmode.SetAttributeBytesState(DocPropState(9)));
+    EXPECT_EQ(xdevmode.commits, 1);
+    EXPECT_EQ(ReadDword(devmode.Extra()), 0u);
+    TestDevmode other(MakePrivateBlock({{1, DocPropState(7)}}));
+    EXPECT_FALSE(xdevmode.SetDevmode(nullptr));
+    EXPECT_TRUE(xdevmode.SetDevmode(other.Get()));
+    EXPECT_EQ(Feature43(xdevmode), 7);
+    EXPECT_FALSE(xdevmode.SetDevmode(devmode.Get())) << "without a block the one before stays";
+    EXPECT_EQ(Feature43(xdevmode), 7);
+    TestDevmode empty(MakePrivateBlock({}));
+    WriteDword(empty.Block() + kChecksumOffset, 0);
+    EXPECT_FALSE(xdevmode.SetDevmode(empty.Get())) << "nothing was ever written into it";
+    EXPECT_EQ(Feature43(xdevmode), -1);
+}
+
 TEST(XDevmodeTest, LeavesTheBlockAloneWhenTheStateDoesNotFit) {
     const ByteBuffer other = Bytes(1000, 3);
     const std::size_t room = kBytes - kEntriesOffset - (kEntryHeaderBytes + 1000) - kEntryHeaderBytes;

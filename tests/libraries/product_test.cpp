@@ -69,7 +69,16 @@ TEST_F(ProductTest, StoredSettingsGoOverTheProducts) {
     EXPECT_EQ(BooleanOf(overlaid, 720), false);
     ASSERT_TRUE(overlaid.GetDeviceSettingsDataFromStorage(data, checkAgain));
     EXPECT_NE(check, checkAgain);
+    const ByteBuffer once = data;
+    ASSERT_TRUE(overlaid.GetDeviceSettingsDataFromStorage(data, check));
+    EXPECT_EQ(data, once);
+    EXPECT_EQ(check, checkAgain);
 
+    ByteBuffer image = PersistentAttributes::MakeState(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
+    image.appendLpbyte("", 1);
+    store(image);
+    EXPECT_EQ(BooleanOf(*std::make_unique<DeviceSettingsManager>(Printer(office_.GetHandle())), 720), true)
+        << "nor are bytes behind one";
     store(ByteBuffer("damaged", 7));
     DeviceSettingsManager damaged{Printer(office_.GetHandle())};
     EXPECT_EQ(BooleanOf(damaged, 720), true) << "bytes that are no image count as none";

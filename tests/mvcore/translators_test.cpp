@@ -102,7 +102,11 @@ TEST_F(TranslatorsTest, RowsUserValuesAndUserSettings) {
     EXPECT_TRUE(GetTranslator(model_).ImportSettings(list, 1));
     EXPECT_EQ(model_.GetInteger(571), 9);
     TestModel other({&source_});
-    EXPECT_TRUE(GetTranslator(other).ImportSettings(Export(), 1));
+    List exported = Export();
+    EXPECT_NE(std::find(exported.GetItems().begin(), exported.GetItems().end(), list.GetItems()[2]),
+              exported.GetItems().end())
+        << "a value of the product's own goes by its name";
+    EXPECT_TRUE(GetTranslator(other).ImportSettings(exported, 1));
     EXPECT_EQ(other.GetInteger(571), -1) << "the user's own settings do not travel with documents";
     for (TestModel* model : {&model_, &other}) {
         EXPECT_EQ(model->GetOption(FeatureId(175)), 9636u);

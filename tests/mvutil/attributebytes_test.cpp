@@ -48,6 +48,26 @@ std::size_t CountOf(const ByteBuffer& image) { return ListsOf(image).size(); }
 
 constexpr DWORD kHeaderBytes = 10;  // of an image: mark, version, unpacked length
 
+TEST(AttributeLists, ValuesDifferInKindAndChoice) {
+    const AttributeBytesValue values[] = {AttributeBytesBooleanValue(true),
+                                          AttributeBytesBooleanValue(false),
+                                          AttributeBytesIntegerValue(1),
+                                          AttributeBytesIntegerValue(0),
+                                          AttributeBytesOptionValue(AttributeBytesValueId(1), true),
+                                          AttributeBytesOptionValue(AttributeBytesValueId(1), false),
+                                          AttributeBytesOptionValue(AttributeBytesValueId(2), true),
+                                          AttributeBytesOptionValue(AttributeBytesNewValueId(W("1")), true),
+                                          AttributeBytesStringValue(W("1")),
+                                          AttributeBytesStringValue(W("2")),
+                                          AttributeBytesDataBlobValue(ByteBuffer("1", 1)),
+                                          AttributeBytesDataBlobValue(ByteBuffer("2", 1)),
+                                          AttributeBytesListValue(1, ListOf({})),
+                                          AttributeBytesListValue(1, ListOf({{Id(1), AttributeBytesIntegerValue(1)}}))};
+    for (const AttributeBytesValue& a : values)
+        for (const AttributeBytesValue& b : values)
+            EXPECT_EQ(a == b, &a == &b) << (&a - values) << " " << (&b - values);
+}
+
 TEST(AttributeLists, CollectionsAreCopies) {
     AttributeBytesIndexedList list, outer, inner;
     list.ImportFromRawList(EveryKind());
@@ -107,6 +127,9 @@ TEST(PersistentAttributes, ADamagedImageHoldsNothing) {
     for (DWORD length = 0; length < image.getDword(); ++length) {
         EXPECT_EQ(CountOf(ByteBuffer(image.getLpbyte(), length)), 0u) << length;
     }
+    ByteBuffer longer = image;
+    longer.appendLpbyte("", 1);
+    EXPECT_EQ(CountOf(longer), 0u) << "a byte behind the packed ones";
     for (DWORD at = 0; at < image.getDword(); ++at) {
         for (int bit = 0; bit < 8; ++bit) {
             ByteBuffer damaged = image;

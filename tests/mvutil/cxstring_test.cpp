@@ -15,6 +15,9 @@ std::string Formatted(const WCHAR* format, const Arguments&... arguments) {
 TEST(Formatting, WritesWhatPrintfWould) {
     EXPECT_EQ(Formatted(W("%d|%i|%5d|%-5d|%05d|%+d|% d|%.3d"), 7, -7, 42, 42, -42, 3, 3, 5),
               "7|-7|   42|42   |-0042|+3| 3|005");
+    EXPECT_EQ(Formatted(W("%-05d|%9d|%10d|%.9d|%0+4d|%-+5d|%u"), 42, 7, 7, 7, 7, 7, std::int16_t{-1}),
+              "42   |        7|         7|000000007|+007|+7   |65535");
+    EXPECT_EQ(Formatted(W("%d %i %hd %ld"), std::int16_t{-1}, std::int8_t{-1}, 5, 6), "-1 -1 5 6");
     EXPECT_EQ(Formatted(W("%f|%.2f|%8.1f|%-8.1f|%08.3f|%.0f"), 1.5, 2.345, -0.25, 3.0, -1.5, 1e22),
               "1.500000|2.35|    -0.2|3.0     |-001.500|10000000000000000000000");
     EXPECT_EQ(Formatted(W("[%5s][%-5s][%.2s][%s]"), W("ab"), W("ab"), W("abc"), static_cast<const WCHAR*>(nullptr)),

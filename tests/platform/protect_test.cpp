@@ -1,6 +1,7 @@
 // Protection of data: what comes back, what does not, and the key file.
 #include <store.h>
 #include <support/temporaryfolder.h>
+#include <widetext.h>
 #include <wincrypt.h>
 
 #include <gtest/gtest.h>
@@ -61,6 +62,38 @@ TEST_F(ProtectTest, GivesBackWhatWasProtectedAndNothingElse) {
     EXPECT_EQ(Unprotect(bytes + "x"), "error 13");
     EXPECT_EQ(Unprotect(bytes, "salt"), "error 13");
     EXPECT_EQ(Unprotect(Protect(plain, "salt"), "salt"), plain);
+}
+
+TEST_F(ProtectTest, RefusesWhatItDoesNotOffer) {
+    EXPECT_EQ(Unprotect(std::string(200, 'x')), "error 13") << "no key has been made yet";
+    EXPECT_FALSE(fs::exists(KeyFile()));
+    std::string plain = "secret", bytes = Protect(plain);
+    DATA_BLOB good = BlobOf(plain), sealed = BlobOf(bytes), broken{1, nullptr}, out{};
+    WCHAR text[2] = {W('t')};
+    LPWSTR description = nullptr;
+    const struct {
+        DATA_BLOB *data, *entropy;
+        DWORD flags;
+        bool isDescribed;
+        DATA_BLOB* result;
+        DWORD error;
+    } cases[] = {{nullptr, nullptr, 0, false, &out, ERROR_INVALID_PARAMETER},
+                 {&broken, nullptr, 0, false, &out, ERROR_INVALID_PARAMETER},
+                 {&good, &broken, 0, false, &out, ERROR_INVALID_PARAMETER},
+                 {&good, nullptr, 0, false, nullptr, ERROR_INVALID_PARAMETER},
+                 {&good, nullptr, 4, false, &out, ERROR_NOT_SUPPORTED},
+                 {&good, nullptr, 0, true, &out, ERROR_NOT_SUPPORTED}};
+    for (const auto& [data, entropy, flags, isDescribed, result, error] : cases) {
+        DATA_BLOB* const protectedData = data == &good ? &sealed : data;
+        EXPECT_FALSE(CryptProtectData(data, isDescribed ? text : nullptr, entropy, nullptr, nullptr, flags, result));
+        EXPECT_EQ(GetLastError(), error);
+        EXPECT_FALSE(CryptUnprotectData(protectedData, isDescribed ? &description : nullptr, entropy, nullptr, nullptr,
+                                        flags, result));
+        EXPECT_EQ(GetLastError(), error);
+        EXPECT_EQ(out.pbData, nullptr);
+    }
+    EXPECT_TRUE(CryptProtectData(&good, nullptr, nullptr, nullptr, nullptr, CRYPTPROTECT_UI_FORBIDDEN, &out));
+    EXPECT_EQ(Unprotect(Take(out)), plain);
 }
 
 TEST_F(ProtectTest, TheKeyIsTheStoresAndItsOwnersAlone) {

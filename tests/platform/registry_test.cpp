@@ -102,6 +102,109 @@ TEST_F(Registry, HandsOutDataByTheSizeProtocol) {
     EXPECT_EQ(RegQueryValueExW(key.Get(), nullptr, nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
 }
 
+TEST_F(Registry, HandsOutNamesThatFitWithTheirEnd) {
+    UniqueKey key, child;
+    ASSERT_EQ(Create(HKEY_CURRENT_USER, W("a"), key), ERROR_SUCCESS);
+    ASSERT_EQ(Create(key.Get(), W("abc"), child), ERROR_SUCCESS);
+    ASSERT_EQ(Set(key.Get(), W("abc"), {1, 2}, REG_DWORD), ERROR_SUCCESS);
+    for (const DWORD room : {0u, 3u, 4u}) {
+        WCHAR name[5] = {W('#'), W('#'), W('#'), W('#'), W('#')};
+        DWORD characters = room, type = 0, bytes = 2;
+        const LSTATUS status = room > 3 ? ERROR_SUCCESS : ERROR_MORE_DATA;
+        EXPECT_EQ(RegEnumKeyExW(key.Get(), 0, name, &characters, nullptr, nullptr, nullptr, nullptr), status) << room;
+        EXPECT_EQ(Text(name, 5), room > 3 ? Text(W("abc\0#"), 5) : Text(5, W('#')));
+        EXPECT_EQ(characters, room > 3 ? 3 : room);
+        BYTE data[3] = {9, 9, 9};
+        characters = room;
+        EXPECT_EQ(RegEnumValueW(key.Get(), 0, name, &characters, nullptr, &type, data, &bytes), status) << room;
+        if (room <= 3) continue;
+        EXPECT_EQ(type, DWORD{REG_DWORD});
+        EXPECT_EQ(bytes, 2u);
+        EXPECT_TRUE(data[0] == 1 && data[1] == 2 && data[2] == 9);
+        bytes = 1;
+        characters = room;
+        EXPECT_EQ(RegEnumValueW(key.Get(), 0, name, &characters, nullptr, &type, data, &bytes), ERROR_MORE_DATA);
+        EXPECT_EQ(RegEnumValueW(key.Get(), 1, name, &characters, nullptr, &type, data, &bytes), ERROR_NO_MORE_ITEMS);
+    }
+}
+
+TEST_F(Registry, RefusesArgumentsThatItCannotHonour) {
+    UniqueKey key;
+    ASSERT_EQ(Create(HKEY_CURRENT_USER, W("a"), key), ERROR_SUCCESS);
+    const HKEY open = key.Get();
+    HKEY result = nullptr;
+    WCHAR name[8] = {};
+    DWORD number = 8, bytes = 0;
+    BYTE data[8];
+    FILETIME time;
+    SECURITY_ATTRIBUTES* const security = reinterpret_cast<SECURITY_ATTRIBUTES*>(data);
+    const auto create = [&](LPCWSTR path, DWORD reserved, LPWSTR keyClass, DWORD options, SECURITY_ATTRIBUTES* rights,
+                            PHKEY to) {
+        return RegCreateKeyExW(open, path, reserved, keyClass, options, KEY_READ, rights, to, nullptr);
+    };
+    const std::pair<LSTATUS, LSTATUS> answers[] = {
+        {create(nullptr, 0, nullptr, 0, nullptr, &result), ERROR_INVALID_PARAMETER},
+        {create(W("b"), 1, nullptr, 0, nullptr, &result), ERROR_INVALID_PARAMETER},
+        {create(W("b"), 0, nullptr, 1, nullptr, &result), ERROR_INVALID_PARAMETER},
+        {create(W("b"), 0, nullptr, 0, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {create(W("b"), 0, name, 0, nullptr, &result), ERROR_NOT_SUPPORTED},
+        {create(W("b"), 0, nullptr, 0, security, &result), ERROR_NOT_SUPPORTED},
+        {RegOpenKeyExW(open, W(""), 0, KEY_READ, nullptr), ERROR_INVALID_PARAMETER},
+        {RegOpenKeyExW(open, W(""), 1, KEY_READ, &result), ERROR_INVALID_PARAMETER},
+        {RegQueryValueExW(open, name, &number, nullptr, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {RegQueryValueExW(open, name, nullptr, nullptr, data, nullptr), ERROR_INVALID_PARAMETER},
+        {RegSetValueExW(open, name, 1, REG_BINARY, data, 1), ERROR_INVALID_PARAMETER},
+        {RegSetValueExW(open, name, 0, REG_BINARY, nullptr, 1), ERROR_INVALID_PARAMETER},
+        {RegEnumKeyExW(open, 0, nullptr, &number, nullptr, nullptr, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {RegEnumKeyExW(open, 0, name, nullptr, nullptr, nullptr, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {RegEnumKeyExW(open, 0, name, &number, &number, nullptr, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {RegEnumKeyExW(open, 0, name, &number, nullptr, name, nullptr, nullptr), ERROR_NOT_SUPPORTED},
+        {RegEnumKeyExW(open, 0, name, &number, nullptr, nullptr, &bytes, nullptr), ERROR_NOT_SUPPORTED},
+        {RegEnumKeyExW(open, 0, name, &number, nullptr, nullptr, nullptr, &time), ERROR_NOT_SUPPORTED},
+        {RegEnumValueW(open, 0, nullptr, &number, nullptr, nullptr, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {RegEnumValueW(open, 0, name, nullptr, nullptr, nullptr, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {RegEnumValueW(open, 0, name, &number, &number, nullptr, nullptr, nullptr), ERROR_INVALID_PARAMETER},
+        {RegEnumValueW(open, 0, name, &number, nullptr, nullptr, data, nullptr), ERROR_INVALID_PARAMETER},
+    };
+    for (std::size_t index = 0; index < std::size(answers); ++index)
+        EXPECT_EQ(answers[index].first, answers[index].second) << index;
+    EXPECT_EQ(Names(open, false), std::vector<Text>{}) << "nothing was made";
+    EXPECT_EQ(Names(open, true), std::vector<Text>{});
+}
+
+TEST_F(Registry, AnswersForTheUsersConventions) {
+    WCHAR text[3] = {W('#'), W('#'), W('#')};
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, text, 0), 2);
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, text, 1), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, text, 2), 2);
+    EXPECT_EQ(Text(text, 3), Text(W("0\0#"), 3));
+    DWORD number = 7;
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IPAPERSIZE | LOCALE_RETURN_NUMBER,
+                             reinterpret_cast<LPWSTR>(&number), 2),
+              2);
+    EXPECT_EQ(number, 9u);
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, 1, text, 3), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FLAGS});
+    for (const int characters : {-1, 3}) {
+        EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, nullptr, characters), 0);
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    }
+    UniqueKey key;
+    ASSERT_EQ(Create(HKEY_CURRENT_USER, W("Control Panel\\International"), key), ERROR_SUCCESS);
+    for (const Bytes& bad : {Bytes{'x', 0, 0, 0}, Bytes{}, Bytes{'1', 0, '2', 0, '3', 0, '4', 0, '5', 0, 0, 0},
+                             Bytes{'/', 0, 0, 0}, Bytes{':', 0, 0, 0}}) {
+        ASSERT_EQ(Set(key.Get(), W("iMeasure"), bad, REG_SZ), ERROR_SUCCESS);
+        EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, text, 3), 2);
+        EXPECT_EQ(text[0], W('0'));
+    }
+    ASSERT_EQ(Set(key.Get(), W("iMeasure"), {'1', 0, '2', 0, 0, 0}, REG_SZ), ERROR_SUCCESS);
+    EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE | LOCALE_RETURN_NUMBER,
+                             reinterpret_cast<LPWSTR>(&number), 2),
+              2);
+    EXPECT_EQ(number, 12u);
+}
+
 TEST_F(Registry, DeletesTreesAndTheirOpenKeysKnowIt) {
     UniqueKey top, branch, leaf, same;
     ASSERT_EQ(Create(HKEY_CURRENT_USER, W("top"), top), ERROR_SUCCESS);

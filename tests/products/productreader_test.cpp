@@ -137,6 +137,7 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"papers = [", "dependent_files = 5\npapers = [", 5, "an array of texts"},
         {"papers = [", "colour = 1\npapers = [", 5, "colour: expected no such key"},
         {"value = 6800, name", "colour = 1, value = 6800, name", 12, "media_types[0].colour: expected no such key"},
+        {"number = 15", "colour = 1, number = 15", 11, "trays[0].colour: expected no such key"},
         {"x = 600", "colour = 1, x = 600", 13, "resolutions[0].colour: expected no such key"},
         {"media = 6800 }", "media = 6800, colour = 1 }", 11, "holds.colour: expected no such key"},
         {"option = 8701", "option = 8701, colour = 1", 19, "settings.546.colour: expected no such key"},
@@ -163,6 +164,10 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         EXPECT_EQ(error.find(file.string() + ":" + std::to_string(row.line) + ": "), 0u) << error;
         EXPECT_NE(error.find(row.told), std::string::npos) << error;
     }
+    EXPECT_NE(
+        ErrorOf(folder.Write("large.toml", kProduct + ("#" + std::string(4 << 20, 'x')))).find("at most 4194304 bytes"),
+        std::string::npos);
+    EXPECT_NE(ErrorOf(folder.GetPath()).find(":1: expected a readable product file"), std::string::npos);
     EXPECT_NE(ErrorOf("no/such/file.toml").find("file.toml:1: expected a readable product file"), std::string::npos);
 }
 
@@ -182,7 +187,7 @@ TEST(ProductReader, TakesNumbersAndTextsWithinTheirBounds) {
         {"length = 900000", "length = ", "", {100, 3276700}, {99, 3276701}},
         {"900000 }", "900000, type = ", " }", {25003, 25005, 25006, 25007}, {25002, 25004, 25008}},
         {"value = 6700", "value = ", "", {6701, 6730}, {6399, 6731, 6436}},
-        {"number = 15", "number = ", "", {2, 32767}, {0, 1, 32768}},
+        {"number = 1, value", "number = ", ", value", {1, 32767}, {0, 15, 32768}},
         {"trays = [",
          "trays = [{ number = 9, name = \"T\", value = ",
          " }, ",

@@ -146,7 +146,8 @@ TEST_F(SpoolerTest, KeepsEveryFieldOfADriverAndOfAPrinter) {
     driver.cVersion = 3;
     driver.pEnvironment = Writable(environment);
     driver.pDependentFiles = Writable(files);
-    ASSERT_TRUE(AddPrinterDriverW(nullptr, 3, BytesOf(driver)));
+    WideString here;
+    ASSERT_TRUE(AddPrinterDriverW(here.data(), 3, BytesOf(driver)));
 
     PRINTER_INFO_2W printer{};
     FillTexts(printer, printerTexts, texts);
@@ -188,7 +189,10 @@ TEST_F(SpoolerTest, KeepsEveryFieldOfADriverAndOfAPrinter) {
     EXPECT_EQ(brief.Attributes, read.Attributes);
     ASSERT_TRUE(EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, bytes.data(), 5000, &needed, &count));
     EXPECT_EQ(WideString(reinterpret_cast<const PRINTER_INFO_4W*>(bytes.data())->pPrinterName), W("text 1"));
+    DeletePrinter(handle);
     ClosePrinter(handle);
+    WideString name = W("text 0");
+    EXPECT_TRUE(DeletePrinterDriverW(here.data(), here.data(), name.data()));
 }
 
 TEST_F(SpoolerTest, RefusesArgumentsThatCannotBe) {
@@ -210,6 +214,11 @@ TEST_F(SpoolerTest, RefusesArgumentsThatCannotBe) {
         std::strcpy(path, "\\\\server");
         return GetPrinterDriverDirectoryA(from, environment, level, buffer, bytes, size);
     };
+    ASSERT_TRUE(directory(nullptr, nullptr, 1, room.data(), 5000, &needed));
+    std::string folder = path;
+    std::replace(folder.begin(), folder.end(), '\\', '/');
+    EXPECT_EQ(std::filesystem::path(folder).filename(), "drivers");
+    EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::path(folder).parent_path(), ProgramFolder()));
     std::string windows = "Windows x64", other = "Windows 4.0";
     ASSERT_TRUE(directory(nullptr, windows.data(), 1, room.data(), 5000, &needed));
     const DWORD exact = needed;

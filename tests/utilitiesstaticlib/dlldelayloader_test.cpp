@@ -45,6 +45,7 @@ public:
     }
     int Call() const { return Get<int (*)()>("ProbeCall")(); }
     UniqueModule Resolve() const { return UniqueModule(Get<HMODULE (*)()>("ProbeResolve")()); }
+    void NoteProcessEnding() const { Get<void (*)()>("ProbeNoteProcessEnding")(); }
     int CountRecords() const { return Get<int (*)()>("ProbeRecordCount")(); }
 
 private:
@@ -102,7 +103,7 @@ TEST_F(DllDelayLoaderTest, LooksInTheProcessThenBesideTheComponentThenInTheDrive
 }
 
 TEST_F(DllDelayLoaderTest, SkipsAPathOfMoreThan260Characters) {
-    for (const std::size_t length : {259u, 261u}) {
+    for (const std::size_t length : {259u, 260u, 261u}) {
         const std::size_t taken = folder_.string().size() + 2 + std::string(kLibrary).size();
         const fs::path component = folder_ / std::string(length - taken, 'x');
         PutCore(component, 2);
@@ -155,6 +156,7 @@ TEST_F(DllDelayLoaderTest, StandsAsideUntilAttachedAndThenThrowsForALibraryThatI
     information.cb = sizeof information;
     information.szDll = "mvnowhere.dll";
     EXPECT_EQ(__pfnDliNotifyHook2(dliNotePreLoadLibrary, &information), nullptr);
+    EXPECT_EQ(__pfnDliFailureHook2(dliFailGetProc, &information), nullptr);
 
     AttachModule(GetModuleHandleA(nullptr));
     for (const unsigned other : {dliStartProcessing, dliNotePreGetProcAddress, dliNoteEndProcessing})
@@ -168,7 +170,20 @@ TEST_F(DllDelayLoaderTest, StandsAsideUntilAttachedAndThenThrowsForALibraryThatI
         EXPECT_EQ(failure.GetMethodName(), W("ThrowDelayLoadDllLoadFailureException"));
         EXPECT_EQ(failure.GetSourceFile(), W("dlldelayloader"));
     }
+    EXPECT_THROW(__pfnDliFailureHook2(dliFailGetProc, &information), ExceptionDelayLoadDllLoadFailure);
     EXPECT_TRUE(GetDllDelayLoader().GetLibraries().empty());
+}
+
+TEST_F(DllDelayLoaderTest, UnloadsNothingWhenTheProcessEnds) {
+    PutCore(folder_, 2);
+    {
+        const Probe probe(folder_);
+        EXPECT_EQ(probe.Call(), 2);
+        probe.NoteProcessEnding();
+    }
+    const HMODULE left = GetModuleHandleA(kLibrary);
+    ASSERT_NE(left, nullptr);
+    FreeLibrary(left);
 }
 
 }  // namespace

@@ -20,4 +20,6 @@ PROBE_API int ProbeCall() {
 // Resolves the library once more than the routine does; the caller owns the reference.
 PROBE_API HMODULE ProbeResolve() { return GetDllDelayLoader().Resolve("mvcoreC0.dll"); }
 
+PROBE_API void ProbeNoteProcessEnding() { NoteProcessEnding(); }
+
 PROBE_API int ProbeRecordCount() { return static_cast<int>(GetDllDelayLoader().GetLibraries().size()); }
