@@ -1,10 +1,10 @@
 // Transcripts of command lines: what each line of tests/transcripts printed once is what it prints now.
 //
 // A line "$ ..." is a command, its words between blanks or single quotes; "@name" is a file of the run's own, which
-// holds that file of tests/transcripts to begin with; documents are shown in lines. "$ edit @in @out FROM TO" writes a
-// text of which the first FROM is replaced; "$ show @name" prints one. Below a command stands what it printed, errors
-// after "! ", an exit status other than 0 in brackets. With MV_WRITE_TRANSCRIPTS in the environment the files are
-// written anew, for a reader to compare.
+// holds that file of tests/transcripts to begin with; documents are shown in lines. Below a command stands what it
+// printed, errors after "! ", an exit status other than 0 in brackets. Commands of the transcripts' own are "edit @in
+// @out FROM TO", "cut @in @out BYTES", "patch @in @out OFFSET HEX", "show @text" and "files". With MV_WRITE_TRANSCRIPTS
+// in the environment the files are written anew, for a reader to compare.
 #include "hostrun.h"
 
 #include <subsystem/inputs/inputform.h>
@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <set>
 
 namespace {
 
@@ -33,11 +34,29 @@ std::vector<std::string> SplitWords(const std::string& line) {
     return words;
 }
 
-std::string MarkLines(const std::string& text, const std::string& mark) {
-    std::istringstream lines(text);
+// The lines of errors, those of each printer together: several are worked on at once.
+std::string MarkErrors(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    const auto printer = [](const std::string& line) { return line.starts_with('\'') ? line.substr(0, line.find(':')) : ""; };
+    std::stable_sort(lines.begin(), lines.end(), [&](const auto& a, const auto& b) { return printer(a) < printer(b); });
     std::string marked;
-    for (std::string line; std::getline(lines, line);) marked += mark + line + '\n';
+    for (const std::string& line : lines) marked += "! " + line + '\n';
     return marked;
+}
+
+// The bytes as the transcript's own command changes them.
+std::string Change(const std::vector<std::string>& words, std::string bytes) {
+    if (words[0] == "cut") return bytes.substr(0, std::stoul(words.at(3)));
+    if (words[0] == "patch") {
+        for (std::size_t at = 0; at < words.at(4).size(); at += 2)
+            bytes.at(std::stoul(words[3]) + at / 2) = static_cast<char>(std::stoul(words[4].substr(at, 2), nullptr, 16));
+        return bytes;
+    }
+    const std::size_t at = bytes.find(words.at(3));
+    EXPECT_NE(at, std::string::npos) << words[3];
+    return bytes.replace(at, words[3].size(), words.at(4));
 }
 
 class Transcript : public HostRun, public testing::WithParamInterface<fs::path> {
@@ -45,24 +64,32 @@ protected:
     // What the command prints, its files named as in the transcript.
     std::string Play(const std::string& line) const {
         std::vector<std::string> words = SplitWords(line);
-        if (words[0] == "edit") {
-            std::string text = Read(words.at(1).substr(1));
-            const std::size_t at = text.find(words.at(3));
-            EXPECT_NE(at, std::string::npos) << line;
-            Write(words.at(2).substr(1), text.replace(at, words[3].size(), words.at(4)));
+        if (words[0] == "show") return DecodeText(Read(words.at(1).substr(1)));
+        if (words[0] == "files") return ListFiles();
+        if (words[0] == "edit" || words[0] == "patch" || words[0] == "cut") {
+            Write(words.at(2).substr(1), Change(words, Read(words.at(1).substr(1))));
             return std::string();
         }
-        if (words[0] == "show") return DecodeText(Read(words.at(1).substr(1)));
         for (std::string& word : words)
             if (word.starts_with('@')) word = File(word.substr(1));
         const Outcome outcome = Run(words);
-        std::string text = outcome.out + MarkLines(outcome.err, "! ");
+        std::string text = outcome.out + MarkErrors(outcome.err);
         if (!text.empty() && text.back() != '\n') text += '\n';
         if (outcome.status != 0) text += "[" + std::to_string(outcome.status) + "]\n";
         if (text.starts_with("<?xml"))
             for (std::size_t at = 0; (at = text.find("><", at)) != std::string::npos;) text.insert(++at, "\n");
         const std::string folder = File("");
         for (std::size_t at; (at = text.find(folder)) != std::string::npos;) text.replace(at, folder.size(), "@");
+        return text;
+    }
+
+    // The run's own files, without those that it begins with.
+    std::string ListFiles() const {
+        std::set<std::string> names;
+        for (const fs::directory_entry& entry : fs::directory_iterator(PathFromUtf8(File(""))))
+            if (!fs::exists(kTranscripts / entry.path().filename())) names.insert(PathToUtf8(entry.path().filename()));
+        std::string text;
+        for (const std::string& name : names) text += name + '\n';
         return text;
     }
 };
