@@ -162,6 +162,12 @@ TEST(XDevmodeTest, HoldsAStateWithoutABlock) {
     EXPECT_EQ(Feature43(xdevmode), 7);
     EXPECT_FALSE(xdevmode.SetDevmode(devmode.Get())) << "without a block the one before stays";
     EXPECT_EQ(Feature43(xdevmode), 7);
+    TestDevmode damaged(MakePrivateBlock({{1, DocPropState(8)}}));
+    damaged.Block()[kChecksumOffset] ^= 1;
+    xdevmode.SetDevmode(damaged.Get());
+    EXPECT_EQ(Feature43(xdevmode), -1);
+    xdevmode.SetDevmode(other.Get());
+    EXPECT_EQ(Feature43(xdevmode), 7);
     TestDevmode empty(MakePrivateBlock({}));
     WriteDword(empty.Block() + kChecksumOffset, 0);
     EXPECT_FALSE(xdevmode.SetDevmode(empty.Get())) << "nothing was ever written into it";

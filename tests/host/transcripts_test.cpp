@@ -39,7 +39,9 @@ std::string MarkErrors(const std::string& text) {
     std::istringstream stream(text);
     std::vector<std::string> lines;
     for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    const auto printer = [](const std::string& line) { return line.starts_with('\'') ? line.substr(0, line.find(':')) : ""; };
+    const auto printer = [](const std::string& line) {
+        return line.starts_with('\'') ? line.substr(0, line.find(':')) : "";
+    };
     std::stable_sort(lines.begin(), lines.end(), [&](const auto& a, const auto& b) { return printer(a) < printer(b); });
     std::string marked;
     for (const std::string& line : lines) marked += "! " + line + '\n';
@@ -51,7 +53,8 @@ std::string Change(const std::vector<std::string>& words, std::string bytes) {
     if (words[0] == "cut") return bytes.substr(0, std::stoul(words.at(3)));
     if (words[0] == "patch") {
         for (std::size_t at = 0; at < words.at(4).size(); at += 2)
-            bytes.at(std::stoul(words[3]) + at / 2) = static_cast<char>(std::stoul(words[4].substr(at, 2), nullptr, 16));
+            bytes.at(std::stoul(words[3]) + at / 2) =
+                static_cast<char>(std::stoul(words[4].substr(at, 2), nullptr, 16));
         return bytes;
     }
     const std::size_t at = bytes.find(words.at(3));

@@ -100,6 +100,8 @@ TEST_F(PrinterTest, FormsAreNumberedFromOneInTheSpoolersOrder) {
     EXPECT_EQ(all.GetFormW(WORD(9)), a4);
     EXPECT_EQ(all.GetFormW(WORD(0)), nullptr);
     EXPECT_EQ(tall.GetFormW(W("A User's Form")), nullptr) << "wider than long";
+    AddForm(handle_, W("Square"), 100000, 100000);
+    EXPECT_NE(CForms(handle_, false).GetFormW(W("Square")), nullptr);
     ASSERT_NE(tall.GetFormW(W("A4")), nullptr);
     EXPECT_EQ(tall.GetFormW(W("A4"))->formIndex, 9) << "leaving forms out moves no number";
 }

@@ -53,7 +53,7 @@ TEST_F(PageMediaSizeTest, IsOfferedForEachRecordOnce) {
         const char *program, *custom;
         ULONGLONG flags;
     } cases[] = {
-        {"", " psk:CustomMediaSize", 0x400}, {"", " psk:PSCustomMediaSize", 0x200}, {"formletter.exe", "", 0x400}};
+        {"", " psk:CustomMediaSize", 0x400}, {"", " psk:PSCustomMediaSize", 0x200}, {"FormLetter.EXE", "", 0x400}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.custom);
         Application::SetExecutableName(CXString(test.program));

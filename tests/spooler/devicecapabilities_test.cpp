@@ -100,6 +100,7 @@ TEST_F(SpoolerTest, AnswersFromSoundCaches) {
     EXPECT_EQ(Ask(DC_COPIES), 3);
     EXPECT_EQ(Ask(DC_DUPLEX), 0);
     EXPECT_EQ(Ask(DC_MAXEXTENT), 2000 | 3000 << 16);
+    EXPECT_EQ(Ask(DC_MINEXTENT), 100 | 200 << 16);
     EXPECT_EQ(Ask(DC_COLORDEVICE), 1) << "not vouched for by the cache: the product's";
 }
 

@@ -191,6 +191,7 @@ TEST_F(SpoolerTest, KeepsEveryFieldOfADriverAndOfAPrinter) {
     EXPECT_EQ(WideString(reinterpret_cast<const PRINTER_INFO_4W*>(bytes.data())->pPrinterName), W("text 1"));
     DeletePrinter(handle);
     ClosePrinter(handle);
+    Install(W("Of another driver"));
     WideString name = W("text 0");
     EXPECT_TRUE(DeletePrinterDriverW(here.data(), here.data(), name.data()));
 }
