@@ -30,14 +30,13 @@ std::string Init(const std::string& name, const std::string& content) { return N
 const std::string kPickOne = Named("Property", "psf:SelectionType", Value("QName", "psk:PickOne"));
 const std::string kOption = "<psf:Option name='psk:A'/>";
 const std::string kDone = Feature("psk:PageX", kOption);
-const std::string kData =
-    Named("ParameterDef", "psk:JobMorvaneDriverData",
-          Named("Property", "psf:DataType", Value("QName", "xsd:string")) +
-              Named("Property", "psf:DefaultValue", Value("string", "")) +
-              Named("Property", "psf:MinLength", Value("integer", "0")) +
-              Named("Property", "psf:MaxLength", Value("integer", "9")) +
-              Named("Property", "psf:Mandatory", Value("QName", "psk:Optional")) +
-              Named("Property", "psf:UnitType", Value("string", "base64")));
+const std::string kData = Named("ParameterDef", "psk:JobMorvaneDriverData",
+                                Named("Property", "psf:DataType", Value("QName", "xsd:string")) +
+                                    Named("Property", "psf:DefaultValue", Value("string", "")) +
+                                    Named("Property", "psf:MinLength", Value("integer", "0")) +
+                                    Named("Property", "psf:MaxLength", Value("integer", "9")) +
+                                    Named("Property", "psf:Mandatory", Value("QName", "psk:Optional")) +
+                                    Named("Property", "psf:UnitType", Value("string", "base64")));
 
 std::string Tell(const std::vector<SchemaFinding>& findings) {
     std::string text;
