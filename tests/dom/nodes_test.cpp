@@ -102,6 +102,13 @@ TEST(Attributes, OfOneNameTakeEachOthersPlace) {
     EXPECT_EQ(Root(Load("<x/>"))->setAttributeNode(b.Get(), nullptr), E_FAIL) << "another element's";
 }
 
+TEST(Attributes, AreOneByNamespaceWhateverTheirPrefix) {
+    const Document document = Load("<a xmlns:p='u' xmlns:q='v' p:b='1' q:b='2' b='3'/>");
+    EXPECT_EQ(Put(document, Root(document).Get(), "r:b", "u", "4"), S_OK);
+    EXPECT_EQ(Put(document, Root(document).Get(), "b", "", "5"), S_OK);
+    EXPECT_EQ(RootXml(document), "<a xmlns:r=\"u\" xmlns:p=\"u\" xmlns:q=\"v\" r:b=\"4\" q:b=\"2\" b=\"5\"/>");
+}
+
 TEST(Attributes, OfWhichThereAreManyAreFoundUntilTheyGo) {
     const int count = 50;
     std::string xml = "<a xmlns:p='u'";

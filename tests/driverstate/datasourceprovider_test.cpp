@@ -60,4 +60,21 @@ TEST_F(DataSourceProviderTest, BothItemsAreCurrentAsLongAsTheConfigurationStands
     EXPECT_EQ(others, kNuggets) << "another printer's";
 }
 
+TEST_F(DataSourceProviderTest, TheMachinesNuggetsAreCopiedToTheUser) {
+    const auto stored = [&](HKEY hive, const WCHAR* name) {
+        ByteBuffer value;
+        DataCache(handle_, hive, printer_.GetCacheKey(), 0, true).GetCachedBytesValue(name, value);
+        return value;
+    };
+    DataCache machine(handle_, HKEY_LOCAL_MACHINE, printer_.GetCacheKey(), 0, true);
+    machine.SetCachedValue(W("XDataModelInfoNuggets"), kNuggets, false);
+    machine.SetCachedValue(W("XInstallableOptionsState"), LONG{77}, false);
+    Provider().CopyDataModelInfoNuggetsToCurrentUser(handle_);
+    EXPECT_EQ(stored(HKEY_CURRENT_USER, W("XDataModelInfoNuggets")), kNuggets);
+    EXPECT_EQ(stored(HKEY_CURRENT_USER, W("XInstallableOptionsState")).getAsLongValue(), 77);
+    machine.SetCachedValue(W("XDataModelInfoNuggets"), kState, false);
+    EXPECT_EQ(stored(HKEY_CURRENT_USER, W("XDataModelInfoNuggets")), kNuggets) << "a copy";
+    EXPECT_EQ(stored(HKEY_LOCAL_MACHINE, W("XDataModelInfoNuggets")), kState);
+}
+
 }  // namespace

@@ -143,6 +143,7 @@ TEST(UserPreferences, UnitsStartAsTheUserMeasures) {
     User::StoreUserDataLongInRegistry(kKey, W("XUnits"), 1);
     press.Save();
     EXPECT_EQ(StoredLong(W("XUnits")), 1) << "what has not changed is not stored again";
+    EXPECT_EQ(StoredLong(W("XPreferenceInteger")), -1) << "nor is the default at first";
 }
 
 ULONGLONG Hundreds(const FILETIME& time) { return ULONGLONG{time.dwHighDateTime} << 32 | time.dwLowDateTime; }
@@ -163,6 +164,7 @@ TEST(UserPreferences, BothProtectedStringsAreStoredForTheirFamily) {
     again.model.SetOption(FeatureId(285), 8430);
     again.model.SetOption(FeatureId(285), 8433);
     EXPECT_EQ(again.Text(648), CXString(W("8")));
+    EXPECT_TRUE(again.Text(648).IsSecret());
     ByteBuffer time;
     ASSERT_TRUE(User::GetUserDataBytesFromRegistry(kKey, W("XProtectedStringTime8433"), time));
     ASSERT_EQ(time.getDword(), sizeof stored);

@@ -70,7 +70,7 @@ TEST_F(FeaturesTest, TheModelStatesItsProduct) {
     for (const FeatureId id : features) all += Describe(model_, id);
     EXPECT_EQ(all,
               "\n43 1 9999 1\n!45 = 5410: 5410 5411\n!46 = 5420: 5420 5421 5422\n78\n477\n172 139700 330200 215900"
-              "\n173 139700 660400 279400\n210\n175 = House Stock: 6800 6801 9636\n!168 = A4: 6430 6436 6441 6408 6700"
+              "\n173 139700 660400 279400\n210\n175 = Plain: 6800 6801 9636\n!168 = A4: 6430 6436 6441 6408 6700"
               "\n286\n94 600x600 2400x1200 600x600\n201\n191 = Tray 2: 5001 7147 7149\n193 = Tray 2: 5001 7147 7149"
               "\n192\n710 = Tray 2: 5001 7147 7149");
     all.clear();

@@ -45,7 +45,7 @@ unlisted_media_types = [6890]
 [devmode]
 dmPaperSize = 9
 dmDefaultSource = 3
-dmMediaType = 9636
+dmMediaType = 1
 )";
 
 inline std::filesystem::path GetTestProductFile() {

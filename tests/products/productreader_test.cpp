@@ -265,8 +265,8 @@ TEST(ProductReader, FindsLongKeysWhateverStandsBeforeThem) {
     std::string key = "a";
     for (int part = 0; part < 100000; ++part) key += ".a";
     const TemporaryFolder folder;
-    for (const char* before : {"", "t = \"\"\"x\"\"\"\"\nu = {b = 1, ", "t = \"\\\"\"\n", "t = 'x\\'\n", "# it's\n[",
-                               "t = '''\n'x''' # \"\n"})
+    for (const char* before : {"", "t = \"\"\"\"\"\"\n", "t = \"\\\\\"\n", "t = \"\"\"x\"\"\"\"\nu = {b = 1, ",
+                               "t = \"\\\"\"\n", "t = 'x\\'\n", "# it's\n[", "t = '''\n'x''' # \"\n"})
         EXPECT_NE(ErrorOf(folder.Write("deep.toml", before + key + " = 1")).find("keys of at most"), std::string::npos)
             << before;
 }

@@ -67,6 +67,7 @@ TEST_F(ImageableTest, MarginsComeFromTheLineOfThePagesSize) {
          "10231 10583"},
         {"fractions are dropped", "612x792=17.99 18 594 774.5\n", "6350 6350"},
         {"white space before numbers, text behind the last", " 612x\t792= 18  18\t594 774 points\n", "6703 6703"},
+        {"no digit before the point", "612x792=.5 18 594 774\n", "353 6703"},
         {"signs and exponents", "+6.12e2x792=-0.5 18 594 774\n", "0 6703"},
         {"a space in front of the x", "612 x792=18 18 594 774\n", nullptr},
         {"five numbers", "612x792=18 18 594\n", nullptr},

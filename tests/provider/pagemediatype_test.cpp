@@ -132,6 +132,7 @@ TEST_F(PageMediaTypeTest, TravelsToTheDocumentPropertiesAndBack) {
         {"a type of the user's", heavyCard, Known(6800), "Heavy Card", heavyCard},
         {"another type of the user's", thickest, Named(W("Heavy Card")), WideString(63, W('n')), thickest},
         {"from the user's type", "psk:Plain", Named(W("Heavy Card")), "6800", "psk:Plain"},
+        {"a user's type that is named like a known one", "psk:Plain", Named(W("Plain Paper")), W("6800"), "psk:Plain"},
         {"nothing stored yet", "psk:Plain", AttributeBytesIntegerValue(1), "6800", "psk:Plain"},
         {"none in the ticket", "", Known(9700), "9700", heavyCard},
         {"a type of the user's that is gone", "", Named(W("Gone")), "Gone", "psk:AutoSelect"},

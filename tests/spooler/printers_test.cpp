@@ -210,6 +210,7 @@ TEST_F(SpoolerTest, RefusesArgumentsThatCannotBe) {
         change(changed);
         return AddPrinterDriverW(nullptr, 3, BytesOf(changed));
     };
+    WideString longName(256, 'x');
     char* const path = reinterpret_cast<char*>(room.data());
     const auto directory = [&](LPSTR from, LPSTR environment, DWORD level, LPBYTE buffer, DWORD bytes, DWORD* size) {
         std::strcpy(path, "\\\\server");
@@ -220,6 +221,7 @@ TEST_F(SpoolerTest, RefusesArgumentsThatCannotBe) {
     std::replace(folder.begin(), folder.end(), '\\', '/');
     EXPECT_EQ(std::filesystem::path(folder).filename(), "drivers");
     EXPECT_EQ(std::filesystem::path(folder).parent_path().filename(), (ProgramFolder() / "x").parent_path().filename());
+    EXPECT_TRUE(addDriver([&](auto& d) { d.pName = longName.data() + 1; })) << "255 characters";
     std::string windows = "Windows x64", other = "Windows 4.0";
     ASSERT_TRUE(directory(nullptr, windows.data(), 1, room.data(), 5000, &needed));
     const DWORD exact = needed;
@@ -240,6 +242,8 @@ TEST_F(SpoolerTest, RefusesArgumentsThatCannotBe) {
         {"version 4", ERROR_INVALID_PARAMETER, [&] { return addDriver([](auto& d) { d.cVersion = 4; }); }},
         {"driver without a name", ERROR_INVALID_PARAMETER,
          [&] { return addDriver([](auto& d) { d.pName = nullptr; }); }},
+        {"driver's name too long", ERROR_INVALID_PARAMETER,
+         [&] { return addDriver([&](auto& d) { d.pName = longName.data(); }); }},
         {"driver's name a path", ERROR_INVALID_PARAMETER,
          [&] { return addDriver([&](auto& d) { d.pName = server.data(); }); }},
         {"driver without a file", ERROR_INVALID_PARAMETER,
