@@ -198,7 +198,8 @@ private:
 void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const BulkChange& change, bool atomic) {
     BulkReport report(context, items, change.done);
     const auto isBad = [](const BulkItem& item) { return !item.fault.empty(); };
-    bool goesOn = !(atomic && std::any_of(items.begin(), items.end(), isBad));
+    const bool isTried = !(atomic && std::any_of(items.begin(), items.end(), isBad));
+    bool goesOn = isTried;
     std::string whyNot;
     std::size_t first = 0;
     const std::size_t step = atomic ? items.size() : kItemsOfATransaction;
@@ -210,7 +211,7 @@ void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const Bulk
     // What the store does not have for the sake of others, or of a transaction that failed, is named as well.
     if (!whyNot.empty()) context.err << "from here on nothing was done: " << whyNot << '\n';
     for (std::size_t index = first; index < items.size(); ++index)
-        if (!isBad(items[index]) && !change.isDone(items[index]))
+        if (!isBad(items[index]) && !(isTried && change.isDone(items[index])))
             items[index].fault = "not done for the sake of others";
     report.Finish();
 }

@@ -156,6 +156,7 @@ TEST(UserPreferences, BothProtectedStringsAreStoredForTheirFamily) {
         PreferenceModel model(8433);
         model.SetText(42, W("7"));
         model.SetText(648, W("8"));
+        EXPECT_TRUE(model.Text(648).IsSecret());
         model.Save();
     }
     GetSystemTimeAsFileTime(&after);
