@@ -239,10 +239,11 @@ TEST(ProductReader, TakesNumbersAndTextsWithinTheirBounds) {
         return ErrorOf(folder.Write("bounds.toml", Replaced(from, to)));
     };
     for (const auto& [from, before, after, taken, refused] : numbers) {
-        for (const std::int64_t number : taken)
-            EXPECT_EQ(error(from, before + std::to_string(number) + after), "no error");
-        for (const std::int64_t number : refused)
-            EXPECT_NE(error(from, before + std::to_string(number) + after), "no error") << before << number;
+        const auto errorWith = [&, from = from, before = before, after = after](std::int64_t number) {
+            return error(from, std::string(before).append(std::to_string(number)).append(after));
+        };
+        for (const std::int64_t number : taken) EXPECT_EQ(errorWith(number), "no error") << before << number;
+        for (const std::int64_t number : refused) EXPECT_NE(errorWith(number), "no error") << before << number;
     }
 
     const struct {
