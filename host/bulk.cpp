@@ -11,6 +11,7 @@
 
 #include <subsystem/hostplatform.h>
 #include <subsystem/hosttext.h>
+#include <subsystem/interruption.h>
 #include <subsystem/operationreports.h>
 
 namespace {
@@ -37,8 +38,6 @@ std::string DescribeFailure() {
 
 std::string Quoted(const BulkItem& item) { return "'" + ToUtf8(item.name) + "'"; }
 
-std::string CountPrinters(std::size_t count) { return std::to_string(count) + (count == 1 ? " printer" : " printers"); }
-
 }  // namespace
 
 std::vector<BulkItem> MakeBulkItems(const std::vector<PrinterRow>& printers) {
@@ -48,8 +47,8 @@ std::vector<BulkItem> MakeBulkItems(const std::vector<PrinterRow>& printers) {
     return items;
 }
 
-BulkReport::BulkReport(HostContext& context, std::vector<BulkItem>& items, const char* done)
-    : context_(context), items_(items), done_(done), showsProgress_(IsTerminal(context.err)) {
+BulkReport::BulkReport(HostContext& context, std::vector<BulkItem>& items, const BulkWords& words)
+    : context_(context), items_(items), words_(words), showsProgress_(IsTerminal(context.err)) {
     for (BulkItem& item : items_)
         if (!item.fault.empty()) Fail(item, item.fault);
 }
@@ -92,6 +91,10 @@ void BulkReport::Print(const BulkItem& item, const std::string& text) {
     ShowProgress();
 }
 
+std::string BulkReport::Count(std::size_t count) const {
+    return std::to_string(count) + ' ' + (count == 1 ? words_.one : words_.many);
+}
+
 // Lines as ranges of items that follow each other; names where there are no lines.
 std::string BulkReport::ListFaults() const {
     std::string text;
@@ -119,10 +122,10 @@ void BulkReport::Finish() {
     const auto failed = static_cast<std::size_t>(
         std::count_if(items_.begin(), items_.end(), [](const BulkItem& item) { return !item.fault.empty(); }));
     if (failed == 0) {
-        context_.out << CountPrinters(total) << ' ' << done_ << '\n';
+        context_.out << Count(total) << ' ' << words_.done << '\n';
         return;
     }
-    context_.out << total - failed << " of " << CountPrinters(total) << ' ' << done_ << "; " << failed << " not ("
+    context_.out << total - failed << " of " << Count(total) << ' ' << words_.done << "; " << failed << " not ("
                  << ListFaults() << ")\n";
     context_.exitStatus = kExitFailed;
 }
@@ -196,7 +199,7 @@ private:
 }  // namespace
 
 void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const BulkChange& change, bool atomic) {
-    BulkReport report(context, items, change.done);
+    BulkReport report(context, items, {.done = change.done});
     const auto isBad = [](const BulkItem& item) { return !item.fault.empty(); };
     const bool isTried = !(atomic && std::any_of(items.begin(), items.end(), isBad));
     bool goesOn = isTried;
@@ -216,21 +219,26 @@ void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const Bulk
     report.Finish();
 }
 
-void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const char* done,
-                const std::function<void(const BulkItem& item, BulkNotes& notes)>& work) {
-    BulkReport report(context, items, done);
+void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const BulkWork& work) {
+    const InterruptionGuard untilNextItem;
+    BulkReport report(context, items, work.words);
     std::atomic<std::size_t> next = 0;
     const auto run = [&] {
         for (std::size_t index; (index = next++) < items.size();) {
             BulkItem& item = items[index];
+            if (!item.fault.empty()) continue;
+            if (InterruptionGuard::IsRequested()) {
+                item.fault = "not done: interrupted";
+                continue;
+            }
             BulkNotes notes;
             std::string fault;
             bool isThere = true;
             try {
-                work(item, notes);
+                work.apply(item, notes);
             } catch (...) {
                 fault = DescribeFailure();
-                isThere = static_cast<bool>(OpenPrinterByName(item.name));
+                isThere = !work.isThere || work.isThere(item);
             }
             for (const std::string& note : notes) report.Report(item, note);
             if (!isThere) {
@@ -247,4 +255,5 @@ void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const char* 
         run();
     }
     report.Finish();
+    context.out.flush();  // an interrupted program ends with the guard
 }

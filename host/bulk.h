@@ -19,17 +19,22 @@ struct BulkItem {
 
 std::vector<BulkItem> MakeBulkItems(const std::vector<PrinterRow>& printers);
 
+// What the items are, and what becomes of them: "498 of 500 printers added".
+struct BulkWords {
+    const char *done, *one = "printer", *many = "printers";
+};
+
 // Progress goes to standard error, when that is a terminal; so does each item's fault, in any case.
 class BulkReport {
 public:
-    // done: what becomes of an item, such as "added". Faults that the items have are reported at once.
-    BulkReport(HostContext& context, std::vector<BulkItem>& items, const char* done);
+    // Faults that the items have are reported at once.
+    BulkReport(HostContext& context, std::vector<BulkItem>& items, const BulkWords& words);
 
     // From any thread, each item by one.
     void Succeed();
     void Fail(BulkItem& item, const std::string& fault);
     void Report(const BulkItem& item, const std::string& note);
-    // The printer has gone meanwhile: it counts no more.
+    // The item has gone meanwhile: it counts no more.
     void Forget();
 
     // Prints the line, "498 of 500 printers added; 2 not (lines 17, 230)", and sets the exit status.
@@ -39,11 +44,12 @@ private:
     void Print(const BulkItem& item, const std::string& text);
     void ShowProgress();
     void ClearProgress();
+    std::string Count(std::size_t count) const;
     std::string ListFaults() const;
 
     HostContext& context_;
     std::vector<BulkItem>& items_;
-    const char* done_;
+    const BulkWords words_;
     bool showsProgress_;
     std::mutex mutex_;
     std::size_t handled_ = 0, forgotten_ = 0;
@@ -60,8 +66,13 @@ struct BulkChange {
 };
 void ChangeInBulk(HostContext& context, std::vector<BulkItem>& items, const BulkChange& change, bool atomic = false);
 
-// Does the work on each item, on all cores; notes are reported with the item's name. It throws why it cannot be; one
-// whose printer has gone meanwhile does not count.
 using BulkNotes = std::vector<std::string>;
-void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const char* done,
-                const std::function<void(const BulkItem& item, BulkNotes& notes)>& work);
+
+// Work on each item, on all cores.
+struct BulkWork {
+    BulkWords words;
+    std::function<void(const BulkItem& item, BulkNotes& notes)> apply;  // throws why it cannot be; notes are reported
+    std::function<bool(const BulkItem& item)> isThere = {};  // whether one that failed still counts; all do without it
+};
+// The items that a user's interruption leaves undone have it as their fault.
+void WorkInBulk(HostContext& context, std::vector<BulkItem>& items, const BulkWork& work);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include <subsystem/hosterror.h>
+#include <subsystem/nearestname.h>
 
 CommandOption CommandOption::Required() const {
     option_->required();
@@ -59,6 +60,10 @@ CommandOption Command::AddOption(const char* names, std::vector<std::string>& va
     return CommandOption(app_->add_option(names, values, description)->allow_extra_args(false));
 }
 
+CommandOption Command::AddArguments(const char* name, std::vector<std::string>& values, const char* description) const {
+    return CommandOption(app_->add_option(name, values, description)->required());
+}
+
 void Command::AddFlag(const char* names, bool& value, const char* description) const {
     app_->add_flag(names, value, description);
 }
@@ -80,6 +85,58 @@ CommandLine::CommandLine(const char* program, const char* description)
 
 CommandLine::~CommandLine() = default;
 
+namespace {
+
+// The command that the line goes up to.
+const CLI::App& FindMeant(const CLI::App& root) {
+    const CLI::App* meant = &root;
+    while (!meant->get_subcommands().empty()) meant = meant->get_subcommands().back();
+    return *meant;
+}
+
+std::string NameWithGroups(const CLI::App& command) {
+    const CLI::App* group = command.get_parent();
+    return (group ? NameWithGroups(*group) + ' ' : std::string()) + command.get_name();
+}
+
+// What may stand where the word stands: options of the command and the program, or commands of the group.
+std::vector<std::string> ListNames(const CLI::App& root, const CLI::App& meant, bool options) {
+    std::vector<std::string> names;
+    if (options) {
+        for (const CLI::App* app : {&meant, &root})
+            for (const CLI::Option* option : app->get_options())
+                if (!option->get_group().empty())
+                    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    } else {
+        for (const CLI::App* command : meant.get_subcommands([](const CLI::App*) { return true; }))
+            names.push_back(command->get_name());
+    }
+    return names;
+}
+
+std::string DescribeFault(const CLI::App& root, const CLI::ParseError& error) {
+    const CLI::App& meant = FindMeant(root);
+    const std::vector<std::string> words = root.remaining(true);
+    std::string sentence = error.what(), nearest;
+    // That a command is missing is only half of it when there is a word in its place. Of many words that are too many
+    // the first is enough.
+    if (!words.empty()) {
+        const bool isOption = words.front().starts_with('-');
+        const bool isGroup = meant.get_require_subcommand_min() > 0;
+        sentence = "'" + words.front() + "' is no " +
+                   (isOption  ? "option of '"
+                    : isGroup ? "command of '"
+                              : "argument that can follow '") +
+                   NameWithGroups(meant) + "'";
+        nearest = SuggestName(words.front(), ListNames(root, meant, isOption));
+    }
+    std::replace(sentence.begin(), sentence.end(), '\n', ' ');
+    return sentence + "; '" + NameWithGroups(meant) + " --help' shows " +
+           (meant.get_require_subcommand_min() > 0 ? "the commands" : "what it takes") + nearest;
+}
+
+}  // namespace
+
 void CommandLine::Run(const std::vector<std::string>& arguments, std::ostream& out) {
     try {
         // The parser takes its arguments from the end.
@@ -88,13 +145,7 @@ void CommandLine::Run(const std::vector<std::string>& arguments, std::ostream& o
         out << app_->help();
         return;
     } catch (const CLI::ParseError& error) {
-        std::string sentence = error.what();
-        // That a command is missing is only half of it when there is a word in its place.
-        const std::vector<std::string> words = app_->remaining(true);
-        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) && !words.empty())
-            sentence = "'" + words.front() + "' is no command";
-        std::replace(sentence.begin(), sentence.end(), '\n', ' ');
-        throw InputError(sentence + "; '" + app_->get_name() + " --help' shows the commands");
+        throw InputError(DescribeFault(*app_, error));
     }
     if (chosen_) chosen_();
 }

@@ -44,6 +44,8 @@ public:
     CommandOption AddOption(const char* names, std::string& value, const char* description) const;
     // An option that may be given several times, with a value each.
     CommandOption AddOption(const char* names, std::vector<std::string>& values, const char* description) const;
+    // What stands without an option's name, once at least.
+    CommandOption AddArguments(const char* name, std::vector<std::string>& values, const char* description) const;
     void AddFlag(const char* names, bool& value, const char* description) const;
 
     // Once the command line is read: whether the first of these two options on it is this one.

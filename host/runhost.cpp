@@ -3,11 +3,13 @@
 
 #include <products/reader/productdescription.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <optional>
 #include <ostream>
 
 #include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
 #include <subsystem/operationreports.h>
 #include "commands/commands.h"
@@ -39,6 +41,7 @@ void AddCommands(Command app, HostContext& context) {
     AddCachesCommands(app, context);
     AddDevmodeCommands(app, context);
     AddConversionCommands(app, context);
+    AddConvertCommand(app, context);
     AddExplainCommand(app, context);
     AddJobCommands(app, context);
     AddJobTicketCommand(app, context);
@@ -56,7 +59,9 @@ int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out,
         AddCommands(commandLine.GetRoot(), context);
         commandLine.Run(arguments, out);
         context.Finish();
-        if (!out.flush()) return Fail(err, "the output cannot be written; check where it goes", kExitFailed);
+        if (!out.flush())  // a reader that has seen enough closes its end
+            return errno == EPIPE ? kExitFailed
+                                  : Fail(err, "the output cannot be written; check where it goes", kExitFailed);
         return context.exitStatus;
     } catch (const InputError& error) {
         return Fail(err, error.what(), error.GetExitStatus());
@@ -133,6 +138,18 @@ void HostContext::Finish() {
     } catch (const std::runtime_error& error) {
         throw OperationError(WithoutStop(error.what()) + "; nothing was changed");
     }
+}
+
+void HostContext::WriteFile(const std::string& file, std::string_view bytes) const {
+    if (const std::filesystem::path path = PathFromUtf8(file); path.empty() || IsStandardStream(path)) {
+        out << bytes;
+    } else {
+        WriteWholeFile(path, bytes);
+    }
+}
+
+std::ostream& HostContext::GetStreamBeside(const std::string& file) const {
+    return IsStandardStream(PathFromUtf8(file)) ? err : out;
 }
 
 int RunHost(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {

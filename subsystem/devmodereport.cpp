@@ -13,6 +13,7 @@
 #include "devmodefields.h"
 #include "driversettings.h"
 #include "hosttext.h"
+#include "jsontext.h"
 #include "settingnames.h"
 
 namespace {
@@ -171,7 +172,7 @@ Json DescribeDevmode(DevmodeBuffer& devmode) {
 
 }  // namespace
 
-std::string FormatDevmodeAsJson(DevmodeBuffer& devmode) { return DescribeDevmode(devmode).dump(2); }
+std::string FormatDevmodeAsJson(DevmodeBuffer& devmode) { return FormatJson(DescribeDevmode(devmode)); }
 
 void PrintDevmodeDescription(DevmodeBuffer& devmode, std::ostream& out) {
     const Json description = DescribeDevmode(devmode);

@@ -24,6 +24,15 @@ private:
 class InputError : public HostError {
 public:
     explicit InputError(const std::string& sentence) : HostError(kExitUsage, sentence) {}
+
+protected:
+    using HostError::HostError;
+};
+
+// What the command line names is not there: a printer, a product, a form, a paper. Nothing was changed.
+class NotFoundError : public InputError {
+public:
+    explicit NotFoundError(const std::string& sentence) : InputError(kExitFailed, sentence) {}
 };
 
 // An operation was tried and failed.

@@ -8,6 +8,7 @@
 #include "hosterror.h"
 #include "hostplatform.h"
 #include "hosttext.h"
+#include "interruption.h"
 
 namespace {
 
@@ -26,11 +27,17 @@ std::string ReadStream(std::istream& stream, const std::string& name, std::size_
 
 }  // namespace
 
-std::string ReadFileOrInput(const std::string& name) {
-    return name == "-" ? ReadStream(std::cin, "standard input", kMaximumInputBytes) : ReadWholeFile(PathFromUtf8(name));
+bool IsStandardStream(const std::filesystem::path& file) { return file == "-"; }
+
+std::string NameInput(const std::filesystem::path& file) {
+    return IsStandardStream(file) ? "standard input" : PathToUtf8(file);
 }
 
 std::string ReadWholeFile(const std::filesystem::path& file, std::size_t maximumBytes) {
+    if (IsStandardStream(file)) {
+        if (std::cin.eof()) throw InputError("standard input is read to its end already; '-' can be named once");
+        return ReadStream(std::cin, NameInput(file), maximumBytes);
+    }
     const std::string name = "'" + PathToUtf8(file) + "'";
     std::error_code error;
     if (std::filesystem::is_directory(file, error)) throw InputError(name + " is a folder; name a file");
@@ -47,6 +54,7 @@ void WriteWholeFile(const std::filesystem::path& named, std::string_view bytes) 
     std::filesystem::path file = named;
     for (int hops = 0; hops < kMostLinks && !inPlace && std::filesystem::is_symlink(file, error); ++hops)
         file = file.parent_path() / std::filesystem::read_symlink(file, error);
+    const InterruptionGuard whole;
     std::filesystem::path temporary = file;
     if (!inPlace) temporary += "." + ToLowerHex(std::random_device()(), 8) + ".part";
     std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
@@ -62,4 +70,10 @@ void WriteWholeFile(const std::filesystem::path& named, std::string_view bytes) 
     }
     if (written) return;
     throw OperationError("the file '" + PathToUtf8(named) + "' cannot be written; check the folder and its free space");
+}
+
+void MakeFolder(const std::filesystem::path& folder) {
+    std::error_code error;
+    if (std::filesystem::create_directories(folder, error); error)
+        throw OperationError("the folder '" + PathToUtf8(folder) + "' cannot be made; name another one with -o");
 }

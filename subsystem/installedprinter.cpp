@@ -7,13 +7,17 @@
 #include <mvutil/printer.h>
 
 #include "hosterror.h"
+#include "hosttext.h"
+#include "nearestname.h"
 
 UniquePrinter OpenInstalledPrinter(const CXString& name) {
     UniquePrinter printer = OpenPrinterByName(name.AsWideString());
-    if (!printer)
-        throw InputError("there is no printer '" + name.ToUtf8() +
-                         "'; 'printer list' shows those that there are, 'printer add' installs one");
-    return printer;
+    if (printer) return printer;
+    std::vector<std::string> names;
+    for (const PrinterRow& row : ListPrinters()) names.push_back(ToUtf8(row.name));
+    throw NotFoundError("there is no printer '" + name.ToUtf8() +
+                        "'; 'printer list' shows those that there are, 'printer add' installs one" +
+                        SuggestName(name.ToUtf8(), names));
 }
 
 namespace {

@@ -9,8 +9,8 @@
 
 class InstalledPrinter {
 public:
-    // Throws InputError for a printer that is not installed, OperationError when it has no driver with a data file, and
-    // ProductError when that is no product description.
+    // Throws NotFoundError for a printer that is not installed, OperationError when it has no driver with a data file,
+    // and ProductError when that is no product description.
     explicit InstalledPrinter(const CXString& name);
 
     HANDLE GetHandle() const noexcept { return handle_.Get(); }
@@ -25,7 +25,7 @@ private:
     std::shared_ptr<const ProductDescription> product_;
 };
 
-// Opens the printer. Throws InputError, which says what to do, when it is not installed.
+// Opens the printer. Throws NotFoundError, which says what to do, when it is not installed.
 UniquePrinter OpenInstalledPrinter(const CXString& name);
 
 // Whether the core driver of the product is the one for PostScript.

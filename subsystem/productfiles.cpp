@@ -5,6 +5,9 @@
 
 #include "hosterror.h"
 #include "hostplatform.h"
+#include "nearestname.h"
+
+std::string NameProduct(const std::filesystem::path& file) { return PathToUtf8(file.stem()); }
 
 // Beside the program, or in the folder of the driver's files beside the program's own.
 std::vector<std::filesystem::path> FindOwnProductFiles() {
@@ -14,15 +17,17 @@ std::vector<std::filesystem::path> FindOwnProductFiles() {
 }
 
 std::filesystem::path FindProductFile(const std::string& nameOrPath) {
-    std::string names;
+    std::string list;
+    std::vector<std::string> names;
     for (const std::filesystem::path& file : FindOwnProductFiles()) {
-        const std::string name = PathToUtf8(file.stem());
-        if (name == nameOrPath) return file;
-        names += (names.empty() ? "" : ", ") + name;
+        names.push_back(NameProduct(file));
+        if (names.back() == nameOrPath) return file;
+        list += (list.empty() ? "" : ", ") + names.back();
     }
     const std::filesystem::path path = PathFromUtf8(nameOrPath);
     std::error_code error;
     if (std::filesystem::is_regular_file(path, error)) return std::filesystem::absolute(path, error);
-    throw InputError("there is no product '" + nameOrPath + "'; give the path of a product file or one of " +
-                     (names.empty() ? "the products beside the program (there are none)" : names));
+    throw NotFoundError("there is no product '" + nameOrPath + "'; give the path of a product file or one of " +
+                        (list.empty() ? "the products beside the program (there are none)" : list) +
+                        SuggestName(nameOrPath, names));
 }

@@ -7,6 +7,8 @@
 
 // Product files in the folder "products" beside the program, else in "../driver/products", by name.
 std::vector<std::filesystem::path> FindOwnProductFiles();
-// The product file that a user means by a name, such as "press8434", or by a path. Throws InputError when there is
+// What a user calls the product of that file.
+std::string NameProduct(const std::filesystem::path& file);
+// The product file that a user means by a name, such as "press8434", or by a path. Throws NotFoundError when there is
 // none.
 std::filesystem::path FindProductFile(const std::string& nameOrPath);

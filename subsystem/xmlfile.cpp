@@ -98,7 +98,7 @@ ComPtr<IXMLDOMDocument2> ReadDocumentBytes(std::string_view bytes, const std::st
 }
 
 ComPtr<IXMLDOMDocument2> ReadDocumentFile(const std::filesystem::path& file, const DocumentMaker& makeDocument) {
-    return ReadDocumentBytes(ReadWholeFile(file), PathToUtf8(file), makeDocument);
+    return ReadDocumentBytes(ReadWholeFile(file), NameInput(file), makeDocument);
 }
 
 void WriteDocumentFile(const std::filesystem::path& file, IXMLDOMDocument2* document) {

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <ostream>
 
+#include <subsystem/jsontext.h>
 #include <subsystem/schematext.h>
 
 namespace {
@@ -95,7 +96,7 @@ std::string FormatAsJson(const std::vector<VerifiedPrinter>& printers) {
             rows.push_back(std::move(row));
         }
     }
-    return rows.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    return FormatJson(rows);
 }
 
 std::string FormatAsJunit(const std::vector<VerifiedPrinter>& printers) {

@@ -23,15 +23,15 @@ using Convert = std::function<PrintSession::Document(const PrintSession& session
 
 void ConvertForAll(HostContext& context, const BulkConversion& conversion, const Convert& convert) {
     const std::filesystem::path folder = PathFromUtf8(conversion.folder);
-    std::error_code error;
-    if (std::filesystem::create_directories(folder, error); error)
-        throw OperationError("the folder '" + conversion.folder + "' cannot be made; name another one with -o");
+    MakeFolder(folder);
     std::vector<BulkItem> items = MakeBulkItems(ListPrinters());
-    WorkInBulk(context, items, "written", [&](const BulkItem& item, BulkNotes& notes) {
+    const auto apply = [&](const BulkItem& item, BulkNotes& notes) {
         const PrintSession session(item.name, conversion.provider);
         WriteDocumentFile(folder / PathFromUtf8(MakePrinterFileName(item.name, kExtension)),
                           convert(session, notes).Get());
-    });
+    };
+    const auto isThere = [](const BulkItem& item) { return static_cast<bool>(OpenPrinterByName(item.name)); };
+    WorkInBulk(context, items, {{.done = "written"}, apply, isThere});
 }
 
 // The settings that the tickets are made of: one DEVMODE for all printers, or one for each.
@@ -42,7 +42,8 @@ public:
         if (file.empty()) return;
         bytes_ = ReadWholeFile(PathFromUtf8(file));
         // An export of a registry may hold one for each printer.
-        if (RecogniseInput(bytes_).form != InputForm::RegistryFile) common_ = ReadDevmodeBytes(bytes_, file, {});
+        if (RecogniseInput(bytes_).form != InputForm::RegistryFile)
+            common_ = ReadDevmodeBytes(bytes_, NameInput(PathFromUtf8(file)), {});
     }
 
     DevmodeBuffer Make(const InstalledPrinter& printer) const {

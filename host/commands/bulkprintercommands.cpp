@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/printercaches.h>
 #include <subsystem/printerlistfile.h>
@@ -58,7 +59,7 @@ void RemoveItems(HostContext& context, std::vector<BulkItem> items, bool atomic)
 }  // namespace
 
 void AddPrintersOfList(HostContext& context, const PrinterOptions& options) {
-    const std::vector<PrinterListEntry> entries = ReadPrinterList(ReadFileOrInput(options.from), true);
+    const std::vector<PrinterListEntry> entries = ReadPrinterList(ReadWholeFile(PathFromUtf8(options.from)), true);
     context.UseStore(StoreAccess::Write);
     std::vector<BulkItem> items = MakeItems(entries);
     ProductFiles products;
@@ -87,7 +88,7 @@ void AddPrintersOfList(HostContext& context, const PrinterOptions& options) {
 }
 
 void RemovePrintersOfList(HostContext& context, const PrinterOptions& options) {
-    const std::vector<PrinterListEntry> entries = ReadPrinterList(ReadFileOrInput(options.from), false);
+    const std::vector<PrinterListEntry> entries = ReadPrinterList(ReadWholeFile(PathFromUtf8(options.from)), false);
     context.UseStore(StoreAccess::ReadMostly);
     std::vector<BulkItem> items = MakeItems(entries);
     for (BulkItem& item : items)

@@ -1,15 +1,18 @@
 // caches rebuild, caches show
 #include <namefield.h>
 #include <printsubsystem/capabilityrecords.h>
+#include <nlohmann/json.hpp>
 
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <ostream>
 #include <span>
+#include <sstream>
 
 #include <subsystem/hosttext.h>
 #include <subsystem/installedprinter.h>
+#include <subsystem/jsontext.h>
 #include <subsystem/printercaches.h>
 #include "bulk.h"
 #include "commands.h"
@@ -17,10 +20,13 @@
 namespace {
 
 using std::ostream;
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kDamaged = "damaged";
 
 struct CachesOptions {
     std::string printer;
-    bool all = false;
+    bool all = false, json = false;
 };
 
 // One part of a blob, which is long enough for it.
@@ -52,83 +58,135 @@ void Show(ostream& out, const _tag_ResolutionInfoRec& record) {
         << (record.kind == 0 ? ", the default" : "");
 }
 
+// The same for programs; lengths in tenths of a millimetre.
+Json ToJson(const _tag_FormsInfoRec& record) {
+    return {{"name", NameOf(record.name)},  {"number", record.msPaperId}, {"form", record.formIndex},
+            {"width", record.width},        {"length", record.length},    {"value", record.pageSizeValue},
+            {"units", record.displayUnits}, {"type", record.pageSizeType}};
+}
+Json ToJson(const BinCapsRecord& record) {
+    return {{"name", NameOf(record.name)}, {"number", record.number}, {"value", record.value}};
+}
+Json ToJson(const MediaCapsRecord& record) { return {{"name", NameOf(record.name)}, {"number", record.number}}; }
+Json ToJson(const MediaReadyRecord& record) {
+    return {{"paper", NameOf(record.paperName)}, {"media", NameOf(record.mediaName)}};
+}
+Json ToJson(const DependentFileRecord& record) { return {{"name", NameOf(record.name)}}; }
+Json ToJson(const _tag_ResolutionInfoRec& record) {
+    return {{"name", NameOf(record.name)},
+            {"crossFeed", record.crossFeed},
+            {"feed", record.feed},
+            {"default", record.kind == 0}};
+}
+
+// One cache in lines for a reader and as JSON.
+struct ShownCache {
+    std::ostringstream lines;
+    Json json;
+
+    void Refuse(const char* state, const std::string& reason) {
+        json = {{"state", state}};
+        if (!reason.empty()) json["reason"] = reason;
+        lines << state << (reason.empty() ? "" : ": ") << reason << '\n';
+    }
+};
+
 template <class Header, class Record>
-void ShowList(ostream& out, const ByteBuffer& blob) {
+void ShowList(ShownCache& shown, const ByteBuffer& blob) {
     const DWORD count = ReadPart<Header>(blob, 0).count;
     const std::size_t held = (blob.getDword() - sizeof(Header)) / sizeof(Record);
-    if (count > held) {
-        out << "damaged: it counts " << count << " records and holds " << held << '\n';
-        return;
-    }
-    out << count << (count == 1 ? " record\n" : " records\n");
+    if (count > held)
+        return shown.Refuse(kDamaged,
+                            "it counts " + std::to_string(count) + " records and holds " + std::to_string(held));
+    shown.lines << count << (count == 1 ? " record\n" : " records\n");
+    Json& records = shown.json["records"] = Json::array();
     for (DWORD index = 0; index < count; ++index) {
-        out << "  ";
-        Show(out, ReadPart<Record>(blob, sizeof(Header) + index * sizeof(Record)));
-        out << '\n';
+        const auto record = ReadPart<Record>(blob, sizeof(Header) + index * sizeof(Record));
+        shown.lines << "  ";
+        Show(shown.lines, record);
+        shown.lines << '\n';
+        records.push_back(ToJson(record));
     }
 }
 
-void ShowDeviceLimits(ostream& out, const ByteBuffer& blob) {
+void ShowDeviceLimits(ShownCache& shown, const ByteBuffer& blob) {
     using Caps = DeviceLimitsCaps;
     const auto caps = ReadPart<Caps>(blob, 0);
-    out << "valid " << FormatHex(caps.valid) << '\n';
+    shown.lines << "valid " << FormatHex(caps.valid) << '\n';
     const struct {
         DWORD bit;
-        const char* name;
+        const char *key, *name;
         DWORD value;
-    } kWords[] = {{Caps::kCollate, "collates", caps.collate},
-                  {Caps::kColor, "prints colour", caps.color},
-                  {Caps::kCopies, "most copies", caps.maximumCopies},
-                  {Caps::kDuplex, "prints on both sides", caps.duplex},
-                  {Caps::kMemory, "memory in KiB", caps.memory},
-                  {Caps::kPagesPerMinute, "pages a minute", caps.pagesPerMinute},
-                  {Caps::kPrintRate, "print rate", caps.printRate},
-                  {Caps::kPrintRateUnit, "unit of the print rate", caps.printRateUnit}};
-    for (const auto& word : kWords)
-        if (caps.valid & word.bit) out << "  " << word.name << ": " << word.value << '\n';
-    if (caps.valid & Caps::kExtents) {
-        out << "  smallest page: " << caps.minimumWidth << " x " << caps.minimumLength << " tenths of a millimetre\n"
-            << "  largest page: " << caps.maximumWidth << " x " << caps.maximumLength << " tenths of a millimetre\n";
+    } kWords[] = {{Caps::kCollate, "collate", "collates", caps.collate},
+                  {Caps::kColor, "color", "prints colour", caps.color},
+                  {Caps::kCopies, "maximumCopies", "most copies", caps.maximumCopies},
+                  {Caps::kDuplex, "duplex", "prints on both sides", caps.duplex},
+                  {Caps::kMemory, "memory", "memory in KiB", caps.memory},
+                  {Caps::kPagesPerMinute, "pagesPerMinute", "pages a minute", caps.pagesPerMinute},
+                  {Caps::kPrintRate, "printRate", "print rate", caps.printRate},
+                  {Caps::kPrintRateUnit, "printRateUnit", "unit of the print rate", caps.printRateUnit}};
+    for (const auto& word : kWords) {
+        if (!(caps.valid & word.bit)) continue;
+        shown.lines << "  " << word.name << ": " << word.value << '\n';
+        shown.json[word.key] = word.value;
+    }
+    if (!(caps.valid & Caps::kExtents)) return;
+    const auto show = [&](const char* key, const char* name, LONG width, LONG length) {
+        shown.lines << "  " << name << ": " << width << " x " << length << " tenths of a millimetre\n";
+        shown.json[key] = {{"width", width}, {"length", length}};
+    };
+    show("smallestPage", "smallest page", caps.minimumWidth, caps.minimumLength);
+    show("largestPage", "largest page", caps.maximumWidth, caps.maximumLength);
+}
+
+void ShowBlob(ShownCache& shown, CapabilityGroupId group, const ByteBuffer& blob) {
+    switch (group) {
+        case CapabilityGroupId::Paper:
+            return ShowList<PaperCapsHeader, _tag_FormsInfoRec>(shown, blob);
+        case CapabilityGroupId::Bins:
+            return ShowList<ListCapsHeader, BinCapsRecord>(shown, blob);
+        case CapabilityGroupId::Media:
+            return ShowList<ListCapsHeader, MediaCapsRecord>(shown, blob);
+        case CapabilityGroupId::MediaReady:
+            return ShowList<ListCapsHeader, MediaReadyRecord>(shown, blob);
+        case CapabilityGroupId::DependentFiles:
+            return ShowList<ListCapsHeader, DependentFileRecord>(shown, blob);
+        case CapabilityGroupId::Resolutions:
+            return ShowList<ResolutionCapsHeader, _tag_ResolutionInfoRec>(shown, blob);
+        case CapabilityGroupId::DeviceLimits:
+            return ShowDeviceLimits(shown, blob);
+        case CapabilityGroupId::Staple: {
+            const bool staples = ReadPart<StapleCaps>(blob, 0).staples != 0;
+            shown.lines << (staples ? "staples\n" : "does not staple\n");
+            shown.json["staples"] = staples;
+        }
     }
 }
 
-void ShowBlob(ostream& out, CapabilityGroupId group, const ByteBuffer& blob) {
-    switch (group) {
-        case CapabilityGroupId::Paper:
-            return ShowList<PaperCapsHeader, _tag_FormsInfoRec>(out, blob);
-        case CapabilityGroupId::Bins:
-            return ShowList<ListCapsHeader, BinCapsRecord>(out, blob);
-        case CapabilityGroupId::Media:
-            return ShowList<ListCapsHeader, MediaCapsRecord>(out, blob);
-        case CapabilityGroupId::MediaReady:
-            return ShowList<ListCapsHeader, MediaReadyRecord>(out, blob);
-        case CapabilityGroupId::DependentFiles:
-            return ShowList<ListCapsHeader, DependentFileRecord>(out, blob);
-        case CapabilityGroupId::Resolutions:
-            return ShowList<ResolutionCapsHeader, _tag_ResolutionInfoRec>(out, blob);
-        case CapabilityGroupId::DeviceLimits:
-            return ShowDeviceLimits(out, blob);
-        case CapabilityGroupId::Staple:
-            out << (ReadPart<StapleCaps>(blob, 0).staples ? "staples\n" : "does not staple\n");
-    }
+void ShowCache(ShownCache& shown, const InstalledPrinter& printer, const CapabilityGroup& group) {
+    ByteBuffer blob;
+    if (!ReadCache(printer.GetHandle(), printer.GetPort(), group, blob)) return shown.Refuse("none", {});
+    const std::string bytes = std::to_string(blob.getDword());
+    if (blob.getDword() < group.minimumBytes)
+        return shown.Refuse(kDamaged, "it has " + bytes + " bytes and needs " + std::to_string(group.minimumBytes));
+    if (!IsWholeCapabilityBlob(group, blob))
+        return shown.Refuse(kDamaged, "its check word is not that of its " + bytes + " bytes");
+    shown.json = {{"state", "whole"}};
+    ShowBlob(shown, group.id, blob);
 }
 
 void RunShow(HostContext& context, const CachesOptions& options) {
     context.UseStore();
     const InstalledPrinter printer(ArgumentToWide(options.printer));
+    Json caches = Json::object();
     for (const CapabilityGroup& group : kCapabilityGroups) {
-        ByteBuffer blob;
-        context.out << ToUtf8(group.valueName) << ": ";
-        if (!ReadCache(printer.GetHandle(), printer.GetPort(), group, blob)) {
-            context.out << "none\n";
-        } else if (blob.getDword() < group.minimumBytes) {
-            context.out << "damaged: it has " << blob.getDword() << " bytes and needs " << group.minimumBytes << '\n';
-        } else if (!IsWholeCapabilityBlob(group, blob)) {
-            context.out << "damaged: its check word is not that of its " << blob.getDword() << " bytes\n";
-        } else {
-            ShowBlob(context.out, group.id, blob);
-        }
+        const std::string name = ToUtf8(group.valueName);
+        ShownCache shown;
+        ShowCache(shown, printer, group);
+        if (!options.json) context.out << name << ": " << shown.lines.str();
+        caches[name] = std::move(shown.json);
     }
+    if (options.json) context.out << FormatJson(caches) << '\n';
 }
 
 void RunRebuildAll(HostContext& context) {
@@ -169,9 +227,9 @@ void AddCachesCommands(Command app, HostContext& context) {
         return caches.AddCommand(name, description, [&context, options, run] { run(context, *options); });
     };
     constexpr const char* kPrinter = "The printer's name";
-    add("show", "Prints the caches' records; damaged caches are told", RunShow)
-        .AddOption("--printer", options->printer, kPrinter)
-        .Required();
+    const Command show = add("show", "Prints the caches' records; damaged caches are told", RunShow);
+    show.AddOption("--printer", options->printer, kPrinter).Required();
+    show.AddFlag("--json", options->json, kJson);
     const Command rebuild =
         add("rebuild", "Builds the caches anew from the product, the forms and the custom sizes", RunRebuild);
     rebuild.AddOption("--printer", options->printer, kPrinter).NotEmpty();

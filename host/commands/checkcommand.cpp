@@ -1,6 +1,8 @@
 // check: which rules of a Print Schema document a file breaks.
 #include <subsystem/schemacheck/schemacheck.h>
+#include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <ostream>
@@ -9,9 +11,17 @@
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
+#include <subsystem/jsontext.h>
 #include "commands.h"
 
 namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct CheckOptions {
+    std::string file;
+    bool json = false;
+};
 
 std::string CountOf(std::size_t count, const char* one, const char* many) {
     return std::to_string(count) + " " + (count == 1 ? one : many);
@@ -22,14 +32,13 @@ std::vector<SchemaFinding> CheckFile(const std::string& file) {
     try {
         return CheckSchemaDocument(bytes);
     } catch (const InputError& error) {
-        throw InputError(file + ": " + error.what());
+        throw InputError(NameInput(PathFromUtf8(file)) + ": " + error.what());
     }
 }
 
 // Of one rule the first places are listed and the others counted.
-void RunCheck(HostContext& context, const std::string& file) {
+void PrintFindings(HostContext& context, const std::string& file, const std::vector<SchemaFinding>& findings) {
     constexpr std::size_t kTold = 10;
-    const std::vector<SchemaFinding> findings = CheckFile(file);
     std::map<std::pair<SchemaRule, bool>, std::size_t> counts, told;  // by rule and whether they are notes
     for (const SchemaFinding& finding : findings) ++counts[{finding.rule, finding.isNote}];
     std::set<SchemaRule> broken;
@@ -52,15 +61,36 @@ void RunCheck(HostContext& context, const std::string& file) {
                                 : CountOf(broken.size(), "rule is broken, in ", "rules are broken, in ") +
                                       CountOf(breaks, "place", "places"))
                 << (notes == 0 ? "" : "; " + CountOf(notes, "note", "notes")) << ".\n";
-    if (breaks != 0) context.exitStatus = kExitFailed;
+}
+
+// All of them.
+std::string FormatAsJson(const std::vector<SchemaFinding>& findings) {
+    Json rows = Json::array();
+    for (const SchemaFinding& finding : findings)
+        rows.push_back({{"line", finding.line},
+                        {"rule", NameRule(finding.rule)},
+                        {"note", finding.isNote},
+                        {"sentence", finding.sentence}});
+    return FormatJson(rows);
+}
+
+void RunCheck(HostContext& context, const CheckOptions& options) {
+    const std::vector<SchemaFinding> findings = CheckFile(options.file);
+    if (options.json) {
+        context.out << FormatAsJson(findings) << '\n';
+    } else {
+        PrintFindings(context, NameInput(PathFromUtf8(options.file)), findings);
+    }
+    if (std::any_of(findings.begin(), findings.end(), [](const SchemaFinding& finding) { return !finding.isNote; }))
+        context.exitStatus = kExitFailed;
 }
 
 }  // namespace
 
 void AddCheckCommand(Command app, HostContext& context) {
-    const auto file = std::make_shared<std::string>();
-    app.AddCommand("check", "Shows which rules a PrintTicket or a PrintCapabilities breaks",
-                   [&context, file] { RunCheck(context, *file); })
-        .AddOption("FILE", *file, "The document")
-        .Required();
+    const auto options = std::make_shared<CheckOptions>();
+    const Command check = app.AddCommand("check", "Shows which rules a PrintTicket or a PrintCapabilities breaks",
+                                         [&context, options] { RunCheck(context, *options); });
+    check.AddOption("FILE", options->file, "The document").Required();
+    check.AddFlag("--json", options->json, kJsonRows);
 }

@@ -6,6 +6,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <subsystem/hosterror.h>
 #include "commandline.h"
@@ -26,6 +27,11 @@ public:
     void ChangeStore(StoreAccess access = StoreAccess::ReadMostly);
     void UseThrowawayStore();  // a store that ends with the context
 
+    // Writes the file; output when no file or "-" is named. Throws what WriteWholeFile throws.
+    void WriteFile(const std::string& file, std::string_view bytes) const;
+    // Where a command prints that also writes the file: output, unless the file goes there.
+    std::ostream& GetStreamBeside(const std::string& file) const;
+
     // The command has succeeded. Throws OperationError when its changes cannot be made; none is then.
     void Finish();
 
@@ -42,14 +48,20 @@ private:
     std::optional<StoreTransaction> transaction_;
 };
 
+// What all flags "--json" say; docs/json.md has the keys.
+inline constexpr const char* kJson = "Print JSON";
+inline constexpr const char* kJsonRows = "Print a JSON array";
+
 void AddDemoCommand(Command app, HostContext& context);
 void AddCheckCommand(Command app, HostContext& context);
 void AddProductCommands(Command app, HostContext& context);
 void AddPrinterCommands(Command app, HostContext& context);
 void AddPaperCommands(Command printer, HostContext& context);  // forms and custom sizes, under the command "printer"
+void AddPaperLists(Command form, Command customSize, HostContext& context);  // their commands "list"
 void AddCachesCommands(Command app, HostContext& context);
 void AddDevmodeCommands(Command app, HostContext& context);
 void AddConversionCommands(Command app, HostContext& context);
+void AddConvertCommand(Command app, HostContext& context);
 void AddExplainCommand(Command app, HostContext& context);
 void AddJobCommands(Command app, HostContext& context);
 void AddJobTicketCommand(Command app, HostContext& context);

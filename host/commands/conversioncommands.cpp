@@ -1,5 +1,6 @@
 // ticket, apply, capabilities, validate
 #include <mvutil/printer.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -13,7 +14,9 @@
 #include <subsystem/hresultnames.h>
 #include <subsystem/inputs/devmodeinput.h>
 #include <subsystem/inputs/ticketinput.h>
+#include <subsystem/jsontext.h>
 #include <subsystem/printsession.h>
+#include <subsystem/schemasettings.h>
 #include <subsystem/xmlfile.h>
 #include "bulkconversioncommands.h"
 #include "commands.h"
@@ -23,13 +26,14 @@
 namespace {
 
 using Document = PrintSession::Document;
+using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kMostLosses = 50;  // that are reported one by one
 
 // Options of the four commands; each declares those that it takes. Empty: not given.
 struct ConversionOptions {
     std::string printer, devmode, ticket, in, out;
-    bool strict = false, all = false;
+    bool strict = false, all = false, json = false;
     ProviderChoice provider;
 };
 using SharedOptions = std::shared_ptr<ConversionOptions>;
@@ -59,14 +63,6 @@ PrintSession OpenSession(HostContext& context, const ConversionOptions& options)
     if (const std::string missing = DescribeMissingCaches(FindPrinter(name)); !missing.empty())
         context.err << missing << '\n';
     return PrintSession(name, MakeProviderSource(options.provider));
-}
-
-void WriteDocument(HostContext& context, const ConversionOptions& options, IXMLDOMDocument2* document) {
-    if (options.out.empty()) {
-        context.out << FormatDocument(document);
-    } else {
-        WriteDocumentFile(PathFromUtf8(options.out), document);
-    }
 }
 
 // Says on standard error what is lost and what is ignored; under --strict that fails before anything is written.
@@ -102,7 +98,7 @@ void RunTicket(HostContext& context, const ConversionOptions& options) {
     PrinterFacts printer(session);
     const ExplainedTicket result = ConvertAndExplain(printer, devmode, coreTicket);
     ReportLosses(context, options, result.explanation);
-    WriteDocument(context, options, result.ticket.Get());
+    context.WriteFile(options.out, FormatDocument(result.ticket.Get()));
 }
 
 void RunApply(HostContext& context, const ConversionOptions& options) {
@@ -111,14 +107,32 @@ void RunApply(HostContext& context, const ConversionOptions& options) {
     const PrintSession session = OpenSession(context, options);
     PrinterFacts printer(session);
     ReportLosses(context, options, ApplyAndExplain(printer, ticket.Get(), devmode));
-    if (options.out.empty()) {
-        context.out << devmode.GetBytesView();
-    } else {
-        WriteWholeFile(PathFromUtf8(options.out), devmode.GetBytesView());
+    context.WriteFile(options.out, devmode.GetBytesView());
+}
+
+Json ToJson(const SchemaName& name) { return {{"name", name.text}, {"namespace", name.uri}}; }
+
+// Properties apart, which programs find nothing in.
+std::string FormatOffersAsJson(const SchemaSettings& offers) {
+    Json rows = Json::array();
+    for (const SchemaSetting& setting : offers.GetAll()) {
+        if (setting.kind == SchemaSetting::Kind::Property) continue;
+        const bool isFeature = setting.kind == SchemaSetting::Kind::Feature;
+        Json row = ToJson(setting.name);
+        row["kind"] = isFeature ? "feature" : "parameter";
+        if (!setting.parents.empty()) row["parents"] = setting.parents;
+        if (isFeature) row["options"] = Json::array();
+        for (const SchemaOption& option : setting.options) {
+            Json& shown = row["options"].emplace_back(ToJson(option.name));
+            for (const auto& [name, value] : option.scores) shown["scores"][name] = value;
+        }
+        rows.push_back(std::move(row));
     }
+    return FormatJson(rows) + '\n';
 }
 
 void RunCapabilities(HostContext& context, const ConversionOptions& options) {
+    if (options.json && options.all) throw InputError("--json goes with one printer; leave it out with --all-printers");
     if (IsForAll(options))
         return MakeAllCapabilities(context, {options.out, {}, false, MakeProviderSource(options.provider)});
     const Document ticket = ReadTicket(options.ticket);
@@ -128,19 +142,25 @@ void RunCapabilities(HostContext& context, const ConversionOptions& options) {
     MakeUpForMissingCaches(context, {FindPrinter(name)});
     const PrintSession session(name, MakeProviderSource(options.provider));
     capabilities = session.MakeCapabilities(ticket.Get(), capabilities);
-    WriteDocument(context, options, capabilities.Get());
+    context.WriteFile(options.out, options.json ? FormatOffersAsJson(SchemaSettings(capabilities.Get()))
+                                                : FormatDocument(capabilities.Get()));
 }
 
 void RunValidate(HostContext& context, const ConversionOptions& options) {
     const Document ticket = ReadTicket(options.ticket);
     const PrintSession session = OpenSession(context, options);
     const HRESULT expanded = session.CallExpand(ticket.Get());
-    context.out << "ExpandIntentOptions: " << DescribeHresult(expanded) << '\n';
+    std::ostream& out = context.GetStreamBeside(options.out);
     const HRESULT validated = session.CallValidate(ticket.Get());
-    context.out << "ValidatePrintTicket: " << DescribeHresult(validated) << '\n';
+    const std::string expansion = DescribeHresult(expanded), validation = DescribeHresult(validated);
+    if (options.json) {
+        out << FormatJson({{"ExpandIntentOptions", expansion}, {"ValidatePrintTicket", validation}}) << '\n';
+    } else {
+        out << "ExpandIntentOptions: " << expansion << "\nValidatePrintTicket: " << validation << '\n';
+    }
     if (FAILED(expanded)) throw OperationError("ExpandIntentOptions", expanded);
     if (FAILED(validated)) throw OperationError("ValidatePrintTicket", validated);
-    if (!options.out.empty()) WriteDocumentFile(PathFromUtf8(options.out), ticket.Get());
+    if (!options.out.empty()) context.WriteFile(options.out, FormatDocument(ticket.Get()));
 }
 
 Command AddConversion(Command app, HostContext& context, const SharedOptions& options, const char* name,
@@ -193,9 +213,12 @@ void AddConversionCommands(Command app, HostContext& context) {
                    "The PrintCapabilities as the core driver left it (default: mvpthost writes one)")
         .NotEmpty();
     capabilities.AddOption("-o,--out", options->out, kOutDocument).NotEmpty();
+    capabilities.AddFlag("--json", options->json,
+                         "Write a JSON array in the document's place: its features with their options, its parameters");
 
     const Command validate = AddConversion(app, context, options, "validate", "A PrintTicket is checked", RunValidate);
     validate.AddOption("--printer", options->printer, kPrinter).Required();
     validate.AddOption("--ticket", options->ticket, "The PrintTicket's file").Required().NotEmpty();
     validate.AddOption("-o,--out", options->out, "File for the document as it then is").NotEmpty();
+    validate.AddFlag("--json", options->json, kJson);
 }

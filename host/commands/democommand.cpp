@@ -55,9 +55,7 @@ bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, co
     InstallPrinter(printer.AsWideString(), productFile, WideString());
     RebuildCapabilityCaches(OpenInstalledPrinter(printer).Get());
     const PrintSession session(printer, provider);
-    std::error_code error;
-    if (std::filesystem::create_directories(folder, error); error)
-        throw OperationError("the folder '" + PathToUtf8(folder) + "' cannot be made; name another one with -o");
+    MakeFolder(folder);
 
     out << product->modelName << ", installed as '" << printer.ToUtf8() << "':\n";
     DevmodeBuffer devmode = MakeDevmode(*product, printer.AsWideString(), kJobSettings);

@@ -37,7 +37,7 @@ void RunNew(HostContext& context, const DevmodeOptions& options) {
     const InstalledPrinter printer(CXString::FromUtf8(options.printer));
     DevmodeBuffer devmode = MakeDevmode(*printer.GetProduct(), printer.GetName().AsWideString(), settings);
     if (options.caches) ExportCapabilityCaches(printer.GetHandle(), devmode);
-    WriteWholeFile(PathFromUtf8(options.file), devmode.GetBytesView());
+    context.WriteFile(options.file, devmode.GetBytesView());
 }
 
 void RunShow(HostContext& context, const DevmodeOptions& options) {

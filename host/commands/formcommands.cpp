@@ -56,7 +56,8 @@ WideString ReadPaperName(const PaperOptions& options, std::size_t longest) {
     const DWORD error = GetLastError();
     if (error == ERROR_FILE_EXISTS)
         throw InputError("there is a form '" + name + "' already; remove it first or take another name");
-    if (error == ERROR_INVALID_FORM_NAME) throw InputError("there is no form '" + name + "' that a user added");
+    if (error == ERROR_INVALID_FORM_NAME)
+        throw NotFoundError("there is no form '" + name + "' that a user added; 'printer form list' shows them");
     if (error == ERROR_INVALID_PARAMETER) throw InputError("the form '" + name + "' is one of the system's own");
     throw OperationError(operation, HRESULT_FROM_WIN32(error));
 }
@@ -122,7 +123,7 @@ void RemoveCustomSize(HostContext& context, const PaperOptions& options) {
     const WideString path = GetCustomSizePath(ReadPaperName(options, kLongestCustomSizeName));
     context.ChangeStore();
     if (RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str()) != ERROR_SUCCESS)
-        throw InputError("there is no custom size '" + options.name + "'");
+        throw NotFoundError("there is no custom size '" + options.name + "'; 'printer customsize list' shows them");
     RebuildAllCaches();
 }
 
@@ -148,6 +149,7 @@ void AddPaperCommands(Command printer, HostContext& context) {
     const Command removeForm = command(form, "remove", "Removes a form that a user added", RemoveForm);
     for (const Command& added : {addForm, removeForm})
         added.AddOption("--printer", options->printer, "A printer of the print server").Required();
+    AddPaperLists(form, customSize, context);
     sized(command(customSize, "add", "Adds a custom size", AddCustomSize))
         .AddFlag("--metric", options->metric, "Shown in millimetres (default: inches)");
     command(customSize, "remove", "Removes a custom size", RemoveCustomSize);

@@ -3,6 +3,7 @@
 #include <mvutil/printdriver.h>
 #include <mvutil/printer.h>
 #include <printerinstall.h>
+#include <nlohmann/json.hpp>
 
 #include <iomanip>
 #include <memory>
@@ -12,11 +13,14 @@
 #include <subsystem/hostplatform.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/installedprinter.h>
+#include <subsystem/jsontext.h>
 #include <subsystem/printercaches.h>
 #include <subsystem/productfiles.h>
 #include "printercommands.h"
 
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 constexpr const WCHAR* kWorkflowValue = W("XWorkflowDLL");
 
@@ -69,10 +73,17 @@ void RunRemove(HostContext& context, const PrinterOptions& options) {
     Install([&] { RemovePrinter(name); });
 }
 
-void RunList(HostContext& context) {
+void RunList(HostContext& context, const PrinterOptions& options) {
     context.UseStore();
-    for (const PrinterRow& row : ListPrinters())
-        context.out << ToUtf8(row.name) << "  (" << ToUtf8(row.driver) << ", port " << ToUtf8(row.port) << ")\n";
+    Json rows = Json::array();
+    for (const PrinterRow& row : ListPrinters()) {
+        if (options.json) {
+            rows.push_back({{"name", ToUtf8(row.name)}, {"driver", ToUtf8(row.driver)}, {"port", ToUtf8(row.port)}});
+        } else {
+            context.out << ToUtf8(row.name) << "  (" << ToUtf8(row.driver) << ", port " << ToUtf8(row.port) << ")\n";
+        }
+    }
+    if (options.json) context.out << FormatJson(rows) << '\n';
     for (const WideString& half : HalfPrinters::List()) context.err << HalfPrinters::Describe(half) << '\n';
 }
 
@@ -97,24 +108,33 @@ void RunShow(HostContext& context, const PrinterOptions& options) {
     context.UseStore();
     const WideString name = ArgumentToWide(options.name);
     const auto handle = OpenInstalledPrinter(name);
-    const auto line = [&](const char* what, const std::string& value) {
-        context.out << std::left << std::setw(20) << what << value << '\n';
+    Json object = Json::object();
+    const auto tell = [&](const char* label, const char* key, Json value, const std::string& text) {
+        object[key] = std::move(value);
+        if (!options.json) context.out << std::left << std::setw(20) << label << text << '\n';
+    };
+    const auto tellText = [&](const char* label, const char* key, const std::string& text) {
+        tell(label, key, text, text);
     };
     const CXString ownName = Printer(handle.Get()).GetPrinterName();
+    object["name"] = ownName.ToUtf8();
     for (const PrinterRow& row : ListPrinters()) {
         if (row.name != ownName.AsWideString()) continue;
-        line("driver", ToUtf8(row.driver));
-        line("port", ToUtf8(row.port));
+        tellText("driver", "driver", ToUtf8(row.driver));
+        tellText("port", "port", ToUtf8(row.port));
     }
     const int state = PrintDriver::GetInstallationStateFromHandle(handle.Get());
-    line("installation", DescribeState(state));
-    line("workflow library", DescribeWorkflowLibrary(Printer(handle.Get())));
-    if (state != PrintDriver::kInstallationComplete) return;
-    const InstalledPrinter printer(name);
-    line("data file", PathToUtf8(printer.GetProduct()->file));
-    line("controller family", std::to_string(printer.GetProduct()->controllerFamily));
-    line("capability word",
-         FormatHex(PrintDriver().GetDriverCapability(handle.Get(), facts::kDriverCapabilityFlags), 3));
+    tell("installation", "installation", state, DescribeState(state));
+    tellText("workflow library", "workflowLibrary", DescribeWorkflowLibrary(Printer(handle.Get())));
+    if (state == PrintDriver::kInstallationComplete) {
+        const InstalledPrinter printer(name);
+        tellText("data file", "dataFile", PathToUtf8(printer.GetProduct()->file));
+        const DWORD family = printer.GetProduct()->controllerFamily;
+        tell("controller family", "controllerFamily", family, std::to_string(family));
+        const auto flags = PrintDriver().GetDriverCapability(handle.Get(), facts::kDriverCapabilityFlags);
+        tell("capability word", "capabilityWord", flags, FormatHex(flags, 3));
+    }
+    if (options.json) context.out << FormatJson(object) << '\n';
 }
 
 }  // namespace
@@ -138,10 +158,12 @@ void AddPrinterCommands(Command app, HostContext& context) {
             "its first line, or JSON lines with these keys");
     add.AddOption("--product", options->product, "The product's name ('product list') or its file");
     add.AddOption("--port", options->port, "The port (default: one of the printer's own)");
-    command("show", "What a printer is made of", RunShow).AddOption("NAME", options->name, kName).Required();
+    const Command show = command("show", "What a printer is made of", RunShow);
+    show.AddOption("NAME", options->name, kName).Required();
+    show.AddFlag("--json", options->json, kJson);
     const Command remove = command("remove", "Removes a printer, or many; clears one that is half there", RunRemove);
     addList(remove, "A list of printers as for 'printer add'; their names alone count");
     remove.AddFlag("--all", options->all, "All printers");
-    printer.AddCommand("list", "One line a printer: name, driver, port", [&context] { RunList(context); });
+    command("list", "One line a printer: name, driver, port", RunList).AddFlag("--json", options->json, kJsonRows);
     AddPaperCommands(printer, context);
 }

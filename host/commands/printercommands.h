@@ -6,7 +6,7 @@
 struct PrinterOptions {
     std::string name, product, port;
     std::string from;  // a list of printers; empty when none is given
-    bool all = false, atomic = false;
+    bool all = false, atomic = false, json = false;
 };
 
 void AddPrintersOfList(HostContext& context, const PrinterOptions& options);

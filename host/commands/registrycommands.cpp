@@ -10,7 +10,7 @@ namespace {
 
 void RunExport(HostContext& context, const std::string& file) {
     context.UseStore();
-    WriteWholeFile(PathFromUtf8(file), FormatRegFile(ExportRegistry()));
+    context.WriteFile(file, FormatRegFile(ExportRegistry()));
 }
 
 void RunImport(HostContext& context, const std::string& file) {

@@ -158,18 +158,19 @@ void RunVerify(HostContext& context, const VerifyOptions& options) {
     std::vector<VerifiedPrinter> printers;
     const std::vector<Check> checks = ChooseChecks(options.only);
     bool failed = false;
+    std::ostream& out = context.GetStreamBeside(options.junit);
     for (const VerifyOptions& subject : ListSubjects(options)) {
         const CheckRun run{MakeChildArguments(context, subject), checks, ReadCount("--time", options.seconds),
                            keep.GetPath(), NameOf(subject)};
         printers.push_back({run.subject, RunChecks(run, [&](const CheckReport& report) {
                                 failed |= report.outcome == CheckOutcome::Failed;
-                                if (!options.json) PrintReport(report, context.out);
-                                context.out.flush();
+                                if (!options.json) PrintReport(report, out);
+                                out.flush();
                             })});
-        if (!options.json) PrintCounts(printers.back(), context.out);
+        if (!options.json) PrintCounts(printers.back(), out);
     }
-    if (options.json) context.out << FormatAsJson(printers) << '\n';
-    if (!options.junit.empty()) WriteWholeFile(PathFromUtf8(options.junit), FormatAsJunit(printers));
+    if (options.json) out << FormatAsJson(printers) << '\n';
+    if (!options.junit.empty()) context.WriteFile(options.junit, FormatAsJunit(printers));
     if (failed) context.exitStatus = kExitFailed;
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <ostream>
 
+#include <subsystem/jsontext.h>
+
 namespace {
 
 constexpr Verdict kVerdicts[] = {Verdict::Lost, Verdict::Ignored, Verdict::Overruled, Verdict::Changed, Verdict::Kept};
@@ -48,7 +50,7 @@ std::string FormatAsJson(const Explanation& rows) {
                          {"after", row.after},
                          {"verdict", NameVerdict(row.verdict)},
                          {"reason", row.reason}});
-    return array.dump(2);
+    return FormatJson(array);
 }
 
 void PrintExplanation(const Explanation& rows, std::ostream& out) {

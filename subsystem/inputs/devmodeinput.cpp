@@ -134,7 +134,7 @@ std::optional<DevmodeBuffer> FindDevmode(std::span<const BYTE> bytes) {
 }
 
 DevmodeBuffer ReadDevmodeInput(const std::filesystem::path& file, const std::string& printer) {
-    return ReadDevmodeBytes(ReadWholeFile(file), PathToUtf8(file), printer);
+    return ReadDevmodeBytes(ReadWholeFile(file), NameInput(file), printer);
 }
 
 DevmodeBuffer ReadDevmodeBytes(std::string_view bytes, const std::string& name, const std::string& printer) {

@@ -27,5 +27,5 @@ ComPtr<IXMLDOMDocument2> ReadTicketBytes(std::string_view bytes, const std::stri
 }
 
 ComPtr<IXMLDOMDocument2> ReadTicketInput(const std::filesystem::path& file) {
-    return ReadTicketBytes(ReadWholeFile(file), PathToUtf8(file));
+    return ReadTicketBytes(ReadWholeFile(file), NameInput(file));
 }

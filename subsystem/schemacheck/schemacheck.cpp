@@ -2,6 +2,7 @@
 #include "schemacheck.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "rules.h"
 
@@ -24,6 +25,14 @@ void CheckElement(SchemaCheck& check, const SchemaElement& element) {
 }
 
 }  // namespace
+
+const char* NameRule(SchemaRule rule) {
+    constexpr const char* kNames[] = {"Document",   "RootContent",     "Content", "Names",   "Duplicates",
+                                      "NameStart",  "Structure",       "Values",  "Choices", "Definitions",
+                                      "References", "DistinctOptions", "Sizes"};
+    static_assert(std::size(kNames) == static_cast<std::size_t>(SchemaRule::Sizes) + 1, "each rule has a name");
+    return kNames[static_cast<std::size_t>(rule)];
+}
 
 std::vector<SchemaFinding> CheckSchemaDocument(std::string_view bytes) {
     const SchemaDocument document = ReadSchemaDocument(bytes);

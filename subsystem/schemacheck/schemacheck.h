@@ -21,6 +21,9 @@ enum class SchemaRule {
     Sizes,            // sizes are integers of micrometres, positive; their bounds and defaults are not negative
 };
 
+// "RootContent"
+const char* NameRule(SchemaRule rule);
+
 struct SchemaFinding {
     int line = 0;  // where the element starts, from 1
     SchemaRule rule = SchemaRule::Document;

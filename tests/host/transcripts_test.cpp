@@ -2,9 +2,10 @@
 //
 // A line "$ ..." is a command, its words between blanks or single quotes; "@name" is a file of the run's own, which
 // holds that file of tests/transcripts to begin with; documents are shown in lines. Below a command stands what it
-// printed, errors after "! ", an exit status other than 0 in brackets. Commands of the transcripts' own are "edit @in
-// @out FROM TO", "cut @in @out BYTES", "patch @in @out OFFSET HEX", "show @text" and "files". With MV_WRITE_TRANSCRIPTS
-// in the environment the files are written anew, for a reader to compare.
+// printed, errors after "! ", an exit status other than 0 in brackets. A command may end in "< @in" and "> @out", for
+// its standard input and output. Commands of the transcripts' own are "edit @in @out FROM TO", "cut @in @out BYTES",
+// "patch @in @out OFFSET HEX", "show @text" and "files". With MV_WRITE_TRANSCRIPTS in the environment the files are
+// written anew, for a reader to compare.
 #include "hostrun.h"
 
 #include <subsystem/inputs/inputform.h>
@@ -12,7 +13,9 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -65,6 +68,14 @@ std::string MarkErrors(const std::string& text) {
     return marked;
 }
 
+// The file that the sign at the end of the words names; empty when it is not there.
+std::string TakeRedirection(std::vector<std::string>& words, const char* sign) {
+    if (words.size() < 3 || words[words.size() - 2] != sign) return std::string();
+    const std::string file = words.back().substr(1);
+    words.resize(words.size() - 2);
+    return file;
+}
+
 // The bytes as the transcript's own command changes them.
 std::string Change(const std::vector<std::string>& words, std::string bytes) {
     if (words[0] == "cut") return bytes.substr(0, std::stoul(words.at(3)));
@@ -90,9 +101,15 @@ protected:
             Write(words.at(2).substr(1), Change(words, Read(words.at(1).substr(1))));
             return std::string();
         }
+        const std::string to = TakeRedirection(words, ">"), from = TakeRedirection(words, "<");
         for (std::string& word : words)
             if (word.starts_with('@')) word = File(word.substr(1));
-        const Outcome outcome = Run(words);
+        std::istringstream in(from.empty() ? std::string() : Read(from));
+        std::streambuf* const before = std::cin.rdbuf(in.rdbuf());
+        std::cin.clear();
+        Outcome outcome = Run(words);
+        std::cin.rdbuf(before);
+        if (!to.empty()) Write(to, std::exchange(outcome.out, {}));
         std::string text = outcome.out + MarkErrors(outcome.err);
         if (!text.empty() && text.back() != '\n') text += '\n';
         if (outcome.status != 0) text += "[" + std::to_string(outcome.status) + "]\n";
