@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/producttexts.h>
 #include <mscacheddevicecapabilities.h>
 #include <ptpcprovider/featureunit.h>
 #include <ptpcprovider/printcapabilitiesxmldocument.h>
@@ -13,15 +14,14 @@
 namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/capabilityfixupsimpl");
-constexpr DWORD kResolutionDisplay = 41033;
-constexpr DWORD kDuplexDisplay = 40373;
 
 struct DuplexOption {
     const WCHAR* name;
     DWORD displayString;
 };
-constexpr DuplexOption kDuplexOptions[] = {
-    {W("OneSided"), 10027}, {W("TwoSidedLongEdge"), 10290}, {W("TwoSidedShortEdge"), 10029}};
+constexpr DuplexOption kDuplexOptions[] = {{W("OneSided"), facts::text::kOneSided.number},
+                                           {W("TwoSidedLongEdge"), facts::text::kTwoSidedLongEdge.number},
+                                           {W("TwoSidedShortEdge"), facts::text::kTwoSidedShortEdge.number}};
 
 }  // namespace
 
@@ -40,8 +40,8 @@ HRESULT MorvanePtProvider::FixUpResolutionCapabilities(PrintCapabilitiesXmlDocum
         if (records.empty()) return E_FAIL;
         ComPtr<IXMLDOMNode> feature;
         capabilities.GetFeatureNode(capabilities.GetKeywordsPrefix().Get(), W("PageResolution"), feature.Put());
-        capabilities.ReplaceDisplayNamePropertyValue(feature.Get(),
-                                                     GetProductStringLoader().LoadStringW(kResolutionDisplay));
+        capabilities.ReplaceDisplayNamePropertyValue(
+            feature.Get(), GetProductStringLoader().LoadStringW(facts::text::kResolution.number));
 
         const ComPtr<IXMLDOMNodeList> options = capabilities.GetChildOptionNodes(feature.Get());
         LONG count = 0;
@@ -76,7 +76,7 @@ HRESULT MorvanePtProvider::FixUpDuplexCapabilities(PrintCapabilitiesXmlDocument&
         ComPtr<IXMLDOMNode> feature;
         capabilities.GetFeatureNode(keywords.Get(), W("JobDuplexAllDocumentsContiguously"), feature.Put());
         const ProductStringLoader& texts = GetProductStringLoader();
-        capabilities.ReplaceDisplayNamePropertyValue(feature.Get(), texts.LoadStringW(kDuplexDisplay));
+        capabilities.ReplaceDisplayNamePropertyValue(feature.Get(), texts.LoadStringW(facts::text::kDuplex.number));
         HRESULT result = S_OK;
         for (const DuplexOption& option : kDuplexOptions) {
             const CXString text = texts.LoadStringW(option.displayString);

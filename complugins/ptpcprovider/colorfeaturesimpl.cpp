@@ -3,6 +3,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/producttexts.h>
 #include <ptpcprovider/featureunit.h>
 #include <ptpcprovider/printcapabilitiesxmldocument.h>
 #include <ptpcprovider/printticketxmldocument.h>
@@ -11,8 +12,6 @@ namespace {
 
 constexpr const WCHAR* kColorManagement = W("PageColorManagement");
 constexpr const WCHAR* kRenderingIntent = W("PageICMRenderingIntent");
-constexpr DWORD kColorManagementDisplay = 10214;
-constexpr DWORD kRenderingIntentDisplay = 41065;
 
 struct ColorOption {
     const WCHAR* name;
@@ -20,17 +19,17 @@ struct ColorOption {
     DWORD displayString;  // 0: never offered
 };
 
-constexpr ColorOption kMethodNone = {W("None"), DMICMMETHOD_NONE, 10210};
-constexpr ColorOption kMethodSystem = {W("System"), DMICMMETHOD_SYSTEM, 10211};
+constexpr ColorOption kMethodNone = {W("None"), DMICMMETHOD_NONE, facts::text::kNoColorManagement.number};
+constexpr ColorOption kMethodSystem = {W("System"), DMICMMETHOD_SYSTEM, facts::text::kSystemColorManagement.number};
 constexpr ColorOption kMethodDriver = {W("Driver"), DMICMMETHOD_DRIVER, 0};
-constexpr ColorOption kMethodDevice = {W("Device"), DMICMMETHOD_DEVICE, 41075};
+constexpr ColorOption kMethodDevice = {W("Device"), DMICMMETHOD_DEVICE, facts::text::kDeviceColorManagement.number};
 constexpr ColorOption kMethods[] = {kMethodNone, kMethodSystem, kMethodDriver, kMethodDevice};
 
 constexpr ColorOption kIntents[] = {
-    {W("AbsoluteColorimetric"), DMICM_ABS_COLORIMETRIC, 41066},
-    {W("RelativeColorimetric"), DMICM_COLORIMETRIC, 41067},
-    {W("Photographs"), DMICM_CONTRAST, 41068},
-    {W("BusinessGraphics"), DMICM_SATURATE, 41069},
+    {W("AbsoluteColorimetric"), DMICM_ABS_COLORIMETRIC, facts::text::kAbsoluteColorimetric.number},
+    {W("RelativeColorimetric"), DMICM_COLORIMETRIC, facts::text::kRelativeColorimetric.number},
+    {W("Photographs"), DMICM_CONTRAST, facts::text::kPhotographs.number},
+    {W("BusinessGraphics"), DMICM_SATURATE, facts::text::kBusinessGraphics.number},
 };
 constexpr const WCHAR* kDefaultIntent = W("Photographs");
 
@@ -73,7 +72,7 @@ HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabiliti
                                            W("None"), feature.Get());
         };
 
-        const auto management = createFeature(kColorManagement, kColorManagementDisplay);
+        const auto management = createFeature(kColorManagement, facts::text::kColorManagement.number);
         if (IsAtLeastOsVersion6()) offer(management, kMethodNone);
         if (IsPostScriptDevice()) offer(management, kMethodDevice);
         if (!HasPrivateNamespace() && IsAtLeastOsVersion6()) offer(management, kMethodSystem);
@@ -83,7 +82,7 @@ HRESULT MorvanePtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabiliti
             DeleteEveryFeature(capabilities, keywords, kRenderingIntent);
             return S_OK;
         }
-        const auto intents = createFeature(kRenderingIntent, kRenderingIntentDisplay);
+        const auto intents = createFeature(kRenderingIntent, facts::text::kRenderingIntent.number);
         for (const ColorOption& intent : kIntents) offer(intents, intent);
         return capabilities.AppendChildToRootNode(intents.Get());
     });

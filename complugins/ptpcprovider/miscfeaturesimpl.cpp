@@ -4,6 +4,7 @@
 #include <bstr.h>
 #include <comptr.h>
 #include <facts/privateparameters.h>
+#include <facts/producttexts.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/printer.h>
 #include <ptpcprovider/featureunit.h>
@@ -16,7 +17,6 @@ namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/miscfeaturesimpl");
 constexpr const WCHAR* kCopies = kWide<facts::kPrivateCopiesParameter>.text;
-constexpr DWORD kCopiesDisplay = 418;
 
 }  // namespace
 
@@ -31,7 +31,7 @@ HRESULT MorvanePtProvider::AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitie
         DeleteEveryParameterDef(capabilities, keywords, kCopies);
         ComPtr<IXMLDOMElement> definition;
         capabilities.CreateIntegerParameterDef(keywords.Get(), kCopies, W("Unconditional"),
-                                               GetProductStringLoader().LoadStringW(kCopiesDisplay), 1, 1,
+                                               GetProductStringLoader().LoadStringW(facts::text::kCopies.number), 1, 1,
                                                maximumCopies, 1, W("copies"), definition.Put());
         return ComChecks(W("MorvanePtProvider::AddOrReplaceMiscFeaturesCapabilities"), kSourceUnit)
             .Succeeds(capabilities.GetRootNode()->appendChild(definition.Get(), nullptr), 55);

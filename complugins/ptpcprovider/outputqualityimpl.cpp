@@ -5,6 +5,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/producttexts.h>
 #include <ptpcprovider/featureunit.h>
 #include <ptpcprovider/printcapabilitiesxmldocument.h>
 #include <ptpcprovider/printticketxmldocument.h>
@@ -15,8 +16,6 @@ namespace {
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/outputqualityimpl");
 constexpr const WCHAR* kOutputQuality = W("PageOutputQuality");
 constexpr const WCHAR* kAutomatic = W("Automatic");
-constexpr DWORD kOutputQualityDisplay = 10146;
-constexpr DWORD kAutomaticDisplay = 264;
 
 }  // namespace
 
@@ -35,9 +34,10 @@ HRESULT MorvanePtProvider::AddOrReplacePageOutputQualityCapabilities(PrintCapabi
         if (!HasAutomaticOutputQuality()) return S_OK;
         ComPtr<IXMLDOMElement> feature, option;
         const ProductStringLoader& texts = GetProductStringLoader();
-        capabilities.CreatePickOneFeature(kOutputQuality, texts.LoadStringW(kOutputQualityDisplay), feature.Put());
-        capabilities.CreateOption(kAutomatic, keywords.Get(), texts.LoadStringW(kAutomaticDisplay), W("None"),
-                                  option.Put());
+        capabilities.CreatePickOneFeature(kOutputQuality, texts.LoadStringW(facts::text::kOutputQuality.number),
+                                          feature.Put());
+        capabilities.CreateOption(kAutomatic, keywords.Get(), texts.LoadStringW(facts::text::kAutomatic.number),
+                                  W("None"), option.Put());
         const HRESULT result = ComChecks(W("MorvanePtProvider::AddOrReplacePageOutputQualityCapabilities"), kSourceUnit)
                                    .Succeeds(feature->appendChild(option.Get(), nullptr));
         capabilities.AppendChildToRootNode(feature.Get());

@@ -5,6 +5,7 @@
 
 #include <bstr.h>
 #include <comptr.h>
+#include <facts/producttexts.h>
 #include <facts/units.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/operatingsystem.h>
@@ -24,7 +25,6 @@ namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/pagemediasizeimpl");
 constexpr const WCHAR* kMediaSize = W("PageMediaSize");
-constexpr DWORD kMediaSizeDisplay = 41034;
 constexpr const WCHAR* kCustomOption = W("CustomMediaSize");
 constexpr const WCHAR* kPostScriptCustomOption = W("PSCustomMediaSize");
 
@@ -329,8 +329,8 @@ HRESULT MorvanePtProvider::ReplacePageMediaSizeCapabilities(PrintCapabilitiesXml
         const Bstr privatePrefix = capabilities.GetPrivatePrefix();
         DeleteEveryFeature(capabilities, keywords, kMediaSize);
         ComPtr<IXMLDOMElement> feature;
-        capabilities.CreatePickOneFeature(kMediaSize, GetProductStringLoader().LoadStringW(kMediaSizeDisplay),
-                                          feature.Put());
+        capabilities.CreatePickOneFeature(
+            kMediaSize, GetProductStringLoader().LoadStringW(facts::text::kMediaSize.number), feature.Put());
 
         const std::vector<_tag_FormsInfoRec>& records =
             deviceCapabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printerHandle_);

@@ -6,6 +6,7 @@
 #include <bstr.h>
 #include <comptr.h>
 #include <facts/features.h>
+#include <facts/producttexts.h>
 #include <mscacheddevicecapabilities.h>
 #include <mvutil/crc32.h>
 #include <mvutil/formatting.h>
@@ -24,7 +25,6 @@ namespace {
 
 constexpr const WCHAR* kSourceUnit = W("complugins/ptpcprovider/pagemediatypeimpl");
 constexpr const WCHAR* kMediaType = W("PageMediaType");
-constexpr DWORD kMediaTypeDisplay = 41035;
 
 // Where the document properties hold the media type: an option inside two collections.
 const AttributeBytesFeatureId kOuterCollection(facts::feature::kPaper);
@@ -103,8 +103,8 @@ HRESULT MorvanePtProvider::AddOrReplacePageMediaTypeCapabilities(PrintCapabiliti
         const Bstr privatePrefix = capabilities.GetPrivatePrefix();
         DeleteEveryFeature(capabilities, keywords, kMediaType);
         ComPtr<IXMLDOMElement> feature;
-        capabilities.CreatePickOneFeature(kMediaType, GetProductStringLoader().LoadStringW(kMediaTypeDisplay),
-                                          feature.Put());
+        capabilities.CreatePickOneFeature(
+            kMediaType, GetProductStringLoader().LoadStringW(facts::text::kMediaType.number), feature.Put());
         HRESULT result = S_OK;
         for (const MediaTypeDataEntry& entry : entries) {
             ComPtr<IXMLDOMElement> option;
