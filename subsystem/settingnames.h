@@ -4,7 +4,6 @@
 #include <products/reader/productdescription.h>
 
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,8 +20,5 @@ std::string NameValue(DWORD value, const ProductDescription& product);
 // The name that people use for a keyword; null when the Print Schema does not publish the keyword.
 const char* FindKeywordName(std::string_view keyword);
 
-// The candidate nearest to the text by letters added, left out, changed or swapped; nothing when none is near enough to
-// be meant.
-std::optional<std::string> FindNearest(std::string_view text, std::span<const std::string> candidates);
 // The nearest published keyword.
 std::optional<std::string> FindNearestKeyword(std::string_view text);

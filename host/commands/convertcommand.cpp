@@ -1,6 +1,4 @@
 // convert: files of any of the inputs' forms, as a product converts them, without a printer in the store.
-#include <printerinstall.h>
-
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -15,11 +13,11 @@
 #include <subsystem/hosttext.h>
 #include <subsystem/inputs/devmodeinput.h>
 #include <subsystem/inputs/ticketinput.h>
-#include <subsystem/printercaches.h>
 #include <subsystem/productfiles.h>
 #include "bulk.h"
 #include "commands.h"
 #include "providerchoice.h"
+#include "throwawayprinter.h"
 
 namespace {
 
@@ -155,19 +153,6 @@ std::vector<BulkItem> MakeItems(const std::vector<std::string>& files) {
     return items;
 }
 
-// In the store in memory, complete with its caches.
-CXString InstallProduct(HostContext& context, const fs::path& productFile) {
-    const auto product = LoadProduct(productFile);
-    std::string name = product->modelName;
-    std::replace_if(
-        name.begin(), name.end(), [](char unit) { return unit == '\\' || unit == ',' || unit == '!'; }, ' ');
-    const CXString printer = CXString::FromUtf8(name);
-    context.UseThrowawayStore();
-    InstallPrinter(printer.AsWideString(), productFile, WideString());
-    RebuildCapabilityCaches(OpenInstalledPrinter(printer).Get());
-    return printer;
-}
-
 void RequireNoLoss(const ConvertOptions& options, const BulkNotes& losses) {
     if (options.strict && !losses.empty())
         throw OperationError("settings are lost or ignored, and --strict was given; nothing was written");
@@ -209,7 +194,7 @@ void RunConvert(HostContext& context, const ConvertOptions& options) {
     if (isToOutput && options.in.size() > 1) throw InputError("many files become many; name a folder for them with -o");
     std::optional<DevmodeBuffer> base;
     if (!options.base.empty()) base = ReadDevmodeInput(PathFromUtf8(options.base));
-    const CXString printer = InstallProduct(context, FindProductFile(options.product));
+    const CXString printer = InstallThrowawayPrinter(context, FindProductFile(options.product));
     Converters converters(printer, MakeProviderSource(options.provider));
     if (isToOutput) return ConvertOne(context, options, target, *converters.Take(), base);
     ConvertMany(context, options, target, converters, base);

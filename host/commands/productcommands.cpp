@@ -39,7 +39,11 @@ void ListProducts(std::ostream& out, bool json) {
 
 void AddProductCommands(Command app, HostContext& context) {
     const auto json = std::make_shared<bool>(false);
-    app.AddGroup("product", "The products that a printer can be made of")
+    const Command product = app.AddGroup("product", "The products that a printer can be made of");
+    AddProductCheckCommand(product, context);
+    AddProductNewCommand(product, context);
+    AddProductShowCommand(product, context);
+    product
         .AddCommand("list", "One line a product: name, controller family, capability word, model",
                     [&context, json] { ListProducts(context.out, *json); })
         .AddFlag("--json", *json, kJsonRows);

@@ -31,6 +31,7 @@ struct ProductPaper {
     DWORD displayUnits = 0;  // facts::value::kUnitsMillimetres or kUnitsInches
     LONG width = 0;          // micrometres; 0 for the custom size
     LONG length = 0;         // micrometres; 0 for the custom size
+    std::size_t line = 0;    // of the product file
 };
 
 struct ProductTray {
@@ -137,6 +138,11 @@ inline constexpr std::array<const char*, 3> kWorkflowLibraries = {"mvwftuC0.dll"
 // The product of that file. Parsed once per process and state (path, size, time of change) of the files it is made of;
 // safe for many threads. Throws ProductError.
 MVPROD_API std::shared_ptr<const ProductDescription> LoadProduct(const std::filesystem::path& file);
+// What is wrong with a product file, each as ProductError would say it: one fault of each entry, whose others show when
+// it is mended. Empty when LoadProduct takes the file.
+MVPROD_API std::vector<std::string> FindProductFaults(const std::filesystem::path& file);
+// The string files of a product, in their order. Throws ProductError.
+MVPROD_API std::vector<std::filesystem::path> FindStringFiles(const std::filesystem::path& file);
 // How often this process has read a product file, for tests and benchmarks.
 MVPROD_API std::size_t GetProductReadCount() noexcept;
 // The product files below a folder, by name: NAME/NAME.toml. None when there is no such folder.

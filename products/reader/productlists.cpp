@@ -103,9 +103,18 @@ ProductPaper ReadOwnPaper(TomlSection& section) {
     return paper;
 }
 
+// The tables of an array; reading goes on behind one that is wrong. Returns their number.
+template <class ReadEntry>
+std::size_t ReadEntries(TomlSection& root, const char* key, ReadEntry readEntry) {
+    std::vector<TomlSection> sections;
+    root.Try([&] { sections = root.GetSections(key); });
+    for (TomlSection& section : sections) section.Try([&] { readEntry(section); });
+    return sections.size();
+}
+
 void ReadPapers(TomlSection& root, ProductDescription& product) {
     UsedNumbers numbers, values;
-    for (TomlSection& section : root.GetSections("papers")) {
+    const std::size_t entries = ReadEntries(root, "papers", [&](TomlSection& section) {
         ProductPaper paper = section.Has("size") ? ReadKeywordPaper(section) : ReadOwnPaper(section);
         if (const auto units = section.GetTextIfGiven("units")) {
             if (*units != "in" && *units != "mm") section.Fail("units", "\"mm\" or \"in\"");
@@ -117,9 +126,10 @@ void ReadPapers(TomlSection& root, ProductDescription& product) {
             section.Fail(numberKey, "a paper number other than 3, which drivers read as 17 (number = 17 selects it)");
         values.Use(section, paper.keyword.empty() ? "value" : "size", paper.value, "each page size once");
         numbers.Use(section, numberKey, paper.number, "a paper number that no other paper of the product has");
+        paper.line = section.GetLine();
         product.papers.push_back(std::move(paper));
-    }
-    if (product.papers.empty()) root.Fail("papers", "at least one paper");
+    });
+    if (entries == 0) root.Try([&] { root.Fail("papers", "at least one paper"); });
 }
 
 // What a tray holds: { size = KEYWORD or the name of a paper of the product's own, media = VALUE }; the custom size
@@ -146,7 +156,7 @@ void ReadTrayContents(TomlSection& section, const ProductDescription& product, P
 
 void ReadTrays(TomlSection& root, ProductDescription& product) {
     UsedNumbers numbers, values;
-    for (TomlSection& section : root.GetSections("trays")) {
+    ReadEntries(root, "trays", [&](TomlSection& section) {
         ProductTray tray;
         tray.number = static_cast<WORD>(section.GetInteger("number", 1, facts::kLargestField));
         tray.value = static_cast<DWORD>(section.GetInteger("value", value::kNotSet, value::kLastTray));
@@ -159,7 +169,7 @@ void ReadTrays(TomlSection& root, ProductDescription& product) {
         numbers.Use(section, "number", tray.number, "a number that no other tray has");
         values.Use(section, "value", tray.value, "each tray once");
         product.trays.push_back(std::move(tray));
-    }
+    });
 }
 
 bool IsMediaType(DWORD number) noexcept {
@@ -170,7 +180,7 @@ bool IsMediaType(DWORD number) noexcept {
 
 void ReadMediaTypes(TomlSection& root, ProductDescription& product) {
     UsedNumbers values;
-    for (TomlSection& section : root.GetSections("media_types")) {
+    ReadEntries(root, "media_types", [&](TomlSection& section) {
         ProductMediaType media;
         media.value = static_cast<DWORD>(section.GetInteger("value", value::kNotSet, kLastProductValue));
         if (!IsMediaType(media.value))
@@ -183,14 +193,14 @@ void ReadMediaTypes(TomlSection& root, ProductDescription& product) {
         section.RefuseOtherKeys();
         values.Use(section, "value", media.value, "each media type once");
         product.mediaTypes.push_back(std::move(media));
-    }
+    });
 }
 
 void ReadResolutions(TomlSection& root, ProductDescription& product) {
     constexpr std::int64_t kFinest = facts::kLargestField;
     std::set<std::pair<LONG, LONG>> used;
     int defaults = 0;
-    for (TomlSection& section : root.GetSections("resolutions")) {
+    const std::size_t entries = ReadEntries(root, "resolutions", [&](TomlSection& section) {
         ProductResolution resolution;
         resolution.crossFeed = static_cast<LONG>(section.GetInteger("x", 1, kFinest));
         resolution.feed = static_cast<LONG>(section.GetInteger("y", 1, kFinest));
@@ -200,8 +210,9 @@ void ReadResolutions(TomlSection& root, ProductDescription& product) {
         if (!used.insert({resolution.crossFeed, resolution.feed}).second) section.Fail("x", "each resolution once");
         if (resolution.isDefault && ++defaults > 1) section.Fail("default", "one default resolution");
         product.resolutions.push_back(std::move(resolution));
-    }
-    if (defaults != 1) root.Fail("resolutions", "one resolution with default = true");
+    });
+    if (defaults == 0 && product.resolutions.size() == entries)
+        root.Try([&] { root.Fail("resolutions", "one resolution with default = true"); });
 }
 
 // A field that a product may give a default, and what that may be.
@@ -284,18 +295,22 @@ void ReadProductLists(TomlSection& root, ProductDescription& product) {
     ReadMediaTypes(root, product);
     ReadTrays(root, product);  // which hold papers and media types
     ReadResolutions(root, product);
-    product.unlistedMediaTypes =
-        root.GetIntegers("unlisted_media_types", value::kLastNamedMediaType + 1, value::kLastMediaType);
-    product.pagesPerSheet = root.GetIntegers("pages_per_sheet", 1, 64);
+    root.Try([&] {
+        product.unlistedMediaTypes =
+            root.GetIntegers("unlisted_media_types", value::kLastNamedMediaType + 1, value::kLastMediaType);
+    });
+    root.Try([&] { product.pagesPerSheet = root.GetIntegers("pages_per_sheet", 1, 64); });
 }
 
 void ReadDevmodeDefaults(TomlSection& section, ProductDescription& product) {
     for (const ProductFieldRange& known : kFieldRanges) {
-        const auto value = section.GetIntegerIfGiven(known.name, known.lowest, known.highest);
-        if (!value) continue;
-        const ProductDevmodeField field{known.name, static_cast<LONG>(*value), known.bit};
-        RequireOffered(section, product, field);
-        product.devmode.push_back(field);
+        section.Try([&] {
+            const auto value = section.GetIntegerIfGiven(known.name, known.lowest, known.highest);
+            if (!value) return;
+            const ProductDevmodeField field{known.name, static_cast<LONG>(*value), known.bit};
+            RequireOffered(section, product, field);
+            product.devmode.push_back(field);
+        });
     }
     section.RefuseOtherKeys();
 }

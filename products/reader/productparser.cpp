@@ -18,8 +18,8 @@ constexpr std::int64_t kUsualText = 255;
 
 class ProductParser {
 public:
-    explicit ProductParser(const std::filesystem::path& file)
-        : name_(PathToUtf8(file)), table_(ReadTomlFile(file)), root_(name_, table_, "") {
+    ProductParser(const std::filesystem::path& file, std::vector<std::string>* faults)
+        : name_(PathToUtf8(file)), table_(ReadTomlFile(file)), root_(name_, table_, "", faults), faults_(faults) {
         product_.file = file;
         files_.push_back(file);
     }
@@ -31,7 +31,9 @@ public:
         ReadStrings();
         ReadFeatures();
         ReadProductLists(root_, product_);
-        if (auto section = root_.GetSection("devmode")) ReadDevmodeDefaults(*section, product_);
+        root_.Try([&] {
+            if (auto section = root_.GetSection("devmode")) ReadDevmodeDefaults(*section, product_);
+        });
         root_.RefuseOtherKeys();
         product_.limits = DeriveLimits(product_);
         return {std::move(product_), std::move(files_)};
@@ -39,36 +41,61 @@ public:
 
 private:
     void ReadIdentity() {
-        product_.modelName = root_.GetText("model", 63);
-        product_.controllerFamily = static_cast<DWORD>(root_.GetInteger(
-            "controller_family", facts::value::kControllerFamily8430, facts::value::kControllerFamily8434));
-        product_.driverVersion = static_cast<WORD>(root_.GetInteger("driver_version", 1, 0xFFFF));
+        root_.Try([&] { product_.modelName = root_.GetText("model", 63); });
+        root_.Try([&] {
+            product_.controllerFamily = static_cast<DWORD>(root_.GetInteger(
+                "controller_family", facts::value::kControllerFamily8430, facts::value::kControllerFamily8434));
+        });
+        root_.Try([&] { product_.driverVersion = static_cast<WORD>(root_.GetInteger("driver_version", 1, 0xFFFF)); });
+        root_.Try([&] { ReadWorkflowLibrary(); });
+        root_.Try([&] { ReadDependentFiles(); });
+        root_.Try([&] { ReadApplications(); });
+    }
+
+    void ReadWorkflowLibrary() {
         product_.workflowLibrary = root_.GetText("workflow_library");
         const auto library = std::find(kWorkflowLibraries.begin(), kWorkflowLibraries.end(), product_.workflowLibrary);
         if (library == kWorkflowLibraries.end())
             root_.Fail("workflow_library", "mvwftuC0.dll, mvwfwuC0.dll or mvwfuvC0.dll");
         product_.workflowLibraryIndex = static_cast<int>(library - kWorkflowLibraries.begin()) + 1;
+    }
+
+    void ReadDependentFiles() {
         product_.dependentFiles = root_.GetTexts("dependent_files");
         for (const std::string& name : product_.dependentFiles)
             if (name.find_first_of("/\\:") != std::string::npos || CountUtf16Units(name) > 63)
                 root_.Fail("dependent_files", "file names without folder, at most 63 characters each");
+    }
+
+    void ReadApplications() {
         product_.applicationsWithoutCustomSize = root_.GetTexts("applications_without_custom_size");
         for (const std::string& name : product_.applicationsWithoutCustomSize)
             if (std::any_of(name.begin(), name.end(), [](char c) { return c >= 'A' && c <= 'Z'; }))
                 root_.Fail("applications_without_custom_size", "file names of programs in lower case");
     }
 
+    // A table whose keys are numbers; reading goes on behind an entry that is wrong.
+    template <class ReadEntry>
+    void ReadNumbered(const char* name, DWORD highest, ReadEntry readEntry) {
+        root_.Try([&] {
+            auto section = root_.GetSection(name);
+            if (!section) return;
+            for (const auto& [number, key] : section->GetNumbers(highest))
+                section->Try([&, number = number, &key = key] { readEntry(*section, number, key); });
+        });
+    }
+
     void ReadNumberedTexts() {
-        if (auto section = root_.GetSection("capabilities"))
-            for (const auto& [number, key] : section->GetNumbers(0xFFFF))
-                product_.capabilities[number] =
-                    static_cast<ULONGLONG>(section->GetInteger(key, 0, std::numeric_limits<std::int64_t>::max()));
-        if (auto section = root_.GetSection("info"))
-            for (const auto& [number, key] : section->GetNumbers(0xFFFF))
-                product_.info[static_cast<int>(number)] = section->GetText(key);
-        if (auto section = root_.GetSection("paths"))
-            for (const auto& [number, key] : section->GetNumbers(0xFFFF))
-                product_.paths[static_cast<int>(number)] = GetFileBeside(*section, key, section->GetText(key));
+        ReadNumbered("capabilities", 0xFFFF, [&](TomlSection& section, DWORD number, const std::string& key) {
+            product_.capabilities[number] =
+                static_cast<ULONGLONG>(section.GetInteger(key, 0, std::numeric_limits<std::int64_t>::max()));
+        });
+        ReadNumbered("info", 0xFFFF, [&](TomlSection& section, DWORD number, const std::string& key) {
+            product_.info[static_cast<int>(number)] = section.GetText(key);
+        });
+        ReadNumbered("paths", 0xFFFF, [&](TomlSection& section, DWORD number, const std::string& key) {
+            product_.paths[static_cast<int>(number)] = GetFileBeside(section, key, section.GetText(key));
+        });
     }
 
     std::filesystem::path GetFileBeside(const TomlSection& section, std::string_view key, const std::string& name) {
@@ -76,71 +103,73 @@ private:
         std::error_code error;
         std::filesystem::path full = (product_.file.parent_path() / path).lexically_normal();
         if (path.is_absolute() || !std::filesystem::is_regular_file(full, error))
-            section.Fail(key, "a file by its path from the product's folder");
+            section.Fail(key, "a file by its path from the product's folder, which '" + name + "' is not");
         return full;
     }
 
     void ReadSettings() {
-        auto section = root_.GetSection("settings");
-        if (!section) return;
-        for (const auto& [number, key] : section->GetNumbers(0xFFFF)) {
-            const toml::node& node = *section->Find(key);
-            ProductSetting& setting = product_.settings[number];
-            if (node.is_boolean()) {
-                setting = {ProductSetting::Kind::Boolean, section->GetBoolean(key, false) ? 1 : 0, ""};
-            } else if (node.is_integer()) {
-                setting = {ProductSetting::Kind::Integer,
-                           static_cast<LONG>(section->GetInteger(key, std::numeric_limits<LONG>::min())), ""};
-            } else if (node.is_string()) {
-                setting = {ProductSetting::Kind::String, 0, *section->GetTextIfGiven(key)};
-            } else if (auto option = node.is_table() ? section->GetSection(key) : std::nullopt) {
-                setting = {ProductSetting::Kind::Option, static_cast<LONG>(option->GetInteger("option", 1)), ""};
-                option->RefuseOtherKeys();
-            } else {
-                section->Fail(key, "true, false, a whole number, a text or { option = NUMBER }");
-            }
-        }
+        ReadNumbered("settings", 0xFFFF, [&](TomlSection& section, DWORD number, const std::string& key) {
+            product_.settings[number] = ReadSetting(section, key);
+        });
+    }
+
+    static ProductSetting ReadSetting(TomlSection& section, const std::string& key) {
+        const toml::node& node = *section.Find(key);
+        if (node.is_boolean()) return {ProductSetting::Kind::Boolean, section.GetBoolean(key, false) ? 1 : 0, ""};
+        if (node.is_integer())
+            return {ProductSetting::Kind::Integer,
+                    static_cast<LONG>(section.GetInteger(key, std::numeric_limits<LONG>::min())), ""};
+        if (node.is_string()) return {ProductSetting::Kind::String, 0, *section.GetTextIfGiven(key)};
+        auto option = node.is_table() ? section.GetSection(key) : std::nullopt;
+        if (!option) section.Fail(key, "true, false, a whole number, a text or { option = NUMBER }");
+        const ProductSetting setting{ProductSetting::Kind::Option, static_cast<LONG>(option->GetInteger("option", 1)),
+                                     ""};
+        option->RefuseOtherKeys();
+        return setting;
     }
 
     // String files in their order, then the product's own [strings]; a later text replaces an earlier one.
     void ReadStrings() {
-        for (const std::string& name : root_.GetTexts("string_files")) {
-            const std::filesystem::path file = GetFileBeside(root_, "string_files", name);
-            const std::string fileName = PathToUtf8(file);
-            const toml::table table = ReadTomlFile(file);
-            files_.push_back(file);
-            AddStrings(TomlSection(fileName, table, ""));
+        std::vector<std::string> names;
+        root_.Try([&] { names = root_.GetTexts("string_files"); });
+        for (const std::string& name : names) {
+            root_.Try([&] {
+                const std::filesystem::path file = GetFileBeside(root_, "string_files", name);
+                const std::string fileName = PathToUtf8(file);
+                const toml::table table = ReadTomlFile(file);
+                files_.push_back(file);
+                AddStrings(TomlSection(fileName, table, "", faults_));
+            });
         }
-        if (auto section = root_.GetSection("strings")) AddStrings(*section);
+        root_.Try([&] {
+            if (auto section = root_.GetSection("strings")) AddStrings(*section);
+        });
     }
 
     void AddStrings(TomlSection section) {
-        for (const auto& [number, key] : section.GetNumbers(99999)) {
-            const auto text = section.GetTextIfGiven(key);
-            product_.strings[number] = *text;
-        }
+        for (const auto& [number, key] : section.GetNumbers(99999))
+            section.Try([&, number = number, &key = key] { product_.strings[number] = *section.GetTextIfGiven(key); });
     }
 
     void ReadFeatures() {
-        auto section = root_.GetSection("features");
-        if (!section) return;
-        for (const auto& [id, key] : section->GetNumbers(0xFFFF)) {
+        ReadNumbered("features", 0xFFFF, [&](TomlSection& section, DWORD id, const std::string& key) {
             const CatalogueFeature* known = FindCatalogueFeature(id);
-            if (!known) section->Fail(key, "a feature that exists");
-            if (known->source == CatalogueFeature::Source::Lists)
-                section->Fail(key,
-                              "papers, trays, media_types or resolutions, which " + known->GetName() + " follows from");
-            if (known->source == CatalogueFeature::Source::User)
-                section->Fail(
-                    key, "a feature of the product, and " + known->GetName() + " is one of the user's preferences");
-            if (known->parent != 0 && !product_.FindFeature(known->parent) &&
-                !section->Has(std::to_string(known->parent)))
-                section->Fail(key, "the list feature " + std::to_string(known->parent) + " (" +
-                                       FindCatalogueFeature(known->parent)->GetName() + ") beside it");
-            auto description = section->GetSection(key);
+            if (!known) section.Fail(key, "a feature that exists");
+            RequireOwnFeature(section, key, *known);
+            auto description = section.GetSection(key);
             product_.features.push_back(ReadFeature(*description, *known));
             description->RefuseOtherKeys();
-        }
+        });
+    }
+
+    void RequireOwnFeature(const TomlSection& section, const std::string& key, const CatalogueFeature& known) const {
+        if (known.source == CatalogueFeature::Source::Lists)
+            section.Fail(key, "papers, trays, media_types or resolutions, which " + known.GetName() + " follows from");
+        if (known.source == CatalogueFeature::Source::User)
+            section.Fail(key, "a feature of the product, and " + known.GetName() + " is one of the user's preferences");
+        if (known.parent != 0 && !product_.FindFeature(known.parent) && !section.Has(std::to_string(known.parent)))
+            section.Fail(key, "the list feature " + std::to_string(known.parent) + " (" +
+                                  FindCatalogueFeature(known.parent)->GetName() + ") beside it");
     }
 
     static ProductFeature ReadFeature(TomlSection& section, const CatalogueFeature& known) {
@@ -200,10 +229,27 @@ private:
     std::string name_;
     toml::table table_;
     TomlSection root_;
+    std::vector<std::string>* faults_;
     ProductDescription product_;
     std::vector<std::filesystem::path> files_;
 };
 
 }  // namespace
 
-ParsedProduct ParseProduct(const std::filesystem::path& file) { return ProductParser(file).Parse(); }
+ParsedProduct ParseProduct(const std::filesystem::path& file) { return ProductParser(file, nullptr).Parse(); }
+
+std::vector<std::filesystem::path> FindStringFiles(const std::filesystem::path& file) {
+    std::vector<std::filesystem::path> files = ParseProduct(file).files;
+    files.erase(files.begin());  // the product's own
+    return files;
+}
+
+std::vector<std::string> FindProductFaults(const std::filesystem::path& file) {
+    std::vector<std::string> faults;
+    try {
+        ProductParser(file, &faults).Parse();
+    } catch (const ProductError& error) {
+        faults.push_back(error.what());  // nothing of the file can be read
+    }
+    return faults;
+}

@@ -37,8 +37,11 @@ std::size_t CountUtf16Units(std::string_view utf8) noexcept {
     return units;
 }
 
-TomlSection::TomlSection(const std::string& file, const toml::table& table, std::string title)
-    : file_(file), table_(table), title_(std::move(title)) {}
+TomlSection::TomlSection(const std::string& file, const toml::table& table, std::string title,
+                         std::vector<std::string>* faults)
+    : file_(file), table_(table), title_(std::move(title)), faults_(faults) {}
+
+std::size_t TomlSection::GetLine() const noexcept { return std::max<std::size_t>(1, table_.source().begin.line); }
 
 const toml::node* TomlSection::Find(std::string_view key) {
     asked_.emplace(key);
@@ -109,7 +112,8 @@ std::optional<TomlSection> TomlSection::GetSection(std::string_view key) {
     const toml::node* node = Find(key);
     if (!node) return std::nullopt;
     if (!node->is_table()) Fail(key, node, "a table");
-    return TomlSection(file_, *node->as_table(), title_.empty() ? std::string(key) : title_ + "." + std::string(key));
+    return TomlSection(file_, *node->as_table(), title_.empty() ? std::string(key) : title_ + "." + std::string(key),
+                       faults_);
 }
 
 std::vector<TomlSection> TomlSection::GetSections(std::string_view key) {
@@ -119,7 +123,8 @@ std::vector<TomlSection> TomlSection::GetSections(std::string_view key) {
     sections.reserve(array->size());
     for (const toml::node& node : *array) {
         if (!node.is_table()) Fail(key, &node, "a table");
-        sections.emplace_back(file_, *node.as_table(), std::string(key) + "[" + std::to_string(sections.size()) + "]");
+        sections.emplace_back(file_, *node.as_table(), std::string(key) + "[" + std::to_string(sections.size()) + "]",
+                              faults_);
     }
     return sections;
 }
@@ -131,8 +136,11 @@ std::vector<std::pair<DWORD, std::string>> TomlSection::GetNumbers(DWORD highest
         DWORD number = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         const bool whole = error == std::errc() && end == text.data() + text.size();
-        if (!whole || text.front() == '0' || number > highest) Fail(text, &node, "a key that is " + Range(1, highest));
-        numbers.emplace_back(number, text);
+        Try([&, text = text, &node = node] {
+            if (!whole || text.front() == '0' || number > highest)
+                Fail(text, &node, "a key that is " + Range(1, highest));
+            numbers.emplace_back(number, text);
+        });
     }
     std::sort(numbers.begin(), numbers.end());
     return numbers;
@@ -140,7 +148,7 @@ std::vector<std::pair<DWORD, std::string>> TomlSection::GetNumbers(DWORD highest
 
 void TomlSection::RefuseOtherKeys() const {
     for (const auto& [key, node] : table_)
-        if (!asked_.contains(key.str())) Fail(key.str(), &node, "no such key");
+        if (!asked_.contains(key.str())) Try([&, &key = key, &node = node] { Fail(key.str(), &node, "no such key"); });
 }
 
 void TomlSection::Fail(std::string_view key, const std::string& expected) const {

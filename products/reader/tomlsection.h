@@ -10,6 +10,8 @@
 #include <limits>
 #include <optional>
 #include <set>
+#include <string>
+#include <vector>
 
 // Number of UTF-16 units that a valid UTF-8 text takes.
 std::size_t CountUtf16Units(std::string_view utf8) noexcept;
@@ -20,9 +22,23 @@ public:
     static constexpr std::size_t kLongestText = 1000;
     static constexpr std::int64_t kLargest = std::numeric_limits<LONG>::max();
 
-    // The title leads to the table in messages: "" for the root, "papers[3]".
-    TomlSection(const std::string& file, const toml::table& table, std::string title);
+    // The title leads to the table in messages: "" for the root, "papers[3]". With a list of faults, which must outlive
+    // the section, reading goes on behind a mistake as Try says.
+    TomlSection(const std::string& file, const toml::table& table, std::string title,
+                std::vector<std::string>* faults = nullptr);
 
+    // Runs what reads one entry. With a list of faults what it throws is noted there, and the next entry can be read.
+    template <class Read>
+    void Try(Read read) const {
+        try {
+            read();
+        } catch (const ProductError& error) {
+            if (!faults_) throw;
+            faults_->push_back(error.what());
+        }
+    }
+
+    std::size_t GetLine() const noexcept;  // where it begins, from 1
     bool Has(std::string_view key) const { return table_.contains(key); }
     // Texts hold no control characters. Lengths are in UTF-16 units.
     std::string GetText(std::string_view key, std::size_t longest = kLongestText);  // not empty
@@ -55,5 +71,6 @@ private:
     const std::string& file_;
     const toml::table& table_;
     std::string title_;
+    std::vector<std::string>* faults_;
     std::set<std::string, std::less<>> asked_;
 };

@@ -5,6 +5,7 @@
 #include <facts/units.h>
 #include <printsubsystem/printschema.h>
 #include <subsystem/hosttext.h>
+#include <subsystem/nearestname.h>
 #include <subsystem/settingnames.h>
 
 #include <algorithm>

@@ -60,7 +60,7 @@ std::string MarkErrors(const std::string& text) {
     std::vector<std::string> lines;
     for (std::string line; std::getline(stream, line);) lines.push_back(line);
     const auto printer = [](const std::string& line) {
-        return line.starts_with('\'') ? line.substr(0, line.find(':')) : "";
+        return line.starts_with('\'') ? line.substr(0, line.find("':")) : "";
     };
     std::stable_sort(lines.begin(), lines.end(), [&](const auto& a, const auto& b) { return printer(a) < printer(b); });
     std::string marked;
@@ -115,8 +115,21 @@ protected:
         if (outcome.status != 0) text += "[" + std::to_string(outcome.status) + "]\n";
         if (text.starts_with("<?xml"))
             for (std::size_t at = 0; (at = text.find("><", at)) != std::string::npos;) text.insert(++at, "\n");
+        return NameOwnFiles(std::move(text));
+    }
+
+    // The run's own files as "@name", their folders behind slashes also where JSON doubles the backslashes.
+    std::string NameOwnFiles(std::string text) const {
         const std::string folder = File("");
-        for (std::size_t at; (at = text.find(folder)) != std::string::npos;) text.replace(at, folder.size(), "@");
+        std::string inJson;
+        for (const char character : folder) inJson += std::string(character == '\\' ? 2 : 1, character);
+        for (const std::string& name : {inJson, folder})
+            for (std::size_t at = 0; (at = text.find(name, at)) != std::string::npos; ++at) {
+                text.replace(at, name.size(), "@");
+                const std::size_t end = std::min(text.find_first_of(" '\":\n", at), text.size());
+                std::replace(text.begin() + static_cast<std::ptrdiff_t>(at),
+                             text.begin() + static_cast<std::ptrdiff_t>(end), '\\', '/');
+            }
         return text;
     }
 

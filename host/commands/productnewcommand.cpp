@@ -1,0 +1,89 @@
+// product new: a product to start from.
+#include <products/reader/productdescription.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <ostream>
+
+#include <subsystem/hosterror.h>
+#include <subsystem/hostfiles.h>
+#include <subsystem/hostplatform.h>
+#include <subsystem/productcheck.h>
+#include <subsystem/productfiles.h>
+#include <subsystem/productkeys.h>
+#include "commands.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct NewOptions {
+    std::string name, from, folder;
+};
+
+// The name is that of a folder and a file on any system, and of a model.
+void RequireName(const std::string& name) {
+    const auto isLetter = [](unsigned char c) {
+        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
+    };
+    if (name.empty() || name.size() > 63 || !std::all_of(name.begin(), name.end(), isLetter))
+        throw InputError("'" + name + "' is no name for a product; it has 1 to 63 letters, digits, - and _");
+}
+
+// The text with the first of its lines that begins so replaced.
+std::string ReplaceLine(std::string text, const std::string& start, const std::string& line) {
+    const std::size_t at = text.starts_with(start) ? 0 : text.find("\n" + start) + 1;
+    return text.replace(at, text.find('\n', at) - at, line);
+}
+
+// The files that the product is made of, by their names beside its own file.
+std::map<std::string, fs::path> ListFiles(const fs::path& product, const std::vector<fs::path>& strings) {
+    std::map<std::string, fs::path> files;
+    for (const auto& [kind, path] : LoadProduct(product)->paths) files[PathToUtf8(path.filename())] = path;
+    for (const fs::path& path : strings) files[PathToUtf8(path.filename())] = path;
+    return files;
+}
+
+// The product's own text with its files beside it.
+std::string MakeText(const fs::path& from, const std::string& name, const std::vector<fs::path>& strings) {
+    std::string text = ReplaceLine(ReadWholeFile(from), "model ", "model = \"" + name + "\"");
+    std::string list;
+    for (const fs::path& path : strings) list += (list.empty() ? "\"" : ", \"") + PathToUtf8(path.filename()) + "\"";
+    if (!strings.empty()) text = ReplaceLine(text, "string_files ", "string_files = [" + list + "]");
+    for (const auto& [kind, path] : LoadProduct(from)->paths) {
+        const std::string number = std::to_string(kind) + " = \"";
+        text = ReplaceLine(text, number, number + PathToUtf8(path.filename()) + "\"");
+    }
+    return ExplainProductFile(text);
+}
+
+void RunNew(HostContext& context, const NewOptions& options) {
+    RequireName(options.name);
+    const fs::path from = FindProductFile(options.from);
+    const fs::path folder = PathFromUtf8(options.folder) / PathFromUtf8(options.name);
+    std::error_code error;
+    if (fs::exists(folder, error))
+        throw InputError("there is a '" + PathToUtf8(folder) + "' already; take another name or folder");
+    const std::vector<fs::path> strings = FindStringFiles(from);
+    const std::string text = MakeText(from, options.name, strings);
+    MakeFolder(folder);
+    for (const auto& [name, path] : ListFiles(from, strings))
+        WriteWholeFile(folder / PathFromUtf8(name), ReadWholeFile(path));
+    const fs::path file = folder / PathFromUtf8(options.name + ".toml");
+    WriteWholeFile(file, text);
+    context.out << PathToUtf8(file) << '\n';
+    for (const std::string& fault : CheckProductFiles(file)) context.err << fault << '\n';
+}
+
+}  // namespace
+
+void AddProductNewCommand(Command product, HostContext& context) {
+    const auto options = std::make_shared<NewOptions>();
+    const Command added = product.AddCommand(
+        "new", "Makes a product to start from, a folder with another one's files, each key of them explained",
+        [&context, options] { RunNew(context, *options); });
+    added.AddOption("NAME", options->name, "The new product's name, that of its folder and file").Required();
+    added.AddOption("--from", options->from, "The product that it starts as ('product list') or its file").Required();
+    added.AddOption("DIR", options->folder, "Folder that the product's own is made in").Required().NotEmpty();
+}
