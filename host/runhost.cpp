@@ -46,6 +46,7 @@ void AddCommands(Command app, HostContext& context) {
     AddJobCommands(app, context);
     AddJobTicketCommand(app, context);
     AddCheckCommand(app, context);
+    AddReportCommand(app, context);
     AddRegistryCommands(app, context);
     AddVerifyCommand(app, context);
 }

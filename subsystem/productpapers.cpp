@@ -1,9 +1,11 @@
-// What a printer can print on of each of its product's papers.
+// What of a paper a printer can print on.
 #include "productpapers.h"
 
 #include <bstr.h>
 #include <facts/units.h>
 #include <marginfile.h>
+
+#include <algorithm>
 
 #include "devmodemaker.h"
 #include "hosttext.h"
@@ -21,11 +23,10 @@ LONG ReadLength(IXMLDOMDocument2* capabilities, const WideString& keyword) {
     return static_cast<LONG>(ParseNumber(ToUtf8(text.View())).value_or(0));
 }
 
-// As the provider states it where a ticket selects the paper; without sides when it leaves that to the core driver.
-PrintableArea AskProvider(const PrintSession& session, const ProductPaper& paper) {
+PrintableArea AskProvider(const PrintSession& session, WORD paperNumber) {
     DevmodeBuffer devmode =
         MakeDevmode(*session.GetPrinter().GetProduct(), session.GetPrinter().GetName().AsWideString(),
-                    {{{"dmPaperSize", std::to_string(paper.number)}, {"dmOrientation", "1"}}, {}});
+                    {{{"dmPaperSize", std::to_string(paperNumber)}, {"dmOrientation", "1"}}, {}});
     const PrintSession::Document ticket = session.MakeTicket(devmode);
     const PrintSession::Document capabilities = session.MakeCapabilities(ticket.Get());
     capabilities->setProperty(Bstr(W("SelectionLanguage")).Get(), Variant(WideStringView(W("XPath"))).Get());
@@ -42,13 +43,13 @@ PageMargins ReadSettings(const ProductDescription& product) {
     return {read(kMarginSettings[0]), read(kMarginSettings[2]), read(kMarginSettings[1]), read(kMarginSettings[3])};
 }
 
-PrintableArea ReadFiles(const ProductDescription& product, const std::vector<MarginTableEntry>& entries,
-                        const ProductPaper& paper) {
+PrintableArea ReadFiles(const ProductDescription& product, const ProductPaper& paper) {
     PageMargins margins = ReadSettings(product);
-    for (const MarginTableEntry& entry : entries) {
-        if (!entry.IsFor(paper.width, paper.length)) continue;
-        margins = entry.margins;
-        break;
+    if (const auto file = product.paths.find(kMarginFile); file != product.paths.end()) {
+        const std::vector<MarginTableEntry> entries = ReadMarginTable(file->second.native().c_str());
+        const auto isFor = [&](const MarginTableEntry& entry) { return entry.IsFor(paper.width, paper.length); };
+        const auto entry = std::find_if(entries.begin(), entries.end(), isFor);
+        if (entry != entries.end()) margins = entry->margins;
     }
     return {margins.left, margins.top, paper.width - margins.left - margins.right,
             paper.length - margins.top - margins.bottom};
@@ -56,17 +57,11 @@ PrintableArea ReadFiles(const ProductDescription& product, const std::vector<Mar
 
 }  // namespace
 
-std::vector<PrintableArea> ReadPrintableAreas(const PrintSession& session) {
+PrintableArea FindPrintableArea(const PrintSession& session, WORD paperNumber) {
+    if (paperNumber == DMPAPER_USER) return {};
+    const PrintableArea area = AskProvider(session, paperNumber);
+    if (area.width > 0 && area.height > 0) return area;
     const ProductDescription& product = *session.GetPrinter().GetProduct();
-    const auto file = product.paths.find(kMarginFile);
-    const std::vector<MarginTableEntry> entries =
-        file == product.paths.end() ? std::vector<MarginTableEntry>() : ReadMarginTable(file->second.native().c_str());
-    std::vector<PrintableArea> areas;
-    for (const ProductPaper& paper : product.papers) {
-        PrintableArea& area = areas.emplace_back();
-        if (paper.type == facts::PageSizeType::Custom) continue;
-        area = AskProvider(session, paper);
-        if (area.width <= 0 || area.height <= 0) area = ReadFiles(product, entries, paper);
-    }
-    return areas;
+    const ProductPaper* paper = product.FindPaper(paperNumber);
+    return paper ? ReadFiles(product, *paper) : PrintableArea();
 }

@@ -1,7 +1,5 @@
-// What a printer can print on of each of its product's papers.
+// What of a paper a printer can print on.
 #pragma once
-
-#include <vector>
 
 #include "printsession.h"
 
@@ -10,7 +8,7 @@ struct PrintableArea {
     LONG left = 0, top = 0, width = 0, height = 0;
 };
 
-// The imageable areas of the product's papers in portrait, in the order of the product: as the provider states them
-// where a ticket selects the paper, else as the product's files do; zeros for the custom size, whose sides the user
-// gives. Throws what the session throws.
-std::vector<PrintableArea> ReadPrintableAreas(const PrintSession& session);
+// The imageable area of the printer's paper of that number, in portrait: as the provider states it where a ticket
+// selects the paper, else as the product's files do; without sides for the custom size, whose sides the user gives, and
+// for a paper of which nothing is known. Throws what the session throws.
+PrintableArea FindPrintableArea(const PrintSession& session, WORD paperNumber);

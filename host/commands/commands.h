@@ -68,5 +68,6 @@ void AddConvertCommand(Command app, HostContext& context);
 void AddExplainCommand(Command app, HostContext& context);
 void AddJobCommands(Command app, HostContext& context);
 void AddJobTicketCommand(Command app, HostContext& context);
+void AddReportCommand(Command app, HostContext& context);
 void AddRegistryCommands(Command app, HostContext& context);
 void AddVerifyCommand(Command app, HostContext& context);

@@ -149,6 +149,7 @@ std::vector<fs::path> NameOutputs(const ConvertOptions& options, const Target& t
 
 std::vector<BulkItem> MakeItems(const std::vector<std::string>& files) {
     std::vector<BulkItem> items;
+    items.reserve(files.size());
     for (const std::string& file : files) items.push_back({ArgumentToWide(file), 0, {}});
     return items;
 }

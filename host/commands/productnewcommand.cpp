@@ -45,15 +45,21 @@ std::map<std::string, fs::path> ListFiles(const fs::path& product, const std::ve
     return files;
 }
 
+// The file's name as a text of TOML.
+std::string Quoted(const fs::path& path) { return '"' + PathToUtf8(path.filename()) + '"'; }
+
 // The product's own text with its files beside it.
 std::string MakeText(const fs::path& from, const std::string& name, const std::vector<fs::path>& strings) {
     std::string text = ReplaceLine(ReadWholeFile(from), "model ", "model = \"" + name + "\"");
     std::string list;
-    for (const fs::path& path : strings) list += (list.empty() ? "\"" : ", \"") + PathToUtf8(path.filename()) + "\"";
+    for (const fs::path& path : strings) {
+        if (!list.empty()) list += ", ";
+        list += Quoted(path);
+    }
     if (!strings.empty()) text = ReplaceLine(text, "string_files ", "string_files = [" + list + "]");
     for (const auto& [kind, path] : LoadProduct(from)->paths) {
-        const std::string number = std::to_string(kind) + " = \"";
-        text = ReplaceLine(text, number, number + PathToUtf8(path.filename()) + "\"");
+        const std::string key = std::to_string(kind) + " = ";
+        text = ReplaceLine(std::move(text), key + '"', key + Quoted(path));
     }
     return ExplainProductFile(text);
 }

@@ -14,7 +14,7 @@ CXString InstallThrowawayPrinter(HostContext& context, const std::filesystem::pa
     std::string name = product->modelName;
     std::replace_if(
         name.begin(), name.end(), [](char unit) { return unit == '\\' || unit == ',' || unit == '!'; }, ' ');
-    const CXString printer = CXString::FromUtf8(name);
+    CXString printer = CXString::FromUtf8(name);
     context.UseThrowawayStore();
     InstallPrinter(printer.AsWideString(), productFile, WideString());
     RebuildCapabilityCaches(OpenInstalledPrinter(printer).Get());

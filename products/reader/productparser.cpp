@@ -122,8 +122,7 @@ private:
         if (node.is_string()) return {ProductSetting::Kind::String, 0, *section.GetTextIfGiven(key)};
         auto option = node.is_table() ? section.GetSection(key) : std::nullopt;
         if (!option) section.Fail(key, "true, false, a whole number, a text or { option = NUMBER }");
-        const ProductSetting setting{ProductSetting::Kind::Option, static_cast<LONG>(option->GetInteger("option", 1)),
-                                     ""};
+        ProductSetting setting{ProductSetting::Kind::Option, static_cast<LONG>(option->GetInteger("option", 1)), ""};
         option->RefuseOtherKeys();
         return setting;
     }

@@ -13,6 +13,13 @@ namespace {
 
 using facts::kMicrometresPerMillimetre, facts::kMicrometresPerTenth;
 
+SelectedPaper FromRecord(const _tag_FormsInfoRec& record) {
+    return {ToUtf8(GetNameField(record.name)), record.width * kMicrometresPerTenth,
+            record.length * kMicrometresPerTenth, true};
+}
+
+}  // namespace
+
 std::string DescribeMillimetres(LONG micrometres) {
     std::string text = std::to_string(micrometres / kMicrometresPerMillimetre);
     LONG rest = micrometres % kMicrometresPerMillimetre;
@@ -21,13 +28,6 @@ std::string DescribeMillimetres(LONG micrometres) {
     while (digits.ends_with('0')) digits.pop_back();
     return text + '.' + digits;
 }
-
-SelectedPaper FromRecord(const _tag_FormsInfoRec& record) {
-    return {ToUtf8(GetNameField(record.name)), record.width * kMicrometresPerTenth,
-            record.length * kMicrometresPerTenth, true};
-}
-
-}  // namespace
 
 std::string DescribeSize(LONG width, LONG length) {
     return DescribeMillimetres(width) + " x " + DescribeMillimetres(length) + " mm";

@@ -14,6 +14,8 @@ struct SelectedPaper {
     std::string Describe() const;  // "A4, 210 x 297 mm"
 };
 
+// "104.775", from micrometres, with the decimals that are not zero.
+std::string DescribeMillimetres(LONG micrometres);
 // "210 x 297 mm", from micrometres, with the decimals that are not zero.
 std::string DescribeSize(LONG width, LONG length);
 
@@ -23,6 +25,9 @@ public:
 
     // The paper of the number, else that of the width and length, else that of the form name: as far as the flags of
     // dmFields say that they count.
+    // As the printer's caches list them.
+    const std::vector<_tag_FormsInfoRec>& GetRecords() const noexcept { return records_; }
+
     SelectedPaper Select(const DEVMODEW& devmode) const;
 
 private:

@@ -126,9 +126,10 @@ protected:
         for (const std::string& name : {inJson, folder})
             for (std::size_t at = 0; (at = text.find(name, at)) != std::string::npos; ++at) {
                 text.replace(at, name.size(), "@");
-                const std::size_t end = std::min(text.find_first_of(" '\":\n", at), text.size());
+                std::size_t end = std::min(text.find_first_of(" '\":\n", at), text.size());
                 std::replace(text.begin() + static_cast<std::ptrdiff_t>(at),
                              text.begin() + static_cast<std::ptrdiff_t>(end), '\\', '/');
+                for (std::size_t twice; (twice = text.find("//", at)) < end; --end) text.erase(twice, 1);
             }
         return text;
     }
