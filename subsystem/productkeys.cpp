@@ -3,9 +3,12 @@
 
 #include <products/reader/featurecatalogue.h>
 
+#include <algorithm>
 #include <charconv>
 #include <set>
 #include <sstream>
+
+#include "hosterror.h"
 
 namespace {
 
@@ -138,6 +141,21 @@ std::string ExplainProductKey(std::string_view section, std::string_view key) {
     if (section != "features" || error != std::errc() || end != key.data() + key.size()) return std::string();
     const CatalogueFeature* feature = FindCatalogueFeature(number);
     return feature ? feature->GetName() + "." : std::string();
+}
+
+std::string ReplaceProductValue(std::string_view toml, std::string_view section, std::string_view key,
+                                const std::string& value) {
+    std::string text(toml), current;
+    for (std::size_t at = 0, end = 0; at < text.size(); at = end + 1) {
+        end = std::min(text.find('\n', at), text.size());
+        const std::string_view line = std::string_view(text).substr(at, end - at);
+        if (line.starts_with('[')) current = line.substr(1, line.find(']') - 1);
+        if (current != section || FindKeyOfLine(line) != key) continue;
+        if (line.find('[', key.size()) != std::string_view::npos && line.find(']') == std::string_view::npos) break;
+        return text.replace(at, end - at, std::string(key) + " = " + value);
+    }
+    throw InputError("the product file has no line that says what " + std::string(key) +
+                     " is; write it in one line of its own");
 }
 
 std::string ExplainProductFile(std::string_view toml) {

@@ -8,5 +8,10 @@
 // explained by their names. Empty when there is no such key.
 std::string ExplainProductKey(std::string_view section, std::string_view key);
 
+// A product file's text with another value, in TOML, for a key of a section. Throws InputError when no line of the
+// section gives the key its whole value.
+std::string ReplaceProductValue(std::string_view toml, std::string_view section, std::string_view key,
+                                const std::string& value);
+
 // A product file's text with a comment before each section and each key, and the keys that it does not use at its end.
 std::string ExplainProductFile(std::string_view toml);

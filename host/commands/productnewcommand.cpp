@@ -31,17 +31,17 @@ void RequireName(const std::string& name) {
         throw InputError("'" + name + "' is no name for a product; it has 1 to 63 letters, digits, - and _");
 }
 
-// The text with the first of its lines that begins so replaced.
-std::string ReplaceLine(std::string text, const std::string& start, const std::string& line) {
-    const std::size_t at = text.starts_with(start) ? 0 : text.find("\n" + start) + 1;
-    return text.replace(at, text.find('\n', at) - at, line);
-}
-
-// The files that the product is made of, by their names beside its own file.
-std::map<std::string, fs::path> ListFiles(const fs::path& product, const std::vector<fs::path>& strings) {
-    std::map<std::string, fs::path> files;
-    for (const auto& [kind, path] : LoadProduct(product)->paths) files[PathToUtf8(path.filename())] = path;
-    for (const fs::path& path : strings) files[PathToUtf8(path.filename())] = path;
+// The files that the product is made of, by their names beside its own file. Throws InputError when two have one name.
+std::map<std::string, fs::path> ListFiles(const fs::path& product, const std::string& name,
+                                          const std::vector<fs::path>& strings) {
+    std::map<std::string, fs::path> files = {{name + ".toml", product}};
+    const auto add = [&](const fs::path& path) {
+        const auto [file, isNew] = files.emplace(PathToUtf8(path.filename()), path);
+        if (!isNew && file->second != path)
+            throw InputError("two files of the product would be called '" + file->first + "'; take another name");
+    };
+    for (const auto& [kind, path] : LoadProduct(product)->paths) add(path);
+    for (const fs::path& path : strings) add(path);
     return files;
 }
 
@@ -50,17 +50,15 @@ std::string Quoted(const fs::path& path) { return '"' + PathToUtf8(path.filename
 
 // The product's own text with its files beside it.
 std::string MakeText(const fs::path& from, const std::string& name, const std::vector<fs::path>& strings) {
-    std::string text = ReplaceLine(ReadWholeFile(from), "model ", "model = \"" + name + "\"");
+    std::string text = ReplaceProductValue(ReadWholeFile(from), "", "model", '"' + name + '"');
     std::string list;
     for (const fs::path& path : strings) {
         if (!list.empty()) list += ", ";
         list += Quoted(path);
     }
-    if (!strings.empty()) text = ReplaceLine(text, "string_files ", "string_files = [" + list + "]");
-    for (const auto& [kind, path] : LoadProduct(from)->paths) {
-        const std::string key = std::to_string(kind) + " = ";
-        text = ReplaceLine(std::move(text), key + '"', key + Quoted(path));
-    }
+    if (!strings.empty()) text = ReplaceProductValue(text, "", "string_files", "[" + list + "]");
+    for (const auto& [kind, path] : LoadProduct(from)->paths)
+        text = ReplaceProductValue(text, "paths", std::to_string(kind), Quoted(path));
     return ExplainProductFile(text);
 }
 
@@ -73,13 +71,15 @@ void RunNew(HostContext& context, const NewOptions& options) {
         throw InputError("there is a '" + PathToUtf8(folder) + "' already; take another name or folder");
     const std::vector<fs::path> strings = FindStringFiles(from);
     const std::string text = MakeText(from, options.name, strings);
+    const std::map<std::string, fs::path> files = ListFiles(from, options.name, strings);
     MakeFolder(folder);
-    for (const auto& [name, path] : ListFiles(from, strings))
-        WriteWholeFile(folder / PathFromUtf8(name), ReadWholeFile(path));
+    for (const auto& [name, path] : files)
+        WriteWholeFile(folder / PathFromUtf8(name), path == from ? text : ReadWholeFile(path));
     const fs::path file = folder / PathFromUtf8(options.name + ".toml");
-    WriteWholeFile(file, text);
     context.out << PathToUtf8(file) << '\n';
-    for (const std::string& fault : CheckProductFiles(file)) context.err << fault << '\n';
+    const ProductFaults faults = CheckProductFiles(file);
+    for (const std::string& fault : faults) context.err << fault << '\n';
+    if (!faults.empty()) context.exitStatus = kExitFailed;
 }
 
 }  // namespace

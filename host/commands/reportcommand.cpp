@@ -10,6 +10,7 @@
 #include <subsystem/inputs/ticketinput.h>
 #include <subsystem/productfiles.h>
 #include "commands.h"
+#include "missingcaches.h"
 #include "throwawayprinter.h"
 
 namespace {
@@ -38,8 +39,13 @@ void RunReport(HostContext& context, const ReportOptions& options) {
         printer = InstallThrowawayPrinter(context, FindProductFile(options.product));
     }
     const PrintSession session(printer);
+    const InstalledPrinter& installed = session.GetPrinter();
+    if (const std::string missing =
+            DescribeMissingCaches({installed.GetName().AsWideString(), installed.GetPort().AsWideString(), {}});
+        !missing.empty())
+        context.err << missing << '\n';
     PrinterFacts facts(session);
-    const std::string product = NameProduct(session.GetPrinter().GetProduct()->file);
+    const std::string product = NameProduct(installed.GetProduct()->file);
     context.WriteFile(options.out, MakeReport(facts, printer.ToUtf8(), product, ExplainJob(facts, options)));
 }
 
