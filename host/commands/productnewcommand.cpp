@@ -73,8 +73,13 @@ void RunNew(HostContext& context, const NewOptions& options) {
     const std::string text = MakeText(from, options.name, strings);
     const std::map<std::string, fs::path> files = ListFiles(from, options.name, strings);
     MakeFolder(folder);
-    for (const auto& [name, path] : files)
-        WriteWholeFile(folder / PathFromUtf8(name), path == from ? text : ReadWholeFile(path));
+    try {
+        for (const auto& [name, path] : files)
+            WriteWholeFile(folder / PathFromUtf8(name), path == from ? text : ReadWholeFile(path));
+    } catch (const HostError&) {
+        fs::remove_all(folder, error);  // half a product is of no use
+        throw;
+    }
     const fs::path file = folder / PathFromUtf8(options.name + ".toml");
     context.out << PathToUtf8(file) << '\n';
     const ProductFaults faults = CheckProductFiles(file);
