@@ -67,3 +67,7 @@ std::string DescribeMissingCaches(const PrinterRow& printer) {
     if (!LacksCaches(printer)) return {};
     return Describe({printer}) + ", and so not all of its papers are known; 'caches rebuild' makes them";
 }
+
+std::string DescribeMissingCaches(const InstalledPrinter& printer) {
+    return DescribeMissingCaches(PrinterRow{printer.GetName().AsWideString(), printer.GetPort().AsWideString(), {}});
+}

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <subsystem/installedprinter.h>
 #include "commands/commands.h"
 
 // Where some of the printers lack caches, or have damaged ones: says so on standard error, and from then on the command
@@ -15,3 +16,4 @@ void MakeUpForMissingCaches(HostContext& context, const std::vector<PrinterRow>&
 
 // What a conversion says that works with the caches as they are; empty when the printer has them.
 std::string DescribeMissingCaches(const PrinterRow& printer);
+std::string DescribeMissingCaches(const InstalledPrinter& printer);

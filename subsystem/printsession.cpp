@@ -141,7 +141,7 @@ PrintSession::PrintSession(const CXString& printer, const ProviderSource& source
     : printer_(printer),
       coreDriver_(source.coreProduct ? source.coreProduct : printer_.GetProduct(), printer_.GetName(),
                   printer_.GetPort()),
-      library_(source.library) {
+      library_(source.plugIn) {
     Bind();
 }
 

@@ -33,7 +33,7 @@ private:
 
 // The provider to work with, and what stands before it.
 struct ProviderSource {
-    std::shared_ptr<const ProviderLibrary> library;  // never null
+    std::shared_ptr<const ProviderLibrary> plugIn;  // never null
     // Whose documents the core driver writes; null: the printer's own product. With it the DEVMODEs have no private
     // block of this driver family: the provider knows nothing of it.
     std::shared_ptr<const ProductDescription> coreProduct = nullptr;

@@ -48,12 +48,12 @@ public:
         return options_.isLong ? longForm : shortForm;
     }
 
-    const ProviderLibrary& GetLibrary() const noexcept { return *source_.library; }
+    const ProviderLibrary& GetLibrary() const noexcept { return *source_.plugIn; }
     const ProviderSource& GetSource() const noexcept { return source_; }
     // The bench has no library from here on; without objects of it, it is unloaded. Returns its file.
     std::filesystem::path DropLibrary() {
-        std::filesystem::path file = source_.library->GetFile();
-        source_.library.reset();
+        std::filesystem::path file = source_.plugIn->GetFile();
+        source_.plugIn.reset();
         return file;
     }
     const CXString& GetPrinterName() const noexcept { return printer_; }

@@ -67,10 +67,7 @@ void MakeAllTickets(HostContext& context, const BulkConversion& conversion) {
         ExplainedTicket result = ConvertAndExplain(printer, settings.Make(session.GetPrinter()), nullptr);
         notes = ListLosses(result.explanation);
         const bool losesAny = !notes.empty();
-        const InstalledPrinter& installed = session.GetPrinter();
-        if (std::string missing =
-                DescribeMissingCaches({installed.GetName().AsWideString(), installed.GetPort().AsWideString(), {}});
-            !missing.empty())
+        if (std::string missing = DescribeMissingCaches(session.GetPrinter()); !missing.empty())
             notes.insert(notes.begin(), std::move(missing));
         if (conversion.strict && losesAny) throw OperationError("settings are lost or ignored, and --strict was given");
         return std::move(result.ticket);

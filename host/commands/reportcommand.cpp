@@ -40,10 +40,7 @@ void RunReport(HostContext& context, const ReportOptions& options) {
     }
     const PrintSession session(printer);
     const InstalledPrinter& installed = session.GetPrinter();
-    if (const std::string missing =
-            DescribeMissingCaches({installed.GetName().AsWideString(), installed.GetPort().AsWideString(), {}});
-        !missing.empty())
-        context.err << missing << '\n';
+    if (const std::string missing = DescribeMissingCaches(installed); !missing.empty()) context.err << missing << '\n';
     PrinterFacts facts(session);
     const std::string product = NameProduct(installed.GetProduct()->file);
     context.WriteFile(options.out, MakeReport(facts, printer.ToUtf8(), product, ExplainJob(facts, options)));

@@ -70,7 +70,7 @@ TEST(Questions, AnOperationAsksForThePrinterAndItsDriverOnce) {
         OEMPTOPTS options{};
         INT count = 0;
         BSTR* namespaces = nullptr;
-        const auto provider = GetOwnProvider().library->MakeProvider();
+        const auto provider = GetOwnProvider().plugIn->MakeProvider();
         const HRESULT bound = provider->BindPrinter(opened.Get(), 1, &options, &count, &namespaces);
         for (INT i = 0; i < count; ++i) SysFreeString(namespaces[i]);
         CoTaskMemFree(namespaces);
