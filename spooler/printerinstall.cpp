@@ -80,8 +80,7 @@ void ClearCaches(const WideString& port) {
 void AddDriver(const ProductDescription& product, const WideString& driver) {
     WideString dataFile = product.file.string<WCHAR>();
     WideString files;
-    for (const std::string& file : product.dependentFiles) files += WidenUtf8(file) + W('\0');
-    files += WidenUtf8(product.workflowLibrary) + W('\0');
+    for (const std::string& file : ListDependentFiles(product)) files += WidenUtf8(file) + W('\0');
     WideString driverPath = W("mvcored.dll"), configFile = W("mvcoreui.dll");
     DRIVER_INFO_3W info{};
     info.cVersion = 3;

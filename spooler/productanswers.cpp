@@ -65,8 +65,7 @@ std::vector<WideString> GetPapersReady(const ProductDescription& product) {
 
 std::vector<WideString> GetDependentFiles(const ProductDescription& product) {
     std::vector<WideString> names;
-    for (const std::string& name : product.dependentFiles) names.push_back(WidenUtf8(name));
-    names.push_back(WidenUtf8(product.workflowLibrary));
+    for (const std::string& name : ListDependentFiles(product)) names.push_back(WidenUtf8(name));
     return names;
 }
 

@@ -30,7 +30,7 @@ constexpr ProductKey kKeys[] = {
     {"", "applications_without_custom_size",
      "Programs that are offered no custom size, by their file names in lower case.", "[\"formletter.exe\"]"},
     {"", "string_files",
-     "String tables by their paths from this file's folder: lines NUMBER = \"text\". A later table's text counts.",
+     "String tables beside this file, by their names: lines NUMBER = \"text\". A later table's text counts.",
      "[\"strings.toml\"]"},
     {"", "unlisted_media_types",
      "Media types that may be set and are not shown, since tickets have no names for them: 6870 to 6899.", "[6890]"},
@@ -61,7 +61,7 @@ constexpr ProductKey kKeys[] = {
      "ticket."},
     {"info", "", "What the product says of itself, by number."},
     {"info", "13", "\"color\" or \"monochrome\"."},
-    {"paths", "", "Files of the product by kind, by their paths from this file's folder."},
+    {"paths", "", "Files of the product by kind: names of files beside this one."},
     {"paths", "15",
      "The margin file: in its section [PostScript] a line WIDTHxHEIGHT=LEFT BOTTOM RIGHT TOP for each paper, in "
      "points: "

@@ -62,27 +62,12 @@ std::shared_ptr<const ProductDescription> LoadProduct(const std::filesystem::pat
     // The state is taken before the file is read: a change during the reading is seen by the next call.
     CachedProduct read{.file = file, .states = {{file, GetFileState(file)}}, .product = nullptr};
     ++readCount;
-    ParsedProduct parsed = ParseProduct(file);
-    for (std::size_t index = 1; index < parsed.files.size(); ++index)
-        read.states.emplace_back(parsed.files[index], GetFileState(parsed.files[index]));
-    read.product = std::make_shared<const ProductDescription>(std::move(parsed.product));
-    auto product = read.product;
+    auto product = std::make_shared<const ProductDescription>(ParseProduct(file));
+    for (const std::filesystem::path& strings : product->stringFiles)
+        read.states.emplace_back(strings, GetFileState(strings));
+    read.product = product;
     Keep(std::move(read));
     return product;
 }
 
 std::size_t GetProductReadCount() noexcept { return readCount; }
-
-std::vector<std::filesystem::path> FindProductFiles(const std::filesystem::path& folder) {
-    std::vector<std::filesystem::path> files;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::filesystem::path file = entry->path() / entry->path().filename();
-        file += ".toml";
-        std::error_code ignored;
-        if (std::filesystem::is_regular_file(file, ignored)) files.push_back(std::move(file));
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}

@@ -10,6 +10,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // A file that cannot be read or is no product description. what() is "FILE:LINE: KEY: expected ..., got ...", UTF-8.
@@ -102,11 +103,12 @@ struct ProductDescription {
     WORD driverVersion = 0;                                  // dmDriverVersion
     int workflowLibraryIndex = 0;                            // 1 to 3
     std::string workflowLibrary;                             // its file name
-    std::vector<std::string> dependentFiles;                 // file names, the workflow library not among them
+    std::vector<std::string> libraries;                      // file names, the workflow library not among them
     std::vector<std::string> applicationsWithoutCustomSize;  // lower-case file names of programs
     std::map<DWORD, ULONGLONG> capabilities;                 // driver capability words by number
     std::map<int, std::string> info;                         // information items by number
     std::map<int, std::filesystem::path> paths;              // files by kind, full paths; 15 is the margin file
+    std::vector<std::filesystem::path> stringFiles;          // full paths, in their order
     std::map<DWORD, ProductSetting> settings;                // device settings by number
     std::vector<ProductFeature> features;                    // ascending by id
     std::vector<ProductPaper> papers;
@@ -141,9 +143,13 @@ MVPROD_API std::shared_ptr<const ProductDescription> LoadProduct(const std::file
 // What is wrong with a product file, each as ProductError would say it: one fault of each entry, whose others show when
 // it is mended. Empty when LoadProduct takes the file.
 MVPROD_API std::vector<std::string> FindProductFaults(const std::filesystem::path& file);
-// The string files of a product, in their order. Throws ProductError.
-MVPROD_API std::vector<std::filesystem::path> FindStringFiles(const std::filesystem::path& file);
+// The names of the files that are installed with the driver beside the product's own: the libraries, then the data files,
+// which lie beside the product's file. None twice.
+MVPROD_API std::vector<std::string> ListDependentFiles(const ProductDescription& product);
+// Whether it is a file's name that leads into no folder, of 1 to 63 UTF-16 units.
+MVPROD_API bool IsFileName(std::string_view name) noexcept;
 // How often this process has read a product file, for tests and benchmarks.
 MVPROD_API std::size_t GetProductReadCount() noexcept;
-// The product files below a folder, by name: NAME/NAME.toml. None when there is no such folder.
+// The product files of a folder, by name: its own, NAME.toml (string tables are none), and NAME/NAME.toml below it. None
+// when there is no such folder.
 MVPROD_API std::vector<std::filesystem::path> FindProductFiles(const std::filesystem::path& folder);

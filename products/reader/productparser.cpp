@@ -21,10 +21,9 @@ public:
     ProductParser(const std::filesystem::path& file, std::vector<std::string>* faults)
         : name_(PathToUtf8(file)), table_(ReadTomlFile(file)), root_(name_, table_, "", faults), faults_(faults) {
         product_.file = file;
-        files_.push_back(file);
     }
 
-    ParsedProduct Parse() {
+    ProductDescription Parse() {
         ReadIdentity();
         ReadNumberedTexts();
         ReadSettings();
@@ -36,7 +35,7 @@ public:
         });
         root_.RefuseOtherKeys();
         product_.limits = DeriveLimits(product_);
-        return {std::move(product_), std::move(files_)};
+        return std::move(product_);
     }
 
 private:
@@ -48,7 +47,7 @@ private:
         });
         root_.Try([&] { product_.driverVersion = static_cast<WORD>(root_.GetInteger("driver_version", 1, 0xFFFF)); });
         root_.Try([&] { ReadWorkflowLibrary(); });
-        root_.Try([&] { ReadDependentFiles(); });
+        root_.Try([&] { ReadLibraries(); });
         root_.Try([&] { ReadApplications(); });
     }
 
@@ -60,11 +59,10 @@ private:
         product_.workflowLibraryIndex = static_cast<int>(library - kWorkflowLibraries.begin()) + 1;
     }
 
-    void ReadDependentFiles() {
-        product_.dependentFiles = root_.GetTexts("dependent_files");
-        for (const std::string& name : product_.dependentFiles)
-            if (name.find_first_of("/\\:") != std::string::npos || CountUtf16Units(name) > 63)
-                root_.Fail("dependent_files", "file names without folder, at most 63 characters each");
+    void ReadLibraries() {
+        product_.libraries = root_.GetTexts("dependent_files");
+        if (!std::all_of(product_.libraries.begin(), product_.libraries.end(), IsFileName))
+            root_.Fail("dependent_files", "file names without folder, at most 63 characters each");
     }
 
     void ReadApplications() {
@@ -99,11 +97,11 @@ private:
     }
 
     std::filesystem::path GetFileBeside(const TomlSection& section, std::string_view key, const std::string& name) {
-        const std::filesystem::path path = PathFromUtf8(name);
+        if (!IsFileName(name)) section.Fail(key, "a file beside this one, by a name of at most 63 characters");
         std::error_code error;
-        std::filesystem::path full = (product_.file.parent_path() / path).lexically_normal();
-        if (path.is_absolute() || !std::filesystem::is_regular_file(full, error))
-            section.Fail(key, "a file by its path from the product's folder, which '" + name + "' is not");
+        std::filesystem::path full = product_.file.parent_path() / PathFromUtf8(name);
+        if (!std::filesystem::is_regular_file(full, error))
+            section.Fail(key, "a file beside this one, where '" + name + "' is missing");
         return full;
     }
 
@@ -136,7 +134,7 @@ private:
                 const std::filesystem::path file = GetFileBeside(root_, "string_files", name);
                 const std::string fileName = PathToUtf8(file);
                 const toml::table table = ReadTomlFile(file);
-                files_.push_back(file);
+                product_.stringFiles.push_back(file);
                 AddStrings(TomlSection(fileName, table, "", faults_));
             });
         }
@@ -230,17 +228,15 @@ private:
     TomlSection root_;
     std::vector<std::string>* faults_;
     ProductDescription product_;
-    std::vector<std::filesystem::path> files_;
 };
 
 }  // namespace
 
-ParsedProduct ParseProduct(const std::filesystem::path& file) { return ProductParser(file, nullptr).Parse(); }
+ProductDescription ParseProduct(const std::filesystem::path& file) { return ProductParser(file, nullptr).Parse(); }
 
-std::vector<std::filesystem::path> FindStringFiles(const std::filesystem::path& file) {
-    std::vector<std::filesystem::path> files = ParseProduct(file).files;
-    files.erase(files.begin());  // the product's own
-    return files;
+bool IsFileName(std::string_view name) noexcept {
+    return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos &&
+           CountUtf16Units(name) <= 63;
 }
 
 std::vector<std::string> FindProductFaults(const std::filesystem::path& file) {

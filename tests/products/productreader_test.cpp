@@ -154,7 +154,10 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"43 = {", "571 = {}\n43 = {", 24, "one of the user's preferences"},
         {"43 = {", "175 = {}\n43 = {", 24, "papers, trays, media_types or resolutions"},
         {"1984 = ", "x = ", 15, "capabilities.x: expected a key that is a whole number"},
-        {"[strings]", "[paths]\n15 = \"none.ini\"\n[strings]", 28, "paths.15: expected a file by its path"},
+        {"[strings]", "[paths]\n15 = \"none.ini\"\n[strings]", 28,
+         "paths.15: expected a file beside this one, where 'none.ini' is missing"},
+        {"[strings]", "[paths]\n15 = \"../up.ini\"\n[strings]", 28, "paths.15: expected a file beside this one, by a name"},
+        {"papers = [", "string_files = [\"..\"]\npapers = [", 5, "string_files: expected a file beside this one, by a"},
     };
     const TemporaryFolder folder;
     for (const Row& row : rows) {

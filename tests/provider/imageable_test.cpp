@@ -22,7 +22,7 @@ protected:
     }
 
     void WriteMargins(const std::string& lines) {
-        WriteTestFile(product_.GetFile().parent_path() / "margin.ini",
+        WriteTestFile(product_.GetFile().parent_path() / "press8434-margin.ini",
                       "[Other]\n612x792=0 0 1 1\n[PostScript]\n" + lines);
     }
 

@@ -192,7 +192,7 @@ TEST_F(ChangingPrinter, IsSeenByTheNextOperation) {
     EXPECT_NE(Complete().find(">Here<"), std::string::npos);
     RunHost("printer form add There --printer Press --width 123 --length 345");
     EXPECT_NE(Complete().find(">There<"), std::string::npos);
-    const auto strings = product_.GetFile().parent_path().parent_path() / "strings.toml";
+    const auto strings = product_.GetFile().parent_path() / "strings.toml";
     WriteTestFile(strings, "418 = \"How many\"\n");
     EXPECT_NE(Complete().find(">How many<"), std::string::npos) << "the product's file";
 }

@@ -19,11 +19,11 @@ std::filesystem::path ProgramFolder() {
 }
 
 std::filesystem::path ProductFile(const std::string& product) {
-    return ProgramFolder() / "products" / product / (product + ".toml");
+    return ProgramFolder() / "products" / (product + ".toml");
 }
 
 ChangedProduct::ChangedProduct(const std::string& product, const Changes& changes)
-    : file_(folder_ / product / ProductFile(product).filename()) {
+    : file_(folder_ / ProductFile(product).filename()) {
     std::filesystem::copy(ProgramFolder() / "products", folder_.GetPath(), std::filesystem::copy_options::recursive);
     std::ifstream original(ProductFile(product));
     std::string text{std::istreambuf_iterator<char>(original), {}};
