@@ -86,7 +86,7 @@ void Register(const std::string& name, const CXString& printer, Operation operat
 }
 
 void RegisterProducts() {
-    for (const auto& file : FindOwnProductFiles()) {
+    for (const auto& file : FindKnownProducts().files) {
         const CXString printer = CXString(file.stem().string().c_str());
         InstallPrinter(printer, file, CXString());
         RebuildCapabilityCaches(PrintSession(printer).GetPrinter().GetHandle());

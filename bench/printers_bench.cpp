@@ -15,7 +15,7 @@ namespace {
 class ManyPrinters {
 public:
     explicit ManyPrinters(std::int64_t count) : folder_(MakeTemporaryFolder("mvpthost-bench-")) {
-        const std::vector<std::filesystem::path> products = FindOwnProductFiles();
+        const std::vector<std::filesystem::path> products = FindKnownProducts().files;
         std::ofstream list(folder_ / "list.csv");
         list << "name,product\n";
         for (std::int64_t number = 0; number < count; ++number)

@@ -29,6 +29,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${MV_BIN})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${MV_BIN})
 set(CMAKE_BUILD_RPATH $ORIGIN $ORIGIN/../driver $ORIGIN/../host)
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+# Where a kit that was installed into the system keeps its products, from the folder of its libraries.
+set(MV_PRODUCTS_FROM_DRIVER ../../share/mvptpc/products)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 

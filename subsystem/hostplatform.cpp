@@ -8,9 +8,11 @@
 #include <io.h>
 #include <shellapi.h>
 #else
+#include <dlfcn.h>
 #include <unistd.h>
 #endif
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <random>
@@ -18,7 +20,21 @@
 #include "hosterror.h"
 #include "hosttext.h"
 
+static constexpr const char* kDriverLibrary = "mvprodC0.dll";
+
 #ifdef _WIN32
+
+namespace {
+
+std::filesystem::path GetModuleFolder(HMODULE module) {
+    WideString path(32768, W('\0'));
+    path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
+    return std::filesystem::path(path).parent_path();
+}
+
+}  // namespace
+
+std::filesystem::path GetDriverFolder() { return GetModuleFolder(GetModuleHandleA(kDriverLibrary)); }
 
 std::vector<std::string> GetProgramArguments(int, char**) {
     _setmode(_fileno(stdin), _O_BINARY);
@@ -43,16 +59,19 @@ std::optional<std::string> GetEnvironment(const char* name) {
     return ToUtf8(text);
 }
 
-std::filesystem::path GetProgramFolder() {
-    WideString path(32768, W('\0'));
-    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return std::filesystem::path(path).parent_path();
-}
+std::filesystem::path GetProgramFolder() { return GetModuleFolder(nullptr); }
 
 std::optional<std::filesystem::path> GetUserDataFolder() {
     if (const auto folder = GetEnvironment("LOCALAPPDATA")) return PathFromUtf8(*folder);
     return std::nullopt;
 }
+
+std::optional<std::filesystem::path> GetUserSettingsFolder() {
+    if (const auto folder = GetEnvironment("APPDATA")) return PathFromUtf8(*folder);
+    return std::nullopt;
+}
+
+static constexpr char kPathListSeparator = ';';
 
 #else
 
@@ -73,13 +92,38 @@ std::filesystem::path GetProgramFolder() {
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
 }
 
+std::filesystem::path GetDriverFolder() {
+    Dl_info library{};
+    std::error_code error;
+    if (!dladdr(GetModuleHandleA(kDriverLibrary), &library) || !library.dli_fname) return GetProgramFolder();
+    return std::filesystem::absolute(library.dli_fname, error).lexically_normal().parent_path();
+}
+
 std::optional<std::filesystem::path> GetUserDataFolder() {
     if (const auto folder = GetEnvironment("XDG_DATA_HOME")) return PathFromUtf8(*folder);
     if (const auto home = GetEnvironment("HOME")) return PathFromUtf8(*home) / ".local" / "share";
     return std::nullopt;
 }
 
+std::optional<std::filesystem::path> GetUserSettingsFolder() {
+    if (const auto folder = GetEnvironment("XDG_CONFIG_HOME")) return PathFromUtf8(*folder);
+    if (const auto home = GetEnvironment("HOME")) return PathFromUtf8(*home) / ".config";
+    return std::nullopt;
+}
+
+static constexpr char kPathListSeparator = ':';
+
 #endif
+
+std::vector<std::filesystem::path> SplitPathList(std::string_view list) {
+    std::vector<std::filesystem::path> folders;
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find(kPathListSeparator), list.size());
+        if (end > 0) folders.push_back(PathFromUtf8(std::string(list.substr(0, end))));
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return folders;
+}
 
 std::filesystem::path MakeTemporaryFolder(const std::string& prefix) {
     std::error_code error;

@@ -18,6 +18,13 @@ bool IsTerminal(const std::ostream& stream);
 std::optional<std::string> GetEnvironment(const char* name);
 // The folder of the running program.
 std::filesystem::path GetProgramFolder();
+// The folder of the driver's files: that of the loaded mvprodC0.dll, in whatever program this is.
+std::filesystem::path GetDriverFolder();
+// The folders of a list as the environment has them: between colons, on Windows semicolons; empty ones count for
+// nothing.
+std::vector<std::filesystem::path> SplitPathList(std::string_view list);
+// The folder where programs keep the user's own settings; nothing when the environment names none.
+std::optional<std::filesystem::path> GetUserSettingsFolder();
 // The folder where programs keep the user's own data; nothing when the environment names none.
 std::optional<std::filesystem::path> GetUserDataFolder();
 // A new, empty folder for temporary files, named from the prefix. Throws OperationError when it cannot be made.

@@ -64,11 +64,7 @@ ComPtr<IPrintOemPrintTicketProvider> ProviderLibrary::MakeProvider() const {
     return provider;
 }
 
-std::filesystem::path FindOwnPlugin() {
-    const std::filesystem::path folder = GetProgramFolder(), beside = folder / kOwnPlugin;
-    std::error_code error;
-    return std::filesystem::exists(beside, error) ? beside : folder.parent_path() / "driver" / kOwnPlugin;
-}
+std::filesystem::path FindOwnPlugin() { return GetDriverFolder() / kOwnPlugin; }
 
 ProviderSource GetOwnProvider() {
     // Kept for the life of the process: what it has loaded is not unloaded while the process ends.

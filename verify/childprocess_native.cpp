@@ -32,7 +32,7 @@ std::string DescribeEnd(int status) {
 }  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments) : state_(std::make_unique<State>()) {
-    std::string program = (GetProgramFolder() / "mvpthost-check").string();
+    std::string program = (GetDriverFolder() / "mvpthost-check").string();
     std::vector<std::string> texts = arguments;
     std::vector<char*> list = {program.data()};
     std::transform(texts.begin(), texts.end(), std::back_inserter(list), [](std::string& text) { return text.data(); });

@@ -85,7 +85,7 @@ bool ShowProduct(std::ostream& out, const std::filesystem::path& productFile, co
 
 void RunDemo(HostContext& context, const std::string& output, const ProviderChoice& provider) {
     const ProviderSource source = MakeProviderSource(provider);
-    const std::vector<std::filesystem::path> products = FindOwnProductFiles();
+    const std::vector<std::filesystem::path> products = FindKnownProducts().files;
     if (products.empty()) throw InputError("there are no products beside the program; build or install it whole");
     const std::filesystem::path folder = output.empty() ? MakeTemporaryFolder("mvpthost-demo-") : PathFromUtf8(output);
     context.UseThrowawayStore();

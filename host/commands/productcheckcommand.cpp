@@ -31,7 +31,8 @@ std::vector<fs::path> FindFiles(const std::string& named) {
     if (const fs::path own = folder / (folder.filename() += ".toml"); fs::is_regular_file(own, error)) return {own};
     std::vector<fs::path> files = FindProductFiles(folder);
     if (files.empty())
-        throw NotFoundError("the folder '" + named + "' holds no product; one is a file NAME/NAME.toml below it");
+        throw NotFoundError("the folder '" + named +
+                            "' holds no product; one is a file NAME.toml in it or NAME/NAME.toml below it");
     return files;
 }
 

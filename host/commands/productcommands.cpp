@@ -17,22 +17,45 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-void ListProducts(std::ostream& out, bool json) {
+Json DescribeProduct(const std::filesystem::path& file) {
+    const auto product = LoadProduct(file);
+    const auto found = product->capabilities.find(facts::kDriverCapabilityFlags);
+    return {{"name", NameProduct(file)},
+            {"model", product->modelName},
+            {"controllerFamily", product->controllerFamily},
+            {"capabilityWord", found == product->capabilities.end() ? 0 : found->second},
+            {"file", PathToUtf8(file)}};
+}
+
+// What a user has added and does not see in the list.
+void ReportUnlisted(std::ostream& err, const KnownProducts& products) {
+    for (const std::filesystem::path& folder : products.missing)
+        err << "'" << PathToUtf8(folder) << "' of $" << kProductsVariable << " is no folder\n";
+    for (const std::filesystem::path& file : products.hiding)
+        err << "'" << NameProduct(file) << "' is '" << PathToUtf8(file)
+            << "'; another product of that name is not used\n";
+}
+
+void ListProducts(HostContext& context, bool json) {
     Json rows = Json::array();
-    for (const std::filesystem::path& file : FindOwnProductFiles()) {
-        const auto product = LoadProduct(file);
-        const auto found = product->capabilities.find(facts::kDriverCapabilityFlags);
-        const ULONGLONG flags = found == product->capabilities.end() ? 0 : found->second;
-        rows.push_back({{"name", NameProduct(file)},
-                        {"model", product->modelName},
-                        {"controllerFamily", product->controllerFamily},
-                        {"capabilityWord", flags},
-                        {"file", PathToUtf8(file)}});
-        if (!json)
-            out << NameProduct(file) << "  " << product->controllerFamily << "  " << FormatHex(flags, 3) << "  "
-                << product->modelName << '\n';
+    const KnownProducts products = FindKnownProducts();
+    for (const std::filesystem::path& file : products.files) {
+        try {
+            rows.push_back(DescribeProduct(file));
+        } catch (const ProductError& error) {  // one of the user's own; the others are there
+            context.err << "not listed: " << error.what() << '\n';
+            context.exitStatus = kExitFailed;
+        }
     }
-    if (json) out << FormatJson(rows) << '\n';
+    ReportUnlisted(context.err, products);
+    if (json) {
+        context.out << FormatJson(rows) << '\n';
+        return;
+    }
+    for (const Json& row : rows)
+        context.out << row["name"].get<std::string>() << "  " << row["controllerFamily"].get<DWORD>() << "  "
+                    << FormatHex(row["capabilityWord"].get<ULONGLONG>(), 3) << "  " << row["model"].get<std::string>()
+                    << '\n';
 }
 
 }  // namespace
@@ -45,6 +68,6 @@ void AddProductCommands(Command app, HostContext& context) {
     AddProductShowCommand(product, context);
     product
         .AddCommand("list", "One line a product: name, controller family, capability word, model",
-                    [&context, json] { ListProducts(context.out, *json); })
+                    [&context, json] { ListProducts(context, *json); })
         .AddFlag("--json", *json, kJsonRows);
 }

@@ -1,8 +1,5 @@
 // product new: a product to start from.
-#include <products/reader/productdescription.h>
-
 #include <algorithm>
-#include <map>
 #include <memory>
 #include <ostream>
 
@@ -10,6 +7,7 @@
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
 #include <subsystem/productcheck.h>
+#include <subsystem/productcopy.h>
 #include <subsystem/productfiles.h>
 #include <subsystem/productkeys.h>
 #include "commands.h"
@@ -31,37 +29,6 @@ void RequireName(const std::string& name) {
         throw InputError("'" + name + "' is no name for a product; it has 1 to 63 letters, digits, - and _");
 }
 
-// The files that the product is made of, by their names beside its own file. Throws InputError when two have one name.
-std::map<std::string, fs::path> ListFiles(const fs::path& product, const std::string& name,
-                                          const std::vector<fs::path>& strings) {
-    std::map<std::string, fs::path> files = {{name + ".toml", product}};
-    const auto add = [&](const fs::path& path) {
-        const auto [file, isNew] = files.emplace(PathToUtf8(path.filename()), path);
-        if (!isNew && file->second != path)
-            throw InputError("two files of the product would be called '" + file->first + "'; take another name");
-    };
-    for (const auto& [kind, path] : LoadProduct(product)->paths) add(path);
-    for (const fs::path& path : strings) add(path);
-    return files;
-}
-
-// The file's name as a text of TOML.
-std::string Quoted(const fs::path& path) { return '"' + PathToUtf8(path.filename()) + '"'; }
-
-// The product's own text with its files beside it.
-std::string MakeText(const fs::path& from, const std::string& name, const std::vector<fs::path>& strings) {
-    std::string text = ReplaceProductValue(ReadWholeFile(from), "", "model", '"' + name + '"');
-    std::string list;
-    for (const fs::path& path : strings) {
-        if (!list.empty()) list += ", ";
-        list += Quoted(path);
-    }
-    if (!strings.empty()) text = ReplaceProductValue(text, "", "string_files", "[" + list + "]");
-    for (const auto& [kind, path] : LoadProduct(from)->paths)
-        text = ReplaceProductValue(text, "paths", std::to_string(kind), Quoted(path));
-    return ExplainProductFile(text);
-}
-
 void RunNew(HostContext& context, const NewOptions& options) {
     RequireName(options.name);
     const fs::path from = FindProductFile(options.from);
@@ -69,13 +36,12 @@ void RunNew(HostContext& context, const NewOptions& options) {
     std::error_code error;
     if (fs::exists(folder, error))
         throw InputError("there is a '" + PathToUtf8(folder) + "' already; take another name or folder");
-    const std::vector<fs::path> strings = FindStringFiles(from);
-    const std::string text = MakeText(from, options.name, strings);
-    const std::map<std::string, fs::path> files = ListFiles(from, options.name, strings);
+    FlatFiles files = CopyProduct(from, options.name);
+    std::string& text = files[options.name + ".toml"];
+    text = ExplainProductFile(ReplaceProductValue(text, "", "model", '"' + options.name + '"'));
     MakeFolder(folder);
     try {
-        for (const auto& [name, path] : files)
-            WriteWholeFile(folder / PathFromUtf8(name), path == from ? text : ReadWholeFile(path));
+        for (const auto& [name, bytes] : files) WriteWholeFile(folder / PathFromUtf8(name), bytes);
     } catch (const HostError&) {
         fs::remove_all(folder, error);  // half a product is of no use
         throw;

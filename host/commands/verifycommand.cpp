@@ -78,7 +78,7 @@ TestBench MakeBench(HostContext& context, const VerifyOptions& options, StepNote
         const std::filesystem::path product = FindProductFile(options.provider.product);
         printer = CXString::FromUtf8(kVerifiedPrinter);
         AddPrinter(printer, product);
-        const std::vector<std::filesystem::path> products = FindOwnProductFiles();
+        const std::vector<std::filesystem::path> products = FindKnownProducts().files;
         const auto another = std::find_if(products.begin(), products.end(), [&](const std::filesystem::path& file) {
             return file.filename() != product.filename();
         });
@@ -118,7 +118,7 @@ std::vector<std::string> MakeChildArguments(const HostContext& context, const Ve
 std::vector<VerifyOptions> ListSubjects(const VerifyOptions& options) {
     if (!options.printer.empty() || !options.provider.product.empty()) return {options};
     std::vector<VerifyOptions> subjects;
-    for (const std::filesystem::path& file : FindOwnProductFiles()) {
+    for (const std::filesystem::path& file : FindKnownProducts().files) {
         subjects.push_back(options);
         subjects.back().provider.product = PathToUtf8(file.stem());
     }

@@ -143,13 +143,13 @@ MVPROD_API std::shared_ptr<const ProductDescription> LoadProduct(const std::file
 // What is wrong with a product file, each as ProductError would say it: one fault of each entry, whose others show when
 // it is mended. Empty when LoadProduct takes the file.
 MVPROD_API std::vector<std::string> FindProductFaults(const std::filesystem::path& file);
-// The names of the files that are installed with the driver beside the product's own: the libraries, then the data files,
-// which lie beside the product's file. None twice.
+// The names of the files that are installed with the driver beside the product's own file: libraries, its data files,
+// which lie beside it, the workflow library. None twice.
 MVPROD_API std::vector<std::string> ListDependentFiles(const ProductDescription& product);
 // Whether it is a file's name that leads into no folder, of 1 to 63 UTF-16 units.
 MVPROD_API bool IsFileName(std::string_view name) noexcept;
 // How often this process has read a product file, for tests and benchmarks.
 MVPROD_API std::size_t GetProductReadCount() noexcept;
-// The product files of a folder, by name: its own, NAME.toml (string tables are none), and NAME/NAME.toml below it. None
-// when there is no such folder.
+// The product files of a folder, by name: its own, NAME.toml (string tables are none), and NAME/NAME.toml below it.
+// None when there is no such folder.
 MVPROD_API std::vector<std::filesystem::path> FindProductFiles(const std::filesystem::path& folder);

@@ -14,7 +14,8 @@ bool IsStringTable(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     char unit = '\0';
     while (stream >> unit && unit == '#')
-        while (stream.get(unit) && unit != '\n') {}
+        while (stream.get(unit) && unit != '\n') {
+        }
     return stream && unit >= '0' && unit <= '9';
 }
 
@@ -22,9 +23,9 @@ bool IsStringTable(const std::filesystem::path& file) {
 
 std::vector<std::string> ListDependentFiles(const ProductDescription& product) {
     std::vector<std::string> names = product.libraries;
-    names.push_back(product.workflowLibrary);
     for (const auto& [kind, path] : product.paths) names.push_back(PathToUtf8(path.filename()));
     for (const std::filesystem::path& path : product.stringFiles) names.push_back(PathToUtf8(path.filename()));
+    names.push_back(product.workflowLibrary);
     std::set<std::string> seen;
     std::erase_if(names, [&](const std::string& name) { return !seen.insert(name).second; });
     return names;

@@ -4,8 +4,8 @@
 // holds that file of tests/transcripts to begin with; documents are shown in lines. Below a command stands what it
 // printed, errors after "! ", an exit status other than 0 in brackets. A command may end in "< @in" and "> @out", for
 // its standard input and output. Commands of the transcripts' own are "edit @in @out FROM TO", "cut @in @out BYTES",
-// "patch @in @out OFFSET HEX", "show @text" and "files". With MV_WRITE_TRANSCRIPTS in the environment the files are
-// written anew, for a reader to compare.
+// "patch @in @out OFFSET HEX", "show @text", "set VARIABLE @file" and "files". With MV_WRITE_TRANSCRIPTS in the
+// environment the files are written anew, for a reader to compare.
 #include "hostrun.h"
 
 #include <subsystem/inputs/inputform.h>
@@ -23,12 +23,11 @@ namespace fs = std::filesystem;
 
 const fs::path kTranscripts = fs::path(MV_SOURCE_FOLDER) / "tests/transcripts";
 
-// DEVMODEs name the user.
-void SetUserName() {
+void SetVariable(const char* name, const std::string& value) {
 #ifdef _WIN32
-    _putenv_s("USER", "user");
+    _putenv_s(name, value.c_str());
 #else
-    setenv("USER", "user", 1);
+    setenv(name, value.c_str(), 1);
 #endif
 }
 
@@ -97,6 +96,10 @@ protected:
         std::vector<std::string> words = SplitWords(line);
         if (words[0] == "show") return DecodeText(Read(words.at(1).substr(1)));
         if (words[0] == "files") return ListFiles();
+        if (words[0] == "set") {
+            SetVariable(words.at(1).c_str(), words.size() > 2 ? File(words[2].substr(1)) : std::string());
+            return std::string();
+        }
         if (words[0] == "edit" || words[0] == "patch" || words[0] == "cut") {
             Write(words.at(2).substr(1), Change(words, Read(words.at(1).substr(1))));
             return std::string();
@@ -148,7 +151,9 @@ protected:
 
 TEST_P(Transcript, IsWhatTheCommandsPrint) {
     const UserConventions user(false);
-    SetUserName();
+    SetVariable("USER", "user");  // whom DEVMODEs name
+    for (const char* folder : {"XDG_CONFIG_HOME", "APPDATA"}) SetVariable(folder, File("settings"));
+    SetVariable("MVPT_PRODUCTS", "");
     for (const fs::directory_entry& entry : fs::directory_iterator(kTranscripts))
         if (entry.path().extension() != ".txt")
             fs::copy(entry.path(), PathFromUtf8(File(PathToUtf8(entry.path().filename()))));

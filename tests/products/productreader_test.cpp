@@ -156,7 +156,8 @@ TEST(ProductReader, TellsFileLineAndWhatWasExpectedOfABrokenFile) {
         {"1984 = ", "x = ", 15, "capabilities.x: expected a key that is a whole number"},
         {"[strings]", "[paths]\n15 = \"none.ini\"\n[strings]", 28,
          "paths.15: expected a file beside this one, where 'none.ini' is missing"},
-        {"[strings]", "[paths]\n15 = \"../up.ini\"\n[strings]", 28, "paths.15: expected a file beside this one, by a name"},
+        {"[strings]", "[paths]\n15 = \"../up.ini\"\n[strings]", 28,
+         "paths.15: expected a file beside this one, by a name"},
         {"papers = [", "string_files = [\"..\"]\npapers = [", 5, "string_files: expected a file beside this one, by a"},
     };
     const TemporaryFolder folder;
