@@ -15,7 +15,7 @@ if(MV_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${MV_CCACHE})
 endif()
 # The preprocessor's output names the precompiled header, so that caches see it.
-add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>)
 
 set(MV_SANITIZE "" CACHE STRING "Build with these sanitizers: \"address,undefined\" or \"thread\"")
 option(MV_BENCH "Build the benchmarks" OFF)
@@ -34,10 +34,12 @@ set(MV_PRODUCTS_FROM_DRIVER ../../share/mvptpc/products)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Werror)
+add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Werror>")
 # COM interfaces have no virtual destructors; g++ warns of every class that implements one.
-add_compile_options($<$<CXX_COMPILER_ID:Clang>:-Wnon-virtual-dtor>)
+add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wnon-virtual-dtor>)
 add_compile_definitions(NOMINMAX WIN32_LEAN_AND_MEAN)
+# What was built from what, also where the debug data lie in a file of their own.
+add_link_options(-Wl,--build-id=sha1)
 if(WIN32)
     add_compile_definitions(MV_WIDE_PREFIX=L _WIN32_WINNT=0x0A00 WINVER=0x0A00)
     # Nothing but the driver's own files has to lie beside it.
@@ -45,7 +47,7 @@ if(WIN32)
 else()
     add_compile_definitions(MV_WIDE_PREFIX=u)
     # A library with symbols that are unique in the process could never be unloaded.
-    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+    add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>)
     # A library for fuzzing finds the sanitizer's functions in the program.
     if(NOT MV_FUZZ)
         add_link_options(-Wl,--no-undefined)
@@ -91,9 +93,13 @@ endfunction()
 
 # A shared library of the driver family: NAME.dll on both hosts. ONLY names the symbols (with wildcards) that it exports
 # where the templates that it uses would be exported as well; on Windows nothing but what is marked is.
+# Those that are handed out have a DESCRIPTION in their version.
 function(mv_driver_library name)
-    cmake_parse_arguments(ARG "" "EXPORTS" "SOURCES;LINK;ONLY" ${ARGN})
+    cmake_parse_arguments(ARG "" "EXPORTS;DESCRIPTION" "SOURCES;LINK;ONLY" ${ARGN})
     add_library(${name} SHARED ${ARG_SOURCES})
+    if(ARG_DESCRIPTION)
+        mv_version(${name} "${ARG_DESCRIPTION}")
+    endif()
     mv_precompiled(${name})
     if(WIN32)
         target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/platform/windows/exceptionpool.cpp)

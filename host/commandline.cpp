@@ -85,6 +85,11 @@ CommandLine::CommandLine(const char* program, const char* description)
 
 CommandLine::~CommandLine() = default;
 
+void CommandLine::AddVersion(std::function<std::string()> describe) {
+    app_->set_version_flag("--version", std::move(describe),
+                           "Print the versions of the host and of the driver's files");
+}
+
 namespace {
 
 // The command that the line goes up to.
@@ -143,6 +148,9 @@ void CommandLine::Run(const std::vector<std::string>& arguments, std::ostream& o
         app_->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::CallForHelp&) {
         out << app_->help();
+        return;
+    } catch (const CLI::CallForVersion& version) {
+        out << version.what();
         return;
     } catch (const CLI::ParseError& error) {
         throw InputError(DescribeFault(*app_, error));

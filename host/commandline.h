@@ -65,8 +65,11 @@ public:
 
     Command GetRoot() noexcept { return {app_.get(), &chosen_}; }
 
-    // Reads the arguments and runs the command that they name, or prints the help that they ask for. Throws InputError
-    // when they are wrong.
+    // An option --version; what it prints is asked for then.
+    void AddVersion(std::function<std::string()> describe);
+
+    // Reads the arguments and runs the command that they name, or prints the help or version that they ask for. Throws
+    // InputError when they are wrong.
     void Run(const std::vector<std::string>& arguments, std::ostream& out);
 
 private:

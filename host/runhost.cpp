@@ -13,6 +13,7 @@
 #include <subsystem/hostplatform.h>
 #include <subsystem/operationreports.h>
 #include "commands/commands.h"
+#include "versions.h"
 
 namespace {
 
@@ -57,6 +58,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out,
         HostContext context(out, err);
         CommandLine commandLine(
             kProgram, "Does from the command line what the print subsystem does around the PrintTicket provider.");
+        commandLine.AddVersion(DescribeVersions);
         AddCommands(commandLine.GetRoot(), context);
         commandLine.Run(arguments, out);
         context.Finish();

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr const char* kOwnPlugin = "mvplugC0.dll";
-
 using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID classId, REFIID iid, void** object);
 using CanUnloadNow = HRESULT(STDMETHODCALLTYPE*)();
 

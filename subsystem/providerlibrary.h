@@ -9,6 +9,10 @@
 #include <filesystem>
 #include <memory>
 
+// The provider of this driver family, and the plug-in DLL through which core drivers get it.
+inline constexpr const char* kComponent = "mvptpcC0.dll";
+inline constexpr const char* kOwnPlugin = "mvplugC0.dll";
+
 class ProviderLibrary {
 public:
     // Throws InputError when the file cannot be loaded or has not the export DllGetClassObject.

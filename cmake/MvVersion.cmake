@@ -1,0 +1,28 @@
+# mv_version(TARGET DESCRIPTION): the file says what it is and of which version: on Windows in a version resource, elsewhere
+# in a text that subsystem/fileversion finds.
+if(WIN32)
+    enable_language(RC)
+    string(REPLACE . , MV_VERSION_NUMBERS ${PROJECT_VERSION}.0)
+endif()
+configure_file(${CMAKE_CURRENT_LIST_DIR}/kitversion.h.in ${CMAKE_BINARY_DIR}/generated/kitversion.h @ONLY)
+include_directories(BEFORE ${CMAKE_BINARY_DIR}/generated)
+
+function(mv_version target description)
+    get_target_property(type ${target} TYPE)
+    set(MV_FILE_TYPE 1)  # a program
+    if(NOT type STREQUAL EXECUTABLE)
+        set(MV_FILE_TYPE 2)
+    endif()
+    if(WIN32)
+        set(template version.rc.in)
+        set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc)
+    else()
+        set(template version.cpp.in)
+        set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.cpp)
+    endif()
+    set(MV_DESCRIPTION "${description}")
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${template} ${source}.in @ONLY)
+    file(GENERATE OUTPUT ${source} INPUT ${source}.in TARGET ${target})
+    target_sources(${target} PRIVATE ${source})
+    set_source_files_properties(${source} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
