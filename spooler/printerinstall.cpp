@@ -81,7 +81,7 @@ void AddDriver(const ProductDescription& product, const WideString& driver) {
     WideString dataFile = product.file.string<WCHAR>();
     WideString files;
     for (const std::string& file : ListDependentFiles(product)) files += WidenUtf8(file) + W('\0');
-    WideString driverPath = W("mvcored.dll"), configFile = W("mvcoreui.dll");
+    WideString driverPath = WidenUtf8(kCoreDriverFile), configFile = WidenUtf8(kCoreConfigFile);
     DRIVER_INFO_3W info{};
     info.cVersion = 3;
     info.pName = Writable(driver);

@@ -10,6 +10,10 @@
 #include <set>
 #include <string>
 
+// The core driver's own files, of which every printer's driver consists beside the product's and the libraries.
+inline constexpr const char* kCoreDriverFile = "mvcored.dll";
+inline constexpr const char* kCoreConfigFile = "mvcoreui.dll";
+
 // Adds and removes printers, as many as wanted, for one thread. It looks at all printers once, when it is made, so that
 // each further one takes no longer for those that are there. When the registry forgets what it was told (a transaction
 // that is undone), another installer has to be made.

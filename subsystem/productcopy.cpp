@@ -3,6 +3,8 @@
 
 #include <products/reader/productdescription.h>
 
+#include <algorithm>
+
 #include "hosterror.h"
 #include "hostfiles.h"
 #include "hostplatform.h"
@@ -67,6 +69,14 @@ private:
 };
 
 }  // namespace
+
+void RequireProductName(const std::string& name) {
+    const auto isLetter = [](unsigned char c) {
+        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
+    };
+    if (name.empty() || name.size() > 63 || !std::all_of(name.begin(), name.end(), isLetter))
+        throw InputError("'" + name + "' is no name for a product; it has 1 to 63 letters, digits, - and _");
+}
 
 FlatFiles CopyProduct(const std::filesystem::path& product, const std::string& name) {
     return ProductCopier(product, name).Copy();

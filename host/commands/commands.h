@@ -57,6 +57,7 @@ void AddCheckCommand(Command app, HostContext& context);
 void AddProductCommands(Command app, HostContext& context);
 void AddProductCheckCommand(Command product, HostContext& context);  // under the command "product"
 void AddProductNewCommand(Command product, HostContext& context);
+void AddProductPackCommand(Command product, HostContext& context);
 void AddProductShowCommand(Command product, HostContext& context);
 void AddPrinterCommands(Command app, HostContext& context);
 void AddPaperCommands(Command printer, HostContext& context);  // forms and custom sizes, under the command "printer"

@@ -65,6 +65,7 @@ void AddProductCommands(Command app, HostContext& context) {
     const Command product = app.AddGroup("product", "The products that a printer can be made of");
     AddProductCheckCommand(product, context);
     AddProductNewCommand(product, context);
+    AddProductPackCommand(product, context);
     AddProductShowCommand(product, context);
     product
         .AddCommand("list", "One line a product: name, controller family, capability word, model",

@@ -1,5 +1,4 @@
 // product new: a product to start from.
-#include <algorithm>
 #include <memory>
 #include <ostream>
 
@@ -20,17 +19,8 @@ struct NewOptions {
     std::string name, from, folder;
 };
 
-// The name is that of a folder and a file on any system, and of a model.
-void RequireName(const std::string& name) {
-    const auto isLetter = [](unsigned char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
-    };
-    if (name.empty() || name.size() > 63 || !std::all_of(name.begin(), name.end(), isLetter))
-        throw InputError("'" + name + "' is no name for a product; it has 1 to 63 letters, digits, - and _");
-}
-
 void RunNew(HostContext& context, const NewOptions& options) {
-    RequireName(options.name);
+    RequireProductName(options.name);
     const fs::path from = FindProductFile(options.from);
     const fs::path folder = PathFromUtf8(options.folder) / PathFromUtf8(options.name);
     std::error_code error;
