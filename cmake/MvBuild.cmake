@@ -22,12 +22,12 @@ option(MV_BENCH "Build the benchmarks" OFF)
 option(MV_FUZZ "Build the fuzz targets, and all for them, with clang's libFuzzer; no tests" OFF)
 option(MV_LINT "Describe how every source is compiled, for the linter, which reads and does not build" OFF)
 
-# Every program and library lies in one folder, as an installed driver's files do; in a package the driver's and the host's
-# lie in two, side by side.
+# Every program and library lies in one folder, as an installed driver's files do; packaging/ says where each is installed.
 set(MV_BIN ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${MV_BIN})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${MV_BIN})
-set(CMAKE_BUILD_RPATH $ORIGIN $ORIGIN/../driver $ORIGIN/../host)
+set(CMAKE_BUILD_RPATH $ORIGIN)
+set(CMAKE_INSTALL_RPATH $ORIGIN)
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 # Where a kit that was installed into the system keeps its products, from the folder of its libraries.
 set(MV_PRODUCTS_FROM_DRIVER ../../share/mvptpc/products)

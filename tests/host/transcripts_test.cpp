@@ -94,7 +94,11 @@ protected:
     // What the command prints, its files named as in the transcript.
     std::string Play(const std::string& line) const {
         std::vector<std::string> words = SplitWords(line);
-        if (words[0] == "show") return DecodeText(Read(words.at(1).substr(1)));
+        if (words[0] == "show") {
+            std::string text = DecodeText(Read(words.at(1).substr(1)));
+            std::erase(text, '\r');
+            return text;
+        }
         if (words[0] == "files") return ListFiles();
         if (words[0] == "set") {
             SetVariable(words.at(1).c_str(), words.size() > 2 ? File(words[2].substr(1)) : std::string());
