@@ -10,6 +10,11 @@
 #include <subsystem/hosterror.h>
 #include <subsystem/nearestname.h>
 
+CommandOption CommandOption::Takes(const char* kind) const {
+    option_->type_name(kind);
+    return *this;
+}
+
 CommandOption CommandOption::Required() const {
     option_->required();
     return *this;
@@ -32,6 +37,36 @@ CommandOption CommandOption::Hidden() const {
     return *this;
 }
 
+namespace {
+
+CommandOption NameValue(CLI::Option* option) {
+    option->type_name(option->get_positional() ? "" : kFileValue);
+    return CommandOption(option);
+}
+
+OptionDescription Describe(const CLI::Option& option) {
+    OptionDescription description;
+    for (const std::string& name : option.get_snames()) description.names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames()) description.names.push_back("--" + name);
+    const bool isFlag = option.get_items_expected_max() == 0;
+    description.value = option.get_positional() ? option.get_name(true) : isFlag ? "" : option.get_type_name();
+    description.text = option.get_description();
+    description.isRequired = option.get_required();
+    description.isRepeated = option.get_items_expected_max() > 1;
+    return description;
+}
+
+CommandDescription Describe(const CLI::App& app) {
+    CommandDescription description{app.get_name(), app.get_description(), {}, {}};
+    for (const CLI::Option* option : app.get_options())
+        if (!option->get_group().empty()) description.options.push_back(Describe(*option));
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App* each) { return !each->get_group().empty(); }))
+        description.commands.push_back(Describe(*command));
+    return description;
+}
+
+}  // namespace
+
 Command Command::AddGroup(const char* name, const char* description) const {
     CLI::App* group = app_->add_subcommand(name, description);
     group->require_subcommand(1);
@@ -48,20 +83,22 @@ Command Command::AddCommand(const char* name, const char* description, Action ac
     return command;
 }
 
+void Command::Hide() const { app_->group(""); }
+
 void Command::SetAction(Action action) const {
     app_->callback([chosen = chosen_, action = std::move(action)] { *chosen = action; });
 }
 
 CommandOption Command::AddOption(const char* names, std::string& value, const char* description) const {
-    return CommandOption(app_->add_option(names, value, description));
+    return NameValue(app_->add_option(names, value, description));
 }
 
 CommandOption Command::AddOption(const char* names, std::vector<std::string>& values, const char* description) const {
-    return CommandOption(app_->add_option(names, values, description)->allow_extra_args(false));
+    return NameValue(app_->add_option(names, values, description)->allow_extra_args(false));
 }
 
 CommandOption Command::AddArguments(const char* name, std::vector<std::string>& values, const char* description) const {
-    return CommandOption(app_->add_option(name, values, description)->required());
+    return NameValue(app_->add_option(name, values, description)->required());
 }
 
 void Command::AddFlag(const char* names, bool& value, const char* description) const {
@@ -84,6 +121,10 @@ CommandLine::CommandLine(const char* program, const char* description)
 }
 
 CommandLine::~CommandLine() = default;
+
+CommandDescription CommandLine::Describe() const { return ::Describe(*app_); }
+
+void CommandLine::SetFooter(const std::string& text) { app_->footer(text); }
 
 void CommandLine::AddVersion(std::function<std::string()> describe) {
     app_->set_version_flag("--version", std::move(describe),

@@ -17,6 +17,7 @@ void AddProviderOptions(const Command& command, ProviderChoice& choice) {
                     "The provider knows nothing of the products here: the core driver's documents come from --product");
     command
         .AddOption("--product", choice.product, "With --gpd-like: the product whose documents the core driver writes")
+        .Takes(kProductValue)
         .NotEmpty();
 }
 

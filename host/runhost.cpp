@@ -13,6 +13,7 @@
 #include <subsystem/hostplatform.h>
 #include <subsystem/operationreports.h>
 #include "commands/commands.h"
+#include "manual/manualtexts.h"
 #include "versions.h"
 
 namespace {
@@ -35,6 +36,7 @@ int Fail(std::ostream& err, const std::string& sentence, int exitStatus) {
 void AddCommands(Command app, HostContext& context) {
     app.AddOption("--store", context.storeFolder,
                   "Folder that keeps printers and settings (default: $MVPTHOST_STORE, else a folder of the user's)")
+        .Takes(kFolderValue)
         .NotEmpty();
     AddDemoCommand(app, context);
     AddProductCommands(app, context);
@@ -52,14 +54,22 @@ void AddCommands(Command app, HostContext& context) {
     AddVerifyCommand(app, context);
 }
 
+std::string DescribeExitStatuses() {
+    std::string text = "Exit status:";
+    for (const manual::ExitStatus& status : manual::kExitStatuses)
+        text.append("\n  ").append(std::to_string(status.status)).append("  ").append(status.text);
+    return text;
+}
+
 int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
                    const OperationReports& reports) {
     try {
         HostContext context(out, err);
-        CommandLine commandLine(
-            kProgram, "Does from the command line what the print subsystem does around the PrintTicket provider.");
+        CommandLine commandLine(kProgram, manual::kSummary);
         commandLine.AddVersion(DescribeVersions);
         AddCommands(commandLine.GetRoot(), context);
+        AddShellCommands(commandLine, commandLine.GetRoot(), context);
+        commandLine.SetFooter(DescribeExitStatuses());
         commandLine.Run(arguments, out);
         context.Finish();
         if (!out.flush())  // a reader that has seen enough closes its end

@@ -94,11 +94,11 @@ FeatureKind KindBySpelling(std::string_view value) {
     return ParseNumber(value) ? FeatureKind::Option : FeatureKind::String;
 }
 
-// The number of an option's value, given by its name; other texts stay as they are.
-std::string NumberOfValue(DWORD id, const ProductDescription& product, std::string_view text) {
+// The values of an option feature that the product offers. What it lists by itself is a value of the feature that has a
+// place for its number.
+std::vector<DWORD> ListOptionValues(DWORD id, const ProductDescription& product) {
     const ProductFeature* feature = product.FindFeature(id);
     std::vector<DWORD> values = feature ? feature->values : std::vector<DWORD>();
-    // What the product lists by itself is a value of the feature that has a place for its number.
     const CatalogueFeature* known = FindCatalogueFeature(id);
     const auto add = [&](const auto& entries) {
         for (const auto& entry : entries)
@@ -108,7 +108,12 @@ std::string NumberOfValue(DWORD id, const ProductDescription& product, std::stri
     add(product.mediaTypes);
     add(product.papers);
     add(product.trays);
-    for (const DWORD value : values)
+    return values;
+}
+
+// The number of an option's value, given by its name; other texts stay as they are.
+std::string NumberOfValue(DWORD id, const ProductDescription& product, std::string_view text) {
+    for (const DWORD value : ListOptionValues(id, product))
         if (LowerSchemaWord(NameValue(value, product)) == LowerSchemaWord(text)) return std::to_string(value);
     return std::string(text);
 }
@@ -172,6 +177,24 @@ AttributeBytesIndexedList MakeDefaultSettings(const ProductDescription& product)
 std::string GetAttributeExamples() {
     return NameFeature(facts::feature::kSides) + "=" + std::to_string(facts::value::kTwoSidedLongEdge) + " or " +
            GetExamplePath() + "=" + std::to_string(facts::value::kTransparency);
+}
+
+std::vector<std::string> ListSettingTexts(std::string_view word, const ProductDescription* product) {
+    std::vector<std::string> texts;
+    const std::size_t end = word.find('=');
+    if (end == std::string_view::npos) {
+        for (const CatalogueFeature& feature : GetFeatureCatalogue())
+            if (feature.name && feature.kind != FeatureKind::List && feature.kind != FeatureKind::Resolution)
+                texts.push_back(feature.GetName() + "=");
+        return texts;
+    }
+    const std::string name(word.substr(0, end + 1));
+    const std::optional<DWORD> id = FindFeatureByName(word.substr(0, end));
+    if (!id) return texts;
+    if (FindCatalogueFeature(*id)->kind == FeatureKind::Boolean) return {name + "true", name + "false"};
+    if (FindCatalogueFeature(*id)->kind == FeatureKind::Option && product)
+        for (const DWORD value : ListOptionValues(*id, *product)) texts.push_back(name + NameValue(value, *product));
+    return texts;
 }
 
 void SetAttribute(AttributeBytesIndexedList& settings, const ProductDescription& product, std::string_view path,

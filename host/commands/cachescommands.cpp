@@ -228,10 +228,10 @@ void AddCachesCommands(Command app, HostContext& context) {
     };
     constexpr const char* kPrinter = "The printer's name";
     const Command show = add("show", "Prints the caches' records; damaged caches are told", RunShow);
-    show.AddOption("--printer", options->printer, kPrinter).Required();
+    show.AddOption("--printer", options->printer, kPrinter).Takes(kPrinterValue).Required();
     show.AddFlag("--json", options->json, kJson);
     const Command rebuild =
         add("rebuild", "Builds the caches anew from the product, the forms and the custom sizes", RunRebuild);
-    rebuild.AddOption("--printer", options->printer, kPrinter).NotEmpty();
+    rebuild.AddOption("--printer", options->printer, kPrinter).Takes(kPrinterValue).NotEmpty();
     rebuild.AddFlag("--all", options->all, "Those of all printers");
 }

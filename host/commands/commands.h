@@ -70,5 +70,7 @@ void AddExplainCommand(Command app, HostContext& context);
 void AddJobCommands(Command app, HostContext& context);
 void AddJobTicketCommand(Command app, HostContext& context);
 void AddReportCommand(Command app, HostContext& context);
+// What a shell and a reader of manuals are given: of all commands, those that are added later included.
+void AddShellCommands(const CommandLine& commandLine, Command app, HostContext& context);
 void AddRegistryCommands(Command app, HostContext& context);
 void AddVerifyCommand(Command app, HostContext& context);

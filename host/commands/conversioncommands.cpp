@@ -173,7 +173,7 @@ Command AddConversion(Command app, HostContext& context, const SharedOptions& op
 constexpr const char* kPrinter = "The printer's name";
 
 void AddPrinterOrAll(const Command& command, const SharedOptions& options) {
-    command.AddOption("--printer", options->printer, kPrinter).NotEmpty();
+    command.AddOption("--printer", options->printer, kPrinter).Takes(kPrinterValue).NotEmpty();
     command.AddFlag("--all-printers", options->all, "All printers, with a file for each in the folder that -o names");
 }
 
@@ -198,7 +198,7 @@ void AddConversionCommands(Command app, HostContext& context) {
 
     const Command apply =
         AddConversion(app, context, options, "apply", "A PrintTicket is applied to a DEVMODE", RunApply);
-    apply.AddOption("--printer", options->printer, kPrinter).Required();
+    apply.AddOption("--printer", options->printer, kPrinter).Takes(kPrinterValue).Required();
     apply.AddOption("--ticket", options->ticket, "The PrintTicket's file").Required().NotEmpty();
     apply.AddOption("--devmode", options->devmode, "The file of the DEVMODE to start from").Required();
     apply.AddOption("-o,--out", options->out, "The new DEVMODE's file (default: standard output)").NotEmpty();
@@ -217,7 +217,7 @@ void AddConversionCommands(Command app, HostContext& context) {
                          "Write a JSON array in the document's place: its features with their options, its parameters");
 
     const Command validate = AddConversion(app, context, options, "validate", "A PrintTicket is checked", RunValidate);
-    validate.AddOption("--printer", options->printer, kPrinter).Required();
+    validate.AddOption("--printer", options->printer, kPrinter).Takes(kPrinterValue).Required();
     validate.AddOption("--ticket", options->ticket, "The PrintTicket's file").Required().NotEmpty();
     validate.AddOption("-o,--out", options->out, "File for the document as it then is").NotEmpty();
     validate.AddFlag("--json", options->json, kJson);

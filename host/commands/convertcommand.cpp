@@ -208,14 +208,17 @@ void AddConvertCommand(Command app, HostContext& context) {
     const Command convert =
         app.AddCommand("convert", "Converts files as a product does, without a printer; what is lost is reported",
                        [&context, options] { RunConvert(context, *options); });
-    convert.AddOption("--product", options->product, "The product's name ('product list') or its file").Required();
+    convert.AddOption("--product", options->product, "The product's name ('product list') or its file")
+        .Takes(kProductValue)
+        .Required();
     convert
         .AddOption("--to", options->to,
                    "ticket (of DEVMODEs), devmode (of tickets) or capabilities (as tickets ask for them)")
+        .Takes("ticket|devmode|capabilities")
         .Required();
     convert.AddOption("--base", options->base, "The DEVMODE that tickets are applied to (default: the product's own)")
         .NotEmpty();
-    convert.AddArguments("IN", options->in,
+    convert.AddArguments(kFileValue, options->in,
                          "Files: DEVMODEs raw, as hex or Base64 text, in a .reg file or inside a ticket; tickets alone "
                          "or in an XPS file; '-' for standard input");
     convert

@@ -57,11 +57,12 @@ void AddDevmodeCommands(Command app, HostContext& context) {
 
     const Command make = devmode.AddCommand("new", "Writes a DEVMODE as the driver would make it",
                                             [&context, options] { RunNew(context, *options); });
-    make.AddOption("--printer", options->printer, "The printer's name").Required();
+    make.AddOption("--printer", options->printer, "The printer's name").Takes(kPrinterValue).Required();
     make.AddOption("-o,--out", options->file, "The file to write").Required();
-    make.AddOption("--set", options->fields, "FIELD=VALUE: a member of DEVMODEW, such as dmCopies=7");
+    make.AddOption("--set", options->fields, "FIELD=VALUE: a member of DEVMODEW, such as dmCopies=7")
+        .Takes("FIELD=VALUE");
     const std::string attribute = "NAME=VALUE or PATH=VALUE: a driver setting, such as " + GetAttributeExamples();
-    make.AddOption("--attribute", options->attributes, attribute.c_str());
+    make.AddOption("--attribute", options->attributes, attribute.c_str()).Takes(kSettingValue);
     make.AddFlag("--caches", options->caches, "Put the printer's capability caches into the private block");
 
     const Command show = devmode.AddCommand("show", "Prints what a DEVMODE file holds",

@@ -73,7 +73,7 @@ void AddExplainCommand(Command app, HostContext& context) {
         "Why a setting changed. --devmode alone: what becomes of the DEVMODE in a ticket. --ticket alone, or before "
         "--devmode: what becomes of the ticket, applied to that DEVMODE or the printer's own. --devmode before "
         "--ticket: whether they agree.");
-    command.AddOption("--printer", options->printer, "The printer's name").Required();
+    command.AddOption("--printer", options->printer, "The printer's name").Takes(kPrinterValue).Required();
     const CommandOption devmode =
         command
             .AddOption("--devmode", options->devmode,

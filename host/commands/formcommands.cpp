@@ -138,8 +138,8 @@ void AddPaperCommands(Command printer, HostContext& context) {
         return added;
     };
     const auto sized = [&](Command added) {
-        added.AddOption("--width", options->width, "Millimetres").Required();
-        added.AddOption("--length", options->length, "Millimetres").Required();
+        added.AddOption("--width", options->width, "Millimetres").Takes("MM").Required();
+        added.AddOption("--length", options->length, "Millimetres").Takes("MM").Required();
         return added;
     };
     const Command form = printer.AddGroup("form", "The user's forms, which all printers offer");
@@ -148,7 +148,7 @@ void AddPaperCommands(Command printer, HostContext& context) {
     const Command addForm = sized(command(form, "add", "Adds a form to the print server", AddForm));
     const Command removeForm = command(form, "remove", "Removes a form that a user added", RemoveForm);
     for (const Command& added : {addForm, removeForm})
-        added.AddOption("--printer", options->printer, "A printer of the print server").Required();
+        added.AddOption("--printer", options->printer, "A printer of the print server").Takes(kPrinterValue).Required();
     AddPaperLists(form, customSize, context);
     sized(command(customSize, "add", "Adds a custom size", AddCustomSize))
         .AddFlag("--metric", options->metric, "Shown in millimetres (default: inches)");

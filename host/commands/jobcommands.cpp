@@ -35,7 +35,7 @@ void AddJobCommands(Command app, HostContext& context) {
     const auto options = std::make_shared<JobOptions>();
     const auto add = [&](const char* name, const char* description, void (*run)(HostContext&, const JobOptions&)) {
         const Command command = job.AddCommand(name, description, [&context, options, run] { run(context, *options); });
-        command.AddOption("--printer", options->printer, "The printer's name").Required();
+        command.AddOption("--printer", options->printer, "The printer's name").Takes(kPrinterValue).Required();
         return command;
     };
     add("printed", "Plays the end of a printed job: the user's preferences in it are saved", RunPrinted)

@@ -37,6 +37,6 @@ void AddJobTicketCommand(Command app, HostContext& context) {
     const auto options = std::make_shared<JobTicketOptions>();
     const Command command = app.AddCommand("jobticket", "Prints the MVJT job ticket of a DEVMODE, as UTF-8",
                                            [&context, options] { RunJobTicket(context, *options); });
-    command.AddOption("--printer", options->printer, "The printer's name").Required();
+    command.AddOption("--printer", options->printer, "The printer's name").Takes(kPrinterValue).Required();
     command.AddOption("--devmode", options->devmode, "The DEVMODE's file").Required();
 }

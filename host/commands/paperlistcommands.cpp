@@ -80,7 +80,9 @@ void AddPaperLists(Command form, Command customSize, HostContext& context) {
         return list;
     };
     const Command forms = add(form, "One line a form that a user added: name, width, length", ListForms);
-    forms.AddOption("--printer", options->printer, "A printer of the print server (default: any)").NotEmpty();
+    forms.AddOption("--printer", options->printer, "A printer of the print server (default: any)")
+        .Takes(kPrinterValue)
+        .NotEmpty();
     forms.AddFlag("--all", options->all, "The system's and the printers' own forms as well");
     add(customSize, "One line a custom size: name, width, length", ListCustomSizes);
 }

@@ -147,22 +147,23 @@ void AddPrinterCommands(Command app, HostContext& context) {
         return printer.AddCommand(name, description, [&context, options, run] { run(context, *options); });
     };
     constexpr const char* kName = "The printer's name";
-    const auto addList = [&](const Command& added, const char* what) {
-        added.AddOption("NAME", options->name, kName).NotEmpty();
+    const auto addList = [&](const Command& added, const char* kind, const char* what) {
+        added.AddOption(kind, options->name, kName).NotEmpty();
         added.AddOption("--from", options->from, what).NotEmpty();
         added.AddFlag("--atomic", options->atomic, "All of many printers or none");
     };
     const Command add = command("add", "Installs a product as a printer, or many of a list", RunAdd);
-    addList(add,
+    addList(add, "NAME",
             "A list of printers, '-' for standard input: CSV with the columns name, product and, if wanted, port in "
             "its first line, or JSON lines with these keys");
-    add.AddOption("--product", options->product, "The product's name ('product list') or its file");
-    add.AddOption("--port", options->port, "The port (default: one of the printer's own)");
+    add.AddOption("--product", options->product, "The product's name ('product list') or its file")
+        .Takes(kProductValue);
+    add.AddOption("--port", options->port, "The port (default: one of the printer's own)").Takes("PORT");
     const Command show = command("show", "What a printer is made of", RunShow);
-    show.AddOption("NAME", options->name, kName).Required();
+    show.AddOption(kPrinterValue, options->name, kName).Required();
     show.AddFlag("--json", options->json, kJson);
     const Command remove = command("remove", "Removes a printer, or many; clears one that is half there", RunRemove);
-    addList(remove, "A list of printers as for 'printer add'; their names alone count");
+    addList(remove, kPrinterValue, "A list of printers as for 'printer add'; their names alone count");
     remove.AddFlag("--all", options->all, "All printers");
     command("list", "One line a printer: name, driver, port", RunList).AddFlag("--json", options->json, kJsonRows);
     AddPaperCommands(printer, context);

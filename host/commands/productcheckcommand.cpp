@@ -68,7 +68,8 @@ void AddProductCheckCommand(Command product, HostContext& context) {
         product.AddCommand("check", "Shows what is wrong with a product's files, all at once, with file and line",
                            [&context, options] { RunCheck(context, *options); });
     check
-        .AddOption("FILE", options->file, "A product's file, its folder, a folder of products, or the name of one here")
+        .AddOption(kProductValue, options->file,
+                   "A product's file, its folder, a folder of products, or the name of one here")
         .Required();
     check.AddFlag("--json", options->json, kJsonRows);
 }

@@ -51,6 +51,8 @@ void AddProductNewCommand(Command product, HostContext& context) {
         "new", "Makes a product to start from, a folder with another one's files, each key of them explained",
         [&context, options] { RunNew(context, *options); });
     added.AddOption("NAME", options->name, "The new product's name, that of its folder and file").Required();
-    added.AddOption("--from", options->from, "The product that it starts as ('product list') or its file").Required();
-    added.AddOption("DIR", options->folder, "Folder that the product's own is made in").Required().NotEmpty();
+    added.AddOption("--from", options->from, "The product that it starts as ('product list') or its file")
+        .Takes(kProductValue)
+        .Required();
+    added.AddOption(kFolderValue, options->folder, "Folder that the product's own is made in").Required().NotEmpty();
 }

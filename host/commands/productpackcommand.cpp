@@ -44,12 +44,15 @@ void AddProductPackCommand(Command product, HostContext& context) {
     const Command pack = product.AddCommand(
         "pack", "Makes the folder that Windows installs products from: mvptpc.inf and all files but the libraries",
         [&context, options] { RunPack(context, *options); });
-    pack.AddArguments("PRODUCT", options->products, "The products' names ('product list') or their files");
+    pack.AddArguments(kProductValue, options->products, "The products' names ('product list') or their files");
     pack.AddOption("-o,--out", options->folder, "Folder, with the driver's libraries for Windows or for them")
         .Required()
         .NotEmpty();
-    pack.AddOption("--driver-version", options->settings.version, "The driver's version (default: the kit's)");
-    pack.AddOption("--date", options->settings.date, "The driver's date, as 2026-01-31 (default: the kit's)");
+    pack.AddOption("--driver-version", options->settings.version, "The driver's version (default: the kit's)")
+        .Takes("VERSION");
+    pack.AddOption("--date", options->settings.date, "The driver's date, as 2026-01-31 (default: the kit's)")
+        .Takes("DATE");
     pack.AddOption("--manufacturer", options->settings.manufacturer, "Whose printers these are (default: Morvane)")
+        .Takes("COMPANY")
         .NotEmpty();
 }

@@ -105,6 +105,6 @@ void AddProductShowCommand(Command product, HostContext& context) {
     const auto options = std::make_shared<ShowOptions>();
     const Command show = product.AddCommand("show", "Lists what a product offers: papers, trays, paper types, features",
                                             [&context, options] { RunShow(context, *options); });
-    show.AddOption("NAME", options->name, "The product's name ('product list') or its file").Required();
+    show.AddOption(kProductValue, options->name, "The product's name ('product list') or its file").Required();
     show.AddFlag("--json", options->json, kJson);
 }

@@ -53,10 +53,12 @@ void AddReportCommand(Command app, HostContext& context) {
     const Command report = app.AddCommand(
         "report", "Shows what a printer or product offers, and what becomes of a job, as a page for a browser",
         [&context, options] { RunReport(context, *options); });
-    const CommandOption printer = report.AddOption("--printer", options->printer, "The printer's name").NotEmpty();
+    const CommandOption printer =
+        report.AddOption("--printer", options->printer, "The printer's name").Takes(kPrinterValue).NotEmpty();
     report
         .AddOption("--product", options->product,
                    "The product's name ('product list') or its file, in place of a printer")
+        .Takes(kProductValue)
         .NotEmpty()
         .Excludes(printer);
     report.AddOption("--devmode", options->devmode, "A job's DEVMODE, in any form: what becomes of it in a ticket")

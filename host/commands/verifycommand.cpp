@@ -182,26 +182,31 @@ void AddVerifyCommand(Command app, HostContext& context) {
                                            [&context, options] { RunVerify(context, *options); });
     AddProviderOption(command, options->provider);
     const CommandOption printer =
-        command.AddOption("--printer", options->printer, "A printer that is installed").NotEmpty();
+        command.AddOption("--printer", options->printer, "A printer that is installed").Takes(kPrinterValue).NotEmpty();
     command
         .AddOption("--product", options->provider.product,
                    "A product, as a printer in a store of the check's own (default: every product in turn)")
+        .Takes(kProductValue)
         .NotEmpty()
         .Excludes(printer);
     command.AddFlag("--gpd-like", options->provider.gpdLike,
                     "The provider knows nothing of the product: DEVMODEs without this family's private block, the core "
                     "driver's documents from --product");
-    command.AddOption("--only", options->only, "A check, or a group of them; may be given several times");
+    command.AddOption("--only", options->only, "A check, or a group of them; may be given several times")
+        .Takes("CHECK");
     command.AddFlag("--list", options->list, "Print the checks, a line each");
     command.AddOption("--junit", options->junit, "Also write JUnit's XML to this file").NotEmpty();
     command.AddFlag("--json", options->json,
                     "Print an array of objects: group, name, outcome, what and, where it failed, found and input");
-    command.AddOption("--seed", options->seed, "Number from which chance starts (default: 1)");
-    command.AddOption("--time", options->seconds,
-                      "Seconds without an answer that count as a hang, and that each random check goes on for with "
-                      "--long (default: 10)");
+    command.AddOption("--seed", options->seed, "Number from which chance starts (default: 1)").Takes("NUMBER");
+    command
+        .AddOption("--time", options->seconds,
+                   "Seconds without an answer that count as a hang, and that each random check goes on for with "
+                   "--long (default: 10)")
+        .Takes("SECONDS");
     command.AddFlag("--long", options->isLong, "The long form: more of everything");
     command.AddOption("--keep", options->keep, "Folder for inputs that show a failure (default: a temporary one)")
+        .Takes(kFolderValue)
         .NotEmpty();
     command.AddOption(kChildOption, options->child, "").Hidden();
     command.AddOption(kNoteOption, options->note, "").Hidden();

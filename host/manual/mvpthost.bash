@@ -1,0 +1,28 @@
+# bash completion of mvpthost; the program itself lists what can stand in a place.
+_mvpthost() {
+    local rest=$COMP_LINE word blank stripped last prefix index
+    local -a words=()
+    # Bash also splits words at = and :, which the program takes as one.
+    for ((index = 0; index <= COMP_CWORD; ++index)); do
+        word=${COMP_WORDS[index]}
+        stripped=${rest#"${rest%%[![:space:]]*}"}
+        blank=$([[ $stripped != "$rest" ]] && echo yes)
+        if [[ $blank || ${#words[@]} -le 1 || ! $rest ]]; then words+=("$word"); else words[-1]+=$word; fi
+        rest=${stripped#"$word"}
+    done
+    last=${COMP_WORDS[COMP_CWORD]}
+    [[ $last == [=:] ]] && last=
+    prefix=${words[-1]%"$last"}
+    for index in "${!words[@]}"; do
+        words[index]=${words[index]//[\\\"\']/}
+    done
+    mapfile -t COMPREPLY < <("$1" complete -- "${words[@]:1}" 2>/dev/null)
+    prefix=${prefix//[\\\"\']/}
+    for index in "${!COMPREPLY[@]}"; do
+        word=${COMPREPLY[index]#"$prefix"}
+        [[ $word == *= ]] && compopt -o nospace
+        [[ $last == [\"\']* ]] || printf -v word %q "$word"
+        COMPREPLY[index]=${word//\\=/=}
+    done
+}
+complete -o default -F _mvpthost mvpthost
