@@ -166,6 +166,7 @@ std::ostream& HostContext::GetStreamBeside(const std::string& file) const {
 }
 
 int RunHost(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    UseDriverFolder();
     const OperationReports reports;
     return RunCommandLine(arguments, out, err, reports);
 }

@@ -142,9 +142,10 @@ WideString PrinterInstaller::TakePort(const WideString& wanted, const WideString
 }
 
 WideString PrinterInstaller::Add(const WideString& name, const std::filesystem::path& productFile,
-                                 const WideString& wantedPort, const Completion& complete) {
+                                 const WideString& wantedPort, const Completion& complete,
+                                 const WideString& driverName) {
     const auto product = LoadProduct(std::filesystem::absolute(productFile));
-    const WideString driver = WidenUtf8(product->modelName);
+    const WideString driver = driverName.empty() ? WidenUtf8(product->modelName) : driverName;
     if (!IsPrinterName(name)) {
         SetLastError(ERROR_INVALID_PRINTER_NAME);
         ThrowRefusal("The printer " + Quoted(name) + " cannot be added");
@@ -232,10 +233,10 @@ void PrinterInstaller::RemoveUnusedDrivers() {
 }
 
 WideString InstallPrinter(const WideString& name, const std::filesystem::path& productFile, const WideString& port,
-                          const PrinterInstaller::Completion& complete) {
+                          const PrinterInstaller::Completion& complete, const WideString& driverName) {
     PrinterInstaller installer;
     try {
-        return installer.Add(name, productFile, port, complete);
+        return installer.Add(name, productFile, port, complete, driverName);
     } catch (...) {
         installer.RemoveUnusedDrivers();
         throw;

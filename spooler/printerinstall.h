@@ -25,12 +25,13 @@ public:
     PrinterInstaller() { LookAtPorts(); }
 
     // Adds the product's driver (or brings it up to date) and a printer of it, which counts once it is complete. An
-    // empty port makes one for this printer alone, "MV_1:" and so on. The port's capability caches start empty when no
-    // other printer uses it. Returns the port. Throws ProductError for an unusable product file, and std::runtime_error
-    // with a sentence for the user: a name that a printer cannot have or one has already, a port that a printer of
-    // another product uses; a SpoolerFailure for the rest.
+    // empty port makes one for this printer alone, "MV_1:" and so on; without a driver's name it is the product's
+    // model. The port's capability caches start empty when no other printer uses it. Returns the port. Throws
+    // ProductError for an unusable product file, and std::runtime_error with a sentence for the user: a name that a
+    // printer cannot have or one has already, a port that a printer of another product uses; a SpoolerFailure for the
+    // rest.
     WideString Add(const WideString& name, const std::filesystem::path& productFile, const WideString& port,
-                   const Completion& complete = {});
+                   const Completion& complete = {}, const WideString& driverName = {});
 
     // Removes the printer or the half of one, and with the last one of a port its capability caches. Throws
     // std::runtime_error with a sentence for the user.
@@ -56,7 +57,7 @@ private:
 
 // One printer, from beginning to end.
 WideString InstallPrinter(const WideString& name, const std::filesystem::path& productFile, const WideString& port,
-                          const PrinterInstaller::Completion& complete = {});
+                          const PrinterInstaller::Completion& complete = {}, const WideString& driverName = {});
 inline WideString InstallPrinter(const WCHAR* name, const std::filesystem::path& productFile, const WCHAR* port) {
     return InstallPrinter(WideString(name), productFile, WideString(port));
 }

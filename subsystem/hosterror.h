@@ -41,4 +41,9 @@ public:
     explicit OperationError(const std::string& sentence) : HostError(kExitFailed, sentence) {}
     // "<operation> answered <name> (<number>)<hint>"
     OperationError(const std::string& operation, HRESULT result, const std::string& hint = std::string());
+
+    HRESULT GetResult() const noexcept { return result_; }  // E_FAIL where there was none
+
+private:
+    HRESULT result_ = E_FAIL;
 };

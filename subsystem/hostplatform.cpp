@@ -1,6 +1,7 @@
 // What the host asks of the system it runs on; the one place where the two hosts differ.
 #include "hostplatform.h"
 
+#include <modulehandle.h>
 #include <windows.h>
 
 #ifdef _WIN32
@@ -114,6 +115,8 @@ std::optional<std::filesystem::path> GetUserSettingsFolder() {
 static constexpr char kPathListSeparator = ':';
 
 #endif
+
+void UseDriverFolder() { SetComponentModule(GetModuleHandleA(kDriverLibrary)); }
 
 std::vector<std::filesystem::path> SplitPathList(std::string_view list) {
     std::vector<std::filesystem::path> folders;

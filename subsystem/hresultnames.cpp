@@ -47,4 +47,4 @@ std::string DescribeHresult(HRESULT result) {
 }
 
 OperationError::OperationError(const std::string& operation, HRESULT result, const std::string& hint)
-    : HostError(kExitFailed, operation + " answered " + DescribeHresult(result) + hint) {}
+    : HostError(kExitFailed, operation + " answered " + DescribeHresult(result) + hint), result_(result) {}

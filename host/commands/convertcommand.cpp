@@ -2,11 +2,10 @@
 #include <algorithm>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 
-#include <subsystem/devmodemaker.h>
-#include <subsystem/explain/explain.h>
+#include <convert/converter.h>
+#include <convert/throwawayprinter.h>
 #include <subsystem/hosterror.h>
 #include <subsystem/hostfiles.h>
 #include <subsystem/hostplatform.h>
@@ -17,7 +16,6 @@
 #include "bulk.h"
 #include "commands.h"
 #include "providerchoice.h"
-#include "throwawayprinter.h"
 
 namespace {
 
@@ -30,64 +28,19 @@ struct ConvertOptions {
     ProviderChoice provider;
 };
 
-// The printer that stands for the product, for one thread at a time.
-struct Converter {
-    Converter(const CXString& printer, const ProviderSource& source) : session(printer, source), facts(session) {}
+// One target of the command: what an input becomes.
+using Convert = Converted (*)(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>& base);
 
-    PrintSession session;
-    PrinterFacts facts;
-};
-
-// As many converters as threads want at once; each is used again.
-class Converters {
-public:
-    Converters(const CXString& printer, const ProviderSource& source) : printer_(printer), source_(source) {}
-
-    std::unique_ptr<Converter> Take() {
-        {
-            const std::lock_guard lock(mutex_);
-            if (!free_.empty()) {
-                std::unique_ptr<Converter> taken = std::move(free_.back());
-                free_.pop_back();
-                return taken;
-            }
-        }
-        return std::make_unique<Converter>(printer_, source_);
-    }
-    void GiveBack(std::unique_ptr<Converter> converter) {
-        const std::lock_guard lock(mutex_);
-        free_.push_back(std::move(converter));
-    }
-
-private:
-    CXString printer_;
-    ProviderSource source_;
-    std::mutex mutex_;
-    std::vector<std::unique_ptr<Converter>> free_;
-};
-
-// One target of the command: the bytes that an input becomes, and what is lost on the way.
-using Convert = std::string (*)(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>& base,
-                                BulkNotes& losses);
-
-std::string ToTicket(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>&,
-                     BulkNotes& losses) {
-    const ExplainedTicket result = ConvertAndExplain(converter.facts, ReadDevmodeInput(PathFromUtf8(in)), nullptr);
-    losses = ListLosses(result.explanation);
-    return FormatDocument(result.ticket.Get());
+Converted ToTicket(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>&) {
+    return converter.ToTicket(ReadDevmodeInput(PathFromUtf8(in)));
 }
 
-std::string ToDevmode(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>& base,
-                      BulkNotes& losses) {
-    DevmodeBuffer devmode = base ? *base : converter.facts.MakeDefaultDevmode();
-    losses = ListLosses(ApplyAndExplain(converter.facts, ReadTicketInput(PathFromUtf8(in)).Get(), devmode));
-    return std::string(devmode.GetBytesView());
+Converted ToDevmode(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>& base) {
+    return converter.ToDevmode(ReadTicketInput(PathFromUtf8(in)).Get(), base ? *base : converter.MakeDefaultDevmode());
 }
 
-std::string ToCapabilities(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>&,
-                           BulkNotes&) {
-    const PrintSession::Document ticket = ReadTicketInput(PathFromUtf8(in));
-    return FormatDocument(converter.session.MakeCapabilities(ticket.Get()).Get());
+Converted ToCapabilities(Converter& converter, const std::string& in, const std::optional<DevmodeBuffer>&) {
+    return converter.ToCapabilities(ReadTicketInput(PathFromUtf8(in)).Get());
 }
 
 struct Target {
@@ -159,18 +112,18 @@ void RequireNoLoss(const ConvertOptions& options, const BulkNotes& losses) {
         throw OperationError("settings are lost or ignored, and --strict was given; nothing was written");
 }
 
-void ConvertOne(HostContext& context, const ConvertOptions& options, const Target& target, Converter& converter,
+void ConvertOne(HostContext& context, const ConvertOptions& options, const Target& target, Converters& converters,
                 const std::optional<DevmodeBuffer>& base) {
-    BulkNotes losses;
-    std::string bytes;
+    Converted converted;
     try {
-        bytes = target.convert(converter, options.in.front(), base, losses);
+        converted =
+            converters.Use([&](Converter& converter) { return target.convert(converter, options.in.front(), base); });
     } catch (const InputError& error) {
         throw OperationError(error.what());  // as one of many files that fails
     }
-    for (const std::string& loss : losses) context.err << loss << '\n';
-    RequireNoLoss(options, losses);
-    context.out << bytes;
+    for (const std::string& loss : converted.losses) context.err << loss << '\n';
+    RequireNoLoss(options, converted.losses);
+    context.out << converted.bytes;
 }
 
 void ConvertMany(HostContext& context, const ConvertOptions& options, const Target& target, Converters& converters,
@@ -179,12 +132,12 @@ void ConvertMany(HostContext& context, const ConvertOptions& options, const Targ
     const std::vector<fs::path> files = NameOutputs(options, target, items);
     const auto apply = [&](const BulkItem& item, BulkNotes& losses) {
         const auto index = static_cast<std::size_t>(&item - items.data());
-        std::unique_ptr<Converter> converter = converters.Take();
-        const std::string bytes = target.convert(*converter, options.in[index], base, losses);
-        converters.GiveBack(std::move(converter));
+        Converted converted =
+            converters.Use([&](Converter& converter) { return target.convert(converter, options.in[index], base); });
+        losses = std::move(converted.losses);
         RequireNoLoss(options, losses);
         MakeFolder(files[index].parent_path());
-        WriteWholeFile(files[index], bytes);
+        WriteWholeFile(files[index], converted.bytes);
     };
     WorkInBulk(context, items, {{.done = "converted", .one = "file", .many = "files"}, apply});
 }
@@ -195,9 +148,10 @@ void RunConvert(HostContext& context, const ConvertOptions& options) {
     if (isToOutput && options.in.size() > 1) throw InputError("many files become many; name a folder for them with -o");
     std::optional<DevmodeBuffer> base;
     if (!options.base.empty()) base = ReadDevmodeInput(PathFromUtf8(options.base));
-    const CXString printer = InstallThrowawayPrinter(context, FindProductFile(options.product));
-    Converters converters(printer, MakeProviderSource(options.provider));
-    if (isToOutput) return ConvertOne(context, options, target, *converters.Take(), base);
+    const fs::path product = FindProductFile(options.product);
+    context.UseThrowawayStore();
+    Converters converters(InstallThrowawayPrinter(product), MakeProviderSource(options.provider));
+    if (isToOutput) return ConvertOne(context, options, target, converters, base);
     ConvertMany(context, options, target, converters, base);
 }
 

@@ -4,13 +4,13 @@
 #include <memory>
 #include <ostream>
 
+#include <convert/throwawayprinter.h>
 #include <subsystem/hosterror.h>
 #include <subsystem/hostplatform.h>
 #include <subsystem/jsontext.h>
 #include <subsystem/productcheck.h>
 #include <subsystem/productfiles.h>
 #include "commands.h"
-#include "throwawayprinter.h"
 
 namespace {
 
@@ -39,8 +39,9 @@ std::vector<fs::path> FindFiles(const std::string& named) {
 // What the component makes of it is tried when the files are good.
 ProductFaults CheckProduct(HostContext& context, const fs::path& file) {
     ProductFaults faults = CheckProductFiles(file);
-    if (faults.empty()) faults = CheckProductPapers(PrintSession(InstallThrowawayPrinter(context, file)));
-    return faults;
+    if (!faults.empty()) return faults;
+    context.UseThrowawayStore();
+    return CheckProductPapers(PrintSession(InstallThrowawayPrinter(file)));
 }
 
 void RunCheck(HostContext& context, const CheckOptions& options) {

@@ -4,13 +4,13 @@
 #include <memory>
 #include <ostream>
 
+#include <convert/throwawayprinter.h>
 #include <report/productdata.h>
 #include <subsystem/explain/paperwords.h>
 #include <subsystem/hosttext.h>
 #include <subsystem/jsontext.h>
 #include <subsystem/productfiles.h>
 #include "commands.h"
-#include "throwawayprinter.h"
 
 namespace {
 
@@ -90,7 +90,8 @@ void Print(const Json& product, std::ostream& out) {
 
 void RunShow(HostContext& context, const ShowOptions& options) {
     const std::filesystem::path file = FindProductFile(options.name);
-    const PrintSession session(InstallThrowawayPrinter(context, file));
+    context.UseThrowawayStore();
+    const PrintSession session(InstallThrowawayPrinter(file));
     const Json product = DescribeProduct(NameProduct(file), session);
     if (options.json) {
         context.out << FormatJson(product) << '\n';

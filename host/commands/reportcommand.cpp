@@ -1,4 +1,5 @@
 // report: a page that shows what a printer offers, and what becomes of a job.
+#include <convert/throwawayprinter.h>
 #include <report/report.h>
 
 #include <memory>
@@ -11,7 +12,6 @@
 #include <subsystem/productfiles.h>
 #include "commands.h"
 #include "missingcaches.h"
-#include "throwawayprinter.h"
 
 namespace {
 
@@ -36,7 +36,8 @@ void RunReport(HostContext& context, const ReportOptions& options) {
     if (options.product.empty()) {
         context.UseStore(StoreAccess::ReadMostly);
     } else {
-        printer = InstallThrowawayPrinter(context, FindProductFile(options.product));
+        context.UseThrowawayStore();
+        printer = InstallThrowawayPrinter(FindProductFile(options.product));
     }
     const PrintSession session(printer);
     const InstalledPrinter& installed = session.GetPrinter();

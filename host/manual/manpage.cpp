@@ -4,6 +4,7 @@
 #include <kitversion.h>
 
 #include <algorithm>
+#include <span>
 #include <string_view>
 
 #include "manualtexts.h"
@@ -138,6 +139,7 @@ std::string MakeManPage(const CommandDescription& program) {
     AddEntries(page, "ENVIRONMENT", manual::kVariables);
     AddEntries(page, "FILES", manual::kFiles);
     page.Section("EXAMPLES");
+    page.Text("One after the other, with an empty store:");
     for (const manual::Entry& example : manual::kExamples) page.Example(example.text, example.name);
     return page.Get();
 }

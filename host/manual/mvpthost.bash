@@ -6,12 +6,13 @@ _mvpthost() {
     for ((index = 0; index <= COMP_CWORD; ++index)); do
         word=${COMP_WORDS[index]}
         stripped=${rest#"${rest%%[![:space:]]*}"}
-        blank=$([[ $stripped != "$rest" ]] && echo yes)
-        if [[ $blank || ${#words[@]} -le 1 || ! $rest ]]; then words+=("$word"); else words[-1]+=$word; fi
+        blank=
+        if [[ $stripped != "$rest" ]]; then blank=yes; fi
+        if [[ $blank || $index -eq 0 ]]; then words+=("$word"); else words[-1]+=$word; fi
         rest=${stripped#"$word"}
     done
     last=${COMP_WORDS[COMP_CWORD]}
-    [[ $last == [=:] ]] && last=
+    if [[ $last == [=:] ]]; then last=; fi
     prefix=${words[-1]%"$last"}
     for index in "${!words[@]}"; do
         words[index]=${words[index]//[\\\"\']/}
@@ -20,8 +21,8 @@ _mvpthost() {
     prefix=${prefix//[\\\"\']/}
     for index in "${!COMPREPLY[@]}"; do
         word=${COMPREPLY[index]#"$prefix"}
-        [[ $word == *= ]] && compopt -o nospace
-        [[ $last == [\"\']* ]] || printf -v word %q "$word"
+        if [[ $word == *= ]]; then compopt -o nospace; fi
+        if [[ $last != [\"\']* ]]; then printf -v word %q "$word"; fi
         COMPREPLY[index]=${word//\\=/=}
     done
 }
