@@ -1,5 +1,5 @@
-// Asks the provider for the version of its interface, in both ways: as a core driver does, through the plug-in, and through
-// the class that mvptpcC0.dll exports.
+// Asks the provider for the version of its interface, in both ways: as a core driver does, through the plug-in, and
+// through the class that mvptpcC0.dll exports.
 #include <ptpcprovider/morvaneptprovider.h>
 
 #include <cstdio>
