@@ -97,7 +97,9 @@ std::filesystem::path GetDriverFolder() {
     Dl_info library{};
     std::error_code error;
     if (!dladdr(GetModuleHandleA(kDriverLibrary), &library) || !library.dli_fname) return GetProgramFolder();
-    return std::filesystem::absolute(library.dli_fname, error).lexically_normal().parent_path();
+    // The loader may know it through a link to its folder, from which no path leads to the products.
+    const std::filesystem::path file = std::filesystem::canonical(library.dli_fname, error);
+    return error ? GetProgramFolder() : file.parent_path();
 }
 
 std::optional<std::filesystem::path> GetUserDataFolder() {
