@@ -19,7 +19,7 @@ std::optional<std::string> ReadFileVersion(const std::filesystem::path& file) {
     std::size_t at = bytes.find(mark);
     if (at == std::string::npos) return std::nullopt;
     at += mark.size();
-    const std::string version = bytes.substr(at, bytes.find_first_of(" ", at) - at);
+    const std::string version = bytes.substr(at, bytes.find(' ', at) - at);
     const bool isVersion = !version.empty() && version.find_first_not_of("0123456789.") == std::string::npos;
     return isVersion ? std::make_optional(version) : std::nullopt;
 }
