@@ -1,7 +1,7 @@
 // What the host asks of the system it runs on; the one place where the two hosts differ.
 #include "hostplatform.h"
 
-#include <modulehandle.h>
+#include <dlldelayloader.h>
 #include <windows.h>
 
 #ifdef _WIN32
@@ -118,7 +118,10 @@ static constexpr char kPathListSeparator = ':';
 
 #endif
 
-void UseDriverFolder() { SetComponentModule(GetModuleHandleA(kDriverLibrary)); }
+void UseDriverFolder() {
+    AttachModule(GetModuleHandleA(kDriverLibrary));
+    NoteProcessEnding();  // when this code goes, nothing is unloaded
+}
 
 std::vector<std::filesystem::path> SplitPathList(std::string_view list) {
     std::vector<std::filesystem::path> folders;

@@ -21,7 +21,7 @@ std::filesystem::path GetProgramFolder();
 // The folder of the driver's files: that of the loaded mvprodC0.dll, in whatever program this is.
 std::filesystem::path GetDriverFolder();
 // What of the driver's code is linked into this program looks for the driver's other libraries in that folder from then
-// on, and not beside the program.
+// on, and not beside the program. It must be there until the process ends.
 void UseDriverFolder();
 // The folders of a list as the environment has them: between colons, on Windows semicolons; empty ones count for
 // nothing.
