@@ -1,6 +1,7 @@
 // Asks the provider for the version of its interface, in both ways: as a core driver does, through the plug-in, and
 // through the class that mvptpcC0.dll exports.
 #include <ptpcprovider/morvaneptprovider.h>
+#include <widetext.h>
 
 #include <cstdio>
 
@@ -9,7 +10,7 @@ namespace {
 // The provider that the plug-in hands out; null when there is none.
 IPrintOemPrintTicketProvider* MakeThroughPlugin() {
     using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
-    const HMODULE plugin = LoadLibraryW(L"mvplugC0.dll");
+    const HMODULE plugin = LoadLibraryW(W("mvplugC0.dll"));
     const FARPROC found = plugin ? GetProcAddress(plugin, "DllGetClassObject") : nullptr;
     const auto getClassObject = reinterpret_cast<GetClassObject>(reinterpret_cast<void (*)()>(found));
     void *factory = nullptr, *provider = nullptr;

@@ -174,31 +174,30 @@ public:
         packed.files.push_back(packed.name + ".toml");
         for (auto& [name, bytes] : own) {
             if (name != packed.files.front()) packed.files.push_back(name);
-            Take(name, std::move(bytes));
+            Reserve(name);
+            package_.files[name] = std::move(bytes);
         }
-        for (const std::string& library : product->libraries) packed.files.push_back(library);
-        packed.files.push_back(product->workflowLibrary);
-        package_.libraries.insert(product->libraries.begin(), product->libraries.end());
-        package_.libraries.insert(product->workflowLibrary);
+        std::set<std::string> libraries(product->libraries.begin(), product->libraries.end());
+        libraries.insert(product->workflowLibrary);
+        packed.files.insert(packed.files.end(), libraries.begin(), libraries.end());
+        package_.libraries.merge(libraries);
         products_.push_back(std::move(packed));
     }
 
     DriverPackage Get(const PackageSettings& settings) {
-        for (const std::string& library : package_.libraries) Take(library, {});
-        for (const std::string& library : package_.libraries) package_.files.erase(library);
+        for (const std::string& library : package_.libraries) Reserve(library);
         package_.files[kInfFile] = EncodeInf(WriteInf(products_, settings));
         return std::move(package_);
     }
 
 private:
     // Names of one folder differ in more than the case of letters.
-    void Take(const std::string& name, std::string bytes) {
-        if (name == kInfFile || !files_.insert(LowerSchemaWord(name)).second)
-            throw InputError("two files of the package would be called '" + name + "'; rename a product");
-        package_.files[name] = std::move(bytes);
+    void Reserve(const std::string& name) {
+        if (!taken_.insert(LowerSchemaWord(name)).second)
+            throw InputError("two files of the package would be called '" + name + "'; rename a product or a library");
     }
 
-    std::set<std::string> names_, models_, files_;
+    std::set<std::string> names_, models_, taken_ = {kInfFile, kCoreDriverFile, kCoreConfigFile};
     std::vector<PackedProduct> products_;
     DriverPackage package_;
 };

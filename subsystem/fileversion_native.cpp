@@ -3,8 +3,6 @@
 
 #include <kitversion.h>
 
-#include <algorithm>
-
 #include "hosterror.h"
 #include "hostfiles.h"
 

@@ -3,7 +3,6 @@
 
 #include <kitversion.h>
 
-#include <algorithm>
 #include <span>
 #include <string_view>
 
@@ -39,10 +38,7 @@ std::string Sentence(std::string text) {
 
 class Page {
 public:
-    Page() {
-        std::string date = MV_KIT_DATE;
-        text_ = ".TH MVPTHOST 1 " + date + " \"" MV_KIT_NAME " " MV_KIT_VERSION "\" \"User Commands\"\n";
-    }
+    Page() { text_ = ".TH MVPTHOST 1 " MV_KIT_DATE " \"" MV_KIT_NAME " " MV_KIT_VERSION "\" \"User Commands\"\n"; }
     void Section(const char* name) { text_.append(".SH ").append(name).append("\n"); }
     void Subsection(const std::string& name) { text_.append(".SS ").append(name).append("\n"); }
     void Text(const std::string& escaped) { text_.append(escaped).append("\n"); }
